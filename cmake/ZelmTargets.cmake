@@ -1,0 +1,32 @@
+# What every target of the project compiles with.
+add_library(zelm_options INTERFACE)
+target_compile_options(
+  zelm_options
+  INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
+            $<$<BOOL:${ZELM_WARNINGS_AS_ERRORS}>:-Werror>
+            # The last bit counts: no fused steps, and the C library's own functions in place of the compiler's ideas of
+            # them (some compilers turn pow(10, x) into exp10(x)).
+            -ffp-contract=off -fno-fast-math -fno-builtin-pow -fno-builtin-powf -fno-builtin-exp -fno-builtin-expf)
+
+# Adds the triples of resource kinds in this folder to the library: zelm_blocks(Bram Plam)
+function(zelm_blocks)
+  foreach(block IN LISTS ARGN)
+    foreach(part Data Params Model)
+      target_sources(zelmorvane PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/ZelmOrvane${block}${part}.cpp")
+    endforeach()
+  endforeach()
+endfunction()
+
+# Adds a test program from the sources in this folder: zelm_test(memories_test BramTest.cpp PlamTest.cpp)
+function(zelm_test name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE zelmorvane zelm_test_support zelm_options)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+endfunction()
+
+# Adds a benchmark program: zelm_bench(memories_bench MemoriesBench.cpp)
+function(zelm_bench name)
+  add_executable(${name} ${ARGN})
+  target_compile_definitions(${name} PRIVATE ZELM_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE zelmorvane benchmark::benchmark_main zelm_options)
+endfunction()

@@ -1,0 +1,83 @@
+#pragma once
+
+// The bodies of ZelmDataBlock, for the one source file that instantiates it for a block.
+
+#include "framework/ZelmDataBlock.h"
+#include "framework/ZelmReflection.h"
+
+#include <libconfig.h++>
+
+template <class Derived>
+const Derived& ZelmDataBlock<Derived>::getGlobal()
+{
+    return getMutableGlobal();
+}
+
+template <class Derived>
+Derived& ZelmDataBlock<Derived>::getMutableGlobal()
+{
+    static Derived instance;
+    return instance;
+}
+
+template <class Derived>
+std::string ZelmDataBlock<Derived>::className() const
+{
+    return std::string(Derived::name);
+}
+
+template <class Derived>
+std::string ZelmDataBlock<Derived>::reflect() const
+{
+    zelm::Reflection out;
+    Derived::visitTables(static_cast<const Derived&>(*this),
+                         [&](std::string_view, std::string_view member, const auto& table) {
+                             out.table(member, table);
+                             return true;
+                         });
+    return out.text();
+}
+
+template <class Derived>
+bool ZelmDataBlock<Derived>::loadCfgData()
+{
+    libconfig::Config cfg;
+    readFile(&cfg, "orvane/" + std::string(Derived::name) + ".cfg");
+    std::vector<std::string> path{std::string(Derived::name)};
+    return Derived::visitTables(static_cast<Derived&>(*this),
+                                [&](std::string_view group, std::string_view, auto& table) {
+                                    path.emplace_back(group);
+                                    const bool loaded = ZelmHelperUtils::loadCfgDataToVar(&cfg, path, table, true);
+                                    path.pop_back();
+                                    return loaded;
+                                });
+}
+
+template <class Derived>
+bool ZelmDataBlock<Derived>::reset()
+{
+    Derived::visitTables(static_cast<Derived&>(*this), [](std::string_view, std::string_view, auto& table) {
+        table.clear();
+        return true;
+    });
+    return loadCfgData();
+}
+
+template <class Derived>
+std::vector<std::string> ZelmDataBlock<Derived>::getCfgKeys(std::vector<std::string> keys, bool whole) const
+{
+    std::vector<std::string> found;
+    const bool listTables = keys.empty();
+    const std::string wanted = listTables ? std::string() : keys.front();
+    if (!listTables)
+        keys.erase(keys.begin());
+    Derived::visitTables(static_cast<const Derived&>(*this),
+                         [&](std::string_view group, std::string_view, const auto& table) {
+                             if (listTables)
+                                 found.emplace_back(group);
+                             else if (group == wanted)
+                                 found = ZelmHelperUtils::getCfgKeyVectorFromVar(table, keys, whole);
+                             return true;
+                         });
+    return found;
+}

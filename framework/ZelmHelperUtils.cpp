@@ -1,0 +1,414 @@
+#include "framework/ZelmHelperUtils.h"
+
+#include "framework/LibconfigAutoConvert.h"
+#include "framework/ZelmArithmetic.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+#include <unordered_set>
+
+namespace
+{
+
+constexpr std::size_t kTablePathLength = 2; // block group and table group, which the flattened keys leave out
+
+// The one joining rule, over strings or views of them.
+template <class Parts>
+void appendJoined(std::string& joined, const Parts& parts, std::size_t first, std::string_view separator)
+{
+    const auto* part = std::data(parts);
+    const std::size_t size = std::size(parts);
+    for (std::size_t i = first; i < size; ++i) {
+        if (part[i].empty())
+            continue;
+        joined += part[i];
+        if (i + 1 < size && !part[i + 1].empty())
+            joined += separator;
+    }
+}
+
+template <class T>
+constexpr ZelmHelperUtils::Found<T> unsetOf()
+{
+    if constexpr (std::is_same_v<T, std::string>)
+        return zelm::unsetString;
+    else if constexpr (std::is_same_v<T, float>)
+        return zelm::unsetFloat;
+    else
+        return zelm::unsetInt;
+}
+
+template <class T>
+ZelmHelperUtils::Found<T> search(const ZelmHelperUtils::Table<T>& table, const std::string& key)
+{
+    const auto entry = table.find(key);
+    if (entry != table.end())
+        return entry->second;
+    if constexpr (std::is_same_v<T, bool>) {
+        std::cout << "Boolean error issues";
+        return false;
+    } else {
+        return unsetOf<T>();
+    }
+}
+
+// Grows to the longest key once and is then only overwritten.
+std::string& keyBuffer()
+{
+    thread_local std::string buffer;
+    buffer.clear();
+    return buffer;
+}
+
+float powerOfTen(unsigned int digits)
+{
+    return static_cast<float>(std::pow(10.0, digits));
+}
+
+constexpr bool isBlankValue(int value)
+{
+    return value == zelm::notANumberInt;
+}
+
+constexpr bool isBlankValue(float value)
+{
+    return zelm::isUnset(value);
+}
+
+bool isBlankValue(const std::string& value)
+{
+    return value.empty();
+}
+
+bool isSpace(char c)
+{
+    return std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+
+} // namespace
+
+// ---- Table store ----
+
+template <class T>
+bool ZelmHelperUtils::loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::string>& path, Table<T>& table,
+                                       bool topLevel)
+{
+    const std::string joined = mergeStrVect(path, 0, ".");
+    if (!cfg->exists(joined))
+        return false;
+    const bool convertedBefore = zelm::autoConvert(*cfg);
+    if (topLevel)
+        zelm::setAutoConvert(*cfg, true);
+
+    const libconfig::Setting& setting = cfg->lookup(joined);
+    if (setting.isGroup()) {
+        for (int i = 0; i < setting.getLength(); ++i) {
+            path.emplace_back(setting[i].getName());
+            if (!loadCfgDataToVar(cfg, path, table, false))
+                return false;
+            path.pop_back();
+        }
+    } else if (setting.isScalar()) {
+        T value{};
+        if (cfg->lookupValue(joined, value))
+            table[mergeStrVect(path, kTablePathLength, ".")] = value;
+    } else {
+        std::cout << "Unsupported cfg file format error: to use loadCfgDataToVar function, cfg has to be a nested "
+                     "dictionary that does not contain any array or list."
+                  << std::endl;
+    }
+    if (topLevel)
+        zelm::setAutoConvert(*cfg, convertedBefore);
+    return true;
+}
+
+template <class T>
+T ZelmHelperUtils::getCfgDataFromVar(const Table<T>& table, std::vector<std::string>& keys)
+{
+    std::string& key = keyBuffer();
+    appendJoined(key, keys, 0, ".");
+    return T(search(table, key));
+}
+
+template <class T>
+T ZelmHelperUtils::getCfgDataFromVar(const Table<T>& table, std::string k1, std::string k2, std::string k3,
+                                     std::string k4, std::string k5, std::string k6, std::string k7, std::string k8,
+                                     std::string k9, std::string k10)
+{
+    return T(lookUp(table, {k1, k2, k3, k4, k5, k6, k7, k8, k9, k10}));
+}
+
+template <class T>
+ZelmHelperUtils::Found<T> ZelmHelperUtils::lookUp(const Table<T>& table, std::initializer_list<std::string_view> keys)
+{
+    std::string& key = keyBuffer();
+    appendJoined(key, keys, 0, ".");
+    return search(table, key);
+}
+
+template <class T>
+std::vector<std::string> ZelmHelperUtils::getCfgKeyVectorFromVar(const Table<T>& table, std::vector<std::string>& keys,
+                                                                 bool whole)
+{
+    std::string prefix = mergeStrVect(keys, 0, ".");
+    if (!prefix.empty())
+        prefix += '.';
+    std::unordered_set<std::string> found;
+    for (const auto& [key, value] : table) {
+        if (!key.starts_with(prefix))
+            continue;
+        const std::string rest = key.substr(prefix.size());
+        found.insert(whole ? rest : rest.substr(0, rest.find('.')));
+    }
+    return {found.begin(), found.end()};
+}
+
+std::string ZelmHelperUtils::mergeStrVect(const std::vector<std::string>& parts, unsigned int first,
+                                          std::string separator)
+{
+    std::string joined;
+    appendJoined(joined, parts, first, separator);
+    return joined;
+}
+
+#define INSTANTIATE_TABLE_STORE(T)                                                                                     \
+    template bool ZelmHelperUtils::loadCfgDataToVar<T>(libconfig::Config*, std::vector<std::string>&, Table<T>&,       \
+                                                       bool);                                                          \
+    template T ZelmHelperUtils::getCfgDataFromVar<T>(const Table<T>&, std::vector<std::string>&);                      \
+    template T ZelmHelperUtils::getCfgDataFromVar<T>(const Table<T>&, std::string, std::string, std::string,           \
+                                                     std::string, std::string, std::string, std::string, std::string,  \
+                                                     std::string, std::string);                                        \
+    template ZelmHelperUtils::Found<T> ZelmHelperUtils::lookUp<T>(const Table<T>&,                                     \
+                                                                  std::initializer_list<std::string_view>);            \
+    template std::vector<std::string> ZelmHelperUtils::getCfgKeyVectorFromVar<T>(const Table<T>&,                      \
+                                                                                 std::vector<std::string>&, bool);
+
+INSTANTIATE_TABLE_STORE(bool)
+INSTANTIATE_TABLE_STORE(int)
+INSTANTIATE_TABLE_STORE(float)
+INSTANTIATE_TABLE_STORE(std::string)
+#undef INSTANTIATE_TABLE_STORE
+
+// ---- Spreadsheet functions ----
+
+float ZelmHelperUtils::SUM(const std::vector<float>& values)
+{
+    float sum = 0.0f;
+    for (const float value : values) {
+        if (!zelm::isUnset(value))
+            sum += value;
+    }
+    return sum;
+}
+
+int ZelmHelperUtils::SUM(const std::vector<int>& values)
+{
+    int sum = 0;
+    for (const int value : values) {
+        if (value != zelm::notANumberInt)
+            sum = zelm::wrapAdd(sum, value);
+    }
+    return sum;
+}
+
+std::string ZelmHelperUtils::SUM(const std::vector<std::string>& values)
+{
+    std::string sum;
+    for (const std::string& value : values)
+        sum += value;
+    return sum;
+}
+
+int ZelmHelperUtils::LEN(std::string text)
+{
+    return static_cast<int>(text.size());
+}
+
+int ZelmHelperUtils::FIND(std::string needle, std::string text, int start)
+{
+    // "Not found" is the string library's all-ones value, whose low half is -1.
+    return static_cast<int>(text.find(needle, static_cast<std::size_t>(start)));
+}
+
+std::string ZelmHelperUtils::LEFT(std::string text, int count)
+{
+    const std::size_t length = static_cast<unsigned int>(count);
+    return text.empty() || length > text.size() ? std::string() : text.substr(0, length);
+}
+
+std::string ZelmHelperUtils::RIGHT(std::string text, int count)
+{
+    const std::size_t length = static_cast<unsigned int>(count);
+    return text.empty() || length > text.size() ? std::string() : text.substr(text.size() - length);
+}
+
+std::string ZelmHelperUtils::SUBSTITUTE(std::string text, std::string from, std::string to)
+{
+    const std::size_t position = text.find(from);
+    if (position != std::string::npos)
+        text.replace(position, from.size(), to);
+    return text;
+}
+
+int ZelmHelperUtils::QUOTIENT(int a, int b)
+{
+    return b < 1 ? 0 : a / b;
+}
+
+float ZelmHelperUtils::ROUNDUP(float value, unsigned int digits)
+{
+    const float scale = powerOfTen(digits);
+    return std::ceil(scale * value) / scale;
+}
+
+float ZelmHelperUtils::ROUND(float value, unsigned int digits)
+{
+    const float scale = powerOfTen(digits);
+    const double scaled = scale * value;
+    return static_cast<float>(std::floor(scaled + 0.5) / static_cast<double>(scale));
+}
+
+template <class T>
+void ZelmHelperUtils::_UNIQUE(const std::vector<T>& in, std::vector<T>& out, bool keepUnset) // NOLINT: published name
+{
+    out.clear();
+    std::unordered_set<T> seen;
+    for (const T& value : in) {
+        if (!keepUnset && isBlankValue(value))
+            continue;
+        if (seen.insert(value).second)
+            out.push_back(value);
+    }
+}
+
+template void ZelmHelperUtils::_UNIQUE<int>(const std::vector<int>&, std::vector<int>&, bool);
+template void ZelmHelperUtils::_UNIQUE<float>(const std::vector<float>&, std::vector<float>&, bool);
+template void ZelmHelperUtils::_UNIQUE<std::string>(const std::vector<std::string>&, std::vector<std::string>&, bool);
+
+double ZelmHelperUtils::forecast(double x, double* knownY, double* knownX, int count)
+{
+    if (count < 1)
+        return 0.0;
+    double sumX = 0.0;
+    double sumY = 0.0;
+    for (int i = 0; i < count; ++i) {
+        sumX += knownX[i];
+        sumY += knownY[i];
+    }
+    const double meanX = sumX / count;
+    const double meanY = sumY / count;
+    double sxy = 0.0;
+    double sxx = 0.0;
+    for (int i = 0; i < count; ++i) {
+        const double dx = knownX[i] - meanX;
+        sxy += (knownY[i] - meanY) * dx;
+        sxx += dx * dx;
+    }
+    const double slope = sxy / sxx;
+    return x * slope + (meanY - meanX * slope);
+}
+
+bool ZelmHelperUtils::reportBool(bool value)
+{
+    std::cout << "Boolean error issues";
+    return value;
+}
+
+// ---- Conversions and text ----
+
+std::string ZelmHelperUtils::ToString(std::string value)
+{
+    return value;
+}
+
+std::string ZelmHelperUtils::ToString(int value)
+{
+    return value == zelm::notANumberInt ? std::string() : std::to_string(value);
+}
+
+std::string ZelmHelperUtils::ToString(float value)
+{
+    std::string text;
+    if (!zelm::isUnset(value))
+        numToTightStr(value, text, 0.01f);
+    return text;
+}
+
+float ZelmHelperUtils::s2f(const std::string& text)
+{
+    try {
+        return text.empty() ? zelm::unsetFloat : std::stof(text);
+    } catch (const std::logic_error&) { // std::invalid_argument and std::out_of_range alike
+        return zelm::unsetFloat;
+    }
+}
+
+int ZelmHelperUtils::s2i(const std::string& text)
+{
+    try {
+        return text.empty() ? zelm::notANumberInt : std::stoi(text);
+    } catch (const std::logic_error&) {
+        return zelm::notANumberInt;
+    }
+}
+
+std::string ZelmHelperUtils::i2s(int value, int width, char fill)
+{
+    std::ostringstream out;
+    out << std::setfill(fill) << std::setw(width) << value;
+    return out.str();
+}
+
+void ZelmHelperUtils::numToTightStr(float value, std::string& out, float tolerancePercent)
+{
+    if (!(tolerancePercent < 1000.0f))
+        return;
+    constexpr int maxPrecision = 5;
+    std::array<char, 64> text{}; // the longest float has 39 digits before the point
+    for (int precision = 0; precision <= maxPrecision; ++precision) {
+        std::snprintf(text.data(), text.size(), "%.*f", precision, static_cast<double>(value));
+        out = text.data();
+        const float parsed = std::stof(out);
+        const float error = value != 0.0f ? std::fabs((parsed - value) / value * 100.0f) : 0.0f;
+        if (!(error > tolerancePercent))
+            break;
+    }
+}
+
+void ZelmHelperUtils::convertToCamelString(std::string& text)
+{
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i] == '_')
+            text[i++] = ' '; // the next word's first letter keeps its case
+        else
+            text[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
+    }
+}
+
+void ZelmHelperUtils::removeWhiteSpaces(std::string& text)
+{
+    std::erase(text, ' ');
+}
+
+void ZelmHelperUtils::ltrim(std::string& text)
+{
+    text.erase(text.begin(), std::find_if_not(text.begin(), text.end(), isSpace));
+}
+
+void ZelmHelperUtils::rtrim(std::string& text)
+{
+    text.erase(std::find_if_not(text.rbegin(), text.rend(), isSpace).base(), text.end());
+}
+
+void ZelmHelperUtils::trim(std::string& text)
+{
+    ltrim(text);
+    rtrim(text);
+}

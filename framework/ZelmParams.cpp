@@ -1,0 +1,3 @@
+#include "framework/ZelmParams.h"
+
+ZelmParams::~ZelmParams() = default;

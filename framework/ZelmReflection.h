@@ -1,0 +1,55 @@
+#pragma once
+
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace zelm
+{
+
+/// Writes the text of reflect(): one line per value, indented by depth. The depth is passed along, so that any number
+/// of blocks may be written at the same time.
+class Reflection
+{
+public:
+    Reflection()
+    {
+        m_out << std::boolalpha;
+    }
+
+    template <class T>
+    void value(int depth, std::string_view name, const T& value)
+    {
+        indent(depth) << name << " = " << value << '\n';
+    }
+
+    template <class T>
+    void table(std::string_view name, const std::unordered_map<std::string, T>& table)
+    {
+        m_out << name << " ( Container with " << table.size() << " elements )\n";
+        int index = 0;
+        for (const auto& [key, entry] : table) {
+            const std::string element = std::string(name) + '[' + std::to_string(index++) + ']';
+            indent(1) << element << " ( Tuple with 2 elements )\n";
+            value(2, element + "[0]", key);
+            value(2, element + "[1]", entry);
+        }
+    }
+
+    std::string text() const
+    {
+        return m_out.str();
+    }
+
+private:
+    std::ostream& indent(int depth)
+    {
+        return m_out << std::string(static_cast<std::size_t>(depth), '\t');
+    }
+
+    std::ostringstream m_out;
+};
+
+} // namespace zelm

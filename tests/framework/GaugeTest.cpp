@@ -1,0 +1,135 @@
+#include "framework/ZelmOrvaneGauge.h"
+
+#include "support/BlockContract.h"
+
+namespace
+{
+
+using namespace zelm::test;
+using Params = ZelmOrvaneGaugeParams;
+using Data = ZelmOrvaneGaugeData;
+using Model = ZelmOrvaneGaugeModel;
+
+constexpr std::string_view kFile = R"(ZelmOrvaneGaugeData : {
+  ENABLED : { PLAIN = true; FANCY = false; };
+  LONG_KEY : { A : { B : { C : { D : { E = 0.5; }; }; }; }; };
+  GAIN : { PLAIN : { A = 2.0; B = 3; }; };
+  LIMITS : { PLAIN : { A : { LOW = -1; HIGH = 7; }; }; };
+  GRADES : { PLAIN = "a grade longer than any small string"; };
+};)";
+
+class GaugeTest : public testing::Test
+{
+protected:
+    GaugeTest()
+    {
+        m_directory.write("ZelmOrvaneGaugeData", kFile);
+        Data::getMutableGlobal().reset();
+    }
+
+    Params params;
+    const Model& model = Model::getGlobal();
+
+private:
+    TemporaryDataDirectory m_directory;
+};
+
+TEST_F(GaugeTest, EveryKindAndTypeOfCellIsFilled)
+{
+    model.calculate(params);
+    EXPECT_THAT(params[Params::SPAN], IsBits(3.0f)); // derived: 2 x 1.5
+    EXPECT_THAT(params[Params::PROBE_A_GAIN], IsBits(2.0f));
+    EXPECT_THAT(params[Params::PROBE_B_READING], IsBits(9.0f)); // 3 x 3
+    EXPECT_THAT(params[Params::TOTAL], IsBits(63.0f));          // 2 x 3 x 3 + 3 x 3 x 5
+    EXPECT_EQ(params[Params::STEPS], 63);
+    EXPECT_EQ(params[Params::TOTAL_STEPS], 126);
+    EXPECT_EQ(params[Params::GRADE], "a grade longer than any small string");
+    EXPECT_EQ(params[Params::VERDICT], "HIGH");
+}
+
+TEST_F(GaugeTest, ASetInputWinsOverItsDerivedDefault)
+{
+    params[Params::SPAN] = 1.0f;
+    model.calculate(params);
+    EXPECT_THAT(params[Params::TOTAL], IsBits(21.0f));            // 2 x 3 + 3 x 5
+    EXPECT_THAT(params[Params::LEVEL], IsBits(zelm::unsetFloat)); // read by the default alone
+}
+
+TEST_F(GaugeTest, AMissFallsBackOrFlowsOn)
+{
+    params[Params::KIND] = "FANCY";
+    model.calculate(params);
+    EXPECT_THAT(params[Params::PROBE_A_GAIN], IsBits(1.0f));
+    EXPECT_EQ(model.calculateGrade(params, Data::getGlobal()), "NONE");
+    EXPECT_EQ(params[Params::VERDICT], "LOW");
+}
+
+TEST_F(GaugeTest, PullReachesEachCellByItsEnumerator)
+{
+    const Data& data = Data::getGlobal();
+    for (const ZelmCellInfo& cell : Params::cells()) {
+        const std::string name(cell.name);
+        if (cell.type == ZelmCellInfo::Type::integer) {
+            model.pull(Params::string_to_int_enum(name), params, data);
+            EXPECT_NE(params[Params::string_to_int_enum(name)], zelm::unsetInt) << name;
+        } else if (cell.type == ZelmCellInfo::Type::real) {
+            model.pull(Params::string_to_float_enum(name), params, data);
+            EXPECT_NE(params[Params::string_to_float_enum(name)], zelm::unsetFloat) << name;
+        } else {
+            model.pull(Params::string_to_string_enum(name), params, data);
+            EXPECT_NE(params[Params::string_to_string_enum(name)], zelm::unsetString) << name;
+        }
+    }
+    model.pull(Params::FirstUIFloat, params, data);
+    EXPECT_THAT(params[Params::FirstUIFloat], IsBits(zelm::unsetFloat)); // a marker stays what it was
+}
+
+TEST_F(GaugeTest, ASentinelResultIsComputedAgain)
+{
+    params[Params::COUNT] = 1;
+    params[Params::STEPS] = zelm::unsetInt;
+    params[Params::TOTAL] = 3e9f; // truncates to the lowest int
+    EXPECT_EQ(model.calculateSteps(params, Data::getGlobal()), std::numeric_limits<int>::min());
+    params[Params::STEPS] = zelm::unsetInt;
+    params[Params::TOTAL] = 5.0f;
+    EXPECT_EQ(model.calculateSteps(params, Data::getGlobal()), 5);
+}
+
+TEST_F(GaugeTest, GettersServeEveryTypeAndKeyCount)
+{
+    const Data& data = Data::getGlobal();
+    EXPECT_TRUE(data.getEnabled("PLAIN"));
+    EXPECT_FALSE(data.getEnabled("FANCY"));
+    EXPECT_THAT(data.getLongKey("A", "B", "C", "D", "E"), IsBits(0.5f));
+    EXPECT_THAT(data.getGain("PLAIN", "B"), IsBits(3.0f)); // an int in a float table
+    EXPECT_EQ(data.getLimits("PLAIN", "A", "LOW"), -1);
+    EXPECT_EQ(data.getLimits("PLAIN", "A", "MIDDLE"), zelm::unsetInt);
+    EXPECT_EQ(data.getGrades("FANCY"), zelm::unsetString);
+    EXPECT_EQ(Data::tables().size(), 5u);
+    EXPECT_EQ(Data::tables()[3].keys, "kind, probe, limit");
+}
+
+TEST_F(GaugeTest, CountsAndNamesFollowTheRows)
+{
+    std::vector<std::string> names{"left over"};
+    Params::getFloatIntermediateCalculationNames(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"PROBE_A_GAIN", "PROBE_A_POWER", "PROBE_A_READING", "PROBE_B_GAIN",
+                                               "PROBE_B_POWER", "PROBE_B_READING"}));
+    EXPECT_EQ(Params::cells().size(), 15u);
+    for (const ZelmCellInfo& cell : Params::cells())
+        EXPECT_EQ(std::string(cell.function), functionNameOf(cell.name));
+}
+
+TEST(Void, EmptyGroupsHaveMarkersAlone)
+{
+    using Void = ZelmOrvaneVoidParams;
+    EXPECT_EQ(Void::LastInt, 6);
+    EXPECT_EQ(Void::LastFloat, 6);
+    EXPECT_EQ(Void::LastString, 6);
+    EXPECT_EQ(Void::enum_to_string(Void::LastICString), "LastICString");
+    EXPECT_EQ(Void::enum_to_string(Void::LastString), "StringError");
+    EXPECT_EQ(Void::string_to_enum("COUNT"), 0xffffffffu);
+    EXPECT_EQ(Void().reflect(), "");
+}
+
+} // namespace
