@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneSignalData;
+class ZELM_EXPORT ZelmOrvaneSignalData;
 extern template class ZelmDataBlock<ZelmOrvaneSignalData>;
 
 /// Capacitance of the routing that ordinary signals cross.

@@ -4,7 +4,7 @@
 #include "framework/ZelmOrvaneSignalData.h"
 #include "framework/ZelmOrvaneSignalParams.h"
 
-class ZelmOrvaneSignalModel;
+class ZELM_EXPORT ZelmOrvaneSignalModel;
 extern template class ZelmModelBlock<ZelmOrvaneSignalModel, ZelmOrvaneSignalParams, ZelmOrvaneSignalData>;
 
 /// Dynamic power of ordinary routed signals: the charge that their wires move at each toggle.
