@@ -35,6 +35,9 @@ public:
     /// keys, unordered: in full if whole, else their next level. Empty for an unknown table.
     std::vector<std::string> getCfgKeys(std::vector<std::string> keys, bool whole) const;
 
+    /// The group name of the table of this block at that address, empty if it is none: see zelm::LookUpMisses.
+    std::string_view groupOf(const void* table) const;
+
 protected:
     ZelmDataBlock() = default;
 };

@@ -81,3 +81,16 @@ std::vector<std::string> ZelmDataBlock<Derived>::getCfgKeys(std::vector<std::str
                          });
     return found;
 }
+
+template <class Derived>
+std::string_view ZelmDataBlock<Derived>::groupOf(const void* table) const
+{
+    std::string_view found;
+    Derived::visitTables(static_cast<const Derived&>(*this),
+                         [&](std::string_view group, std::string_view, const auto& own) {
+                             if (&own == table)
+                                 found = group;
+                             return found.empty();
+                         });
+    return found;
+}

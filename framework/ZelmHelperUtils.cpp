@@ -2,6 +2,7 @@
 
 #include "framework/LibconfigAutoConvert.h"
 #include "framework/ZelmArithmetic.h"
+#include "framework/ZelmLookUpMisses.h"
 
 #include <algorithm>
 #include <array>
@@ -51,6 +52,7 @@ ZelmHelperUtils::Found<T> search(const ZelmHelperUtils::Table<T>& table, const s
     const auto entry = table.find(key);
     if (entry != table.end())
         return entry->second;
+    zelm::LookUpMisses::note(&table, key);
     if constexpr (std::is_same_v<T, bool>) {
         std::cout << "Boolean error issues";
         return false;

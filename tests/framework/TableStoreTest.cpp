@@ -1,5 +1,6 @@
 // The data directory, the table store and the load of data blocks.
 #include "framework/LibconfigAutoConvert.h"
+#include "framework/ZelmLookUpMisses.h"
 #include "framework/ZelmOrvaneGauge.h"
 #include "framework/ZelmOrvaneSignalModel.h"
 
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <fstream>
 #include <stdexcept>
+#include <thread>
 
 namespace
 {
@@ -316,6 +318,38 @@ TEST(LookUp, AMissInABoolTableIsPrintedAndFalse)
     EXPECT_TRUE(Utils::lookUp(table, {"ON"}));
     EXPECT_FALSE(Utils::lookUp(table, {"X"}));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Boolean error issues");
+}
+
+TEST(LookUp, MissesAreNotedByTheInnermostObserverOfTheThread)
+{
+    const Utils::Table<float> table{{"A", 1.0f}};
+    const zelm::LookUpMisses outer;
+    {
+        const zelm::LookUpMisses inner;
+        Utils::lookUp(table, {"A"});
+        Utils::lookUp(table, {"B", "C"});
+        std::thread([&] { Utils::lookUp(table, {"ELSEWHERE"}); }).join();
+        ASSERT_EQ(inner.misses().size(), 1u);
+        EXPECT_EQ(inner.misses()[0].key, "B.C");
+        EXPECT_EQ(inner.misses()[0].table, &table);
+    }
+    EXPECT_TRUE(outer.misses().empty());
+    Utils::lookUp(table, {"D"});
+    EXPECT_EQ(outer.misses().size(), 1u);
+}
+
+TEST(LookUp, ABlockNamesItsTableByAddress)
+{
+    const TemporaryDataDirectory directory;
+    directory.write("ZelmOrvaneGaugeData", "ZelmOrvaneGaugeData : { };");
+    const ZelmOrvaneGaugeData data;
+    const zelm::LookUpMisses misses;
+    (void)data.getGain("PLAIN", "A");
+    (void)data.getGrades("FANCY");
+    ASSERT_EQ(misses.misses().size(), 2u);
+    EXPECT_EQ(data.groupOf(misses.misses()[0].table), "GAIN");
+    EXPECT_EQ(data.groupOf(misses.misses()[1].table), "GRADES");
+    EXPECT_EQ(data.groupOf(&misses), "");
 }
 
 // ---- Listing keys ----
