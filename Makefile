@@ -1,0 +1,42 @@
+# The two commands for people: `make demo` and `make test`, each fine as the first one typed on a fresh machine.
+# Everything else is CMake: see CMakePresets.json.
+
+PRESET ?= release
+BUILD := build/$(PRESET)
+
+.PHONY: demo test build bench docs format format-check tidy asan tsan clean
+
+demo: build
+	$(BUILD)/host/zelm estimate examples/vision.json --html $(BUILD)/vision.html
+	@echo "The report to look at: $(BUILD)/vision.html"
+
+test: build
+	ctest --preset $(PRESET) -j 2
+
+build: $(BUILD)/build.ninja
+	cmake --build --preset $(PRESET)
+
+$(BUILD)/build.ninja: CMakeLists.txt CMakePresets.json
+	tools/setup
+	cmake --preset $(PRESET)
+
+asan tsan coverage:
+	$(MAKE) test PRESET=$@
+
+bench: build
+	for program in $(BUILD)/bench/*_bench; do $$program || exit 1; done
+
+docs: build
+	$(BUILD)/host/zelm docs docs/cells
+
+format:
+	tools/format
+
+format-check:
+	tools/format --check
+
+tidy: build
+	tools/tidy $(BUILD)
+
+clean:
+	rm -rf build
