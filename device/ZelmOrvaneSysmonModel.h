@@ -1,0 +1,26 @@
+#pragma once
+
+#include "framework/ZelmModelBlock.h"
+#include "device/ZelmOrvaneSysmonData.h"
+#include "device/ZelmOrvaneSysmonParams.h"
+
+class ZelmOrvaneSysmonModel;
+extern template class ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, ZelmOrvaneSysmonData>;
+
+/// Supply power of the on-chip monitor network: a root per slice and satellites spread over the device.
+class ZELM_EXPORT ZelmOrvaneSysmonModel final
+    : public ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, ZelmOrvaneSysmonData>
+{
+public:
+    static constexpr std::string_view name = "ZelmOrvaneSysmonModel";
+
+#define ZELM_CELL_ROWS "device/ZelmOrvaneSysmonCells.def"
+#include "framework/ZelmCellFunctions.inc"
+
+    void pullOutputs(Params& params, const Data& data) const;
+
+private:
+    int count(std::string_view key, Params& params, const Data& data) const;
+    /// The satellites on VCCSOC: all but three and one per slice.
+    int fabricSatellites(Params& params, const Data& data) const;
+};
