@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cfloat>
+#include <cmath>
 #include <limits>
 
 // The cells' last bit depends on every step being rounded to its own type.
@@ -51,6 +52,13 @@ constexpr int truncate(double value)
 constexpr float ratioOrZero(float a, float b)
 {
     return b == 0.0f ? 0.0f : a / b;
+}
+
+/// How power grows with the supply in the blocks that follow the power law: the ratio to the characterisation voltage, 0
+/// where that is 0, to the power 2.3 in double precision.
+inline double voltageFactor(float volts, float characterisedVolts)
+{
+    return std::pow(static_cast<double>(ratioOrZero(volts, characterisedVolts)), 2.3);
 }
 
 } // namespace zelm
