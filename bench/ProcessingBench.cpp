@@ -1,0 +1,5 @@
+#include "bench/BlockBench.h"
+
+#include "processing/ZelmOrvaneYondModel.h"
+
+BENCHMARK(zelm::bench::calculate<ZelmOrvaneYondModel>)->Name("Yond/calculate");
