@@ -1,0 +1,10 @@
+#include "bench/BlockBench.h"
+
+#include "fabric/ZelmOrvaneCleLogicModel.h"
+
+namespace
+{
+
+BENCHMARK(zelm::bench::calculate<ZelmOrvaneCleLogicModel>)->Name("CleLogic/calculate");
+
+} // namespace
