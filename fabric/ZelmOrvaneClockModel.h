@@ -1,0 +1,27 @@
+#pragma once
+
+#include "fabric/ZelmOrvaneClockData.h"
+#include "fabric/ZelmOrvaneClockParams.h"
+#include "framework/ZelmModelBlock.h"
+
+class ZelmOrvaneClockModel;
+extern template class ZelmModelBlock<ZelmOrvaneClockModel, ZelmOrvaneClockParams, ZelmOrvaneClockData>;
+
+/// What a clock net occupies: counts and probabilities that slice clocking and clock distribution take as inputs.
+class ZELM_EXPORT ZelmOrvaneClockModel final
+    : public ZelmModelBlock<ZelmOrvaneClockModel, ZelmOrvaneClockParams, ZelmOrvaneClockData>
+{
+public:
+    static constexpr std::string_view name = "ZelmOrvaneClockModel";
+
+#define ZELM_CELL_ROWS "fabric/ZelmOrvaneClockCells.def"
+#include "framework/ZelmCellFunctions.inc"
+
+    void pullOutputs(Params& params, const Data& data) const;
+
+private:
+    template <auto cell, class Value>
+    auto fixed(Value value, Params& params, const Data& data) const;
+    float utilisation(Params& params, const Data& data) const;
+    int shareOfSlices(int loads, Params& params, const Data& data) const;
+};
