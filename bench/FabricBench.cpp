@@ -4,6 +4,8 @@
 #include "fabric/ZelmOrvaneCleLogicModel.h"
 #include "fabric/ZelmOrvaneClkDistModel.h"
 #include "fabric/ZelmOrvaneClockModel.h"
+#include "fabric/ZelmOrvaneIriClkModel.h"
+#include "fabric/ZelmOrvaneIriImuxModel.h"
 
 namespace
 {
@@ -12,5 +14,7 @@ BENCHMARK(zelm::bench::calculate<ZelmOrvaneCleLogicModel>)->Name("CleLogic/calcu
 BENCHMARK(zelm::bench::calculate<ZelmOrvaneClockModel>)->Name("Clock/calculate");
 BENCHMARK(zelm::bench::calculate<ZelmOrvaneCleClkModel>)->Name("CleClk/calculate");
 BENCHMARK(zelm::bench::calculate<ZelmOrvaneClkDistModel>)->Name("ClkDist/calculate");
+BENCHMARK(zelm::bench::calculate<ZelmOrvaneIriClkModel>)->Name("IriClk/calculate");
+BENCHMARK(zelm::bench::calculate<ZelmOrvaneIriImuxModel>)->Name("IriImux/calculate");
 
 } // namespace
