@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvanePartsData;
+class ZELM_EXPORT ZelmOrvanePartsData;
 extern template class ZelmDataBlock<ZelmOrvanePartsData>;
 
 /// What can be ordered: the devices' series, parts and resource counts.

@@ -4,7 +4,7 @@
 #include "device/ZelmOrvanePartsData.h"
 #include "device/ZelmOrvanePartsParams.h"
 
-class ZelmOrvanePartsModel;
+class ZELM_EXPORT ZelmOrvanePartsModel;
 extern template class ZelmModelBlock<ZelmOrvanePartsModel, ZelmOrvanePartsParams, ZelmOrvanePartsData>;
 
 /// The device catalogue: whether a part is supported, its device-and-package string, and its units of a resource.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneStaticData;
+class ZELM_EXPORT ZelmOrvaneStaticData;
 extern template class ZelmDataBlock<ZelmOrvaneStaticData>;
 
 /// Leakage of every device and resource: curves over temperature and voltage, binning, rail voltages.

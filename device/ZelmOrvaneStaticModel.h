@@ -16,7 +16,7 @@ enum CurveCell : int;
 enum VoltageTerm : int;
 } // namespace zelm::staticpower
 
-class ZelmOrvaneStaticModel;
+class ZELM_EXPORT ZelmOrvaneStaticModel;
 extern template class ZelmModelBlock<ZelmOrvaneStaticModel, ZelmOrvaneStaticParams, ZelmOrvaneStaticData>;
 
 /// Leakage of the whole device, by rail. One network of cells: what a resource leaks on a rail, the rails' sums, totals.

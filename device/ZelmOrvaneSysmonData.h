@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneSysmonData;
+class ZELM_EXPORT ZelmOrvaneSysmonData;
 extern template class ZelmDataBlock<ZelmOrvaneSysmonData>;
 
 /// Power of one root and one satellite of the monitor network, and how many of them a device has.

@@ -4,7 +4,7 @@
 #include "device/ZelmOrvaneSysmonData.h"
 #include "device/ZelmOrvaneSysmonParams.h"
 
-class ZelmOrvaneSysmonModel;
+class ZELM_EXPORT ZelmOrvaneSysmonModel;
 extern template class ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, ZelmOrvaneSysmonData>;
 
 /// Supply power of the on-chip monitor network: a root per slice and satellites spread over the device.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneCleClkData;
+class ZELM_EXPORT ZelmOrvaneCleClkData;
 extern template class ZelmDataBlock<ZelmOrvaneCleClkData>;
 
 /// Capacitances that a clock charges inside a logic slice.

@@ -4,7 +4,7 @@
 #include "fabric/ZelmOrvaneCleClkParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneCleClkModel;
+class ZELM_EXPORT ZelmOrvaneCleClkModel;
 extern template class ZelmModelBlock<ZelmOrvaneCleClkModel, ZelmOrvaneCleClkParams, ZelmOrvaneCleClkData>;
 
 /// Power that a clock spends inside the logic slices that it reaches.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneCleLogicData;
+class ZELM_EXPORT ZelmOrvaneCleLogicData;
 extern template class ZelmDataBlock<ZelmOrvaneCleLogicData>;
 
 /// Capacitances of the logic elements: look-up tables, registers, multiplexers, carry logic.

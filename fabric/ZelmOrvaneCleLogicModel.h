@@ -4,7 +4,7 @@
 #include "fabric/ZelmOrvaneCleLogicParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneCleLogicModel;
+class ZELM_EXPORT ZelmOrvaneCleLogicModel;
 extern template class ZelmModelBlock<ZelmOrvaneCleLogicModel, ZelmOrvaneCleLogicParams, ZelmOrvaneCleLogicData>;
 
 /// Dynamic power of logic elements: the charge that their pins and internal nodes move at each toggle.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneClkDistData;
+class ZELM_EXPORT ZelmOrvaneClkDistData;
 extern template class ZelmDataBlock<ZelmOrvaneClkDistData>;
 
 /// Currents of the clock network's buffers, segments and leaves, and the voltages of their simulation.

@@ -4,7 +4,7 @@
 #include "fabric/ZelmOrvaneClkDistParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneClkDistModel;
+class ZELM_EXPORT ZelmOrvaneClkDistModel;
 extern template class ZelmModelBlock<ZelmOrvaneClkDistModel, ZelmOrvaneClkDistParams, ZelmOrvaneClkDistData>;
 
 /// Currents and powers of a clock net's way from its root buffer to the leaves.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneClockData;
+class ZELM_EXPORT ZelmOrvaneClockData;
 extern template class ZelmDataBlock<ZelmOrvaneClockData>;
 
 /// Parameters of the curve that tells how much of the clock network a net turns on.

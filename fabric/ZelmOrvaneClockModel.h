@@ -4,7 +4,7 @@
 #include "fabric/ZelmOrvaneClockParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneClockModel;
+class ZELM_EXPORT ZelmOrvaneClockModel;
 extern template class ZelmModelBlock<ZelmOrvaneClockModel, ZelmOrvaneClockParams, ZelmOrvaneClockData>;
 
 /// What a clock net occupies: counts and probabilities that slice clocking and clock distribution take as inputs.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneIriClkData;
+class ZELM_EXPORT ZelmOrvaneIriClkData;
 extern template class ZelmDataBlock<ZelmOrvaneIriClkData>;
 
 /// Currents and capacitances of the interface quads' clocking.

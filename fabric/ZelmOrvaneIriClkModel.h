@@ -4,7 +4,7 @@
 #include "fabric/ZelmOrvaneIriClkParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneIriClkModel;
+class ZELM_EXPORT ZelmOrvaneIriClkModel;
 extern template class ZelmModelBlock<ZelmOrvaneIriClkModel, ZelmOrvaneIriClkParams, ZelmOrvaneIriClkData>;
 
 /// Power of clocking the quads through which the fabric meets the hard blocks.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneIriImuxData;
+class ZELM_EXPORT ZelmOrvaneIriImuxData;
 extern template class ZelmDataBlock<ZelmOrvaneIriImuxData>;
 
 /// Currents of the interface's input multiplexers by mode.

@@ -4,7 +4,7 @@
 #include "fabric/ZelmOrvaneIriImuxParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneIriImuxModel;
+class ZELM_EXPORT ZelmOrvaneIriImuxModel;
 extern template class ZelmModelBlock<ZelmOrvaneIriImuxModel, ZelmOrvaneIriImuxParams, ZelmOrvaneIriImuxData>;
 
 /// Power of the interface's input multiplexers.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneBramData;
+class ZELM_EXPORT ZelmOrvaneBramData;
 extern template class ZelmDataBlock<ZelmOrvaneBramData>;
 
 /// Access and standby currents of the block memories, by primitive and port widths.

@@ -4,7 +4,7 @@
 #include "memories/ZelmOrvaneBramData.h"
 #include "memories/ZelmOrvaneBramParams.h"
 
-class ZelmOrvaneBramModel;
+class ZELM_EXPORT ZelmOrvaneBramModel;
 extern template class ZelmModelBlock<ZelmOrvaneBramModel, ZelmOrvaneBramParams, ZelmOrvaneBramData>;
 
 /// Dynamic power of a group of like dual-port block memories. One memory of each cascade group is active, all others

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvanePlamData;
+class ZELM_EXPORT ZelmOrvanePlamData;
 extern template class ZelmDataBlock<ZelmOrvanePlamData>;
 
 /// Currents of what a large RAM does in a cycle, and the factors that scale them.

@@ -4,7 +4,7 @@
 #include "memories/ZelmOrvanePlamData.h"
 #include "memories/ZelmOrvanePlamParams.h"
 
-class ZelmOrvanePlamModel;
+class ZELM_EXPORT ZelmOrvanePlamModel;
 extern template class ZelmModelBlock<ZelmOrvanePlamModel, ZelmOrvanePlamParams, ZelmOrvanePlamData>;
 
 /// Power of like large cascadable RAMs: what share of the cycles a memory reads, writes, stands by and sleeps, each

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDdrmcData;
+class ZELM_EXPORT ZelmOrvaneDdrmcData;
 extern template class ZelmDataBlock<ZelmOrvaneDdrmcData>;
 
 /// DDR memory controllers: data rate and power of each characterised configuration.

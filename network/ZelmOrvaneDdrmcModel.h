@@ -4,7 +4,7 @@
 #include "network/ZelmOrvaneDdrmcData.h"
 #include "network/ZelmOrvaneDdrmcParams.h"
 
-class ZelmOrvaneDdrmcModel;
+class ZELM_EXPORT ZelmOrvaneDdrmcModel;
 extern template class ZelmModelBlock<ZelmOrvaneDdrmcModel, ZelmOrvaneDdrmcParams, ZelmOrvaneDdrmcData>;
 
 /// Power of one DDR memory controller: that of its characterised configuration, scaled to its use.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneGorbData;
+class ZELM_EXPORT ZelmOrvaneGorbData;
 extern template class ZelmDataBlock<ZelmOrvaneGorbData>;
 
 /// Power of the hard on-chip memory: its controller and memory banks.

@@ -4,7 +4,7 @@
 #include "network/ZelmOrvaneGorbData.h"
 #include "network/ZelmOrvaneGorbParams.h"
 
-class ZelmOrvaneGorbModel;
+class ZELM_EXPORT ZelmOrvaneGorbModel;
 extern template class ZelmModelBlock<ZelmOrvaneGorbModel, ZelmOrvaneGorbParams, ZelmOrvaneGorbData>;
 
 /// Power of the hard on-chip memory: its controller, three fabric interfaces and one interface to the processing

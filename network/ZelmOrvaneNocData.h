@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneNocData;
+class ZELM_EXPORT ZelmOrvaneNocData;
 extern template class ZelmDataBlock<ZelmOrvaneNocData>;
 
 /// Traffic paths of the network on chip: switches per path, clock buffers and unit powers of the devices.

@@ -4,7 +4,7 @@
 #include "network/ZelmOrvaneNocData.h"
 #include "network/ZelmOrvaneNocParams.h"
 
-class ZelmOrvaneNocModel;
+class ZELM_EXPORT ZelmOrvaneNocModel;
 extern template class ZelmModelBlock<ZelmOrvaneNocModel, ZelmOrvaneNocParams, ZelmOrvaneNocData>;
 
 /// Power of one traffic path through the network on chip, from its entry (NMU) over the switches (NPS) to its exit

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneYondData;
+class ZELM_EXPORT ZelmOrvaneYondData;
 extern template class ZelmDataBlock<ZelmOrvaneYondData>;
 
 /// What the items of the processing system draw per MHz, and how its I/O banks are made up.

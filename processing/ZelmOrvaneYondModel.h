@@ -5,7 +5,7 @@
 #include "processing/ZelmOrvaneYondParams.h"
 #include "processing/ZelmProcessingForms.h"
 
-class ZelmOrvaneYondModel;
+class ZELM_EXPORT ZelmOrvaneYondModel;
 extern template class ZelmModelBlock<ZelmOrvaneYondModel, ZelmOrvaneYondParams, ZelmOrvaneYondData>;
 
 /// Dynamic power of the processing system: what runs in its full-power and low-power domains, and the pads of its I/O
