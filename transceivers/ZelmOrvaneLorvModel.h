@@ -1,0 +1,30 @@
+#pragma once
+
+#include "framework/ZelmModelBlock.h"
+#include "transceivers/ZelmOrvaneLorvData.h"
+#include "transceivers/ZelmOrvaneLorvParams.h"
+
+class ZelmOrvaneLorvModel;
+template <class Model>
+struct ZelmLorvFormulas;
+extern template class ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, ZelmOrvaneLorvData>;
+
+/// Power of one channel of the transceiver, of the channels in its quads. The host multiplies by the channels.
+class ZELM_EXPORT ZelmOrvaneLorvModel final
+    : public ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, ZelmOrvaneLorvData>
+{
+public:
+    static constexpr std::string_view name = "ZelmOrvaneLorvModel";
+
+#define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvCells.def"
+#include "framework/ZelmCellFunctions.inc"
+
+    void pullOutputs(Params& params, const Data& data) const;
+
+private:
+    friend struct ZelmLorvFormulas<ZelmOrvaneLorvModel>;
+
+    int numChannels(Params& params, const Data& data) const;
+    // What a channel bears of the circuits in common, from what it would bear if there were one of them.
+    float commonShare(float share, Params& params, const Data& data) const;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "framework/ZelmModelBlock.h"
+#include "transceivers/ZelmOrvaneLorvpData.h"
+#include "transceivers/ZelmOrvaneLorvpParams.h"
+
+class ZelmOrvaneLorvpModel;
+template <class Model>
+struct ZelmLorvFormulas;
+extern template class ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams, ZelmOrvaneLorvpData>;
+
+/// Power of one channel of the enhanced transceiver: as the transceiver, but for the common share and the counts.
+class ZELM_EXPORT ZelmOrvaneLorvpModel final
+    : public ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams, ZelmOrvaneLorvpData>
+{
+public:
+    static constexpr std::string_view name = "ZelmOrvaneLorvpModel";
+
+#define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvpCells.def"
+#include "framework/ZelmCellFunctions.inc"
+
+    void pullOutputs(Params& params, const Data& data) const;
+
+private:
+    friend struct ZelmLorvFormulas<ZelmOrvaneLorvpModel>;
+
+    int numChannels(Params& params, const Data& data) const;
+    // What a channel bears of the circuits in common, from what it would bear if there were one of them.
+    float commonShare(float share, Params& params, const Data& data) const;
+};
