@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/ZelmModelBlock.h"
 #include "device/ZelmOrvanePartsData.h"
 #include "device/ZelmOrvanePartsParams.h"
+#include "framework/ZelmModelBlock.h"
 
 class ZELM_EXPORT ZelmOrvanePartsModel;
 extern template class ZelmModelBlock<ZelmOrvanePartsModel, ZelmOrvanePartsParams, ZelmOrvanePartsData>;

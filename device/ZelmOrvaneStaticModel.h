@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/ZelmModelBlock.h"
 #include "device/ZelmOrvaneStaticData.h"
 #include "device/ZelmOrvaneStaticParams.h"
+#include "framework/ZelmModelBlock.h"
 
 namespace zelm::staticpower
 {
@@ -19,7 +19,8 @@ enum VoltageTerm : int;
 class ZELM_EXPORT ZelmOrvaneStaticModel;
 extern template class ZelmModelBlock<ZelmOrvaneStaticModel, ZelmOrvaneStaticParams, ZelmOrvaneStaticData>;
 
-/// Leakage of the whole device, by rail. One network of cells: what a resource leaks on a rail, the rails' sums, totals.
+/// Leakage of the whole device, by rail. One network of cells: what a resource leaks on a rail, the rails' sums,
+/// totals.
 class ZELM_EXPORT ZelmOrvaneStaticModel final
     : public ZelmModelBlock<ZelmOrvaneStaticModel, ZelmOrvaneStaticParams, ZelmOrvaneStaticData>
 {

@@ -70,7 +70,8 @@ enum class Gate {
     leaking,  ///< always, but with the inrush only if it leaks at 25 degrees
 };
 
-/// What leaks on one rail: the device itself (curve under its name) or a kind of resource (curve shared by all devices).
+/// What leaks on one rail: the device itself (curve under its name) or a kind of resource (curve shared by all
+/// devices).
 struct Site {
     std::string_view curveKey;   ///< of VT_COEFFICIENT and VOLTAGE_SCALING; empty: the device's name
     std::string_view binningKey; ///< of BINNING_FACTORS; empty: the device's name

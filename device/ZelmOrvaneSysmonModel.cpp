@@ -11,7 +11,8 @@ template class ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, Zel
 namespace
 {
 
-// 0 for a rail that is off, and for a characterisation voltage of 0. The quotient is single precision, its square double.
+// 0 for a rail that is off, and for a characterisation voltage of 0. The quotient is single precision, its square
+// double.
 double squareLaw(float volts, float reference)
 {
     if (reference == 0.0f || !(volts > 0.0f))

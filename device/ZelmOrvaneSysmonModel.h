@@ -1,8 +1,8 @@
 #pragma once
 
-#include "framework/ZelmModelBlock.h"
 #include "device/ZelmOrvaneSysmonData.h"
 #include "device/ZelmOrvaneSysmonParams.h"
+#include "framework/ZelmModelBlock.h"
 
 class ZELM_EXPORT ZelmOrvaneSysmonModel;
 extern template class ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, ZelmOrvaneSysmonData>;
