@@ -1,0 +1,21 @@
+#pragma once
+
+#include "framework/ZelmDataBlock.h"
+
+class ZelmOrvaneNaltData;
+extern template class ZelmDataBlock<ZelmOrvaneNaltData>;
+
+/// Currents and capacitances of the high-density I/O standards.
+class ZELM_EXPORT ZelmOrvaneNaltData final : public ZelmDataBlock<ZelmOrvaneNaltData>
+{
+public:
+    static constexpr std::string_view name = "ZelmOrvaneNaltData";
+
+    ZelmOrvaneNaltData()
+    {
+        reset();
+    }
+
+#define ZELM_TABLE_ROWS "io/ZelmOrvaneNaltTables.def"
+#include "framework/ZelmTableMembers.inc"
+};
