@@ -1,0 +1,21 @@
+#pragma once
+
+#include "framework/ZelmModelBlock.h"
+#include "hardblocks/ZelmOrvaneTuvoData.h"
+#include "hardblocks/ZelmOrvaneTuvoParams.h"
+
+class ZelmOrvaneTuvoModel;
+extern template class ZelmModelBlock<ZelmOrvaneTuvoModel, ZelmOrvaneTuvoParams, ZelmOrvaneTuvoData>;
+
+/// Power of a multi-rate Ethernet MAC.
+class ZELM_EXPORT ZelmOrvaneTuvoModel final
+    : public ZelmModelBlock<ZelmOrvaneTuvoModel, ZelmOrvaneTuvoParams, ZelmOrvaneTuvoData>
+{
+public:
+    static constexpr std::string_view name = "ZelmOrvaneTuvoModel";
+
+#define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneTuvoCells.def"
+#include "framework/ZelmCellFunctions.inc"
+
+    void pullOutputs(Params& params, const Data& data) const;
+};

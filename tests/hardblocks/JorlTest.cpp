@@ -1,0 +1,39 @@
+#include "hardblocks/ZelmOrvaneJorlModel.h"
+
+#include "HardBlockTest.h"
+
+namespace
+{
+
+using namespace zelm::test;
+using Params = ZelmOrvaneJorlParams;
+using Jorl = ZelmOrvaneJorlModel;
+using JorlShippedData = ShippedDataTest<Jorl>;
+
+TEST(Jorl, AgreesWithVectors)
+{
+    expectVectorsAgree<Jorl>("Jorl");
+}
+
+TEST(Jorl, KeepsTheBlockContract)
+{
+    expectBlockContract<Jorl>({.intInputs = 1,
+                               .floatInputs = 1,
+                               .stringInputs = 2,
+                               .floatOutputs = 1,
+                               .floatIntermediates = 1,
+                               .stringIntermediates = 1});
+}
+
+TEST_F(JorlShippedData, DefaultsGiveSixCorrectedChannelsOfTwoWatts)
+{
+    calculate();
+    EXPECT_EQ(params[Params::MODE_KEYSTR], "KEY_6x100GE");
+    EXPECT_EQ(params[Params::FEC], "Enabled");
+    EXPECT_EQ(params[Params::NUM_JORL], 1);
+    EXPECT_THAT(params[Params::VCCINT], IsBits(0.88f));
+    EXPECT_GT(params[Params::VCCINT_POWER], 1000.0f);
+    EXPECT_LT(params[Params::VCCINT_POWER], 3000.0f);
+}
+
+} // namespace

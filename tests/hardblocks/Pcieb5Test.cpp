@@ -1,0 +1,33 @@
+#include "hardblocks/ZelmOrvanePcieb5Model.h"
+
+#include "HardBlockTest.h"
+
+namespace
+{
+
+using namespace zelm::test;
+using Params = ZelmOrvanePcieb5Params;
+using Pcieb5 = ZelmOrvanePcieb5Model;
+using Pcieb5ShippedData = ShippedDataTest<Pcieb5>;
+
+TEST(Pcieb5, AgreesWithVectors)
+{
+    expectVectorsAgree<Pcieb5>("Pcieb5");
+}
+
+TEST(Pcieb5, KeepsTheBlockContract)
+{
+    expectBlockContract<Pcieb5>(
+        {.floatInputs = 1, .stringInputs = 2, .floatOutputs = 1, .floatIntermediates = 1, .stringIntermediates = 1});
+}
+
+TEST_F(Pcieb5ShippedData, SixteenLanesOfTheFifthGenerationTakeAboutAWatt)
+{
+    params[Params::LINK_SPEED] = "GEN5";
+    params[Params::LINK_WIDTH] = "x16";
+    calculate();
+    EXPECT_GT(params[Params::POWER], 800.0f);
+    EXPECT_LT(params[Params::POWER], 2500.0f);
+}
+
+} // namespace
