@@ -1,0 +1,33 @@
+#pragma once
+
+#include "framework/ZelmModelBlock.h"
+#include "hardblocks/ZelmOrvaneNemtData.h"
+#include "hardblocks/ZelmOrvaneNemtParams.h"
+
+class ZelmOrvaneNemtModel;
+extern template class ZelmModelBlock<ZelmOrvaneNemtModel, ZelmOrvaneNemtParams, ZelmOrvaneNemtData>;
+
+/// Power of the compute array: busy and idle tiles, memory banks, streams, PLL and the shim row.
+class ZELM_EXPORT ZelmOrvaneNemtModel final
+    : public ZelmModelBlock<ZelmOrvaneNemtModel, ZelmOrvaneNemtParams, ZelmOrvaneNemtData>
+{
+public:
+    static constexpr std::string_view name = "ZelmOrvaneNemtModel";
+
+#define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneNemtCells.def"
+#include "framework/ZelmCellFunctions.inc"
+
+    void pullOutputs(Params& params, const Data& data) const;
+
+private:
+    struct Kernel;
+    static const Kernel kInt16;
+    static const Kernel kInt8;
+    static const Kernel kFloating;
+    static const Kernel kComplex;
+
+    int tilesInUse(Params& params, const Data& data) const;
+    float tilePower(const Kernel& kernel, Params& params, const Data& data) const;
+    float trafficPower(int partCount, float load, std::string_view item, Params& params, const Data& data) const;
+    float shimStreamPower(int streamCount, std::string_view item, Params& params, const Data& data) const;
+};
