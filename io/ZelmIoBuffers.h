@@ -36,6 +36,92 @@ constexpr float splitHeat(float v, float vol, float voh, float pw, float t, floa
     return t > 0.0f ? (low * (1.0f - pw) + high * pw) * scale / (2.0f * t) : 0.0f;
 }
 
+/// One standard in one run of calculate: what the formulas of both sides read, and the formulas that sides or kinds
+/// share. Receivers and drivers derive from it and state what differs. v is the supply that levels refer to, r the
+/// resistance on the board.
+template <class Model, class Standard>
+struct Buffer {
+    const Model& model;
+    const Standard& standard;
+    typename Model::Params& params;
+    const typename Model::Data& data;
+
+    float table(std::string_view key) const
+    {
+        return standard.table(data, key);
+    }
+    float supply() const
+    {
+        return model.supplyOf(standard, params, data);
+    }
+    float boardResistance() const
+    {
+        return model.getOffchipTermination(params, data);
+    }
+    float low() const
+    {
+        return model.vol(standard, params, data);
+    }
+    float high() const
+    {
+        return model.voh(standard, params, data);
+    }
+    float directCurrent() const
+    {
+        return model.dcVccoCurrent(standard, params, data);
+    }
+    float onchip() const
+    {
+        return model.onchipPower(standard, params, data);
+    }
+
+    float zero() const
+    {
+        return 0.0f;
+    }
+
+    float auxiliaryToggling() const
+    {
+        return table("VCCAUX_AC");
+    }
+
+    float coreToggling() const
+    {
+        return table("VCCINT_IO_AC");
+    }
+
+    float auxiliaryDirect() const
+    {
+        return table("VCCAUX_DC");
+    }
+
+    float coreDirect() const
+    {
+        return table("VCCINT_IO_DC");
+    }
+
+    float tabulatedCurrent() const
+    {
+        return table("VCCO_DC");
+    }
+
+    float complementHigh() const
+    {
+        const float v = supply();
+        const float vol = low();
+        return v - vol;
+    }
+
+    // Negative where the heat on chip has no direct current beside it (LVDS, LVSTL, POD): as in the workbook.
+    float remainderOffchip() const
+    {
+        const float current = directCurrent();
+        const float v = supply();
+        const float heat = onchip();
+        return current * v - heat;
+    }
+};
+
 /// The nested IF over a list of standards: all are evaluated, the one of exactly that name is taken, 0 if none is.
 template <class Standards, class Metric>
 float select(const Standards& standards, std::string_view name, Metric metric)

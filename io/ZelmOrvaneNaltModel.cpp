@@ -35,32 +35,22 @@ struct ZelmOrvaneNaltModel::Input {
     float lines = 1.0f;          // lines that the termination serves
     const Termination& termination;
 
+    float table(const Data& data, std::string_view key) const
+    {
+        return data.findIbuf(name, key);
+    }
     float& cell(Params& values, Metric metric) const
     {
         return values[zelm::cellBehind(firstCell, metric)];
     }
 };
 
-// One input standard in one run: what its formulas read, and those that its row chooses from. v is the bank's supply,
-// t the termination in the receiver, r the driver on the board.
-struct ZelmOrvaneNaltModel::Receiver {
-    const ZelmOrvaneNaltModel& model;
-    const Input& standard;
-    Params& params;
-    const Data& data;
-
-    float table(std::string_view key) const
-    {
-        return data.findIbuf(standard.name, key);
-    }
+// One input standard in one run: the formulas that its row chooses from. v is the bank's supply, t the termination in
+// the receiver.
+struct ZelmOrvaneNaltModel::Receiver : zelm::io::Buffer<ZelmOrvaneNaltModel, Input> {
     float enabled(float current) const
     {
         return current * model.calculateIbufEnableFactor(params, data);
-    }
-
-    float zero() const
-    {
-        return 0.0f;
     }
 
     float auxiliaryToggling() const
@@ -92,50 +82,35 @@ struct ZelmOrvaneNaltModel::Receiver {
 
     float dividedLow() const
     {
-        const float v = model.getVcco(params, data);
-        const float r = model.getOffchipTermination(params, data);
+        const float v = supply();
+        const float r = boardResistance();
         const float t = model.getInputTermination(params, data);
         return zelm::io::dividedLow(v, r, t, 0.5f);
-    }
-
-    float complementHigh() const
-    {
-        const float v = model.getVcco(params, data);
-        const float vol = model.inputVol(standard, params, data);
-        return v - vol;
     }
 
     // Counts both levels alike, whatever the share of time at the high one, and whether the buffer is on or off.
     float terminationCurrent() const
     {
-        const float v = model.getVcco(params, data);
-        const float voh = model.inputVoh(standard, params, data);
-        const float vol = model.inputVol(standard, params, data);
+        const float v = supply();
+        const float voh = high();
+        const float vol = low();
         const float t = model.getInputTermination(params, data);
         return t > 0.0f ? ((v - voh) * 0.5f + (v - vol) * 0.5f) / (2.0f * t) * (1000.0f * standard.lines) : 0.0f;
     }
 
-    float tabulatedCurrent() const
-    {
-        return table("VCCO_DC");
-    }
-
     float splitOnchip() const
     {
-        const float v = model.getVcco(params, data);
-        const float vol = model.inputVol(standard, params, data);
-        const float voh = model.inputVoh(standard, params, data);
+        const float v = supply();
+        const float vol = low();
+        const float voh = high();
         const float pw = table("PW");
         const float t = model.getInputTermination(params, data);
         return zelm::io::splitHeat(v, vol, voh, pw, t, 1000.0f * standard.lines);
     }
 
-    float remainderOffchip() const
+    float enabledRemainder() const
     {
-        const float current = model.inputDcVccoCurrent(standard, params, data);
-        const float v = model.getVcco(params, data);
-        const float onchip = model.inputOnchipPower(standard, params, data);
-        return enabled(current * v - onchip);
+        return enabled(remainderOffchip());
     }
 };
 
@@ -145,44 +120,24 @@ struct ZelmOrvaneNaltModel::Receiver {
 struct ZelmOrvaneNaltModel::Output {
     using Formula = float (Driver::*)() const;
     using Metric = Input::Metric;
+    using enum Input::Metric;
 
     std::string_view name;
     Params::FloatEnum firstCell; // ten cells in the order of Metric
     Formula offchip;             // heat on the board
 
+    float table(const Data& data, std::string_view key) const
+    {
+        return data.findObuf(name, key);
+    }
     float& cell(Params& values, Metric metric) const
     {
         return values[zelm::cellBehind(firstCell, metric)];
     }
 };
 
-// One output standard in one run. v is the bank's supply, z the driver's impedance, r the termination on the board.
-struct ZelmOrvaneNaltModel::Driver {
-    const ZelmOrvaneNaltModel& model;
-    const Output& standard;
-    Params& params;
-    const Data& data;
-
-    float table(std::string_view key) const
-    {
-        return data.findObuf(standard.name, key);
-    }
-
-    float zero() const
-    {
-        return 0.0f;
-    }
-
-    float auxiliaryToggling() const
-    {
-        return table("VCCAUX_AC");
-    }
-
-    float coreToggling() const
-    {
-        return table("VCCINT_IO_AC");
-    }
-
+// One output standard in one run. v is the bank's supply, z the driver's impedance.
+struct ZelmOrvaneNaltModel::Driver : zelm::io::Buffer<ZelmOrvaneNaltModel, Output> {
     float driverToggling() const
     {
         const float pad = data.findCapData("CIO_HP");
@@ -193,16 +148,6 @@ struct ZelmOrvaneNaltModel::Driver {
         return zelm::io::loadedCurrent(pad, load, package, current, characterisedLoad);
     }
 
-    float auxiliaryDirect() const
-    {
-        return table("VCCAUX_DC");
-    }
-
-    float coreDirect() const
-    {
-        return table("VCCINT_IO_DC");
-    }
-
     float driverDirect() const
     {
         const float direct = table("VCCO_DC");
@@ -210,41 +155,26 @@ struct ZelmOrvaneNaltModel::Driver {
         return 2.0f * direct * pw;
     }
 
-    float low() const
+    float sunkLow() const
     {
-        const float v = model.getVcco(params, data);
+        const float v = supply();
         const float direct = table("VCCO_DC");
         const float ohms = table("TERM");
         const float z = model.getOutputImpedance(params, data);
-        const float r = model.getOffchipTermination(params, data);
+        const float r = boardResistance();
         return z + r > 0.0f ? v * 0.5f - 2.0f * direct * ohms / 1000.0f : 0.0f;
     }
 
-    float high() const
+    float driverHeat() const
     {
-        const float v = model.getVcco(params, data);
-        const float vol = model.outputVol(standard, params, data);
-        return v - vol;
-    }
-
-    float onchip() const
-    {
-        const float vol = model.outputVol(standard, params, data);
+        const float vol = low();
         const float direct = table("VCCO_DC");
         const float pw = table("PW");
-        const float v = model.getVcco(params, data);
-        const float voh = model.outputVoh(standard, params, data);
-        const float current = model.outputDcVccoCurrent(standard, params, data);
+        const float v = supply();
+        const float voh = high();
+        const float current = directCurrent();
         const float z = model.getOutputImpedance(params, data);
         return z > 0.0f ? (vol * direct + vol * direct) * (1.0f - pw) + (v - voh) * current : 0.0f;
-    }
-
-    float remainderOffchip() const
-    {
-        const float v = model.getVcco(params, data);
-        const float current = model.outputDcVccoCurrent(standard, params, data);
-        const float heat = model.outputOnchipPower(standard, params, data);
-        return v * current - heat;
     }
 };
 
@@ -258,7 +188,7 @@ struct ZelmOrvaneNaltModel::Rows {
 
     // How receivers are terminated:                   VOL             VOH                 direct current          heat on chip     heat on the board
     static constexpr Input::Termination kReceiveBare  {&R::zero,       &R::zero,           &R::tabulatedCurrent,   &R::zero,        &R::zero};
-    static constexpr Input::Termination kReceiveSplit {&R::dividedLow, &R::complementHigh, &R::terminationCurrent, &R::splitOnchip, &R::remainderOffchip};
+    static constexpr Input::Termination kReceiveSplit {&R::dividedLow, &R::complementHigh, &R::terminationCurrent, &R::splitOnchip, &R::enabledRemainder};
 
 #define INPUT(S) .name = #S, .firstCell = Params::IBUF_##S##_AC_VCCAUX_CURRENT
     static constexpr Input kInputs[] = {
@@ -296,21 +226,21 @@ struct ZelmOrvaneNaltModel::Rows {
     };
 #undef OUTPUT
 
-    static constexpr InputPower kIbufAcVccaux{Params::IBUF_AC_VCCAUX_POWER, &M::inputAcVccauxCurrent,  &M::calculateIbufAcVccauxMultiplier};
-    static constexpr InputPower kIbufAcVccio {Params::IBUF_AC_VCCIO_POWER,  &M::inputAcVccioCurrent,   &M::calculateIbufAcVccioMultiplier};
-    static constexpr InputPower kIbufAcVcco  {Params::IBUF_AC_VCCO_POWER,   &M::inputAcVccoCurrent,    &M::calculateIbufAcVccoMultiplier};
-    static constexpr InputPower kIbufDcVccaux{Params::IBUF_DC_VCCAUX_POWER, &M::inputDcVccauxCurrent,  &M::calculateIbufDcVccauxMultiplier};
-    static constexpr InputPower kIbufDcVccio {Params::IBUF_DC_VCCIO_POWER,  &M::inputDcVccioCurrent,   &M::calculateIbufDcVccioMultiplier};
-    static constexpr InputPower kIbufDcVcco  {Params::IBUF_DC_VCCO_POWER,   &M::inputOnchipPower,      &M::calculateIbufDcVccoMultiplier}; // the heat on chip
-    static constexpr InputPower kIbufOffchip {Params::IBUF_OFFCHIP_POWER,   &M::inputOffchipPower,     &M::calculateIbufOffchipMultiplier};
+    static constexpr InputPower kIbufAcVccaux{Params::IBUF_AC_VCCAUX_POWER, &M::acVccauxCurrent,  &M::calculateIbufAcVccauxMultiplier};
+    static constexpr InputPower kIbufAcVccio {Params::IBUF_AC_VCCIO_POWER,  &M::acVccioCurrent,   &M::calculateIbufAcVccioMultiplier};
+    static constexpr InputPower kIbufAcVcco  {Params::IBUF_AC_VCCO_POWER,   &M::acVccoCurrent,    &M::calculateIbufAcVccoMultiplier};
+    static constexpr InputPower kIbufDcVccaux{Params::IBUF_DC_VCCAUX_POWER, &M::dcVccauxCurrent,  &M::calculateIbufDcVccauxMultiplier};
+    static constexpr InputPower kIbufDcVccio {Params::IBUF_DC_VCCIO_POWER,  &M::dcVccioCurrent,   &M::calculateIbufDcVccioMultiplier};
+    static constexpr InputPower kIbufDcVcco  {Params::IBUF_DC_VCCO_POWER,   &M::onchipPower,      &M::calculateIbufDcVccoMultiplier}; // the heat on chip
+    static constexpr InputPower kIbufOffchip {Params::IBUF_OFFCHIP_POWER,   &M::offchipPower,     &M::calculateIbufOffchipMultiplier};
 
-    static constexpr OutputPower kObufAcVccaux{Params::OBUF_AC_VCCAUX_POWER, &M::outputAcVccauxCurrent, &M::calculateObufAcVccauxMultiplier};
-    static constexpr OutputPower kObufAcVccio {Params::OBUF_AC_VCCIO_POWER,  &M::outputAcVccioCurrent,  &M::calculateObufAcVccioMultiplier};
-    static constexpr OutputPower kObufAcVcco  {Params::OBUF_AC_VCCO_POWER,   &M::outputAcVccoCurrent,   &M::calculateObufAcVccoMultiplier};
-    static constexpr OutputPower kObufDcVccaux{Params::OBUF_DC_VCCAUX_POWER, &M::outputDcVccauxCurrent, &M::calculateObufDcVccauxMultiplier};
-    static constexpr OutputPower kObufDcVccio {Params::OBUF_DC_VCCIO_POWER,  &M::outputDcVccioCurrent,  &M::calculateObufDcVccioMultiplier};
-    static constexpr OutputPower kObufDcVcco  {Params::OBUF_DC_VCCO_POWER,   &M::outputDcVccoCurrent,   &M::calculateObufDcVccoMultiplier}; // the bare current, unlike inputs: as in the workbook
-    static constexpr OutputPower kObufOffchip {Params::OBUF_OFFCHIP_POWER,   &M::outputOffchipPower,    &M::calculateObufOffchipMultiplier};
+    static constexpr OutputPower kObufAcVccaux{Params::OBUF_AC_VCCAUX_POWER, &M::acVccauxCurrent, &M::calculateObufAcVccauxMultiplier};
+    static constexpr OutputPower kObufAcVccio {Params::OBUF_AC_VCCIO_POWER,  &M::acVccioCurrent,  &M::calculateObufAcVccioMultiplier};
+    static constexpr OutputPower kObufAcVcco  {Params::OBUF_AC_VCCO_POWER,   &M::acVccoCurrent,   &M::calculateObufAcVccoMultiplier};
+    static constexpr OutputPower kObufDcVccaux{Params::OBUF_DC_VCCAUX_POWER, &M::dcVccauxCurrent, &M::calculateObufDcVccauxMultiplier};
+    static constexpr OutputPower kObufDcVccio {Params::OBUF_DC_VCCIO_POWER,  &M::dcVccioCurrent,  &M::calculateObufDcVccioMultiplier};
+    static constexpr OutputPower kObufDcVcco  {Params::OBUF_DC_VCCO_POWER,   &M::dcVccoCurrent,   &M::calculateObufDcVccoMultiplier}; // the bare current, unlike inputs: as in the workbook
+    static constexpr OutputPower kObufOffchip {Params::OBUF_OFFCHIP_POWER,   &M::offchipPower,    &M::calculateObufOffchipMultiplier};
 
     static consteval const Input& input(std::string_view key)
     {
@@ -357,125 +287,49 @@ void ZelmOrvaneNaltModel::pullOutputs(Params& params, const Data& data) const
 void ZelmOrvaneNaltModel::pullUnselectedCells(Params& params, const Data& data) const
 {
     for (const Input& standard : Rows::kInputs) {
-        inputVol(standard, params, data);
-        inputVoh(standard, params, data);
-        inputDcVccoCurrent(standard, params, data);
+        vol(standard, params, data);
+        voh(standard, params, data);
+        dcVccoCurrent(standard, params, data);
     }
     for (const Output& standard : Rows::kOutputs) {
-        outputVol(standard, params, data);
-        outputVoh(standard, params, data);
-        outputOnchipPower(standard, params, data);
+        vol(standard, params, data);
+        voh(standard, params, data);
+        onchipPower(standard, params, data);
     }
 }
 
 // ---- Metrics of the standards ----
 
-// A cell of one standard, by the formula that the metric or the standard's row has for it.
-template <class Buffer, class Metric, class Formula>
-float ZelmOrvaneNaltModel::computed(const Buffer& buffer, Metric metric, Formula formula)
-{
-    return once(buffer.standard.cell(buffer.params, metric), [&] { return (buffer.*formula)(); });
-}
+// clang-format off
+#define METRIC(Standard, Side, metric, formula)                                                                        \
+    float ZelmOrvaneNaltModel::metric(const Standard& standard, Params& params, const Data& data) const                \
+    {                                                                                                                  \
+        return once(standard.cell(params, Standard::metric),                                                           \
+                    [&] { return (Side{{*this, standard, params, data}}.*formula)(); });                               \
+    }
+METRIC(Input,  Receiver, acVccauxCurrent, &Receiver::auxiliaryToggling)
+METRIC(Input,  Receiver, acVccioCurrent,  &Receiver::coreToggling)
+METRIC(Input,  Receiver, acVccoCurrent,   &Receiver::driverToggling)
+METRIC(Input,  Receiver, dcVccauxCurrent, &Receiver::auxiliaryDirect)
+METRIC(Input,  Receiver, dcVccioCurrent,  &Receiver::coreDirect)
+METRIC(Input,  Receiver, dcVccoCurrent,   standard.termination.directCurrent)
+METRIC(Input,  Receiver, offchipPower,    standard.termination.offchip)
+METRIC(Input,  Receiver, onchipPower,     standard.termination.onchip)
+METRIC(Input,  Receiver, voh,             standard.termination.voh)
+METRIC(Input,  Receiver, vol,             standard.termination.vol)
 
-float ZelmOrvaneNaltModel::inputAcVccauxCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::acVccauxCurrent, &Receiver::auxiliaryToggling);
-}
-
-float ZelmOrvaneNaltModel::inputAcVccioCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::acVccioCurrent, &Receiver::coreToggling);
-}
-
-float ZelmOrvaneNaltModel::inputAcVccoCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::acVccoCurrent, &Receiver::driverToggling);
-}
-
-float ZelmOrvaneNaltModel::inputDcVccauxCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::dcVccauxCurrent, &Receiver::auxiliaryDirect);
-}
-
-float ZelmOrvaneNaltModel::inputDcVccioCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::dcVccioCurrent, &Receiver::coreDirect);
-}
-
-float ZelmOrvaneNaltModel::inputDcVccoCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::dcVccoCurrent, standard.termination.directCurrent);
-}
-
-float ZelmOrvaneNaltModel::inputOffchipPower(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::offchipPower, standard.termination.offchip);
-}
-
-float ZelmOrvaneNaltModel::inputOnchipPower(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::onchipPower, standard.termination.onchip);
-}
-
-float ZelmOrvaneNaltModel::inputVoh(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::voh, standard.termination.voh);
-}
-
-float ZelmOrvaneNaltModel::inputVol(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::vol, standard.termination.vol);
-}
-
-float ZelmOrvaneNaltModel::outputAcVccauxCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::acVccauxCurrent, &Driver::auxiliaryToggling);
-}
-
-float ZelmOrvaneNaltModel::outputAcVccioCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::acVccioCurrent, &Driver::coreToggling);
-}
-
-float ZelmOrvaneNaltModel::outputAcVccoCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::acVccoCurrent, &Driver::driverToggling);
-}
-
-float ZelmOrvaneNaltModel::outputDcVccauxCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::dcVccauxCurrent, &Driver::auxiliaryDirect);
-}
-
-float ZelmOrvaneNaltModel::outputDcVccioCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::dcVccioCurrent, &Driver::coreDirect);
-}
-
-float ZelmOrvaneNaltModel::outputDcVccoCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::dcVccoCurrent, &Driver::driverDirect);
-}
-
-float ZelmOrvaneNaltModel::outputOffchipPower(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::offchipPower, standard.offchip);
-}
-
-float ZelmOrvaneNaltModel::outputOnchipPower(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::onchipPower, &Driver::onchip);
-}
-
-float ZelmOrvaneNaltModel::outputVoh(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::voh, &Driver::high);
-}
-
-float ZelmOrvaneNaltModel::outputVol(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Input::vol, &Driver::low);
-}
+METRIC(Output, Driver,   acVccauxCurrent, &Driver::auxiliaryToggling)
+METRIC(Output, Driver,   acVccioCurrent,  &Driver::coreToggling)
+METRIC(Output, Driver,   acVccoCurrent,   &Driver::driverToggling)
+METRIC(Output, Driver,   dcVccauxCurrent, &Driver::auxiliaryDirect)
+METRIC(Output, Driver,   dcVccioCurrent,  &Driver::coreDirect)
+METRIC(Output, Driver,   dcVccoCurrent,   &Driver::driverDirect)
+METRIC(Output, Driver,   offchipPower,    standard.offchip)
+METRIC(Output, Driver,   onchipPower,     &Driver::driverHeat)
+METRIC(Output, Driver,   voh,             &Driver::complementHigh)
+METRIC(Output, Driver,   vol,             &Driver::sunkLow)
+#undef METRIC
+// clang-format on
 
 // ---- Cells of the group ----
 

@@ -37,6 +37,10 @@ struct ZelmOrvaneSelvModel::Input {
     bool evenDuty = false;       // high half of the time, whatever the table says
     bool lowPowerMipi = false;   // toggles at the low-power mode's own data rate
 
+    float table(const Data& data, std::string_view key) const
+    {
+        return data.findIbuf(name, key);
+    }
     float& cell(Params& values, Current metric) const
     {
         return values[zelm::cellBehind(firstCurrent, metric)];
@@ -47,22 +51,9 @@ struct ZelmOrvaneSelvModel::Input {
     }
 };
 
-// One input standard in one run: what its formulas read, and those that its row chooses from. v is the standard's own
-// supply, not the bank's; t the termination in the receiver, r the driver on the board.
-struct ZelmOrvaneSelvModel::Receiver {
-    const ZelmOrvaneSelvModel& model;
-    const Input& standard;
-    Params& params;
-    const Data& data;
-
-    float table(std::string_view key) const
-    {
-        return data.findIbuf(standard.name, key);
-    }
-    float ownSupply() const
-    {
-        return table("VCCO");
-    }
+// One input standard in one run: the formulas that its row chooses from. v is the standard's own supply, not the
+// bank's; t the termination in the receiver.
+struct ZelmOrvaneSelvModel::Receiver : zelm::io::Buffer<ZelmOrvaneSelvModel, Input> {
     float bankSupply() const
     {
         return model.getVcco15(params, data);
@@ -71,39 +62,14 @@ struct ZelmOrvaneSelvModel::Receiver {
     {
         return model.getInputTermination(params, data);
     }
-    float boardResistance() const
-    {
-        return model.getOffchipTermination(params, data);
-    }
-    float low() const
-    {
-        return model.inputVol(standard, params, data);
-    }
-    float high() const
-    {
-        return model.inputVoh(standard, params, data);
-    }
     float highShare() const
     {
-        return model.inputPw(standard, params, data);
-    }
-    float directCurrent() const
-    {
-        return model.inputDcVccoCurrent(standard, params, data);
-    }
-    float onchip() const
-    {
-        return model.inputOnchipPower(standard, params, data);
-    }
-
-    float zero() const
-    {
-        return 0.0f;
+        return model.pw(standard, params, data);
     }
 
     float dividedLow() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float r = boardResistance();
         const float t = termination();
         return zelm::io::dividedLow(v, r, t, standard.swing);
@@ -111,27 +77,20 @@ struct ZelmOrvaneSelvModel::Receiver {
 
     float boostedLow() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float r = boardResistance();
         const float t = termination();
         return r > 0.0f ? ratioOrZero(0.6f * v * r, 1.2f * t + r) : 0.0f;
     }
 
-    float complementHigh() const
-    {
-        const float v = ownSupply();
-        const float vol = low();
-        return v - vol;
-    }
-
     float supplyHigh() const
     {
-        return ownSupply();
+        return supply();
     }
 
     float boostedHigh() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float r = boardResistance();
         const float t = termination();
         const float divisor = 1.2f * t + r;
@@ -140,7 +99,7 @@ struct ZelmOrvaneSelvModel::Receiver {
 
     float groundedHigh() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float r = boardResistance();
         const float t = termination();
         return t + r > 0.0f ? v * standard.swing * t / (t + r) : 0.0f;
@@ -148,7 +107,7 @@ struct ZelmOrvaneSelvModel::Receiver {
 
     float terminationCurrent() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float voh = high();
         const float pw = highShare();
         const float vol = low();
@@ -157,14 +116,9 @@ struct ZelmOrvaneSelvModel::Receiver {
         return t > 0.0f ? ((v - voh) * pw + (v - vol) * (1.0f - pw)) * scale / (standard.legs * t) : 0.0f;
     }
 
-    float tabulatedCurrent() const
-    {
-        return table("VCCO_DC");
-    }
-
     float splitOnchip() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float vol = low();
         const float voh = high();
         const float pw = highShare();
@@ -174,7 +128,7 @@ struct ZelmOrvaneSelvModel::Receiver {
 
     float pullUpOnchip() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float vol = low();
         const float pw = highShare();
         const float t = termination();
@@ -183,7 +137,7 @@ struct ZelmOrvaneSelvModel::Receiver {
 
     float boostedOnchip() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float vol = low();
         const float voh = high();
         const float pw = highShare();
@@ -220,15 +174,6 @@ struct ZelmOrvaneSelvModel::Receiver {
         return current * vcco15;
     }
 
-    // Negative where the heat on chip has no direct current beside it (LVDS, LVSTL): as in the workbook.
-    float remainderOffchip() const
-    {
-        const float current = directCurrent();
-        const float v = ownSupply();
-        const float heat = onchip();
-        return current * v - heat;
-    }
-
     float auxiliaryToggling() const
     {
         return toggling("VCCAUX_AC") * standard.acDerating;
@@ -262,11 +207,6 @@ struct ZelmOrvaneSelvModel::Receiver {
         const float current = table("VCCAUX_DC");
         const float vccaux = model.getVccaux(params, data);
         return standard.lowPowerMipi ? current + ratioOrZero(0.15f, vccaux) : current;
-    }
-
-    float coreDirect() const
-    {
-        return table("VCCINT_IO_DC");
     }
 
     float share() const
@@ -316,6 +256,10 @@ struct ZelmOrvaneSelvModel::Output {
     Formula driverToggling;  // toggling current of the driver itself
     bool clampedCore = true; // core currents below 0 are fitting noise
 
+    float table(const Data& data, std::string_view key) const
+    {
+        return data.findObuf(name, key);
+    }
     float& cell(Params& values, Current metric) const
     {
         return values[zelm::cellBehind(firstCurrent, metric)];
@@ -326,21 +270,8 @@ struct ZelmOrvaneSelvModel::Output {
     }
 };
 
-// One output standard in one run. z is the driver's impedance, r the termination on the board.
-struct ZelmOrvaneSelvModel::Driver {
-    const ZelmOrvaneSelvModel& model;
-    const Output& standard;
-    Params& params;
-    const Data& data;
-
-    float table(std::string_view key) const
-    {
-        return data.findObuf(standard.name, key);
-    }
-    float ownSupply() const
-    {
-        return table("VCCO");
-    }
+// One output standard in one run. v is the standard's own supply, z the driver's impedance.
+struct ZelmOrvaneSelvModel::Driver : zelm::io::Buffer<ZelmOrvaneSelvModel, Output> {
     float bankSupply() const
     {
         return model.getVcco15(params, data);
@@ -349,38 +280,13 @@ struct ZelmOrvaneSelvModel::Driver {
     {
         return model.getOutputImpedance(params, data);
     }
-    float boardResistance() const
-    {
-        return model.getOffchipTermination(params, data);
-    }
-    float low() const
-    {
-        return model.outputVol(standard, params, data);
-    }
-    float high() const
-    {
-        return model.outputVoh(standard, params, data);
-    }
     float highShare() const
     {
-        return model.outputPw(standard, params, data);
-    }
-    float directCurrent() const
-    {
-        return model.outputDcVccoCurrent(standard, params, data);
-    }
-    float onchip() const
-    {
-        return model.outputOnchipPower(standard, params, data);
+        return model.pw(standard, params, data);
     }
     float offchip() const
     {
-        return model.outputOffchipPower(standard, params, data);
-    }
-
-    float zero() const
-    {
-        return 0.0f;
+        return model.offchipPower(standard, params, data);
     }
 
     static constexpr float kBoost = 240.0f; // ohms of the branch that lifts the levels of the VOH80 forms
@@ -391,7 +297,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float dividedLow() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float z = impedance();
         const float r = boardResistance();
         return z + r > 0.0f ? v * (z / (z + r)) * standard.swing : 0.0f;
@@ -399,7 +305,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float boostedLow() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float z = impedance();
         const float r = boardResistance();
         return z + r > 0.0f ? ratioOrZero(v * z * r + 216.0f * z, z * r + kBoost * r + kBoost * z) : 0.0f;
@@ -410,21 +316,14 @@ struct ZelmOrvaneSelvModel::Driver {
         return 1.047f;
     }
 
-    float complementHigh() const
-    {
-        const float v = ownSupply();
-        const float vol = low();
-        return v - vol;
-    }
-
     float supplyHigh() const
     {
-        return ownSupply();
+        return supply();
     }
 
     float boostedHigh() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float z = impedance();
         const float r = boardResistance();
         const float p = inParallelWithBoost(z);
@@ -433,7 +332,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float fractionHigh() const
     {
-        return ownSupply() / standard.highDivisor;
+        return supply() / standard.highDivisor;
     }
 
     float lvdsHigh() const
@@ -443,7 +342,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float splitCurrent() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float z = impedance();
         const float r = boardResistance();
         const float pw = highShare();
@@ -452,7 +351,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float boostedCurrent() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float z = impedance();
         const float r = boardResistance();
         const float pw = highShare();
@@ -466,7 +365,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float groundedCurrent() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float z = impedance();
         const float r = boardResistance();
         const float pw = highShare();
@@ -475,7 +374,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float groundedTwiceCurrent() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float z = impedance();
         const float r = boardResistance();
         const float pw = highShare();
@@ -483,14 +382,9 @@ struct ZelmOrvaneSelvModel::Driver {
         return z + r > 0.0f ? ratioOrZero((1.0f - pw) * 1000.0f * v, ohms) : 0.0f;
     }
 
-    float tabulatedCurrent() const
-    {
-        return table("VCCO_DC");
-    }
-
     float pushPullOnchip() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float voh = high();
         const float z = impedance();
         const float pw = highShare();
@@ -514,7 +408,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float boostedOnchipThrough(float highOhms) const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float voh = high();
         const float pw = highShare();
         const float vol = low();
@@ -527,7 +421,7 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float groundedOnchip() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float voh = high();
         const float z = impedance();
         const float pw = highShare();
@@ -545,19 +439,10 @@ struct ZelmOrvaneSelvModel::Driver {
 
     float remainderOnchip() const
     {
-        const float v = ownSupply();
+        const float v = supply();
         const float current = directCurrent();
         const float onBoard = offchip();
         return v * current - onBoard;
-    }
-
-    // Negative where the heat on chip has no direct current beside it (POD): as in the workbook.
-    float remainderOffchip() const
-    {
-        const float current = directCurrent();
-        const float v = ownSupply();
-        const float heat = onchip();
-        return current * v - heat;
     }
 
     float lvdsOffchip() const
@@ -579,20 +464,10 @@ struct ZelmOrvaneSelvModel::Driver {
         return 0.4f;
     }
 
-    float auxiliaryToggling() const
-    {
-        return table("VCCAUX_AC");
-    }
-
     float coreToggling() const
     {
         const float current = table("VCCINT_IO_AC");
         return standard.clampedCore ? ZelmHelperUtils::MAX(0.0f, current) : current;
-    }
-
-    float auxiliaryDirect() const
-    {
-        return table("VCCAUX_DC");
     }
 
     float coreDirect() const
@@ -809,24 +684,24 @@ struct ZelmOrvaneSelvModel::Rows {
     };
 #undef OUTPUT
 
-    static constexpr InputPower kIbufAcVccaux{Params::IBUF_AC_VCCAUX_POWER, &M::inputAcVccauxCurrent, &M::calculateIbufAcVccauxMultiplier};
-    static constexpr InputPower kIbufAcVccio {Params::IBUF_AC_VCCIO_POWER,  &M::inputAcVccioCurrent,  &M::calculateIbufAcVccioMultiplier};
-    static constexpr InputPower kIbufAcVcco  {Params::IBUF_AC_VCCO_POWER,   &M::inputAcVccoCurrent,   &M::calculateIbufAcVccoMultiplier};
-    static constexpr InputPower kIbufDcVccaux{Params::IBUF_DC_VCCAUX_POWER, &M::inputDcVccauxCurrent, &M::calculateIbufDcVccauxMultiplier};
-    static constexpr InputPower kIbufDcVccio {Params::IBUF_DC_VCCIO_POWER,  &M::inputDcVccioCurrent,  &M::calculateIbufDcVccioMultiplier};
-    static constexpr InputPower kIbufDcVcco  {Params::IBUF_DC_VCCO_POWER,   &M::inputOnchipPower,     &M::calculateIbufDcVccoMultiplier};
-    static constexpr InputPower kIbufOffchip {Params::IBUF_OFFCHIP_POWER,   &M::inputOffchipPower,    &M::calculateIbufOffchipMultiplier};
+    static constexpr InputPower kIbufAcVccaux{Params::IBUF_AC_VCCAUX_POWER, &M::acVccauxCurrent, &M::calculateIbufAcVccauxMultiplier};
+    static constexpr InputPower kIbufAcVccio {Params::IBUF_AC_VCCIO_POWER,  &M::acVccioCurrent,  &M::calculateIbufAcVccioMultiplier};
+    static constexpr InputPower kIbufAcVcco  {Params::IBUF_AC_VCCO_POWER,   &M::acVccoCurrent,   &M::calculateIbufAcVccoMultiplier};
+    static constexpr InputPower kIbufDcVccaux{Params::IBUF_DC_VCCAUX_POWER, &M::dcVccauxCurrent, &M::calculateIbufDcVccauxMultiplier};
+    static constexpr InputPower kIbufDcVccio {Params::IBUF_DC_VCCIO_POWER,  &M::dcVccioCurrent,  &M::calculateIbufDcVccioMultiplier};
+    static constexpr InputPower kIbufDcVcco  {Params::IBUF_DC_VCCO_POWER,   &M::onchipPower,     &M::calculateIbufDcVccoMultiplier};
+    static constexpr InputPower kIbufOffchip {Params::IBUF_OFFCHIP_POWER,   &M::offchipPower,    &M::calculateIbufOffchipMultiplier};
 
     // The auxiliary currents of outputs reach the power unscaled by voltage, frequency or enable: as in the workbook.
-    static constexpr OutputPower kObufAcVccaux    {Params::OBUF_AC_VCCAUX_POWER,      &M::outputAcVccauxCurrent};
-    static constexpr OutputPower kObufAcVccio     {Params::OBUF_AC_VCCIO_POWER,       &M::outputAcVccioCurrent,      &M::calculateObufAcVccioMultiplier};
-    static constexpr OutputPower kObufAcVcco      {Params::OBUF_AC_VCCO_POWER,        &M::outputAcVccoCurrent,       &M::calculateObufAcVccoMultiplier};
-    static constexpr OutputPower kObufAcVccoPredrv{Params::OBUF_AC_VCCO_PREDRV_POWER, &M::outputAcVccoPredrvCurrent, &M::calculateObufAcVccoPredrvMultiplier};
-    static constexpr OutputPower kObufDcVccaux    {Params::OBUF_DC_VCCAUX_POWER,      &M::outputDcVccauxCurrent};
-    static constexpr OutputPower kObufDcVccio     {Params::OBUF_DC_VCCIO_POWER,       &M::outputDcVccioCurrent,      &M::calculateObufDcVccioMultiplier};
-    static constexpr OutputPower kObufDcVcco      {Params::OBUF_DC_VCCO_POWER,        &M::outputOnchipPower,         &M::calculateObufDcVccoMultiplier};
-    static constexpr OutputPower kObufDcVccoPredrv{Params::OBUF_DC_VCCO_PREDRV_POWER, &M::outputDcVccoPredrvCurrent, &M::calculateObufDcVccoPredrvMultiplier};
-    static constexpr OutputPower kObufOffchip     {Params::OBUF_OFFCHIP_POWER,        &M::outputOffchipPower,        &M::calculateObufOffchipMultiplier};
+    static constexpr OutputPower kObufAcVccaux    {Params::OBUF_AC_VCCAUX_POWER,      &M::acVccauxCurrent};
+    static constexpr OutputPower kObufAcVccio     {Params::OBUF_AC_VCCIO_POWER,       &M::acVccioCurrent,      &M::calculateObufAcVccioMultiplier};
+    static constexpr OutputPower kObufAcVcco      {Params::OBUF_AC_VCCO_POWER,        &M::acVccoCurrent,       &M::calculateObufAcVccoMultiplier};
+    static constexpr OutputPower kObufAcVccoPredrv{Params::OBUF_AC_VCCO_PREDRV_POWER, &M::acVccoPredrvCurrent, &M::calculateObufAcVccoPredrvMultiplier};
+    static constexpr OutputPower kObufDcVccaux    {Params::OBUF_DC_VCCAUX_POWER,      &M::dcVccauxCurrent};
+    static constexpr OutputPower kObufDcVccio     {Params::OBUF_DC_VCCIO_POWER,       &M::dcVccioCurrent,      &M::calculateObufDcVccioMultiplier};
+    static constexpr OutputPower kObufDcVcco      {Params::OBUF_DC_VCCO_POWER,        &M::onchipPower,         &M::calculateObufDcVccoMultiplier};
+    static constexpr OutputPower kObufDcVccoPredrv{Params::OBUF_DC_VCCO_PREDRV_POWER, &M::dcVccoPredrvCurrent, &M::calculateObufDcVccoPredrvMultiplier};
+    static constexpr OutputPower kObufOffchip     {Params::OBUF_OFFCHIP_POWER,        &M::offchipPower,        &M::calculateObufOffchipMultiplier};
 
     static consteval const Input& input(std::string_view key)
     {
@@ -876,147 +751,55 @@ void ZelmOrvaneSelvModel::pullOutputs(Params& params, const Data& data) const
 void ZelmOrvaneSelvModel::pullUnselectedCells(Params& params, const Data& data) const
 {
     for (const Input& standard : Rows::kInputs) {
-        inputVol(standard, params, data);
-        inputVoh(standard, params, data);
-        inputPw(standard, params, data);
-        inputDcVccoCurrent(standard, params, data);
+        vol(standard, params, data);
+        voh(standard, params, data);
+        pw(standard, params, data);
+        dcVccoCurrent(standard, params, data);
     }
     for (const Output& standard : Rows::kOutputs) {
-        outputVol(standard, params, data);
-        outputVoh(standard, params, data);
-        outputPw(standard, params, data);
-        outputDcVccoCurrent(standard, params, data);
+        vol(standard, params, data);
+        voh(standard, params, data);
+        pw(standard, params, data);
+        dcVccoCurrent(standard, params, data);
     }
 }
 
 // ---- Metrics of the standards ----
 
-// A cell of one standard, by the formula that the metric or the standard's row has for it.
-template <class Buffer, class Metric, class Formula>
-float ZelmOrvaneSelvModel::computed(const Buffer& buffer, Metric metric, Formula formula)
-{
-    return once(buffer.standard.cell(buffer.params, metric), [&] { return (buffer.*formula)(); });
-}
+// clang-format off
+#define METRIC(Standard, Side, metric, formula)                                                                        \
+    float ZelmOrvaneSelvModel::metric(const Standard& standard, Params& params, const Data& data) const                \
+    {                                                                                                                  \
+        return once(standard.cell(params, Standard::metric),                                                           \
+                    [&] { return (Side{{*this, standard, params, data}}.*formula)(); });                               \
+    }
+METRIC(Input,  Receiver, acVccauxCurrent,     &Receiver::auxiliaryToggling)
+METRIC(Input,  Receiver, acVccioCurrent,      &Receiver::coreToggling)
+METRIC(Input,  Receiver, acVccoCurrent,       &Receiver::driverToggling)
+METRIC(Input,  Receiver, dcVccauxCurrent,     &Receiver::auxiliaryDirect)
+METRIC(Input,  Receiver, dcVccioCurrent,      &Receiver::coreDirect)
+METRIC(Input,  Receiver, dcVccoCurrent,       standard.termination.directCurrent)
+METRIC(Input,  Receiver, offchipPower,        standard.termination.offchip)
+METRIC(Input,  Receiver, onchipPower,         standard.termination.onchip)
+METRIC(Input,  Receiver, pw,                  &Receiver::share)
+METRIC(Input,  Receiver, voh,                 standard.termination.voh)
+METRIC(Input,  Receiver, vol,                 standard.termination.vol)
 
-float ZelmOrvaneSelvModel::inputAcVccauxCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::acVccauxCurrent, &Receiver::auxiliaryToggling);
-}
-
-float ZelmOrvaneSelvModel::inputAcVccioCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::acVccioCurrent, &Receiver::coreToggling);
-}
-
-float ZelmOrvaneSelvModel::inputAcVccoCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::acVccoCurrent, &Receiver::driverToggling);
-}
-
-float ZelmOrvaneSelvModel::inputDcVccauxCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::dcVccauxCurrent, &Receiver::auxiliaryDirect);
-}
-
-float ZelmOrvaneSelvModel::inputDcVccioCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::dcVccioCurrent, &Receiver::coreDirect);
-}
-
-float ZelmOrvaneSelvModel::inputDcVccoCurrent(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::dcVccoCurrent, standard.termination.directCurrent);
-}
-
-float ZelmOrvaneSelvModel::inputOffchipPower(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::offchipPower, standard.termination.offchip);
-}
-
-float ZelmOrvaneSelvModel::inputOnchipPower(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::onchipPower, standard.termination.onchip);
-}
-
-float ZelmOrvaneSelvModel::inputPw(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::pw, &Receiver::share);
-}
-
-float ZelmOrvaneSelvModel::inputVoh(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::voh, standard.termination.voh);
-}
-
-float ZelmOrvaneSelvModel::inputVol(const Input& standard, Params& params, const Data& data) const
-{
-    return computed(Receiver{*this, standard, params, data}, Input::vol, standard.termination.vol);
-}
-
-float ZelmOrvaneSelvModel::outputAcVccauxCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::acVccauxCurrent, &Driver::auxiliaryToggling);
-}
-
-float ZelmOrvaneSelvModel::outputAcVccioCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::acVccioCurrent, &Driver::coreToggling);
-}
-
-float ZelmOrvaneSelvModel::outputAcVccoCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::acVccoCurrent, standard.driverToggling);
-}
-
-float ZelmOrvaneSelvModel::outputAcVccoPredrvCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::acVccoPredrvCurrent, standard.predriver.toggling);
-}
-
-float ZelmOrvaneSelvModel::outputDcVccauxCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::dcVccauxCurrent, &Driver::auxiliaryDirect);
-}
-
-float ZelmOrvaneSelvModel::outputDcVccioCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::dcVccioCurrent, &Driver::coreDirect);
-}
-
-float ZelmOrvaneSelvModel::outputDcVccoCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::dcVccoCurrent, standard.termination.directCurrent);
-}
-
-float ZelmOrvaneSelvModel::outputDcVccoPredrvCurrent(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::dcVccoPredrvCurrent, standard.predriver.direct);
-}
-
-float ZelmOrvaneSelvModel::outputOffchipPower(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::offchipPower, standard.termination.offchip);
-}
-
-float ZelmOrvaneSelvModel::outputOnchipPower(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::onchipPower, standard.termination.onchip);
-}
-
-float ZelmOrvaneSelvModel::outputPw(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::pw, &Driver::share);
-}
-
-float ZelmOrvaneSelvModel::outputVoh(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::voh, standard.termination.voh);
-}
-
-float ZelmOrvaneSelvModel::outputVol(const Output& standard, Params& params, const Data& data) const
-{
-    return computed(Driver{*this, standard, params, data}, Output::vol, standard.termination.vol);
-}
+METRIC(Output, Driver,   acVccauxCurrent,     &Driver::auxiliaryToggling)
+METRIC(Output, Driver,   acVccioCurrent,      &Driver::coreToggling)
+METRIC(Output, Driver,   acVccoCurrent,       standard.driverToggling)
+METRIC(Output, Driver,   acVccoPredrvCurrent, standard.predriver.toggling)
+METRIC(Output, Driver,   dcVccauxCurrent,     &Driver::auxiliaryDirect)
+METRIC(Output, Driver,   dcVccioCurrent,      &Driver::coreDirect)
+METRIC(Output, Driver,   dcVccoCurrent,       standard.termination.directCurrent)
+METRIC(Output, Driver,   dcVccoPredrvCurrent, standard.predriver.direct)
+METRIC(Output, Driver,   offchipPower,        standard.termination.offchip)
+METRIC(Output, Driver,   onchipPower,         standard.termination.onchip)
+METRIC(Output, Driver,   pw,                  &Driver::share)
+METRIC(Output, Driver,   voh,                 standard.termination.voh)
+METRIC(Output, Driver,   vol,                 standard.termination.vol)
+#undef METRIC
+// clang-format on
 
 // ---- Cells of the group ----
 

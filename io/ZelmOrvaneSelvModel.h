@@ -22,6 +22,8 @@ public:
     void pullOutputs(Params& params, const Data& data) const;
 
 private:
+    template <class, class>
+    friend struct zelm::io::Buffer;
     struct Input;
     struct Output;
     struct Receiver;
@@ -39,35 +41,38 @@ private:
     float outputToggles(Params& params, const Data& data) const;
     float outputLines(Params& params, const Data& data) const;
 
-    template <class Buffer, class Metric, class Formula>
-    static float computed(const Buffer& buffer, Metric metric, Formula formula);
+    template <class Standard>
+    float supplyOf(const Standard& standard, Params&, const Data& data) const
+    {
+        return standard.table(data, "VCCO");
+    }
 
-    float inputAcVccauxCurrent(const Input& standard, Params& params, const Data& data) const;
-    float inputAcVccioCurrent(const Input& standard, Params& params, const Data& data) const;
-    float inputAcVccoCurrent(const Input& standard, Params& params, const Data& data) const;
-    float inputDcVccauxCurrent(const Input& standard, Params& params, const Data& data) const;
-    float inputDcVccioCurrent(const Input& standard, Params& params, const Data& data) const;
-    float inputDcVccoCurrent(const Input& standard, Params& params, const Data& data) const;
-    float inputOffchipPower(const Input& standard, Params& params, const Data& data) const;
-    float inputOnchipPower(const Input& standard, Params& params, const Data& data) const;
-    float inputPw(const Input& standard, Params& params, const Data& data) const;
-    float inputVoh(const Input& standard, Params& params, const Data& data) const;
-    float inputVol(const Input& standard, Params& params, const Data& data) const;
+    float acVccauxCurrent(const Input& standard, Params& params, const Data& data) const;
+    float acVccioCurrent(const Input& standard, Params& params, const Data& data) const;
+    float acVccoCurrent(const Input& standard, Params& params, const Data& data) const;
+    float dcVccauxCurrent(const Input& standard, Params& params, const Data& data) const;
+    float dcVccioCurrent(const Input& standard, Params& params, const Data& data) const;
+    float dcVccoCurrent(const Input& standard, Params& params, const Data& data) const;
+    float offchipPower(const Input& standard, Params& params, const Data& data) const;
+    float onchipPower(const Input& standard, Params& params, const Data& data) const;
+    float pw(const Input& standard, Params& params, const Data& data) const;
+    float voh(const Input& standard, Params& params, const Data& data) const;
+    float vol(const Input& standard, Params& params, const Data& data) const;
     float inputPower(const InputPower& power, Params& params, const Data& data) const;
 
-    float outputAcVccauxCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputAcVccioCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputAcVccoCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputAcVccoPredrvCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputDcVccauxCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputDcVccioCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputDcVccoCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputDcVccoPredrvCurrent(const Output& standard, Params& params, const Data& data) const;
-    float outputOffchipPower(const Output& standard, Params& params, const Data& data) const;
-    float outputOnchipPower(const Output& standard, Params& params, const Data& data) const;
-    float outputPw(const Output& standard, Params& params, const Data& data) const;
-    float outputVoh(const Output& standard, Params& params, const Data& data) const;
-    float outputVol(const Output& standard, Params& params, const Data& data) const;
+    float acVccauxCurrent(const Output& standard, Params& params, const Data& data) const;
+    float acVccioCurrent(const Output& standard, Params& params, const Data& data) const;
+    float acVccoCurrent(const Output& standard, Params& params, const Data& data) const;
+    float acVccoPredrvCurrent(const Output& standard, Params& params, const Data& data) const;
+    float dcVccauxCurrent(const Output& standard, Params& params, const Data& data) const;
+    float dcVccioCurrent(const Output& standard, Params& params, const Data& data) const;
+    float dcVccoCurrent(const Output& standard, Params& params, const Data& data) const;
+    float dcVccoPredrvCurrent(const Output& standard, Params& params, const Data& data) const;
+    float offchipPower(const Output& standard, Params& params, const Data& data) const;
+    float onchipPower(const Output& standard, Params& params, const Data& data) const;
+    float pw(const Output& standard, Params& params, const Data& data) const;
+    float voh(const Output& standard, Params& params, const Data& data) const;
+    float vol(const Output& standard, Params& params, const Data& data) const;
     float outputPower(const OutputPower& power, Params& params, const Data& data) const;
 
     void pullUnselectedCells(Params& params, const Data& data) const;
