@@ -8,6 +8,8 @@
 /// What the clock generators have in common: an input divided by D feeds a VCO multiplied by M, and divided outputs
 /// come off the VCO. A block takes a formula by naming it in its cell rows; a generator without a cell or an input of
 /// that name just doesn't use the formula.
+/// A block's header declares its model class exported before it instantiates ZelmModelBlock for it: hosts need that
+/// base's type information to see through this class.
 template <class Derived, class ParamsT, class DataT>
 class ZELM_EXPORT ZelmClockGenerator : public ZelmModelBlock<Derived, ParamsT, DataT>
 {
