@@ -256,7 +256,8 @@ TEST_F(ClockTest, SharesAreGuardedAndSigned)
     params[Params::FFS_USING_CLK] = -7; // 10 / 3
     calculate();
     EXPECT_EQ(params[Params::NUM_LUTRAM_SLICES], 132);
-    params[Params::LUTRAMS_USING_CLK] = -10; // the quotient of -10 / -17 doesn't matter
+    params[Params::LUTRAMS_USING_CLK] = -10;
+    params[Params::FFS_USING_CLK] = 5; // -10 / -5 is 2, but no such loads count
     calculate();
     EXPECT_EQ(params[Params::NUM_LUTRAM_SLICES], 0);
 }
