@@ -134,7 +134,7 @@ float ZelmOrvaneStaticModel::railPowerupCurrent(const Rail& rail, Params& params
 {
     return once(params[rail.powerupCurrent], [&] {
         const float sum = sumOf(rail.powersUp, -0.0f, params, data);
-        if (!rail.powersUpOnlyWithVolts)
+        if (!rail.powerupNeedsVolts)
             return sum;
         const float volts = valueOf(rail.volts, params, data);
         return volts == 0.0f ? 0.0f : sum;

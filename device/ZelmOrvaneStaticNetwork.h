@@ -52,7 +52,7 @@ struct Rail {
     FloatCell powerupCurrent;
     Addends leaks;
     Addends powersUp;
-    bool powersUpOnlyWithVolts; ///< at 0 V no power-up current
+    bool powerupNeedsVolts; ///< at 0 V no power-up current
 };
 
 /// What a site draws beside its leakage while the device powers up.
@@ -126,7 +126,7 @@ struct Total {
 
 // ---- Rails ----
 
-#define RAIL(row, cells, key_, leaks_, powersUp_, onlyWithVolts)                                                     \
+#define RAIL(row, cells, key_, needsVolts, powersUp_, leaks_)                                                        \
     inline constexpr Rail row{.key = #key_,                                                                          \
                               .volts = cells,                                                                        \
                               .rangeKey = cells##_VR_STRING,                                                         \
@@ -137,102 +137,78 @@ struct Total {
                               .powerupCurrent = cells##_POWERUP_CURRENT,                                             \
                               .leaks = leaks_,                                                                       \
                               .powersUp = powersUp_,                                                                 \
-                              .powersUpOnlyWithVolts = onlyWithVolts};
+                              .powerupNeedsVolts = needsVolts};
 
-// The device and several resources leak. VCCINT also carries the rails VCCINTWIST and VCCME.
-#define MIXED_RAIL(row, rail, leaks, powersUp) RAIL(row, rail, rail, leaks, powersUp, false)
-MIXED_RAIL(kVccint, VCCINT,
-           sum(COMMON_VCCINT_STATIC_CURRENT, BRAM_ACTIVE_VCCINT_STATIC_CURRENT, BRAM_SLEEP_VCCINT_STATIC_CURRENT,
-               PLAM_ACTIVE_VCCINT_STATIC_CURRENT, PLAM_SLEEP_VCCINT_STATIC_CURRENT, LORV_VCCINT_STATIC_CURRENT,
-               LORVP_VCCINT_STATIC_CURRENT, SARN_VCCINT_STATIC_CURRENT, VCCINTWIST_STATIC_CURRENT,
-               VCCME_STATIC_CURRENT),
-           sum(COMMON_VCCINT_POWERUP_CURRENT, VCCINTWIST_POWERUP_CURRENT, VCCME_POWERUP_CURRENT))
-MIXED_RAIL(kVccram, VCCRAM,
-           sum(COMMON_VCCRAM_STATIC_CURRENT, BRAM_SLEEP_VCCRAM_STATIC_CURRENT, BRAM_ACTIVE_VCCRAM_STATIC_CURRENT,
-               PLAM_SLEEP_VCCRAM_STATIC_CURRENT, PLAM_ACTIVE_VCCRAM_STATIC_CURRENT),
-           sum(COMMON_VCCRAM_POWERUP_CURRENT))
-MIXED_RAIL(kVccpslp, VCCPSLP,
-           sum(COMMON_VCCPSLP_STATIC_CURRENT, RPU_ACTIVE_VCCPSLP_STATIC_CURRENT, OCM_ACTIVE_VCCPSLP_STATIC_CURRENT,
-               TCM_ACTIVE_VCCPSLP_STATIC_CURRENT, OCM2_VCCPSLP_STATIC_CURRENT),
-           sum(COMMON_VCCPSLP_POWERUP_CURRENT))
-MIXED_RAIL(kVccpsfp, VCCPSFP,
-           sum(COMMON_VCCPSFP_STATIC_CURRENT, CPU_ACTIVE_VCCPSFP_STATIC_CURRENT, L2_ACTIVE_VCCPSFP_STATIC_CURRENT),
-           sum(COMMON_VCCPSFP_POWERUP_CURRENT))
-MIXED_RAIL(kVcchsams, VCCHSAMS,
-           sum(COMMON_VCCHSAMS_STATIC_CURRENT, ADC_CORE_VCCHSAMS_STATIC_CURRENT, DAC_CORE_VCCHSAMS_STATIC_CURRENT),
-           sum(COMMON_VCCHSAMS_POWERUP_CURRENT))
-MIXED_RAIL(kAdcavcc, ADCAVCC,
-           sum(COMMON_ADCAVCC_STATIC_CURRENT, ADC_CORE_ADCAVCC_STATIC_CURRENT),
-           sum(COMMON_ADCAVCC_POWERUP_CURRENT))
-MIXED_RAIL(kAdcavccaux, ADCAVCCAUX,
-           sum(COMMON_ADCAVCCAUX_STATIC_CURRENT, ADC_CORE_ADCAVCCAUX_STATIC_CURRENT),
-           sum(COMMON_ADCAVCCAUX_POWERUP_CURRENT))
-MIXED_RAIL(kDacavcc, DACAVCC,
-           sum(COMMON_DACAVCC_STATIC_CURRENT, DAC_CORE_DACAVCC_STATIC_CURRENT),
-           sum(COMMON_DACAVCC_POWERUP_CURRENT))
-MIXED_RAIL(kDacavccaux, DACAVCCAUX,
-           sum(COMMON_DACAVCCAUX_STATIC_CURRENT, DAC_CORE_DACAVCCAUX_STATIC_CURRENT),
-           sum(COMMON_DACAVCCAUX_POWERUP_CURRENT))
-MIXED_RAIL(kDacavtt, DACAVTT,
-           sum(COMMON_DACAVTT_STATIC_CURRENT, DAC_CORE_DACAVTT_STATIC_CURRENT),
-           sum(COMMON_DACAVTT_POWERUP_CURRENT))
-#undef MIXED_RAIL
+// VCCINT also carries the rails VCCINTWIST and VCCME. The LORVP rails have no table rows of their own but share the LORV
+// rails'. Which rails check their voltage while powering up follows the characterisation workbook.
+//   row             cells          key            needs volts powers up                                     leaks
+RAIL(kVccint,        VCCINT,        VCCINT,        false,      sum(COMMON_VCCINT_POWERUP_CURRENT, VCCINTWIST_POWERUP_CURRENT, VCCME_POWERUP_CURRENT),
+                                                               sum(COMMON_VCCINT_STATIC_CURRENT, BRAM_ACTIVE_VCCINT_STATIC_CURRENT, BRAM_SLEEP_VCCINT_STATIC_CURRENT,
+                                                                   PLAM_ACTIVE_VCCINT_STATIC_CURRENT, PLAM_SLEEP_VCCINT_STATIC_CURRENT, LORV_VCCINT_STATIC_CURRENT,
+                                                                   LORVP_VCCINT_STATIC_CURRENT, SARN_VCCINT_STATIC_CURRENT, VCCINTWIST_STATIC_CURRENT,
+                                                                   VCCME_STATIC_CURRENT))
+RAIL(kVccram,        VCCRAM,        VCCRAM,        false,      sum(COMMON_VCCRAM_POWERUP_CURRENT),
+                                                               sum(COMMON_VCCRAM_STATIC_CURRENT, BRAM_SLEEP_VCCRAM_STATIC_CURRENT, BRAM_ACTIVE_VCCRAM_STATIC_CURRENT,
+                                                                   PLAM_SLEEP_VCCRAM_STATIC_CURRENT, PLAM_ACTIVE_VCCRAM_STATIC_CURRENT))
+RAIL(kVccsoc,        VCCSOC,        VCCSOC,        false,      sum(COMMON_VCCSOC_POWERUP_CURRENT),           sum(COMMON_VCCSOC_STATIC_CURRENT))
+RAIL(kVccintio,      VCCINTIO,      VCCINTIO,      false,      sum(COMMON_VCCINTIO_POWERUP_CURRENT),         sum(COMMON_VCCINTIO_STATIC_CURRENT))
+RAIL(kVccaux,        VCCAUX,        VCCAUX,        false,      sum(COMMON_VCCAUX_POWERUP_CURRENT),           sum(COMMON_VCCAUX_STATIC_CURRENT))
+RAIL(kVccharl,       VCCHARL,       VCCHARL,       false,      sum(COMMON_VCCHARL_POWERUP_CURRENT),          sum(COMMON_VCCHARL_STATIC_CURRENT))
+RAIL(kVccauxharl,    VCCAUXHARL,    VCCAUXHARL,    false,      sum(COMMON_VCCAUXHARL_POWERUP_CURRENT),       sum(COMMON_VCCAUXHARL_STATIC_CURRENT))
+RAIL(kVccauxsmon,    VCCAUXSMON,    VCCAUXSMON,    false,      sum(COMMON_VCCAUXSMON_POWERUP_CURRENT),       sum(COMMON_VCCAUXSMON_STATIC_CURRENT))
+RAIL(kVccpslp,       VCCPSLP,       VCCPSLP,       false,      sum(COMMON_VCCPSLP_POWERUP_CURRENT),
+                                                               sum(COMMON_VCCPSLP_STATIC_CURRENT, RPU_ACTIVE_VCCPSLP_STATIC_CURRENT, OCM_ACTIVE_VCCPSLP_STATIC_CURRENT,
+                                                                   TCM_ACTIVE_VCCPSLP_STATIC_CURRENT, OCM2_VCCPSLP_STATIC_CURRENT))
+RAIL(kVccpsfp,       VCCPSFP,       VCCPSFP,       false,      sum(COMMON_VCCPSFP_POWERUP_CURRENT),
+                                                               sum(COMMON_VCCPSFP_STATIC_CURRENT, CPU_ACTIVE_VCCPSFP_STATIC_CURRENT, L2_ACTIVE_VCCPSFP_STATIC_CURRENT))
+RAIL(kVccoharlio0,   VCCOHARLIO0,   VCCOHARLIO0,   false,      sum(COMMON_VCCOHARLIO0_POWERUP_CURRENT),      sum(COMMON_VCCOHARLIO0_STATIC_CURRENT))
+RAIL(kVccoharlio1,   VCCOHARLIO1,   VCCOHARLIO1,   false,      sum(COMMON_VCCOHARLIO1_POWERUP_CURRENT),      sum(COMMON_VCCOHARLIO1_STATIC_CURRENT))
+RAIL(kVccoharlio2,   VCCOHARLIO2,   VCCOHARLIO2,   false,      sum(COMMON_VCCOHARLIO2_POWERUP_CURRENT),      sum(COMMON_VCCOHARLIO2_STATIC_CURRENT))
+RAIL(kVccofio,       VCCOFIO,       VCCOFIO,       false,      sum(COMMON_VCCOFIO_POWERUP_CURRENT),          sum(COMMON_VCCOFIO_STATIC_CURRENT))
+RAIL(kVccintwist,    VCCINTWIST,    VCCINTWIST,    true,       sum(COMMON_VCCINTWIST_POWERUP_CURRENT),       sum(COMMON_VCCINTWIST_STATIC_CURRENT))
+RAIL(kVccwist5,      VCCWIST5,      VCCWIST5,      false,      sum(COMMON_VCCWIST5_POWERUP_CURRENT),         sum(COMMON_VCCWIST5_STATIC_CURRENT))
+RAIL(kVccme,         VCCME,         VCCME,         false,      sum(COMMON_VCCME_POWERUP_CURRENT),            sum(COMMON_VCCME_STATIC_CURRENT))
+RAIL(kVccvcuint,     VCCVCUINT,     VCCVCUINT,     false,      sum(COMMON_VCCVCUINT_POWERUP_CURRENT),        sum(COMMON_VCCVCUINT_STATIC_CURRENT))
+RAIL(kVcciohbm,      VCCIOHBM,      VCCIOHBM,      false,      sum(COMMON_VCCIOHBM_POWERUP_CURRENT),         sum(COMMON_VCCIOHBM_STATIC_CURRENT))
+RAIL(kVcchbm,        VCCHBM,        VCCHBM,        false,      sum(COMMON_VCCHBM_POWERUP_CURRENT),           sum(COMMON_VCCHBM_STATIC_CURRENT))
+RAIL(kVccauxhbm,     VCCAUXHBM,     VCCAUXHBM,     false,      sum(COMMON_VCCAUXHBM_POWERUP_CURRENT),        sum(COMMON_VCCAUXHBM_STATIC_CURRENT))
+RAIL(kVccbatt,       VCCBATT,       VCCBATT,       true,       sum(COMMON_VCCBATT_POWERUP_CURRENT),          sum(COMMON_VCCBATT_STATIC_CURRENT))
+RAIL(kVccfuse,       VCCFUSE,       VCCFUSE,       true,       sum(COMMON_VCCFUSE_POWERUP_CURRENT),          sum(COMMON_VCCFUSE_STATIC_CURRENT))
+RAIL(kVcco10,        VCCO10,        VCCO10,        true,       sum(SELVBANK_VCCO10_POWERUP_CURRENT),         sum(SELVBANK_VCCO10_STATIC_CURRENT))
+RAIL(kVcco11,        VCCO11,        VCCO11,        true,       sum(SELVBANK_VCCO11_POWERUP_CURRENT),         sum(SELVBANK_VCCO11_STATIC_CURRENT))
+RAIL(kVcco12,        VCCO12,        VCCO12,        true,       sum(SELVBANK_VCCO12_POWERUP_CURRENT),         sum(SELVBANK_VCCO12_STATIC_CURRENT))
+RAIL(kVcco135,       VCCO135,       VCCO135,       true,       sum(SELVBANK_VCCO135_POWERUP_CURRENT),        sum(SELVBANK_VCCO135_STATIC_CURRENT))
+RAIL(kVcco15,        VCCO15,        VCCO15,        true,       sum(SELVBANK_VCCO15_POWERUP_CURRENT),         sum(SELVBANK_VCCO15_STATIC_CURRENT))
+RAIL(kVcco18,        VCCO18,        VCCO18,        true,       sum(NALTBANK_ACTIVE_VCCO18_POWERUP),          sum(NALTBANK_ACTIVE_VCCO18_STATIC))
+RAIL(kVcco25,        VCCO25,        VCCO25,        true,       sum(NALTBANK_ACTIVE_VCCO25_POWERUP),          sum(NALTBANK_ACTIVE_VCCO25_STATIC))
+RAIL(kVcco33,        VCCO33,        VCCO33,        true,       sum(NALTBANK_ACTIVE_VCCO33_POWERUP),          sum(NALTBANK_ACTIVE_VCCO33_STATIC))
+RAIL(kMlorvavcc,     MLORVAVCC,     MLORVAVCC,     true,       sum(LORV_QUAD_MLORVAVCC_POWERUP_CURRENT),     sum(LORV_QUAD_MLORVAVCC_STATIC_CURRENT))
+RAIL(kMlorvavtt,     MLORVAVTT,     MLORVAVTT,     true,       sum(LORV_QUAD_MLORVAVTT_POWERUP_CURRENT),     sum(LORV_QUAD_MLORVAVTT_STATIC_CURRENT))
+RAIL(kMlorvvccaux,   MLORVVCCAUX,   MLORVVCCAUX,   true,       sum(LORV_QUAD_MLORVVCCAUX_POWERUP_CURRENT),   sum(LORV_QUAD_MLORVVCCAUX_STATIC_CURRENT))
+RAIL(kMlorvpavcc,    MLORVPAVCC,    MLORVAVCC,     true,       sum(LORVP_QUAD_MLORVPAVCC_POWERUP_CURRENT),   sum(LORVP_QUAD_MLORVPAVCC_STATIC_CURRENT))
+RAIL(kMlorvpavtt,    MLORVPAVTT,    MLORVAVTT,     true,       sum(LORVP_QUAD_MLORVPAVTT_POWERUP_CURRENT),   sum(LORVP_QUAD_MLORVPAVTT_STATIC_CURRENT))
+RAIL(kMlorvpvccaux,  MLORVPVCCAUX,  MLORVVCCAUX,   true,       sum(LORVP_QUAD_MLORVPVCCAUX_POWERUP_CURRENT), sum(LORVP_QUAD_MLORVPVCCAUX_STATIC_CURRENT))
+RAIL(kMsarnavcc,     MSARNAVCC,     MSARNAVCC,     true,       sum(SARN_QUAD_MSARNAVCC_POWERUP_CURRENT),     sum(SARN_QUAD_MSARNAVCC_STATIC_CURRENT))
+RAIL(kMsarnavtt,     MSARNAVTT,     MSARNAVTT,     true,       sum(SARN_QUAD_MSARNAVTT_POWERUP_CURRENT),     sum(SARN_QUAD_MSARNAVTT_STATIC_CURRENT))
+RAIL(kMsarnvccaux,   MSARNVCCAUX,   MSARNVCCAUX,   true,       sum(SARN_QUAD_MSARNVCCAUX_POWERUP_CURRENT),   sum(SARN_QUAD_MSARNVCCAUX_STATIC_CURRENT))
+RAIL(kMsarnavttrcal, MSARNAVTTRCAL, MSARNAVTTRCAL, true,       sum(SARN_QUAD_MSARNAVTTRCAL_POWERUP_CURRENT), sum(SARN_QUAD_MSARNAVTTRCAL_STATIC_CURRENT))
+RAIL(kVccintgt,      VCCINTGT,      VCCINTGT,      true,       sum(SARN_QUAD_VCCINTGT_POWERUP_CURRENT),      sum(SARN_QUAD_VCCINTGT_STATIC_CURRENT))
+RAIL(kVccpsgta,      VCCPSGTA,      VCCPSGTA,      false,      sum(COMMON_VCCPSGTA_POWERUP_CURRENT),         sum(COMMON_VCCPSGTA_STATIC_CURRENT))
+RAIL(kVttpsgta,      VTTPSGTA,      VTTPSGTA,      false,      sum(COMMON_VTTPSGTA_POWERUP_CURRENT),         sum(COMMON_VTTPSGTA_STATIC_CURRENT))
+RAIL(kVauxpsgta,     VAUXPSGTA,     VAUXPSGTA,     false,      sum(COMMON_VAUXPSGTA_POWERUP_CURRENT),        sum(COMMON_VAUXPSGTA_STATIC_CURRENT))
+RAIL(kVcchsams,      VCCHSAMS,      VCCHSAMS,      false,      sum(COMMON_VCCHSAMS_POWERUP_CURRENT),
+                                                               sum(COMMON_VCCHSAMS_STATIC_CURRENT, ADC_CORE_VCCHSAMS_STATIC_CURRENT, DAC_CORE_VCCHSAMS_STATIC_CURRENT))
+RAIL(kAdcavcc,       ADCAVCC,       ADCAVCC,       false,      sum(COMMON_ADCAVCC_POWERUP_CURRENT),
+                                                               sum(COMMON_ADCAVCC_STATIC_CURRENT, ADC_CORE_ADCAVCC_STATIC_CURRENT))
+RAIL(kAdcavccaux,    ADCAVCCAUX,    ADCAVCCAUX,    false,      sum(COMMON_ADCAVCCAUX_POWERUP_CURRENT),
+                                                               sum(COMMON_ADCAVCCAUX_STATIC_CURRENT, ADC_CORE_ADCAVCCAUX_STATIC_CURRENT))
+RAIL(kDacavcc,       DACAVCC,       DACAVCC,       false,      sum(COMMON_DACAVCC_POWERUP_CURRENT),
+                                                               sum(COMMON_DACAVCC_STATIC_CURRENT, DAC_CORE_DACAVCC_STATIC_CURRENT))
+RAIL(kDacavccaux,    DACAVCCAUX,    DACAVCCAUX,    false,      sum(COMMON_DACAVCCAUX_POWERUP_CURRENT),
+                                                               sum(COMMON_DACAVCCAUX_STATIC_CURRENT, DAC_CORE_DACAVCCAUX_STATIC_CURRENT))
+RAIL(kDacavtt,       DACAVTT,       DACAVTT,       false,      sum(COMMON_DACAVTT_POWERUP_CURRENT),
+                                                               sum(COMMON_DACAVTT_STATIC_CURRENT, DAC_CORE_DACAVTT_STATIC_CURRENT))
 
-// The device alone leaks. For no engineering reason three rails check their voltage while powering up and the others
-// don't; results must match the characterisation workbook.
-#define DEVICE_RAIL(row, rail) \
-    RAIL(row, rail, rail, sum(COMMON_##rail##_STATIC_CURRENT), sum(COMMON_##rail##_POWERUP_CURRENT), false)
-//          row           rail
-DEVICE_RAIL(kVccsoc,      VCCSOC)
-DEVICE_RAIL(kVccintio,    VCCINTIO)
-DEVICE_RAIL(kVccaux,      VCCAUX)
-DEVICE_RAIL(kVccharl,     VCCHARL)
-DEVICE_RAIL(kVccauxharl,  VCCAUXHARL)
-DEVICE_RAIL(kVccauxsmon,  VCCAUXSMON)
-DEVICE_RAIL(kVccoharlio0, VCCOHARLIO0)
-DEVICE_RAIL(kVccoharlio1, VCCOHARLIO1)
-DEVICE_RAIL(kVccoharlio2, VCCOHARLIO2)
-DEVICE_RAIL(kVccofio,     VCCOFIO)
-DEVICE_RAIL(kVccwist5,    VCCWIST5)
-DEVICE_RAIL(kVccme,       VCCME)
-DEVICE_RAIL(kVccvcuint,   VCCVCUINT)
-DEVICE_RAIL(kVcciohbm,    VCCIOHBM)
-DEVICE_RAIL(kVcchbm,      VCCHBM)
-DEVICE_RAIL(kVccauxhbm,   VCCAUXHBM)
-DEVICE_RAIL(kVccpsgta,    VCCPSGTA)
-DEVICE_RAIL(kVttpsgta,    VTTPSGTA)
-DEVICE_RAIL(kVauxpsgta,   VAUXPSGTA)
-#undef DEVICE_RAIL
-#define SWITCHED_DEVICE_RAIL(row, rail) \
-    RAIL(row, rail, rail, sum(COMMON_##rail##_STATIC_CURRENT), sum(COMMON_##rail##_POWERUP_CURRENT), true)
-SWITCHED_DEVICE_RAIL(kVccintwist, VCCINTWIST)
-SWITCHED_DEVICE_RAIL(kVccbatt,    VCCBATT)
-SWITCHED_DEVICE_RAIL(kVccfuse,    VCCFUSE)
-#undef SWITCHED_DEVICE_RAIL
-
-// One resource alone leaks. The LORVP rails have no table rows of their own but share the LORV rails'.
-#define RESOURCE_RAIL(row, rail, key, leaks, powersUp) RAIL(row, rail, key, sum(leaks), sum(powersUp), true)
-//            row             rail           key            leaks                                   powers up
-RESOURCE_RAIL(kVcco10,        VCCO10,        VCCO10,        SELVBANK_VCCO10_STATIC_CURRENT,         SELVBANK_VCCO10_POWERUP_CURRENT)
-RESOURCE_RAIL(kVcco11,        VCCO11,        VCCO11,        SELVBANK_VCCO11_STATIC_CURRENT,         SELVBANK_VCCO11_POWERUP_CURRENT)
-RESOURCE_RAIL(kVcco12,        VCCO12,        VCCO12,        SELVBANK_VCCO12_STATIC_CURRENT,         SELVBANK_VCCO12_POWERUP_CURRENT)
-RESOURCE_RAIL(kVcco135,       VCCO135,       VCCO135,       SELVBANK_VCCO135_STATIC_CURRENT,        SELVBANK_VCCO135_POWERUP_CURRENT)
-RESOURCE_RAIL(kVcco15,        VCCO15,        VCCO15,        SELVBANK_VCCO15_STATIC_CURRENT,         SELVBANK_VCCO15_POWERUP_CURRENT)
-RESOURCE_RAIL(kVcco18,        VCCO18,        VCCO18,        NALTBANK_ACTIVE_VCCO18_STATIC,          NALTBANK_ACTIVE_VCCO18_POWERUP)
-RESOURCE_RAIL(kVcco25,        VCCO25,        VCCO25,        NALTBANK_ACTIVE_VCCO25_STATIC,          NALTBANK_ACTIVE_VCCO25_POWERUP)
-RESOURCE_RAIL(kVcco33,        VCCO33,        VCCO33,        NALTBANK_ACTIVE_VCCO33_STATIC,          NALTBANK_ACTIVE_VCCO33_POWERUP)
-RESOURCE_RAIL(kMlorvavcc,     MLORVAVCC,     MLORVAVCC,     LORV_QUAD_MLORVAVCC_STATIC_CURRENT,     LORV_QUAD_MLORVAVCC_POWERUP_CURRENT)
-RESOURCE_RAIL(kMlorvavtt,     MLORVAVTT,     MLORVAVTT,     LORV_QUAD_MLORVAVTT_STATIC_CURRENT,     LORV_QUAD_MLORVAVTT_POWERUP_CURRENT)
-RESOURCE_RAIL(kMlorvvccaux,   MLORVVCCAUX,   MLORVVCCAUX,   LORV_QUAD_MLORVVCCAUX_STATIC_CURRENT,   LORV_QUAD_MLORVVCCAUX_POWERUP_CURRENT)
-RESOURCE_RAIL(kMlorvpavcc,    MLORVPAVCC,    MLORVAVCC,     LORVP_QUAD_MLORVPAVCC_STATIC_CURRENT,   LORVP_QUAD_MLORVPAVCC_POWERUP_CURRENT)
-RESOURCE_RAIL(kMlorvpavtt,    MLORVPAVTT,    MLORVAVTT,     LORVP_QUAD_MLORVPAVTT_STATIC_CURRENT,   LORVP_QUAD_MLORVPAVTT_POWERUP_CURRENT)
-RESOURCE_RAIL(kMlorvpvccaux,  MLORVPVCCAUX,  MLORVVCCAUX,   LORVP_QUAD_MLORVPVCCAUX_STATIC_CURRENT, LORVP_QUAD_MLORVPVCCAUX_POWERUP_CURRENT)
-RESOURCE_RAIL(kMsarnavcc,     MSARNAVCC,     MSARNAVCC,     SARN_QUAD_MSARNAVCC_STATIC_CURRENT,     SARN_QUAD_MSARNAVCC_POWERUP_CURRENT)
-RESOURCE_RAIL(kMsarnavtt,     MSARNAVTT,     MSARNAVTT,     SARN_QUAD_MSARNAVTT_STATIC_CURRENT,     SARN_QUAD_MSARNAVTT_POWERUP_CURRENT)
-RESOURCE_RAIL(kMsarnvccaux,   MSARNVCCAUX,   MSARNVCCAUX,   SARN_QUAD_MSARNVCCAUX_STATIC_CURRENT,   SARN_QUAD_MSARNVCCAUX_POWERUP_CURRENT)
-RESOURCE_RAIL(kMsarnavttrcal, MSARNAVTTRCAL, MSARNAVTTRCAL, SARN_QUAD_MSARNAVTTRCAL_STATIC_CURRENT, SARN_QUAD_MSARNAVTTRCAL_POWERUP_CURRENT)
-RESOURCE_RAIL(kVccintgt,      VCCINTGT,      VCCINTGT,      SARN_QUAD_VCCINTGT_STATIC_CURRENT,      SARN_QUAD_VCCINTGT_POWERUP_CURRENT)
-#undef RESOURCE_RAIL
 #undef RAIL
 
 // ---- Sites ----
