@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneHarlData;
+class ZELM_EXPORT ZelmOrvaneHarlData;
 extern template class ZelmDataBlock<ZelmOrvaneHarlData>;
 
 /// What the items of platform management draw: logic, PLLs and pads per MHz, analog cells as they are.

@@ -232,6 +232,8 @@ struct ZelmOrvaneHarlModel::Rows {
         .load = &M::getHarlDedIoLoad,
         .perVoltage = {&M::calculateDedIoFio18Power, &M::calculateDedIoFio25Power, &M::calculateDedIoFio33Power}};
 
+    // Peripherals transmit at 4 mA with the load factor of 12 mA, dedicated pins above 1.8 V at 12 mA: as in the
+    // workbook.
     static constexpr Supply at18{.place = 0,
                                  .receiveKey = "MIO_IOB_VCCO_HARLIO_1V8_RX_DYNAMIC",
                                  .transmitKey = "MIO_IOB_VCCO_HARLIO_1V8_TX_4MA_F_DYNAMIC",
@@ -393,6 +395,7 @@ float ZelmOrvaneHarlModel::pllAux(const Pll& pll, Params& params, const Data& da
     });
 }
 
+// Unlike the logic's, the pads' power isn't scaled by the rail's voltage: results match the workbook.
 float ZelmOrvaneHarlModel::vccint(const Pads& pads, Params& params, const Data& data) const
 {
     return once(params[pads.vccintCell], [&] {

@@ -5,7 +5,7 @@
 #include "processing/ZelmOrvaneHarlParams.h"
 #include "processing/ZelmProcessingForms.h"
 
-class ZelmOrvaneHarlModel;
+class ZELM_EXPORT ZelmOrvaneHarlModel;
 extern template class ZelmModelBlock<ZelmOrvaneHarlModel, ZelmOrvaneHarlParams, ZelmOrvaneHarlData>;
 
 /// Dynamic power of platform management: its interconnect and I/O unit, its PLL and the memory network's, the pads of
