@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDpllData;
+class ZELM_EXPORT ZelmOrvaneDpllData;
 extern template class ZelmDataBlock<ZelmOrvaneDpllData>;
 
 /// Currents of a digital PLL.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvanePspllData;
+class ZELM_EXPORT ZelmOrvanePspllData;
 extern template class ZelmDataBlock<ZelmOrvanePspllData>;
 
 /// Currents of a PLL of the processing system.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneRuskData;
+class ZELM_EXPORT ZelmOrvaneRuskData;
 extern template class ZelmDataBlock<ZelmOrvaneRuskData>;
 
 /// Currents of a PLL of the I/O banks.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneVekoData;
+class ZELM_EXPORT ZelmOrvaneVekoData;
 extern template class ZelmDataBlock<ZelmOrvaneVekoData>;
 
 /// Currents of a mixed-mode clock manager.

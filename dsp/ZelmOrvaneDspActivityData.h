@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDspActivityData;
+class ZELM_EXPORT ZelmOrvaneDspActivityData;
 extern template class ZelmDataBlock<ZelmOrvaneDspActivityData>;
 
 /// Operational mode by usage, and each mode's display text and output activity.

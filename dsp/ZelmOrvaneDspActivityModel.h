@@ -4,7 +4,7 @@
 #include "dsp/ZelmOrvaneDspActivityParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneDspActivityModel;
+class ZELM_EXPORT ZelmOrvaneDspActivityModel;
 extern template class ZelmModelBlock<ZelmOrvaneDspActivityModel, ZelmOrvaneDspActivityParams,
                                      ZelmOrvaneDspActivityData>;
 

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDspConfigData;
+class ZELM_EXPORT ZelmOrvaneDspConfigData;
 extern template class ZelmDataBlock<ZelmOrvaneDspConfigData>;
 
 /// The display-level modes of a DSP slice, for the host to choose from.

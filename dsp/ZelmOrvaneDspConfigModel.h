@@ -4,7 +4,7 @@
 #include "dsp/ZelmOrvaneDspConfigParams.h"
 #include "framework/ZelmModelBlock.h"
 
-class ZelmOrvaneDspConfigModel;
+class ZELM_EXPORT ZelmOrvaneDspConfigModel;
 extern template class ZelmModelBlock<ZelmOrvaneDspConfigModel, ZelmOrvaneDspConfigParams, ZelmOrvaneDspConfigData>;
 
 /// The display-level mode of a DSP slice: hands on the designer's choice.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDspCplxData;
+class ZELM_EXPORT ZelmOrvaneDspCplxData;
 extern template class ZelmDataBlock<ZelmOrvaneDspCplxData>;
 
 /// Currents of the components of a complex multiplier's DSP slices and stages by operational mode.

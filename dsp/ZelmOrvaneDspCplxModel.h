@@ -4,7 +4,7 @@
 #include "dsp/ZelmOrvaneDspCplxData.h"
 #include "dsp/ZelmOrvaneDspCplxParams.h"
 
-class ZelmOrvaneDspCplxModel;
+class ZELM_EXPORT ZelmOrvaneDspCplxModel;
 extern template class ZelmModelBlock<ZelmOrvaneDspCplxModel, ZelmOrvaneDspCplxParams, ZelmOrvaneDspCplxData>;
 
 /// Dynamic power of a complex multiplier: two DSP slices and one pair of complex stages.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDspFp32Data;
+class ZELM_EXPORT ZelmOrvaneDspFp32Data;
 extern template class ZelmDataBlock<ZelmOrvaneDspFp32Data>;
 
 /// Currents of the floating-point DSP slice's components by operational mode.

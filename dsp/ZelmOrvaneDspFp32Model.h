@@ -4,7 +4,7 @@
 #include "dsp/ZelmOrvaneDspFp32Data.h"
 #include "dsp/ZelmOrvaneDspFp32Params.h"
 
-class ZelmOrvaneDspFp32Model;
+class ZELM_EXPORT ZelmOrvaneDspFp32Model;
 extern template class ZelmModelBlock<ZelmOrvaneDspFp32Model, ZelmOrvaneDspFp32Params, ZelmOrvaneDspFp32Data>;
 
 /// Dynamic power of DSP slices in single-precision floating-point mode.

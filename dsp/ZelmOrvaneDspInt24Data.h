@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDspInt24Data;
+class ZELM_EXPORT ZelmOrvaneDspInt24Data;
 extern template class ZelmDataBlock<ZelmOrvaneDspInt24Data>;
 
 /// Currents of the integer DSP slice's components by operational mode.

@@ -4,7 +4,7 @@
 #include "dsp/ZelmOrvaneDspInt24Data.h"
 #include "dsp/ZelmOrvaneDspInt24Params.h"
 
-class ZelmOrvaneDspInt24Model;
+class ZELM_EXPORT ZelmOrvaneDspInt24Model;
 extern template class ZelmModelBlock<ZelmOrvaneDspInt24Model, ZelmOrvaneDspInt24Params, ZelmOrvaneDspInt24Data>;
 
 /// Dynamic power of DSP slices in integer mode.

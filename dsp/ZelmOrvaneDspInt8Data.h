@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDspInt8Data;
+class ZELM_EXPORT ZelmOrvaneDspInt8Data;
 extern template class ZelmDataBlock<ZelmOrvaneDspInt8Data>;
 
 /// Currents of the narrow-integer DSP slice's components by operational mode.

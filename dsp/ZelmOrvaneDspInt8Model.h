@@ -4,7 +4,7 @@
 #include "dsp/ZelmOrvaneDspInt8Data.h"
 #include "dsp/ZelmOrvaneDspInt8Params.h"
 
-class ZelmOrvaneDspInt8Model;
+class ZELM_EXPORT ZelmOrvaneDspInt8Model;
 extern template class ZelmModelBlock<ZelmOrvaneDspInt8Model, ZelmOrvaneDspInt8Params, ZelmOrvaneDspInt8Data>;
 
 /// Dynamic power of DSP slices in narrow-integer mode.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneDspLegacyData;
+class ZELM_EXPORT ZelmOrvaneDspLegacyData;
 extern template class ZelmDataBlock<ZelmOrvaneDspLegacyData>;
 
 /// Currents of the older DSP slice's components by operational mode, and of its wide XOR.

@@ -4,7 +4,7 @@
 #include "dsp/ZelmOrvaneDspLegacyData.h"
 #include "dsp/ZelmOrvaneDspLegacyParams.h"
 
-class ZelmOrvaneDspLegacyModel;
+class ZELM_EXPORT ZelmOrvaneDspLegacyModel;
 extern template class ZelmModelBlock<ZelmOrvaneDspLegacyModel, ZelmOrvaneDspLegacyParams, ZelmOrvaneDspLegacyData>;
 
 /// Dynamic power of DSP slices of the older kind, with their wide XOR.

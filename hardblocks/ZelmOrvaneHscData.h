@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneHscData;
+class ZELM_EXPORT ZelmOrvaneHscData;
 extern template class ZelmDataBlock<ZelmOrvaneHscData>;
 
 /// Power of the two-speed block at each of its speeds.

@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneHscData.h"
 #include "hardblocks/ZelmOrvaneHscParams.h"
 
-class ZelmOrvaneHscModel;
+class ZELM_EXPORT ZelmOrvaneHscModel;
 extern template class ZelmModelBlock<ZelmOrvaneHscModel, ZelmOrvaneHscParams, ZelmOrvaneHscData>;
 
 /// Power of hard blocks that run at a normal or a slow speed.

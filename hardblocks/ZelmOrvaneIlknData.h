@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneIlknData;
+class ZELM_EXPORT ZelmOrvaneIlknData;
 extern template class ZelmDataBlock<ZelmOrvaneIlknData>;
 
 /// Power of an Interlaken core in each of its modes.

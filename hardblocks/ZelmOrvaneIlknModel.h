@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneIlknData.h"
 #include "hardblocks/ZelmOrvaneIlknParams.h"
 
-class ZelmOrvaneIlknModel;
+class ZELM_EXPORT ZelmOrvaneIlknModel;
 extern template class ZelmModelBlock<ZelmOrvaneIlknModel, ZelmOrvaneIlknParams, ZelmOrvaneIlknData>;
 
 /// Power of Interlaken cores, with or without error correction.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneJorlData;
+class ZELM_EXPORT ZelmOrvaneJorlData;
 extern template class ZelmDataBlock<ZelmOrvaneJorlData>;
 
 /// Power of an Ethernet MAC in each of its channel modes.

@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneJorlData.h"
 #include "hardblocks/ZelmOrvaneJorlParams.h"
 
-class ZelmOrvaneJorlModel;
+class ZELM_EXPORT ZelmOrvaneJorlModel;
 extern template class ZelmModelBlock<ZelmOrvaneJorlModel, ZelmOrvaneJorlParams, ZelmOrvaneJorlData>;
 
 /// Power of dual-channel Ethernet MACs, with or without error correction.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneMulmData;
+class ZELM_EXPORT ZelmOrvaneMulmData;
 extern template class ZelmDataBlock<ZelmOrvaneMulmData>;
 
 /// Power of the pipe block by mode, channels and link speed.

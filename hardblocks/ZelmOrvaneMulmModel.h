@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneMulmData.h"
 #include "hardblocks/ZelmOrvaneMulmParams.h"
 
-class ZelmOrvaneMulmModel;
+class ZELM_EXPORT ZelmOrvaneMulmModel;
 extern template class ZelmModelBlock<ZelmOrvaneMulmModel, ZelmOrvaneMulmParams, ZelmOrvaneMulmData>;
 
 /// Power of a pipe block.

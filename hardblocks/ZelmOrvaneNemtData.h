@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneNemtData;
+class ZELM_EXPORT ZelmOrvaneNemtData;
 extern template class ZelmDataBlock<ZelmOrvaneNemtData>;
 
 /// Power per MHz of the compute array's tiles, memories, streams and shims, and what each device offers.

@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneNemtData.h"
 #include "hardblocks/ZelmOrvaneNemtParams.h"
 
-class ZelmOrvaneNemtModel;
+class ZELM_EXPORT ZelmOrvaneNemtModel;
 extern template class ZelmModelBlock<ZelmOrvaneNemtModel, ZelmOrvaneNemtParams, ZelmOrvaneNemtData>;
 
 /// Power of the compute array: busy and idle tiles, memory banks, streams, PLL and the shim row.

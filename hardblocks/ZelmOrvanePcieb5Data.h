@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvanePcieb5Data;
+class ZELM_EXPORT ZelmOrvanePcieb5Data;
 extern template class ZelmDataBlock<ZelmOrvanePcieb5Data>;
 
 /// Current of the newer PCIe block by link speed and width.

@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvanePcieb5Data.h"
 #include "hardblocks/ZelmOrvanePcieb5Params.h"
 
-class ZelmOrvanePcieb5Model;
+class ZELM_EXPORT ZelmOrvanePcieb5Model;
 extern template class ZelmModelBlock<ZelmOrvanePcieb5Model, ZelmOrvanePcieb5Params, ZelmOrvanePcieb5Data>;
 
 /// Power of a newer PCIe block at its link: the PCIe block's formulas over data of its own.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvanePciebData;
+class ZELM_EXPORT ZelmOrvanePciebData;
 extern template class ZelmDataBlock<ZelmOrvanePciebData>;
 
 /// Current of the PCIe block by link speed and width.

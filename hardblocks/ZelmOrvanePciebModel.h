@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvanePciebData.h"
 #include "hardblocks/ZelmOrvanePciebParams.h"
 
-class ZelmOrvanePciebModel;
+class ZELM_EXPORT ZelmOrvanePciebModel;
 extern template class ZelmModelBlock<ZelmOrvanePciebModel, ZelmOrvanePciebParams, ZelmOrvanePciebData>;
 
 /// Power of a PCIe block at its link.

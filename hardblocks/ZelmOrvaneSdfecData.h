@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneSdfecData;
+class ZELM_EXPORT ZelmOrvaneSdfecData;
 extern template class ZelmDataBlock<ZelmOrvaneSdfecData>;
 
 /// Current of the forward-error-correction core in each of its modes.

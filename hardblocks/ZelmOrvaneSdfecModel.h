@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneSdfecData.h"
 #include "hardblocks/ZelmOrvaneSdfecParams.h"
 
-class ZelmOrvaneSdfecModel;
+class ZELM_EXPORT ZelmOrvaneSdfecModel;
 extern template class ZelmModelBlock<ZelmOrvaneSdfecModel, ZelmOrvaneSdfecParams, ZelmOrvaneSdfecData>;
 
 /// Power of a forward-error-correction core at its data rate.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneTuvoData;
+class ZELM_EXPORT ZelmOrvaneTuvoData;
 extern template class ZelmDataBlock<ZelmOrvaneTuvoData>;
 
 /// Power of the multi-rate Ethernet MAC by configuration and activity.

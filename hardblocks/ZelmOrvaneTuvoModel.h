@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneTuvoData.h"
 #include "hardblocks/ZelmOrvaneTuvoParams.h"
 
-class ZelmOrvaneTuvoModel;
+class ZELM_EXPORT ZelmOrvaneTuvoModel;
 extern template class ZelmModelBlock<ZelmOrvaneTuvoModel, ZelmOrvaneTuvoParams, ZelmOrvaneTuvoData>;
 
 /// Power of a multi-rate Ethernet MAC.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneWist5Data;
+class ZELM_EXPORT ZelmOrvaneWist5Data;
 extern template class ZelmDataBlock<ZelmOrvaneWist5Data>;
 
 /// Power per MHz of the newer coherent PCIe module's parts, and its PLL's at two frequencies.

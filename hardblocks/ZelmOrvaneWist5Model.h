@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneWist5Data.h"
 #include "hardblocks/ZelmOrvaneWist5Params.h"
 
-class ZelmOrvaneWist5Model;
+class ZELM_EXPORT ZelmOrvaneWist5Model;
 extern template class ZelmModelBlock<ZelmOrvaneWist5Model, ZelmOrvaneWist5Params, ZelmOrvaneWist5Data>;
 
 /// Power of the newer coherent PCIe module; its clocks follow from link speeds and modes by fixed rules.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneWistData;
+class ZELM_EXPORT ZelmOrvaneWistData;
 extern template class ZelmDataBlock<ZelmOrvaneWistData>;
 
 /// Power per MHz of the coherent PCIe module's parts, and their clocks by link configuration.

@@ -4,7 +4,7 @@
 #include "hardblocks/ZelmOrvaneWistData.h"
 #include "hardblocks/ZelmOrvaneWistParams.h"
 
-class ZelmOrvaneWistModel;
+class ZELM_EXPORT ZelmOrvaneWistModel;
 extern template class ZelmModelBlock<ZelmOrvaneWistModel, ZelmOrvaneWistParams, ZelmOrvaneWistData>;
 
 /// Power of the coherent PCIe module: two controllers, DMA, coherent L2 and interconnect.

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneIologicData;
+class ZELM_EXPORT ZelmOrvaneIologicData;
 extern template class ZelmDataBlock<ZelmOrvaneIologicData>;
 
 /// Core current of the I/O registers, by mode.

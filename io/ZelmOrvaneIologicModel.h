@@ -4,7 +4,7 @@
 #include "io/ZelmOrvaneIologicData.h"
 #include "io/ZelmOrvaneIologicParams.h"
 
-class ZelmOrvaneIologicModel;
+class ZELM_EXPORT ZelmOrvaneIologicModel;
 extern template class ZelmModelBlock<ZelmOrvaneIologicModel, ZelmOrvaneIologicParams, ZelmOrvaneIologicData>;
 
 /// Core-rail power of the input and output registers beside the I/O buffers.

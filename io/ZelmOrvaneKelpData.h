@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneKelpData;
+class ZELM_EXPORT ZelmOrvaneKelpData;
 extern template class ZelmDataBlock<ZelmOrvaneKelpData>;
 
 /// Currents of a nibble's bitslices and of their control.

@@ -4,7 +4,7 @@
 #include "io/ZelmOrvaneKelpData.h"
 #include "io/ZelmOrvaneKelpParams.h"
 
-class ZelmOrvaneKelpModel;
+class ZELM_EXPORT ZelmOrvaneKelpModel;
 extern template class ZelmModelBlock<ZelmOrvaneKelpModel, ZelmOrvaneKelpParams, ZelmOrvaneKelpData>;
 
 /// Power of the bitslices behind the pins of a high-performance bank: a nibble serves up to six I/Os, and slices that

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneNaltData;
+class ZELM_EXPORT ZelmOrvaneNaltData;
 extern template class ZelmDataBlock<ZelmOrvaneNaltData>;
 
 /// Currents and capacitances of the high-density I/O standards.

@@ -5,7 +5,7 @@
 #include "io/ZelmOrvaneNaltData.h"
 #include "io/ZelmOrvaneNaltParams.h"
 
-class ZelmOrvaneNaltModel;
+class ZELM_EXPORT ZelmOrvaneNaltModel;
 extern template class ZelmModelBlock<ZelmOrvaneNaltModel, ZelmOrvaneNaltParams, ZelmOrvaneNaltData>;
 
 /// Power of a group of high-density I/O buffers, per pin: on chip by rail, and off chip. Every standard's cells are

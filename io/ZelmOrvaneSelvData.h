@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneSelvData;
+class ZELM_EXPORT ZelmOrvaneSelvData;
 extern template class ZelmDataBlock<ZelmOrvaneSelvData>;
 
 /// Currents and capacitances of the high-performance I/O standards.

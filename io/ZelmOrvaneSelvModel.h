@@ -5,7 +5,7 @@
 #include "io/ZelmOrvaneSelvData.h"
 #include "io/ZelmOrvaneSelvParams.h"
 
-class ZelmOrvaneSelvModel;
+class ZELM_EXPORT ZelmOrvaneSelvModel;
 extern template class ZelmModelBlock<ZelmOrvaneSelvModel, ZelmOrvaneSelvParams, ZelmOrvaneSelvData>;
 
 /// Power of a group of high-performance I/O buffers, per pin: on chip by rail, and off chip. Every standard's cells are

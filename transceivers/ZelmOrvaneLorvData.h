@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneLorvData;
+class ZELM_EXPORT ZelmOrvaneLorvData;
 extern template class ZelmDataBlock<ZelmOrvaneLorvData>;
 
 /// Lines of power over data rate or clock frequency, and fixed powers, of one channel of the transceiver.

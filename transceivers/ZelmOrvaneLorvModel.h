@@ -4,7 +4,7 @@
 #include "transceivers/ZelmOrvaneLorvData.h"
 #include "transceivers/ZelmOrvaneLorvParams.h"
 
-class ZelmOrvaneLorvModel;
+class ZELM_EXPORT ZelmOrvaneLorvModel;
 template <class Model>
 struct ZelmLorvFormulas;
 extern template class ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, ZelmOrvaneLorvData>;

@@ -2,7 +2,7 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneLorvpData;
+class ZELM_EXPORT ZelmOrvaneLorvpData;
 extern template class ZelmDataBlock<ZelmOrvaneLorvpData>;
 
 /// Lines of power over data rate or clock frequency, and fixed powers, of one channel of the enhanced transceiver.

@@ -4,7 +4,7 @@
 #include "transceivers/ZelmOrvaneLorvpData.h"
 #include "transceivers/ZelmOrvaneLorvpParams.h"
 
-class ZelmOrvaneLorvpModel;
+class ZELM_EXPORT ZelmOrvaneLorvpModel;
 template <class Model>
 struct ZelmLorvFormulas;
 extern template class ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams, ZelmOrvaneLorvpData>;

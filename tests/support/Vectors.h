@@ -5,22 +5,31 @@
 
 #include "framework/ZelmInfo.h"
 
-#include <nlohmann/json.hpp>
-
 #include <string>
+#include <utility>
+#include <variant>
 #include <vector>
 
-namespace zelm::test
-{
+namespace zelm::test {
+
+using CellValue = std::variant<int, float, std::string>;
+using NamedValues = std::vector<std::pair<std::string, CellValue>>;
+
+struct VectorCase {
+    NamedValues in;     ///< the inputs that the host sets
+    NamedValues out;    ///< every cell after calculate, in enum order
+    NamedValues pulled; ///< cells that calculate doesn't reach, after pulling each
+    std::string where;  ///< set, case and inputs, for messages
+};
 
 /// One of tests/vectors/<block>/<set>: tables, and cases computed by an independent implementation.
 struct VectorSet {
     std::string directory;
-    nlohmann::json content;
+    std::vector<std::string> cells;
+    std::vector<VectorCase> cases;
 };
 
 std::vector<VectorSet> readVectors(const std::string& block);
-float floatOfBits(const std::string& hex);
 
 /// Runs every case of a block's vectors and compares every cell's bits.
 template <class Model>
@@ -29,65 +38,59 @@ void expectVectorsAgree(const std::string& block)
     using Params = typename Model::Params;
     using Data = typename Model::Data;
 
-    int compared = 0;
-    for (const VectorSet& set : readVectors(block)) {
+    const Model& model = Model::getGlobal();
+    std::vector<std::string> own;
+    for (const ZelmCellInfo& cell : Params::cells())
+        own.emplace_back(cell.name);
+
+    const std::vector<VectorSet> sets = readVectors(block);
+    EXPECT_FALSE(sets.empty()) << "no vectors for " << block;
+    for (const VectorSet& set : sets) {
+        EXPECT_EQ(own, set.cells) << set.directory;
+        EXPECT_FALSE(set.cases.empty()) << set.directory;
         const DataDirVariable variable(set.directory);
         Data::getMutableGlobal().reset();
         const Data& data = Data::getGlobal();
-        const Model& model = Model::getGlobal();
-        const auto& cells = set.content.at("cells");
 
-        int caseIndex = 0;
-        for (const auto& testCase : set.content.at("cases")) {
+        for (const VectorCase& testCase : set.cases) {
             Params params;
-            for (const auto& [name, value] : testCase.at("in").items()) {
-                if (value.is_number())
-                    params[Params::string_to_int_enum(name)] = value.template get<int>();
-                else if (const auto cell = Params::string_to_float_enum(name); cell != Params::LastFloat)
-                    params[cell] = floatOfBits(value);
+            const auto set_ = [&](const std::string& name, const CellValue& value) {
+                if (const int* whole = std::get_if<int>(&value))
+                    params[Params::string_to_int_enum(name)] = *whole;
+                else if (const float* real = std::get_if<float>(&value))
+                    params[Params::string_to_float_enum(name)] = *real;
                 else
-                    params[Params::string_to_string_enum(name)] = value.template get<std::string>();
-            }
-            const auto compare = [&](const std::string& name, const std::string& type, const nlohmann::json& expected) {
-                const std::string where = set.directory + " case " + std::to_string(caseIndex) + " cell " + name +
-                                          "\ninputs " + testCase.at("in").dump();
-                if (type == "int")
-                    EXPECT_EQ(params[Params::string_to_int_enum(name)], expected.get<int>()) << where;
-                else if (type == "float")
-                    EXPECT_THAT(params[Params::string_to_float_enum(name)], IsBits(floatOfBits(expected))) << where;
-                else
-                    EXPECT_EQ(params[Params::string_to_string_enum(name)], expected.get<std::string>()) << where;
-                ++compared;
+                    params[Params::string_to_string_enum(name)] = std::get<std::string>(value);
             };
-
-            model.calculate(params);
-            ASSERT_EQ(testCase.at("out").size(), cells.size());
-            for (std::size_t i = 0; i < cells.size(); ++i)
-                compare(cells[i][0], cells[i][1], testCase.at("out")[i]);
-
-            for (const auto& [name, expected] : testCase.at("pulled").items()) {
-                if (const auto intCell = Params::string_to_int_enum(name); intCell != Params::LastInt)
-                    model.pull(intCell, params, data), compare(name, "int", expected);
-                else if (const auto floatCell = Params::string_to_float_enum(name); floatCell != Params::LastFloat)
-                    model.pull(floatCell, params, data), compare(name, "float", expected);
+            const auto compare = [&](const std::string& name, const CellValue& expected) {
+                if (const int* whole = std::get_if<int>(&expected))
+                    EXPECT_EQ(params[Params::string_to_int_enum(name)], *whole) << name << " of " << testCase.where;
+                else if (const float* real = std::get_if<float>(&expected))
+                    EXPECT_THAT(params[Params::string_to_float_enum(name)], IsBits(*real))
+                        << name << " of " << testCase.where;
                 else
-                    model.pull(Params::string_to_string_enum(name), params, data), compare(name, "string", expected);
+                    EXPECT_EQ(params[Params::string_to_string_enum(name)], std::get<std::string>(expected))
+                        << name << " of " << testCase.where;
+            };
+            for (const auto& [name, value] : testCase.in)
+                set_(name, value);
+            model.calculate(params);
+            ASSERT_EQ(testCase.out.size(), own.size()) << testCase.where;
+            for (const auto& [name, value] : testCase.out)
+                compare(name, value);
+            for (const auto& [name, value] : testCase.pulled) {
+                if (std::holds_alternative<int>(value))
+                    model.pull(Params::string_to_int_enum(name), params, data);
+                else if (std::holds_alternative<float>(value))
+                    model.pull(Params::string_to_float_enum(name), params, data);
+                else
+                    model.pull(Params::string_to_string_enum(name), params, data);
+                compare(name, value);
             }
-            ++caseIndex;
             if (testing::Test::HasFailure())
                 return; // the first bad case tells enough
         }
-
-        // The vectors' list of cells is the block's: all of them, in enum order.
-        std::vector<std::string> listed;
-        for (const auto& cell : cells)
-            listed.push_back(cell[0]);
-        std::vector<std::string> own;
-        for (const ZelmCellInfo& cell : Params::cells())
-            own.emplace_back(cell.name);
-        EXPECT_EQ(own, listed) << set.directory;
     }
-    EXPECT_GT(compared, 0) << "no vectors for " << block;
 }
 
 } // namespace zelm::test

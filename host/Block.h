@@ -1,0 +1,74 @@
+#pragma once
+
+#include "framework/ZelmInfo.h"
+#include "framework/ZelmLookUpMisses.h"
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace zelm::host {
+
+/// A cell's value; std::monostate is an unset cell.
+using Value = std::variant<std::monostate, int, float, std::string>;
+
+/// One parameter block of a kind that is chosen at run time.
+class Instance {
+public:
+    virtual ~Instance() = default;
+    virtual void set(const ZelmCellInfo& cell, const Value& value) = 0;
+    virtual Value get(const ZelmCellInfo& cell) const = 0;
+    virtual void calculate() = 0;
+    /// Computes one cell that calculate may leave out.
+    virtual void pull(const ZelmCellInfo& cell) = 0;
+};
+
+/// A row missing from a data file.
+struct MissingRow {
+    std::string table;
+    std::string key;
+
+    bool operator==(const MissingRow&) const = default;
+};
+
+/// A resource kind.
+struct Block {
+    std::string_view name;
+    std::string_view subsystem;
+    std::string_view title;
+    std::span<const ZelmCellInfo> cells;
+    std::span<const ZelmTableInfo> tables;
+
+    std::unique_ptr<Instance> (*create)();
+    /// Loads the data file unless it is loaded. An Error for people if it is missing, broken or lacks a table.
+    void (*load)();
+    std::vector<std::string> (*keys)(std::vector<std::string> chain, bool whole);
+    std::string_view (*groupOf)(const void* table);
+
+    const ZelmCellInfo* findCell(std::string_view cell) const;
+    /// An Error that names the nearest cells if there is none of that name.
+    const ZelmCellInfo& cell(std::string_view name) const;
+    const ZelmCellInfo& input(std::string_view name) const;
+    std::string dataFile() const;
+    /// The noted misses that are this block's, each once.
+    std::vector<MissingRow> missingRows(const LookUpMisses& misses) const;
+};
+
+std::span<const Block> blocks();
+/// An Error that names the nearest blocks if there is none of that name.
+const Block& block(std::string_view name);
+
+/// The value that text stands for in a cell; an Error if it doesn't fit the cell's type.
+Value parseValue(const ZelmCellInfo& cell, std::string_view text);
+std::string valueText(const Value& value);
+/// A default as people write it: 200.0f is "200", "OTHER" loses its quotes; empty if the default is derived.
+std::string constantDefault(const ZelmCellInfo& cell);
+
+std::string_view kindWord(ZelmCellInfo::Kind kind);
+std::string_view typeWord(ZelmCellInfo::Type type);
+
+} // namespace zelm::host

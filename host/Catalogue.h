@@ -1,0 +1,28 @@
+#pragma once
+
+#include "host/Design.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zelm::host {
+
+/// A device as the static power model and the resource tables know it.
+struct ResolvedDevice {
+    std::string name;   ///< key of the leakage tables
+    std::string part;   ///< orderable part, if one was given
+    std::string family; ///< series name
+    std::string process;
+    std::vector<std::pair<std::string, std::string>> staticInputs; ///< cell and word: grades, process, device name
+    std::map<std::string, int> resources;
+};
+
+/// Finds the device and checks its grades; an Error names the legal words.
+ResolvedDevice resolve(const Device& device);
+
+/// The table of devices, packages, grades and resources.
+std::string listParts(bool json);
+
+} // namespace zelm::host

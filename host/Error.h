@@ -1,0 +1,13 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace zelm::host {
+
+/// What a person did wrong or can mend. Printed on standard error; the tool then ends with exit code 2.
+class Error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+} // namespace zelm::host

@@ -1,0 +1,186 @@
+#include "host/LegalWords.h"
+
+#include "host/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+namespace zelm::host {
+
+namespace {
+
+using List = std::initializer_list<const char*>;
+
+// Words that the formulas themselves know. An empty block stands for any.
+struct Words {
+    std::string_view block;
+    std::string_view cell;
+    std::vector<std::string_view> words;
+};
+
+const std::vector<Words>& formulaWords()
+{
+    static const std::vector<std::string_view> yesNo{"YES", "NO"};
+    static const std::vector<std::string_view> onOff{"ON", "OFF"};
+    static const std::vector<std::string_view> enabled{"ENABLED", "DISABLED"};
+    static const std::vector<std::string_view> direction{"INPUT", "OUTPUT", "BIDI", "BIDI_INPUT", "BIDI_OUTPUT"};
+    static const std::vector<std::string_view> writeMode{"READ_FIRST", "WRITE_FIRST", "NO_CHANGE"};
+    static const std::vector<std::string_view> clockSource{"LCPLL", "RPLL"};
+    static const std::vector<std::string_view> generations{"GEN1", "GEN2", "GEN3", "GEN4", "GEN5"};
+    static const std::vector<std::string_view> lanes{"x1", "x2", "x4", "x8", "x16"};
+    static const std::vector<std::string_view> coherentMode{"WIST_CCIX", "WIST_PS", "WIST_STREAM_W_DMA", "NONE"};
+    static const std::vector<std::string_view> newerMode{"WIST5_CCIX", "WIST5_DMA", "WIST5_PCISTREAM", "NONE"};
+    static const std::vector<std::string_view> newerSpeed{"GEN2", "GEN3", "GEN4", "GEN5", "ESM20G", "ESM25G"};
+    static const std::vector<Words> all{
+        {"CleLogic", "A5_PIN_TYPE", {"A5_PIN", "A5_CAS", "A5_A6"}},
+        {"Bram",
+         "MODE",
+         {"BLKM18", "BLKM36", "BLKM18SDP", "BLKM36SDP", "BLKM36SDP_ECC", "BLKM36SDP_ECC_ENCODE_ONLY",
+          "BLKM36SDP_ECC_DECODE_ONLY"}},
+        {"Bram", "PORT_A_WRITE_MODE", writeMode},
+        {"Bram", "PORT_B_WRITE_MODE", writeMode},
+        {"", "OPMODE_USAGE", {"CONST", "DYNAMIC"}},
+        {"DspActivity",
+         "DSP_MODE",
+         {"MACB_INT24", "MACA_INT24", "MACB_12X12_INT24", "MACB_18X18_INT24", "MACB_INT8", "MACB_CPLX", "MACB_FP32"}},
+        {"", "SPREAD_SPECTRUM", onOff},
+        {"", "IO_DIRECTION", direction},
+        {"", "DATA_RATE", {"SDR", "DDR", "Clock", "Async"}},
+        {"", "POWER_MODE", {"LOW_POWER", "DFE"}},
+        {"", "OPERATIONAL_MODE", {"TRANSCEIVER", "TRANSMITTER", "RECEIVER"}},
+        {"", "RX_CLOCK_SOURCE", clockSource},
+        {"", "TX_CLOCK_SOURCE", clockSource},
+        {"", "OOB", onOff},
+        {"", "ACJTAG", onOff},
+        {"", "EYESCAN", onOff},
+        {"Ddrmc", "ECC_USAGE", yesNo},
+        {"Nemt", "KERNEL_TYPE", {"Int16", "Int8", "Floating", "Complex", "FFT"}},
+        {"Jorl", "FEC", {"Enabled", "Disabled"}},
+        {"Ilkn", "FEC", {"ENABLED", "Disabled"}},
+        {"Hsc", "MODE", {"Normal", "Slow"}},
+        {"Tuvo", "TRANSCODE_BYPASS", yesNo},
+        {"Wist", "LINK_SPEED_A0", generations},
+        {"Wist", "LINK_SPEED_A1", generations},
+        {"Wist", "WIST_MODE_A0", coherentMode},
+        {"Wist", "WIST_MODE_A1", coherentMode},
+        {"Wist5", "A0_MODES", newerMode},
+        {"Wist5", "A1_MODES", newerMode},
+        {"Wist5", "A0_LINK_SPEED", newerSpeed},
+        {"Wist5", "A1_LINK_SPEED", newerSpeed},
+        {"Wist5", "A0_LINK_WIDTH", lanes},
+        {"Wist5", "A1_LINK_WIDTH", lanes},
+        {"", "LPD_GEM0_MODE", enabled},
+        {"", "LPD_GEM1_MODE", enabled},
+        {"", "LPD_LOW_PER_IO_MODE", enabled},
+        {"Harl", "CLOCK_GATING", enabled},
+        {"Harl", "HARL_PLL_USAGE", {"ON", "POWERDOWN"}},
+        {"Harl", "NOC_PLL_USAGE", {"ON", "POWERDOWN"}},
+        {"Harl", "HARL_BANK0_IOSTD", {"LVCMOS18", "LVCMOS25", "LVCMOS33"}},
+        {"Harl", "HARL_BANK1_IOSTD", {"LVCMOS18", "LVCMOS25", "LVCMOS33"}},
+        {"Static", "HAS_HARL_IO", yesNo},
+    };
+    return all;
+}
+
+// Words that are keys of a data table: those below a chain, less what the formulas put around them. `extra` are words
+// that select no row.
+struct Keys {
+    std::string_view block;
+    std::string_view cell;
+    std::vector<std::string> chain;
+    std::string_view prefix{};
+    std::string_view suffix{};
+    std::vector<std::string> extra{};
+};
+
+const std::vector<Keys>& tableWords()
+{
+    static const std::vector<Keys> all{
+        {"Signal", "DRIVER_TYPE", {"PER_NODE_CAP"}},
+        {"CleLogic",
+         "INSTANCE_TYPE",
+         {"REG_CAP"},
+         "",
+         "",
+         {"LUT_LOGIC", "LUT_DRAM", "LUT_SRL", "OFMUX", "BYP", "LOOKAHEAD"}},
+        {"IriImux", "MODE", {"CURRENT"}},
+        {"Selv", "INPUT_IO_STANDARD", {"IBUF"}},
+        {"Selv", "OUTPUT_IO_STANDARD", {"OBUF"}},
+        {"Nalt", "INPUT_IO_STANDARD", {"IBUF"}},
+        {"Nalt", "OUTPUT_IO_STANDARD", {"OBUF"}},
+        {"Noc", "DEVICE", {"DEVICE_INT_NAMES"}},
+        {"Nemt", "INTERNAL_DEVICE_NAME", {"SHIM_DATA"}},
+        {"Jorl", "MODE", {"MODE_TABLE"}, "KEY_"},
+        {"Ilkn", "MODE", {"MODE_TABLE"}, "KEY_"},
+        {"Tuvo", "ACTIVITY", {}},
+        {"Sdfec", "MODES", {"DYNAMIC_CURRENTS"}},
+        {"Sysmon", "DEVICE", {"DEVICE_DATA"}},
+        {"Static", "DEVICE_NAME", {"TOTAL_POWER_FACTORS"}},
+        {"Static", "PROCESS", {"VT_COEFFICIENT", "BRAM_CORE_ACTIVE"}},
+        {"Iologic", "MODE", {"FINAL_DATA"}, "", "_CURR"},
+    };
+    return all;
+}
+
+// Ints that choose rows: widths of ports and links.
+struct Sizes {
+    std::string_view block;
+    std::string_view cell;
+    std::vector<int> sizes;
+};
+
+const std::vector<Sizes>& sizes()
+{
+    static const std::vector<Sizes> all{
+        {"Bram", "PORT_A_BIT_WIDTH", {1, 18, 36, 72}},
+        {"Bram", "PORT_B_BIT_WIDTH", {1, 18, 36, 72}},
+        {"Mulm", "LINK_WIDTH", {1, 2, 4, 8, 16}},
+        {"Ddrmc", "DATA_WIDTH", {16, 32, 64}},
+        {"Ddrmc", "NUM_CHANNELS", {1, 2}},
+    };
+    return all;
+}
+
+std::vector<std::string> keysOf(const Block& block, const Keys& rule)
+{
+    std::set<std::string> words(rule.extra.begin(), rule.extra.end());
+    for (const std::string& key : block.keys(rule.chain, false)) {
+        if (key.starts_with(rule.prefix) && key.ends_with(rule.suffix))
+            words.insert(key.substr(rule.prefix.size(), key.size() - rule.prefix.size() - rule.suffix.size()));
+    }
+    return {words.begin(), words.end()};
+}
+
+} // namespace
+
+std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell)
+{
+    for (const Words& rule : formulaWords()) {
+        if ((rule.block.empty() || rule.block == block.name) && rule.cell == cell.name)
+            return {rule.words.begin(), rule.words.end()};
+    }
+    for (const Keys& rule : tableWords()) {
+        if (rule.block == block.name && rule.cell == cell.name) {
+            block.load();
+            return keysOf(block, rule);
+        }
+    }
+    if (cell.type == ZelmCellInfo::Type::text && (cell.name.ends_with("_USED") || cell.name == "USE_GLOBAL_TR"))
+        return {"YES", "NO"};
+    return {};
+}
+
+std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell)
+{
+    std::vector<Value> values;
+    for (std::string& word : legalWords(block, cell))
+        values.emplace_back(std::move(word));
+    for (const Sizes& rule : sizes()) {
+        if (rule.block == block.name && rule.cell == cell.name)
+            values.insert(values.end(), rule.sizes.begin(), rule.sizes.end());
+    }
+    return values;
+}
+
+} // namespace zelm::host

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "host/Catalogue.h"
+#include "host/Estimate.h"
+
+#include <map>
+#include <string>
+
+namespace zelm::host {
+
+/// Adds the static side of an estimate, typical and worst case: closes the thermal loop over the estimate's dynamic
+/// power, and fills rails, subsystems, cooling cases and limits.
+void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts);
+
+} // namespace zelm::host

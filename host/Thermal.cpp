@@ -1,0 +1,102 @@
+#include "host/Thermal.h"
+
+#include <boost/math/tools/minima.hpp>
+#include <boost/math/tools/roots.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace zelm::host {
+
+namespace {
+
+constexpr double kHottestTried = 200.0; // beyond it the extrapolated curves say nothing any more
+constexpr double kPrecision = 1e-4;     // degrees; well below the 0.01 that reports show
+
+double slope(const PowerCurve& power, double junction)
+{
+    constexpr double step = 0.05;
+    return (power(junction + step) - power(junction - step)) / (2.0 * step);
+}
+
+double root(const std::function<double(double)>& f, double low, double high)
+{
+    std::uintmax_t iterations = 100;
+    const auto bracket = boost::math::tools::toms748_solve(
+        f, low, high, [](double a, double b) { return std::fabs(a - b) < kPrecision; }, iterations);
+    return 0.5 * (bracket.first + bracket.second);
+}
+
+// Where f is greatest between low and high: f rises, or rises and then falls.
+double argmax(const std::function<double(double)>& f, double low, double high)
+{
+    const auto found = boost::math::tools::brent_find_minima([&](double x) { return -f(x); }, low, high, 40);
+    return f(high) >= -found.second ? high : found.first;
+}
+
+} // namespace
+
+OperatingPoint findOperatingPoint(const PowerCurve& power, double ambient, double thetaJA)
+{
+    // The excess of the heat flow over what the junction needs to stay where it is. It is positive at ambient; the
+    // first zero above is where the device settles.
+    const auto excess = [&](double junction) { return ambient + thetaJA * power(junction) - junction; };
+    OperatingPoint point;
+    constexpr double step = 2.5;
+    double low = ambient;
+    while (low < kHottestTried) {
+        const double high = low + step;
+        if (excess(high) <= 0.0) {
+            point.junction = excess(low) <= 0.0 ? low : root(excess, low, high);
+            point.power = power(point.junction);
+            point.loopGain = thetaJA * slope(power, point.junction);
+            point.converged = point.loopGain < 1.0;
+            point.words =
+                point.converged
+                    ? fmt::format("settles at {:.2f} degrees: a rise of 1 degree adds {:.3f} degrees of heating, "
+                                  "which is below 1",
+                                  point.junction, point.loopGain)
+                    : fmt::format(
+                          "thermal runaway: at {:.2f} degrees a rise of 1 degree adds {:.3f} degrees of heating",
+                          point.junction, point.loopGain);
+            return point;
+        }
+        low = high;
+    }
+    // No equilibrium: name the temperature at which the loop gain reached 1, where the last hope ended.
+    double gainOne = ambient;
+    while (gainOne < kHottestTried && thetaJA * slope(power, gainOne) < 1.0)
+        gainOne += 1.0;
+    point.junction = kHottestTried;
+    point.power = power(std::min(gainOne, kHottestTried));
+    point.loopGain = thetaJA * slope(power, gainOne);
+    point.words =
+        gainOne < kHottestTried
+            ? fmt::format("thermal runaway: no junction temperature balances the heat; from {:.0f} degrees on "
+                          "each degree of rise adds at least one more degree of heating",
+                          gainOne)
+            : fmt::format("no equilibrium below {:.0f} degrees: the power is too high for this cooling", kHottestTried);
+    return point;
+}
+
+double highestAmbient(const PowerCurve& power, double thetaJA, double junctionLimit)
+{
+    // The ambient that goes with a junction; past its greatest value the loop gain is above 1 and nothing settles.
+    const auto ambientFor = [&](double junction) { return junction - thetaJA * power(junction); };
+    return ambientFor(argmax(ambientFor, std::min(kColdestCharacterised, junctionLimit - 1.0), junctionLimit));
+}
+
+std::optional<double> largestThetaJA(const PowerCurve& power, double ambient, double junctionLimit)
+{
+    if (junctionLimit <= ambient)
+        return std::nullopt;
+    const auto thetaFor = [&](double junction) {
+        const double watts = power(junction);
+        return watts > 0.0 ? (junction - ambient) / watts : HUGE_VAL;
+    };
+    return thetaFor(argmax(thetaFor, ambient, junctionLimit));
+}
+
+} // namespace zelm::host

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace zelm::host {
+
+/// The range over which the leakage curves are characterised, degrees Celsius.
+inline constexpr double kColdestCharacterised = -40.0;
+inline constexpr double kHottestCharacterised = 125.0;
+
+/// Power in watts at a junction temperature.
+using PowerCurve = std::function<double(double junction)>;
+
+struct OperatingPoint {
+    bool converged = false;
+    double junction = 0.0; ///< degrees Celsius; the last one tried if there is no equilibrium
+    double power = 0.0;    ///< W at that junction
+    double loopGain = 0.0; ///< thetaJA x dP/dT there: how much of a step comes back; below 1 if it settles
+    std::string words;     ///< what a person should know: the proof, or why there is no equilibrium
+};
+
+/// The junction temperature at which ambient + thetaJA x power(junction) is the junction itself: the lowest, which is
+/// the one that a device warming up from ambient settles at.
+OperatingPoint findOperatingPoint(const PowerCurve& power, double ambient, double thetaJA);
+
+/// The highest ambient temperature at which the junction settles at or below the limit.
+double highestAmbient(const PowerCurve& power, double thetaJA, double junctionLimit);
+
+/// The largest thetaJA at which the junction settles at or below the limit; nothing if even thetaJA 0 is too much.
+std::optional<double> largestThetaJA(const PowerCurve& power, double ambient, double junctionLimit);
+
+} // namespace zelm::host
