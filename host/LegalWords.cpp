@@ -10,8 +10,6 @@ namespace zelm::host {
 
 namespace {
 
-using List = std::initializer_list<const char*>;
-
 // Words that the formulas themselves know. An empty block stands for any.
 struct Words {
     std::string_view block;
@@ -27,7 +25,7 @@ const std::vector<Words>& formulaWords()
     static const std::vector<std::string_view> direction{"INPUT", "OUTPUT", "BIDI", "BIDI_INPUT", "BIDI_OUTPUT"};
     static const std::vector<std::string_view> writeMode{"READ_FIRST", "WRITE_FIRST", "NO_CHANGE"};
     static const std::vector<std::string_view> clockSource{"LCPLL", "RPLL"};
-    static const std::vector<std::string_view> generations{"GEN1", "GEN2", "GEN3", "GEN4", "GEN5"};
+    static const std::vector<std::string_view> generations{"GEN1", "GEN2", "GEN3", "GEN4"};
     static const std::vector<std::string_view> lanes{"x1", "x2", "x4", "x8", "x16"};
     static const std::vector<std::string_view> coherentMode{"WIST_CCIX", "WIST_PS", "WIST_STREAM_W_DMA", "NONE"};
     static const std::vector<std::string_view> newerMode{"WIST5_CCIX", "WIST5_DMA", "WIST5_PCISTREAM", "NONE"};
@@ -55,11 +53,20 @@ const std::vector<Words>& formulaWords()
         {"", "ACJTAG", onOff},
         {"", "EYESCAN", onOff},
         {"Ddrmc", "ECC_USAGE", yesNo},
+        {"Ddrmc", "DDR_STANDARD", {"DDR4", "LP4"}},
+        {"Ddrmc", "COMMAND_BUS_OPTION", {"HIGHEST_DATA_RATE"}},
         {"Nemt", "KERNEL_TYPE", {"Int16", "Int8", "Floating", "Complex", "FFT"}},
         {"Jorl", "FEC", {"Enabled", "Disabled"}},
         {"Ilkn", "FEC", {"ENABLED", "Disabled"}},
         {"Hsc", "MODE", {"Normal", "Slow"}},
         {"Tuvo", "TRANSCODE_BYPASS", yesNo},
+        {"Tuvo", "PORT_DATA_RATE", {"10GE", "25GE", "40GE", "50GE", "100GE"}},
+        {"Pcieb", "LINK_SPEED", generations},
+        {"Pcieb", "LINK_WIDTH", lanes},
+        {"Pcieb5", "LINK_SPEED", {"GEN1", "GEN2", "GEN3", "GEN4", "GEN5"}},
+        {"Pcieb5", "LINK_WIDTH", lanes},
+        {"Mulm", "LINK_SPEED", {"GEN1", "GEN2", "GEN3", "GEN4", "GEN5"}},
+        {"Plam", "AUTO_SLEEP_ENABLED", yesNo},
         {"Wist", "LINK_SPEED_A0", generations},
         {"Wist", "LINK_SPEED_A1", generations},
         {"Wist", "WIST_MODE_A0", coherentMode},
@@ -113,7 +120,9 @@ const std::vector<Keys>& tableWords()
         {"Nemt", "INTERNAL_DEVICE_NAME", {"SHIM_DATA"}},
         {"Jorl", "MODE", {"MODE_TABLE"}, "KEY_"},
         {"Ilkn", "MODE", {"MODE_TABLE"}, "KEY_"},
-        {"Tuvo", "ACTIVITY", {}},
+        {"Tuvo", "ACTIVITY", {"CONFIG_PWR_DATA", "FEC_100GE"}},
+        {"Noc", "DATA_PATH", {"DEVICE_DATA", "ZQ20T60"}},
+        {"ClkDist", "BUF_TYPE", {"CURRENT"}},
         {"Sdfec", "MODES", {"DYNAMIC_CURRENTS"}},
         {"Sysmon", "DEVICE", {"DEVICE_DATA"}},
         {"Static", "DEVICE_NAME", {"TOTAL_POWER_FACTORS"}},
@@ -157,7 +166,8 @@ std::vector<std::string> keysOf(const Block& block, const Keys& rule)
 std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell)
 {
     for (const Words& rule : formulaWords()) {
-        if ((rule.block.empty() || rule.block == block.name) && rule.cell == cell.name)
+        if ((rule.block.empty() || rule.block == block.name) && rule.cell == cell.name &&
+            cell.type == ZelmCellInfo::Type::text)
             return {rule.words.begin(), rule.words.end()};
     }
     for (const Keys& rule : tableWords()) {
