@@ -18,16 +18,16 @@ struct ZelmOrvaneNaltModel::Input {
         Formula offchip;
     };
     enum Metric {
-        acVccauxCurrent,
-        acVccioCurrent,
-        acVccoCurrent,
-        dcVccauxCurrent,
-        dcVccioCurrent,
-        dcVccoCurrent,
-        offchipPower,
-        onchipPower,
-        voh,
-        vol
+        acVccauxCurrentCell,
+        acVccioCurrentCell,
+        acVccoCurrentCell,
+        dcVccauxCurrentCell,
+        dcVccioCurrentCell,
+        dcVccoCurrentCell,
+        offchipPowerCell,
+        onchipPowerCell,
+        vohCell,
+        volCell
     };
 
     std::string_view name;
@@ -98,6 +98,7 @@ struct ZelmOrvaneNaltModel::Receiver : zelm::io::Buffer<ZelmOrvaneNaltModel, Inp
         return t > 0.0f ? ((v - voh) * 0.5f + (v - vol) * 0.5f) / (2.0f * t) * (1000.0f * standard.lines) : 0.0f;
     }
 
+    // Heats on while the buffer is off: the enable factor is missing here, as in the workbook.
     float splitOnchip() const
     {
         const float v = supply();
@@ -304,7 +305,7 @@ void ZelmOrvaneNaltModel::pullUnselectedCells(Params& params, const Data& data) 
 #define METRIC(Standard, Side, metric, formula)                                                                        \
     float ZelmOrvaneNaltModel::metric(const Standard& standard, Params& params, const Data& data) const                \
     {                                                                                                                  \
-        return once(standard.cell(params, Standard::metric),                                                           \
+        return once(standard.cell(params, Standard::metric##Cell),                                                     \
                     [&] { return (Side{{*this, standard, params, data}}.*formula)(); });                               \
     }
 METRIC(Input,  Receiver, acVccauxCurrent, &Receiver::auxiliaryToggling)

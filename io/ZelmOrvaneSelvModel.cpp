@@ -20,8 +20,15 @@ struct ZelmOrvaneSelvModel::Input {
         Formula onchip;
         Formula offchip;
     };
-    enum Current { acVccauxCurrent, acVccioCurrent, acVccoCurrent, dcVccauxCurrent, dcVccioCurrent, dcVccoCurrent };
-    enum Level { offchipPower, onchipPower, pw, voh, vol };
+    enum Current {
+        acVccauxCurrentCell,
+        acVccioCurrentCell,
+        acVccoCurrentCell,
+        dcVccauxCurrentCell,
+        dcVccioCurrentCell,
+        dcVccoCurrentCell
+    };
+    enum Level { offchipPowerCell, onchipPowerCell, pwCell, vohCell, volCell };
 
     std::string_view name;
     Params::FloatEnum firstCurrent; // six cells in the order of Current,
@@ -234,16 +241,16 @@ struct ZelmOrvaneSelvModel::Output {
         Formula direct;
     };
     enum Current {
-        acVccauxCurrent,
-        acVccioCurrent,
-        acVccoCurrent,
-        acVccoPredrvCurrent,
-        dcVccauxCurrent,
-        dcVccioCurrent,
-        dcVccoCurrent,
-        dcVccoPredrvCurrent
+        acVccauxCurrentCell,
+        acVccioCurrentCell,
+        acVccoCurrentCell,
+        acVccoPredrvCurrentCell,
+        dcVccauxCurrentCell,
+        dcVccioCurrentCell,
+        dcVccoCurrentCell,
+        dcVccoPredrvCurrentCell
     };
-    enum Level { offchipPower, onchipPower, pw, voh, vol };
+    enum Level { offchipPowerCell, onchipPowerCell, pwCell, vohCell, volCell };
 
     std::string_view name;
     Params::FloatEnum firstCurrent; // eight cells in the order of Current,
@@ -770,7 +777,7 @@ void ZelmOrvaneSelvModel::pullUnselectedCells(Params& params, const Data& data) 
 #define METRIC(Standard, Side, metric, formula)                                                                        \
     float ZelmOrvaneSelvModel::metric(const Standard& standard, Params& params, const Data& data) const                \
     {                                                                                                                  \
-        return once(standard.cell(params, Standard::metric),                                                           \
+        return once(standard.cell(params, Standard::metric##Cell),                                                     \
                     [&] { return (Side{{*this, standard, params, data}}.*formula)(); });                               \
     }
 METRIC(Input,  Receiver, acVccauxCurrent,     &Receiver::auxiliaryToggling)

@@ -185,15 +185,15 @@ TEST_F(NaltTest, TerminatedInputs)
     }
 }
 
-TEST_F(NaltTest, TheHeatOfATerminationFollowsTheTablesDuty)
+TEST_F(NaltTest, TheCurrentOfATerminationCountsBothLevelsAlike)
 {
-    // Levels that aren't symmetric show the duty: VOL is 0 without a driver on the board, VOH the supply.
-    params[Params::OFFCHIP_TERMINATION] = 0.0f;
+    params[Params::OFFCHIP_TERMINATION] = 0.0f; // levels of 0 and 2 V
     calculate();
     EXPECT_THAT(params[Params::IBUF_SSTL18_I_VOL], IsBits(0.0f));
     EXPECT_THAT(params[Params::IBUF_SSTL18_I_VOH], IsBits(2.0f));
-    EXPECT_THAT(params[Params::IBUF_SSTL18_I_DC_VCCO_CURRENT], IsBits(1.0f / 50.0f * 1000.0f)); // (0 + 2 x 0.5) / 2T
-    EXPECT_THAT(params[Params::IBUF_SSTL18_I_ONCHIP_POWER], IsBits(80.0f)); // 4 V^2 / 50 ohms either way
+    // 2 V x 0.5 / 50 ohms; by the table's duty of a quarter it would be 2 V x 0.75 / 50.
+    EXPECT_THAT(params[Params::IBUF_SSTL18_I_DC_VCCO_CURRENT], IsBits(1.0f / 50.0f * 1000.0f));
+    EXPECT_THAT(params[Params::IBUF_SSTL18_I_ONCHIP_POWER], IsBits(80.0f)); // 4 V^2 / 50 ohms at either level
 }
 
 TEST_F(NaltTest, ATerminationOfZeroDividesNothing)
