@@ -4,8 +4,7 @@
 
 #include <cstdlib>
 
-namespace zelm::bench
-{
+namespace zelm::bench {
 
 /// Times calculate of a block on its defaults and the shipped data.
 template <class Model>

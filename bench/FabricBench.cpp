@@ -7,8 +7,7 @@
 #include "fabric/ZelmOrvaneIriClkModel.h"
 #include "fabric/ZelmOrvaneIriImuxModel.h"
 
-namespace
-{
+namespace {
 
 BENCHMARK(zelm::bench::calculate<ZelmOrvaneCleLogicModel>)->Name("CleLogic/calculate");
 BENCHMARK(zelm::bench::calculate<ZelmOrvaneClockModel>)->Name("Clock/calculate");

@@ -6,8 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace
-{
+namespace {
 
 using Table = std::unordered_map<std::string, float>;
 using Params = ZelmOrvaneSignalParams;

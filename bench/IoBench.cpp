@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace
-{
+namespace {
 
 // Standards whose formulas make the same look-ups in their rows and in CAP_DATA, each key as often as it is looked up.
 struct Family {

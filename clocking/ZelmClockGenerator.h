@@ -11,8 +11,7 @@
 /// A block's header declares its model class exported before it instantiates ZelmModelBlock for it: hosts need that
 /// base's type information to see through this class.
 template <class Derived, class ParamsT, class DataT>
-class ZELM_EXPORT ZelmClockGenerator : public ZelmModelBlock<Derived, ParamsT, DataT>
-{
+class ZELM_EXPORT ZelmClockGenerator : public ZelmModelBlock<Derived, ParamsT, DataT> {
 protected:
     using Cell = typename ParamsT::FloatEnum;
     using ZelmModelBlock<Derived, ParamsT, DataT>::once;

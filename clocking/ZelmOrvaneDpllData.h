@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneDpllData;
 extern template class ZelmDataBlock<ZelmOrvaneDpllData>;
 
 /// Currents of a digital PLL.
-class ZELM_EXPORT ZelmOrvaneDpllData final : public ZelmDataBlock<ZelmOrvaneDpllData>
-{
+class ZELM_EXPORT ZelmOrvaneDpllData final : public ZelmDataBlock<ZelmOrvaneDpllData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDpllData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDpllModel, ZelmOrvaneDpllParams, 
 
 /// Power of a digital PLL. The oscillator and the counters are on VCCAUX, the output drivers on VCCINT and VCCRAM.
 class ZELM_EXPORT ZelmOrvaneDpllModel final
-    : public ZelmClockGenerator<ZelmOrvaneDpllModel, ZelmOrvaneDpllParams, ZelmOrvaneDpllData>
-{
+    : public ZelmClockGenerator<ZelmOrvaneDpllModel, ZelmOrvaneDpllParams, ZelmOrvaneDpllData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDpllModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDpllCells {
 extern template class ZelmParamBlock<ZelmOrvaneDpllCells>;
 
 /// The cells of one digital PLL.
-class ZELM_EXPORT ZelmOrvaneDpllParams final : public ZelmParamBlock<ZelmOrvaneDpllCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDpllParams final : public ZelmParamBlock<ZelmOrvaneDpllCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvanePspllData;
 extern template class ZelmDataBlock<ZelmOrvanePspllData>;
 
 /// Currents of a PLL of the processing system.
-class ZELM_EXPORT ZelmOrvanePspllData final : public ZelmDataBlock<ZelmOrvanePspllData>
-{
+class ZELM_EXPORT ZelmOrvanePspllData final : public ZelmDataBlock<ZelmOrvanePspllData> {
 public:
     static constexpr std::string_view name = "ZelmOrvanePspllData";
 

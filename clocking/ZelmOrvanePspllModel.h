@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvanePspllModel, ZelmOrvanePspllParams
 
 /// Currents of a PLL of the processing system, with one output whose divider is a power of two.
 class ZELM_EXPORT ZelmOrvanePspllModel final
-    : public ZelmClockGenerator<ZelmOrvanePspllModel, ZelmOrvanePspllParams, ZelmOrvanePspllData>
-{
+    : public ZelmClockGenerator<ZelmOrvanePspllModel, ZelmOrvanePspllParams, ZelmOrvanePspllData> {
 public:
     static constexpr std::string_view name = "ZelmOrvanePspllModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvanePspllCells {
 extern template class ZelmParamBlock<ZelmOrvanePspllCells>;
 
 /// The cells of one PLL of the processing system.
-class ZELM_EXPORT ZelmOrvanePspllParams final : public ZelmParamBlock<ZelmOrvanePspllCells>
-{
-};
+class ZELM_EXPORT ZelmOrvanePspllParams final : public ZelmParamBlock<ZelmOrvanePspllCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneRuskData;
 extern template class ZelmDataBlock<ZelmOrvaneRuskData>;
 
 /// Currents of a PLL of the I/O banks.
-class ZELM_EXPORT ZelmOrvaneRuskData final : public ZelmDataBlock<ZelmOrvaneRuskData>
-{
+class ZELM_EXPORT ZelmOrvaneRuskData final : public ZelmDataBlock<ZelmOrvaneRuskData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneRuskData";
 

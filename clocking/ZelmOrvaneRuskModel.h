@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneRuskModel, ZelmOrvaneRuskParams, 
 
 /// Power of a PLL of the I/O banks, which also drives the I/O PHY clock, on VCCAUX and VCCINTIO.
 class ZELM_EXPORT ZelmOrvaneRuskModel final
-    : public ZelmClockGenerator<ZelmOrvaneRuskModel, ZelmOrvaneRuskParams, ZelmOrvaneRuskData>
-{
+    : public ZelmClockGenerator<ZelmOrvaneRuskModel, ZelmOrvaneRuskParams, ZelmOrvaneRuskData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneRuskModel";
 

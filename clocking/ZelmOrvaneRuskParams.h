@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneRuskCells {
 extern template class ZelmParamBlock<ZelmOrvaneRuskCells>;
 
 /// The cells of one PLL of the I/O banks.
-class ZELM_EXPORT ZelmOrvaneRuskParams final : public ZelmParamBlock<ZelmOrvaneRuskCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneRuskParams final : public ZelmParamBlock<ZelmOrvaneRuskCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneVekoData;
 extern template class ZelmDataBlock<ZelmOrvaneVekoData>;
 
 /// Currents of a mixed-mode clock manager.
-class ZELM_EXPORT ZelmOrvaneVekoData final : public ZelmDataBlock<ZelmOrvaneVekoData>
-{
+class ZELM_EXPORT ZelmOrvaneVekoData final : public ZelmDataBlock<ZelmOrvaneVekoData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneVekoData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneVekoModel, ZelmOrvaneVekoParams, 
 
 /// Power of a mixed-mode clock manager on VCCAUX, which feeds the analogue part, and on VCCRAM, which feeds the rest.
 class ZELM_EXPORT ZelmOrvaneVekoModel final
-    : public ZelmClockGenerator<ZelmOrvaneVekoModel, ZelmOrvaneVekoParams, ZelmOrvaneVekoData>
-{
+    : public ZelmClockGenerator<ZelmOrvaneVekoModel, ZelmOrvaneVekoParams, ZelmOrvaneVekoData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneVekoModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneVekoCells {
 extern template class ZelmParamBlock<ZelmOrvaneVekoCells>;
 
 /// The cells of one mixed-mode clock manager.
-class ZELM_EXPORT ZelmOrvaneVekoParams final : public ZelmParamBlock<ZelmOrvaneVekoCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneVekoParams final : public ZelmParamBlock<ZelmOrvaneVekoCells> {};

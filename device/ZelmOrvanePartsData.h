@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvanePartsData;
 extern template class ZelmDataBlock<ZelmOrvanePartsData>;
 
 /// What can be ordered: the devices' series, parts and resource counts.
-class ZELM_EXPORT ZelmOrvanePartsData final : public ZelmDataBlock<ZelmOrvanePartsData>
-{
+class ZELM_EXPORT ZelmOrvanePartsData final : public ZelmDataBlock<ZelmOrvanePartsData> {
 public:
     static constexpr std::string_view name = "ZelmOrvanePartsData";
 

@@ -11,8 +11,7 @@ template class ZelmModelBlock<ZelmOrvanePartsModel, ZelmOrvanePartsParams, ZelmO
 #define ZELM_CELL_ROWS "device/ZelmOrvanePartsCells.def"
 #include "framework/ZelmCellBodies.inc"
 
-namespace
-{
+namespace {
 
 struct Series {
     std::string_view name;

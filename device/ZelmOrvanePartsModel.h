@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvanePartsModel, ZelmOrvanePartsParams
 
 /// The device catalogue: whether a part is supported, its device-and-package string, and its units of a resource.
 class ZELM_EXPORT ZelmOrvanePartsModel final
-    : public ZelmModelBlock<ZelmOrvanePartsModel, ZelmOrvanePartsParams, ZelmOrvanePartsData>
-{
+    : public ZelmModelBlock<ZelmOrvanePartsModel, ZelmOrvanePartsParams, ZelmOrvanePartsData> {
 public:
     static constexpr std::string_view name = "ZelmOrvanePartsModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvanePartsCells {
 extern template class ZelmParamBlock<ZelmOrvanePartsCells>;
 
 /// One question to the catalogue: a part, its series and a kind of resource.
-class ZELM_EXPORT ZelmOrvanePartsParams final : public ZelmParamBlock<ZelmOrvanePartsCells>
-{
-};
+class ZELM_EXPORT ZelmOrvanePartsParams final : public ZelmParamBlock<ZelmOrvanePartsCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneStaticData;
 extern template class ZelmDataBlock<ZelmOrvaneStaticData>;
 
 /// Leakage of every device and resource: curves over temperature and voltage, binning, rail voltages.
-class ZELM_EXPORT ZelmOrvaneStaticData final : public ZelmDataBlock<ZelmOrvaneStaticData>
-{
+class ZELM_EXPORT ZelmOrvaneStaticData final : public ZelmDataBlock<ZelmOrvaneStaticData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneStaticData";
 

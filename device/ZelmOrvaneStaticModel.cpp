@@ -14,8 +14,7 @@ using namespace zelm::staticpower;
 #define ZELM_CELL_ROWS "device/ZelmOrvaneStaticCells.def"
 #include "framework/ZelmCellBodies.inc"
 
-namespace
-{
+namespace {
 
 // By the letters of TermA to TermE.
 constexpr std::string_view kTermKeys[] = {"A", "B", "C", "CONST", "D", "E"};

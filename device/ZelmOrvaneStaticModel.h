@@ -4,8 +4,7 @@
 #include "device/ZelmOrvaneStaticParams.h"
 #include "framework/ZelmModelBlock.h"
 
-namespace zelm::staticpower
-{
+namespace zelm::staticpower {
 struct Rail;
 struct Site;
 struct Copy;
@@ -22,8 +21,7 @@ extern template class ZelmModelBlock<ZelmOrvaneStaticModel, ZelmOrvaneStaticPara
 /// Leakage of the whole device, by rail. One network of cells: what a resource leaks on a rail, the rails' sums,
 /// totals.
 class ZELM_EXPORT ZelmOrvaneStaticModel final
-    : public ZelmModelBlock<ZelmOrvaneStaticModel, ZelmOrvaneStaticParams, ZelmOrvaneStaticData>
-{
+    : public ZelmModelBlock<ZelmOrvaneStaticModel, ZelmOrvaneStaticParams, ZelmOrvaneStaticData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneStaticModel";
 

@@ -9,8 +9,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace zelm::staticpower
-{
+namespace zelm::staticpower {
 
 using IntCell = ZelmOrvaneStaticCells::IntEnum;
 using FloatCell = ZelmOrvaneStaticCells::FloatEnum;

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneStaticCells {
 extern template class ZelmParamBlock<ZelmOrvaneStaticCells>;
 
 /// The cells of one device: its grades, temperature, rail voltages and used resources, and the leakage that follows.
-class ZELM_EXPORT ZelmOrvaneStaticParams final : public ZelmParamBlock<ZelmOrvaneStaticCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneStaticParams final : public ZelmParamBlock<ZelmOrvaneStaticCells> {};

@@ -8,8 +8,7 @@ template class ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, Zel
 #define ZELM_CELL_ROWS "device/ZelmOrvaneSysmonCells.def"
 #include "framework/ZelmCellBodies.inc"
 
-namespace
-{
+namespace {
 
 // 0 for a rail that is off, and for a characterisation voltage of 0. The quotient is single precision, its square
 // double.

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonPara
 
 /// Supply power of the on-chip monitor network: a root per slice and satellites spread over the device.
 class ZELM_EXPORT ZelmOrvaneSysmonModel final
-    : public ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, ZelmOrvaneSysmonData>
-{
+    : public ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, ZelmOrvaneSysmonData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSysmonModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneSysmonCells {
 extern template class ZelmParamBlock<ZelmOrvaneSysmonCells>;
 
 /// The cells of one device's monitor network.
-class ZELM_EXPORT ZelmOrvaneSysmonParams final : public ZelmParamBlock<ZelmOrvaneSysmonCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneSysmonParams final : public ZelmParamBlock<ZelmOrvaneSysmonCells> {};

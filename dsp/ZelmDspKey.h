@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelm
-{
+namespace zelm {
 
 /// The parts one behind the other: how the DSP blocks compose their usage keys.
 inline std::string dspKey(std::initializer_list<std::string_view> parts)

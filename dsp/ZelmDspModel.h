@@ -4,8 +4,7 @@
 
 #include <string_view>
 
-namespace zelm
-{
+namespace zelm {
 
 /// The parts of a DSP slice that are measured apart, of all kinds of slices, and the two totals beside them.
 enum class DspComponent : int {
@@ -57,8 +56,7 @@ struct DspInt24Modes {
 /// measured whole. A model adds its Slice: family, modes, components and the toggle formula of each.
 /// The functions are the metrics that the rows of the cells name.
 template <class Derived, class ParamsT, class DataT>
-class ZELM_EXPORT ZelmDspModel : public ZelmModelBlock<Derived, ParamsT, DataT>
-{
+class ZELM_EXPORT ZelmDspModel : public ZelmModelBlock<Derived, ParamsT, DataT> {
 public:
     using Params = ParamsT;
     using Data = DataT;

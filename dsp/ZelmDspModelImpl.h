@@ -10,8 +10,7 @@
 #include <cmath>
 #include <cstddef>
 
-namespace zelm
-{
+namespace zelm {
 
 template <class T>
 using PerDspComponent = std::array<T, static_cast<std::size_t>(DspComponent::numComponents)>;

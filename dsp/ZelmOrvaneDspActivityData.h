@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneDspActivityData;
 extern template class ZelmDataBlock<ZelmOrvaneDspActivityData>;
 
 /// Operational mode by usage, and each mode's display text and output activity.
-class ZELM_EXPORT ZelmOrvaneDspActivityData final : public ZelmDataBlock<ZelmOrvaneDspActivityData>
-{
+class ZELM_EXPORT ZelmOrvaneDspActivityData final : public ZelmDataBlock<ZelmOrvaneDspActivityData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspActivityData";
 

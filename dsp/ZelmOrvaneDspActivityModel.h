@@ -10,8 +10,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDspActivityModel, ZelmOrvaneDspAc
 
 /// What a DSP slice is used for: its operational mode, and the toggle rate that it drives at its output.
 class ZELM_EXPORT ZelmOrvaneDspActivityModel final
-    : public ZelmModelBlock<ZelmOrvaneDspActivityModel, ZelmOrvaneDspActivityParams, ZelmOrvaneDspActivityData>
-{
+    : public ZelmModelBlock<ZelmOrvaneDspActivityModel, ZelmOrvaneDspActivityParams, ZelmOrvaneDspActivityData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspActivityModel";
 

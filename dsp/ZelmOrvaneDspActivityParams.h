@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDspActivityCells {
 extern template class ZelmParamBlock<ZelmOrvaneDspActivityCells>;
 
 /// The cells of one DSP slice's usage.
-class ZELM_EXPORT ZelmOrvaneDspActivityParams final : public ZelmParamBlock<ZelmOrvaneDspActivityCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDspActivityParams final : public ZelmParamBlock<ZelmOrvaneDspActivityCells> {};

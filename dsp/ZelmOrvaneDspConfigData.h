@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneDspConfigData;
 extern template class ZelmDataBlock<ZelmOrvaneDspConfigData>;
 
 /// The display-level modes of a DSP slice, for the host to choose from.
-class ZELM_EXPORT ZelmOrvaneDspConfigData final : public ZelmDataBlock<ZelmOrvaneDspConfigData>
-{
+class ZELM_EXPORT ZelmOrvaneDspConfigData final : public ZelmDataBlock<ZelmOrvaneDspConfigData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspConfigData";
 

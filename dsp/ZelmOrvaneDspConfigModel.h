@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDspConfigModel, ZelmOrvaneDspConf
 
 /// The display-level mode of a DSP slice: hands on the designer's choice.
 class ZELM_EXPORT ZelmOrvaneDspConfigModel final
-    : public ZelmModelBlock<ZelmOrvaneDspConfigModel, ZelmOrvaneDspConfigParams, ZelmOrvaneDspConfigData>
-{
+    : public ZelmModelBlock<ZelmOrvaneDspConfigModel, ZelmOrvaneDspConfigParams, ZelmOrvaneDspConfigData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspConfigModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDspConfigCells {
 extern template class ZelmParamBlock<ZelmOrvaneDspConfigCells>;
 
 /// The cells of one DSP slice's display-level mode.
-class ZELM_EXPORT ZelmOrvaneDspConfigParams final : public ZelmParamBlock<ZelmOrvaneDspConfigCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDspConfigParams final : public ZelmParamBlock<ZelmOrvaneDspConfigCells> {};

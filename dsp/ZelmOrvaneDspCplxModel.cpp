@@ -7,8 +7,7 @@ template class ZelmModelBlock<ZelmOrvaneDspCplxModel, ZelmOrvaneDspCplxParams, Z
 #define ZELM_MODEL ZelmOrvaneDspCplxModel
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspCplxCells.def"
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneDspCplxModel;
 using Params = Model::Params;

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDspCplxModel, ZelmOrvaneDspCplxPa
 
 /// Dynamic power of a complex multiplier: two DSP slices and one pair of complex stages.
 class ZELM_EXPORT ZelmOrvaneDspCplxModel final
-    : public ZelmDspModel<ZelmOrvaneDspCplxModel, ZelmOrvaneDspCplxParams, ZelmOrvaneDspCplxData>
-{
+    : public ZelmDspModel<ZelmOrvaneDspCplxModel, ZelmOrvaneDspCplxParams, ZelmOrvaneDspCplxData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspCplxModel";
 

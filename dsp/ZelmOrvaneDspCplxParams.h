@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDspCplxCells {
 extern template class ZelmParamBlock<ZelmOrvaneDspCplxCells>;
 
 /// The cells of one complex multiplier: two DSP slices and two complex stages.
-class ZELM_EXPORT ZelmOrvaneDspCplxParams final : public ZelmParamBlock<ZelmOrvaneDspCplxCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDspCplxParams final : public ZelmParamBlock<ZelmOrvaneDspCplxCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneDspFp32Data;
 extern template class ZelmDataBlock<ZelmOrvaneDspFp32Data>;
 
 /// Currents of the floating-point DSP slice's components by operational mode.
-class ZELM_EXPORT ZelmOrvaneDspFp32Data final : public ZelmDataBlock<ZelmOrvaneDspFp32Data>
-{
+class ZELM_EXPORT ZelmOrvaneDspFp32Data final : public ZelmDataBlock<ZelmOrvaneDspFp32Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspFp32Data";
 

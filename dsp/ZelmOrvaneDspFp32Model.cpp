@@ -7,8 +7,7 @@ template class ZelmModelBlock<ZelmOrvaneDspFp32Model, ZelmOrvaneDspFp32Params, Z
 #define ZELM_MODEL ZelmOrvaneDspFp32Model
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspFp32Cells.def"
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneDspFp32Model;
 using Params = Model::Params;

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDspFp32Model, ZelmOrvaneDspFp32Pa
 
 /// Dynamic power of DSP slices in single-precision floating-point mode.
 class ZELM_EXPORT ZelmOrvaneDspFp32Model final
-    : public ZelmDspModel<ZelmOrvaneDspFp32Model, ZelmOrvaneDspFp32Params, ZelmOrvaneDspFp32Data>
-{
+    : public ZelmDspModel<ZelmOrvaneDspFp32Model, ZelmOrvaneDspFp32Params, ZelmOrvaneDspFp32Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspFp32Model";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDspFp32Cells {
 extern template class ZelmParamBlock<ZelmOrvaneDspFp32Cells>;
 
 /// The cells of one group of like DSP slices in floating-point mode.
-class ZELM_EXPORT ZelmOrvaneDspFp32Params final : public ZelmParamBlock<ZelmOrvaneDspFp32Cells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDspFp32Params final : public ZelmParamBlock<ZelmOrvaneDspFp32Cells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneDspInt24Data;
 extern template class ZelmDataBlock<ZelmOrvaneDspInt24Data>;
 
 /// Currents of the integer DSP slice's components by operational mode.
-class ZELM_EXPORT ZelmOrvaneDspInt24Data final : public ZelmDataBlock<ZelmOrvaneDspInt24Data>
-{
+class ZELM_EXPORT ZelmOrvaneDspInt24Data final : public ZelmDataBlock<ZelmOrvaneDspInt24Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspInt24Data";
 

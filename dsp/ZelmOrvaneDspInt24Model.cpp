@@ -7,8 +7,7 @@ template class ZelmModelBlock<ZelmOrvaneDspInt24Model, ZelmOrvaneDspInt24Params,
 #define ZELM_MODEL ZelmOrvaneDspInt24Model
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspInt24Cells.def"
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneDspInt24Model;
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDspInt24Model, ZelmOrvaneDspInt24
 
 /// Dynamic power of DSP slices in integer mode.
 class ZELM_EXPORT ZelmOrvaneDspInt24Model final
-    : public ZelmDspModel<ZelmOrvaneDspInt24Model, ZelmOrvaneDspInt24Params, ZelmOrvaneDspInt24Data>
-{
+    : public ZelmDspModel<ZelmOrvaneDspInt24Model, ZelmOrvaneDspInt24Params, ZelmOrvaneDspInt24Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspInt24Model";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDspInt24Cells {
 extern template class ZelmParamBlock<ZelmOrvaneDspInt24Cells>;
 
 /// The cells of one group of like DSP slices in integer mode.
-class ZELM_EXPORT ZelmOrvaneDspInt24Params final : public ZelmParamBlock<ZelmOrvaneDspInt24Cells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDspInt24Params final : public ZelmParamBlock<ZelmOrvaneDspInt24Cells> {};

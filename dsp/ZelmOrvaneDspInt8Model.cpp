@@ -7,8 +7,7 @@ template class ZelmModelBlock<ZelmOrvaneDspInt8Model, ZelmOrvaneDspInt8Params, Z
 #define ZELM_MODEL ZelmOrvaneDspInt8Model
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspInt8Cells.def"
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneDspInt8Model;
 using Params = Model::Params;

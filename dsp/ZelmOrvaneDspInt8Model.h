@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDspInt8Model, ZelmOrvaneDspInt8Pa
 
 /// Dynamic power of DSP slices in narrow-integer mode.
 class ZELM_EXPORT ZelmOrvaneDspInt8Model final
-    : public ZelmDspModel<ZelmOrvaneDspInt8Model, ZelmOrvaneDspInt8Params, ZelmOrvaneDspInt8Data>
-{
+    : public ZelmDspModel<ZelmOrvaneDspInt8Model, ZelmOrvaneDspInt8Params, ZelmOrvaneDspInt8Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspInt8Model";
 

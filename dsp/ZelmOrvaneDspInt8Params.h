@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDspInt8Cells {
 extern template class ZelmParamBlock<ZelmOrvaneDspInt8Cells>;
 
 /// The cells of one group of like DSP slices in narrow-integer mode.
-class ZELM_EXPORT ZelmOrvaneDspInt8Params final : public ZelmParamBlock<ZelmOrvaneDspInt8Cells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDspInt8Params final : public ZelmParamBlock<ZelmOrvaneDspInt8Cells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneDspLegacyData;
 extern template class ZelmDataBlock<ZelmOrvaneDspLegacyData>;
 
 /// Currents of the older DSP slice's components by operational mode, and of its wide XOR.
-class ZELM_EXPORT ZelmOrvaneDspLegacyData final : public ZelmDataBlock<ZelmOrvaneDspLegacyData>
-{
+class ZELM_EXPORT ZelmOrvaneDspLegacyData final : public ZelmDataBlock<ZelmOrvaneDspLegacyData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspLegacyData";
 

@@ -7,8 +7,7 @@ template class ZelmModelBlock<ZelmOrvaneDspLegacyModel, ZelmOrvaneDspLegacyParam
 #define ZELM_MODEL ZelmOrvaneDspLegacyModel
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspLegacyCells.def"
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneDspLegacyModel;
 using Params = Model::Params;

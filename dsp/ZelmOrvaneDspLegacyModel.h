@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDspLegacyModel, ZelmOrvaneDspLega
 
 /// Dynamic power of DSP slices of the older kind, with their wide XOR.
 class ZELM_EXPORT ZelmOrvaneDspLegacyModel final
-    : public ZelmDspModel<ZelmOrvaneDspLegacyModel, ZelmOrvaneDspLegacyParams, ZelmOrvaneDspLegacyData>
-{
+    : public ZelmDspModel<ZelmOrvaneDspLegacyModel, ZelmOrvaneDspLegacyParams, ZelmOrvaneDspLegacyData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDspLegacyModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDspLegacyCells {
 extern template class ZelmParamBlock<ZelmOrvaneDspLegacyCells>;
 
 /// The cells of one group of like DSP slices of the older kind.
-class ZELM_EXPORT ZelmOrvaneDspLegacyParams final : public ZelmParamBlock<ZelmOrvaneDspLegacyCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDspLegacyParams final : public ZelmParamBlock<ZelmOrvaneDspLegacyCells> {};

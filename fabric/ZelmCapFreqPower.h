@@ -1,7 +1,6 @@
 #pragma once
 
-namespace zelm
-{
+namespace zelm {
 
 /// The power of charging a capacitance at a frequency, in double precision: uW for a product in fF MHz.
 inline double capFreqPower(float volts, float capFreq)

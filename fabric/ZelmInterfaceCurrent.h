@@ -2,8 +2,7 @@
 
 #include <string_view>
 
-namespace zelm
-{
+namespace zelm {
 
 /// A measured current, a straight line over frequency in single precision. Data has the lines in the table CURRENT.
 template <class Data>

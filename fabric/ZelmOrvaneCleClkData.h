@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneCleClkData;
 extern template class ZelmDataBlock<ZelmOrvaneCleClkData>;
 
 /// Capacitances that a clock charges inside a logic slice.
-class ZELM_EXPORT ZelmOrvaneCleClkData final : public ZelmDataBlock<ZelmOrvaneCleClkData>
-{
+class ZELM_EXPORT ZelmOrvaneCleClkData final : public ZelmDataBlock<ZelmOrvaneCleClkData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneCleClkData";
 

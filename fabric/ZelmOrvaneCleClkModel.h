@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneCleClkModel, ZelmOrvaneCleClkPara
 
 /// Power that a clock spends inside the logic slices that it reaches.
 class ZELM_EXPORT ZelmOrvaneCleClkModel final
-    : public ZelmModelBlock<ZelmOrvaneCleClkModel, ZelmOrvaneCleClkParams, ZelmOrvaneCleClkData>
-{
+    : public ZelmModelBlock<ZelmOrvaneCleClkModel, ZelmOrvaneCleClkParams, ZelmOrvaneCleClkData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneCleClkModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneCleClkCells {
 extern template class ZelmParamBlock<ZelmOrvaneCleClkCells>;
 
 /// The cells of the slices that one clock reaches.
-class ZELM_EXPORT ZelmOrvaneCleClkParams final : public ZelmParamBlock<ZelmOrvaneCleClkCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneCleClkParams final : public ZelmParamBlock<ZelmOrvaneCleClkCells> {};

@@ -25,8 +25,7 @@ struct Model::AddressPin : Pin {
     std::size_t firstNode; // in kInternalNodes
 };
 
-namespace
-{
+namespace {
 
 constexpr std::array<std::string_view, 5> kInternalNodes{"A1INT", "A2INT", "A3INT", "A4INT", "A5INT"};
 

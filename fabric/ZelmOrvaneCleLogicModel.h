@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneCleLogicModel, ZelmOrvaneCleLogic
 
 /// Dynamic power of logic elements: the charge that their pins and internal nodes move at each toggle.
 class ZELM_EXPORT ZelmOrvaneCleLogicModel final
-    : public ZelmModelBlock<ZelmOrvaneCleLogicModel, ZelmOrvaneCleLogicParams, ZelmOrvaneCleLogicData>
-{
+    : public ZelmModelBlock<ZelmOrvaneCleLogicModel, ZelmOrvaneCleLogicParams, ZelmOrvaneCleLogicData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneCleLogicModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneCleLogicCells {
 extern template class ZelmParamBlock<ZelmOrvaneCleLogicCells>;
 
 /// The cells of one group of like logic elements.
-class ZELM_EXPORT ZelmOrvaneCleLogicParams final : public ZelmParamBlock<ZelmOrvaneCleLogicCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneCleLogicParams final : public ZelmParamBlock<ZelmOrvaneCleLogicCells> {};

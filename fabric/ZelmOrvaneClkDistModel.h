@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneClkDistModel, ZelmOrvaneClkDistPa
 
 /// Currents and powers of a clock net's way from its root buffer to the leaves.
 class ZELM_EXPORT ZelmOrvaneClkDistModel final
-    : public ZelmModelBlock<ZelmOrvaneClkDistModel, ZelmOrvaneClkDistParams, ZelmOrvaneClkDistData>
-{
+    : public ZelmModelBlock<ZelmOrvaneClkDistModel, ZelmOrvaneClkDistParams, ZelmOrvaneClkDistData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneClkDistModel";
 

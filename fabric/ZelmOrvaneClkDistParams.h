@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneClkDistCells {
 extern template class ZelmParamBlock<ZelmOrvaneClkDistCells>;
 
 /// The cells of one clock net's path through the clock network.
-class ZELM_EXPORT ZelmOrvaneClkDistParams final : public ZelmParamBlock<ZelmOrvaneClkDistCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneClkDistParams final : public ZelmParamBlock<ZelmOrvaneClkDistCells> {};

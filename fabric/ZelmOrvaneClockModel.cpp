@@ -17,8 +17,7 @@ auto ZelmOrvaneClockModel::fixed(Value value, Params& params, const Data& /*data
 #define ZELM_CELL_ROWS "fabric/ZelmOrvaneClockCells.def"
 #include "framework/ZelmCellBodies.inc"
 
-namespace
-{
+namespace {
 
 // Two counts of one kind of site; none at all still leaves MAX's smallest positive float.
 float greater(int a, int b)

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneClockModel, ZelmOrvaneClockParams
 
 /// What a clock net occupies: counts and probabilities that slice clocking and clock distribution take as inputs.
 class ZELM_EXPORT ZelmOrvaneClockModel final
-    : public ZelmModelBlock<ZelmOrvaneClockModel, ZelmOrvaneClockParams, ZelmOrvaneClockData>
-{
+    : public ZelmModelBlock<ZelmOrvaneClockModel, ZelmOrvaneClockParams, ZelmOrvaneClockData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneClockModel";
 

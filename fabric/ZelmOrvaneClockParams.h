@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneClockCells {
 extern template class ZelmParamBlock<ZelmOrvaneClockCells>;
 
 /// The cells of one clock net: its loads, the device's sites, and the part of the network that it occupies.
-class ZELM_EXPORT ZelmOrvaneClockParams final : public ZelmParamBlock<ZelmOrvaneClockCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneClockParams final : public ZelmParamBlock<ZelmOrvaneClockCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneIriClkData;
 extern template class ZelmDataBlock<ZelmOrvaneIriClkData>;
 
 /// Currents and capacitances of the interface quads' clocking.
-class ZELM_EXPORT ZelmOrvaneIriClkData final : public ZelmDataBlock<ZelmOrvaneIriClkData>
-{
+class ZELM_EXPORT ZelmOrvaneIriClkData final : public ZelmDataBlock<ZelmOrvaneIriClkData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIriClkData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneIriClkModel, ZelmOrvaneIriClkPara
 
 /// Power of clocking the quads through which the fabric meets the hard blocks.
 class ZELM_EXPORT ZelmOrvaneIriClkModel final
-    : public ZelmModelBlock<ZelmOrvaneIriClkModel, ZelmOrvaneIriClkParams, ZelmOrvaneIriClkData>
-{
+    : public ZelmModelBlock<ZelmOrvaneIriClkModel, ZelmOrvaneIriClkParams, ZelmOrvaneIriClkData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIriClkModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneIriClkCells {
 extern template class ZelmParamBlock<ZelmOrvaneIriClkCells>;
 
 /// The cells of the interface quads that one clock reaches.
-class ZELM_EXPORT ZelmOrvaneIriClkParams final : public ZelmParamBlock<ZelmOrvaneIriClkCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneIriClkParams final : public ZelmParamBlock<ZelmOrvaneIriClkCells> {};

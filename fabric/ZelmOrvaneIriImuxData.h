@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneIriImuxData;
 extern template class ZelmDataBlock<ZelmOrvaneIriImuxData>;
 
 /// Currents of the interface's input multiplexers by mode.
-class ZELM_EXPORT ZelmOrvaneIriImuxData final : public ZelmDataBlock<ZelmOrvaneIriImuxData>
-{
+class ZELM_EXPORT ZelmOrvaneIriImuxData final : public ZelmDataBlock<ZelmOrvaneIriImuxData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIriImuxData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneIriImuxModel, ZelmOrvaneIriImuxPa
 
 /// Power of the interface's input multiplexers.
 class ZELM_EXPORT ZelmOrvaneIriImuxModel final
-    : public ZelmModelBlock<ZelmOrvaneIriImuxModel, ZelmOrvaneIriImuxParams, ZelmOrvaneIriImuxData>
-{
+    : public ZelmModelBlock<ZelmOrvaneIriImuxModel, ZelmOrvaneIriImuxParams, ZelmOrvaneIriImuxData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIriImuxModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneIriImuxCells {
 extern template class ZelmParamBlock<ZelmOrvaneIriImuxCells>;
 
 /// The cells of a group of like input multiplexers.
-class ZELM_EXPORT ZelmOrvaneIriImuxParams final : public ZelmParamBlock<ZelmOrvaneIriImuxCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneIriImuxParams final : public ZelmParamBlock<ZelmOrvaneIriImuxCells> {};

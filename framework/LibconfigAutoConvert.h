@@ -2,8 +2,7 @@
 
 #include <libconfig.h++>
 
-namespace zelm
-{
+namespace zelm {
 
 // libconfig 1.7 replaced the accessors of single options by setOption and getOption; 1.5 has only the former.
 #if LIBCONFIGXX_VER_MAJOR > 1 || (LIBCONFIGXX_VER_MAJOR == 1 && LIBCONFIGXX_VER_MINOR >= 7)

@@ -8,8 +8,7 @@
 static_assert(FLT_EVAL_METHOD == 0, "formulas need float arithmetic without excess precision");
 static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<double>::is_iec559);
 
-namespace zelm
-{
+namespace zelm {
 
 /// Int sums, differences and products of the formulas wrap in 32 bits.
 constexpr int wrapAdd(int a, int b)
@@ -54,8 +53,8 @@ constexpr float ratioOrZero(float a, float b)
     return b == 0.0f ? 0.0f : a / b;
 }
 
-/// How power grows with the supply in the blocks that follow the power law: the ratio to the characterisation voltage, 0
-/// where that is 0, to the power 2.3 in double precision.
+/// How power grows with the supply in the blocks that follow the power law: the ratio to the characterisation voltage,
+/// 0 where that is 0, to the power 2.3 in double precision.
 inline double voltageFactor(float volts, float characterisedVolts)
 {
     return std::pow(static_cast<double>(ratioOrZero(volts, characterisedVolts)), 2.3);

@@ -4,14 +4,12 @@
 
 #include <string>
 
-namespace libconfig
-{
+namespace libconfig {
 class Config;
 }
 
 /// Base of all data blocks: the characterisation tables of one resource kind.
-class ZELM_EXPORT ZelmData
-{
+class ZELM_EXPORT ZelmData {
 public:
     virtual std::string className() const;
     /// All tables as text, one line per value.

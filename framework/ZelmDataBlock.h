@@ -14,8 +14,7 @@
 /// A data block: the tables that Derived's rows name, loaded from "powercfg/orvane/<class name>.cfg". Read-only after
 /// load, so that any number of threads may look up; reset and loadCfgData must not run beside a reader.
 template <class Derived>
-class ZELM_EXPORT ZelmDataBlock : public ZelmData
-{
+class ZELM_EXPORT ZelmDataBlock : public ZelmData {
 public:
     /// The one instance, built and loaded on first use. A load that fails leaves as an exception, and the next call
     /// tries again.

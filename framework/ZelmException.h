@@ -6,8 +6,7 @@
 
 /// An exception class for hosts. The library itself never throws it: what leaves the library comes from the standard
 /// library, Boost.Filesystem or libconfig.
-class ZELM_EXPORT ZelmException
-{
+class ZELM_EXPORT ZelmException {
 public:
     ZelmException(const char* message, const char* function);
     virtual ~ZelmException() = default;

@@ -15,8 +15,7 @@
 #include <stdexcept>
 #include <unordered_set>
 
-namespace
-{
+namespace {
 
 constexpr std::size_t kTablePathLength = 2; // block group and table group, which the flattened keys leave out
 

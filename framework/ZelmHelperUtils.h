@@ -11,16 +11,14 @@
 #include <unordered_map>
 #include <vector>
 
-namespace libconfig
-{
+namespace libconfig {
 class Config;
 }
 
 /// The spreadsheet functions that formulas are written in, and the table store behind the data blocks.
 /// The functions differ from a spreadsheet's of the same name in places; results must match the characterisation
 /// workbook's macros, so the differences stay. None of them throws unless its comment says so.
-class ZELM_EXPORT ZelmHelperUtils
-{
+class ZELM_EXPORT ZelmHelperUtils {
     static constexpr float kNotAveraged = -FLT_MAX;
     static constexpr float kNotInMin = FLT_MAX;
     static constexpr float kNotInMax = FLT_MIN; // positive on purpose, see MAX

@@ -8,8 +8,8 @@
 namespace zelm {
 
 /// While one lives, the table look-ups of this thread that find nothing are noted in it. A miss is no error to the
-/// formulas, which go on with a sentinel; this is how a host tells people which row their data lacks. Costs nothing on a
-/// hit. Instances nest: the innermost notes.
+/// formulas, which go on with a sentinel; this is how a host tells people which row their data lacks. Costs nothing on
+/// a hit. Instances nest: the innermost notes.
 class ZELM_EXPORT LookUpMisses {
 public:
     struct Miss {

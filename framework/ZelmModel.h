@@ -5,8 +5,7 @@
 #include <string>
 
 /// Base of all model blocks: the formulas of one resource kind. A model has no state.
-class ZELM_EXPORT ZelmModel
-{
+class ZELM_EXPORT ZelmModel {
 public:
     virtual std::string className() const = 0;
 

@@ -11,8 +11,7 @@
 #include <string_view>
 #include <type_traits>
 
-namespace zelm
-{
+namespace zelm {
 
 /// The cell that stands offset places behind first: how a family's member finds the cells of its metrics.
 template <class Enum>
@@ -26,8 +25,7 @@ constexpr Enum cellBehind(Enum first, int offset)
 /// A model block: the formulas of one resource kind, each a function of the block's cells and tables. It has no state,
 /// so any number of threads may run it on different parameter blocks.
 template <class Derived, class ParamsT, class DataT>
-class ZELM_EXPORT ZelmModelBlock : public ZelmModel
-{
+class ZELM_EXPORT ZelmModelBlock : public ZelmModel {
 public:
     using Params = ParamsT;
     using Data = DataT;

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneSignalData;
 extern template class ZelmDataBlock<ZelmOrvaneSignalData>;
 
 /// Capacitance of the routing that ordinary signals cross.
-class ZELM_EXPORT ZelmOrvaneSignalData final : public ZelmDataBlock<ZelmOrvaneSignalData>
-{
+class ZELM_EXPORT ZelmOrvaneSignalData final : public ZelmDataBlock<ZelmOrvaneSignalData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSignalData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneSignalModel, ZelmOrvaneSignalPara
 
 /// Dynamic power of ordinary routed signals: the charge that their wires move at each toggle.
 class ZELM_EXPORT ZelmOrvaneSignalModel final
-    : public ZelmModelBlock<ZelmOrvaneSignalModel, ZelmOrvaneSignalParams, ZelmOrvaneSignalData>
-{
+    : public ZelmModelBlock<ZelmOrvaneSignalModel, ZelmOrvaneSignalParams, ZelmOrvaneSignalData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSignalModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneSignalCells {
 extern template class ZelmParamBlock<ZelmOrvaneSignalCells>;
 
 /// The cells of one group of like signals.
-class ZELM_EXPORT ZelmOrvaneSignalParams final : public ZelmParamBlock<ZelmOrvaneSignalCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneSignalParams final : public ZelmParamBlock<ZelmOrvaneSignalCells> {};

@@ -16,8 +16,7 @@
 /// A parameter block: three arrays of cells, addressed by the enums of Cells. Copyable; used by one thread at a time.
 /// An index at or beyond Last<T>, of any origin, raises std::out_of_range.
 template <class Cells>
-class ZELM_EXPORT ZelmParamBlock : public ZelmParams, public Cells
-{
+class ZELM_EXPORT ZelmParamBlock : public ZelmParams, public Cells {
 public:
     using typename Cells::FloatEnum;
     using typename Cells::IntEnum;

@@ -8,8 +8,7 @@
 #include <algorithm>
 #include <mutex>
 
-namespace zelm::detail
-{
+namespace zelm::detail {
 
 // Calls add for each name of an enum's source text but the last, which is no cell.
 template <class Add>

@@ -5,8 +5,7 @@
 #include <string>
 
 /// Base of all parameter blocks: the cells through which a host talks to a model.
-class ZELM_EXPORT ZelmParams
-{
+class ZELM_EXPORT ZelmParams {
 public:
     virtual ~ZelmParams();
     virtual std::string className() const = 0;

@@ -6,13 +6,11 @@
 #include <string_view>
 #include <unordered_map>
 
-namespace zelm
-{
+namespace zelm {
 
 /// Writes the text of reflect(): one line per value, indented by depth. The depth is passed along, so that any number
 /// of blocks may be written at the same time.
-class Reflection
-{
+class Reflection {
 public:
     Reflection()
     {

@@ -3,8 +3,7 @@
 #include <limits>
 #include <string_view>
 
-namespace zelm
-{
+namespace zelm {
 
 /// What a cell without a value holds, and what a failed table look-up of the type returns. Tested by exact equality.
 inline constexpr int unsetInt = std::numeric_limits<int>::max();

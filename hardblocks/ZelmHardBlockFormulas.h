@@ -8,8 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelm
-{
+namespace zelm {
 
 /// The exponent with which power follows the core supply where the data gives none.
 inline constexpr double powerOverVoltage = 2.3;

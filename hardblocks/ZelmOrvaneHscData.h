@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneHscData;
 extern template class ZelmDataBlock<ZelmOrvaneHscData>;
 
 /// Power of the two-speed block at each of its speeds.
-class ZELM_EXPORT ZelmOrvaneHscData final : public ZelmDataBlock<ZelmOrvaneHscData>
-{
+class ZELM_EXPORT ZelmOrvaneHscData final : public ZelmDataBlock<ZelmOrvaneHscData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneHscData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneHscModel, ZelmOrvaneHscParams, Ze
 
 /// Power of hard blocks that run at a normal or a slow speed.
 class ZELM_EXPORT ZelmOrvaneHscModel final
-    : public ZelmModelBlock<ZelmOrvaneHscModel, ZelmOrvaneHscParams, ZelmOrvaneHscData>
-{
+    : public ZelmModelBlock<ZelmOrvaneHscModel, ZelmOrvaneHscParams, ZelmOrvaneHscData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneHscModel";
 

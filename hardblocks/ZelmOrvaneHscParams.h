@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneHscCells {
 extern template class ZelmParamBlock<ZelmOrvaneHscCells>;
 
 /// The cells of one group of like two-speed blocks.
-class ZELM_EXPORT ZelmOrvaneHscParams final : public ZelmParamBlock<ZelmOrvaneHscCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneHscParams final : public ZelmParamBlock<ZelmOrvaneHscCells> {};

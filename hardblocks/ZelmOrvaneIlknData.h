@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneIlknData;
 extern template class ZelmDataBlock<ZelmOrvaneIlknData>;
 
 /// Power of an Interlaken core in each of its modes.
-class ZELM_EXPORT ZelmOrvaneIlknData final : public ZelmDataBlock<ZelmOrvaneIlknData>
-{
+class ZELM_EXPORT ZelmOrvaneIlknData final : public ZelmDataBlock<ZelmOrvaneIlknData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIlknData";
 

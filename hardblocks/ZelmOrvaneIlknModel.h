@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneIlknModel, ZelmOrvaneIlknParams, 
 
 /// Power of Interlaken cores, with or without error correction.
 class ZELM_EXPORT ZelmOrvaneIlknModel final
-    : public ZelmModelBlock<ZelmOrvaneIlknModel, ZelmOrvaneIlknParams, ZelmOrvaneIlknData>
-{
+    : public ZelmModelBlock<ZelmOrvaneIlknModel, ZelmOrvaneIlknParams, ZelmOrvaneIlknData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIlknModel";
 

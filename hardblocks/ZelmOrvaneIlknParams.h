@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneIlknCells {
 extern template class ZelmParamBlock<ZelmOrvaneIlknCells>;
 
 /// The cells of one group of like Interlaken cores.
-class ZELM_EXPORT ZelmOrvaneIlknParams final : public ZelmParamBlock<ZelmOrvaneIlknCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneIlknParams final : public ZelmParamBlock<ZelmOrvaneIlknCells> {};

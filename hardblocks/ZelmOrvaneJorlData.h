@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneJorlData;
 extern template class ZelmDataBlock<ZelmOrvaneJorlData>;
 
 /// Power of an Ethernet MAC in each of its channel modes.
-class ZELM_EXPORT ZelmOrvaneJorlData final : public ZelmDataBlock<ZelmOrvaneJorlData>
-{
+class ZELM_EXPORT ZelmOrvaneJorlData final : public ZelmDataBlock<ZelmOrvaneJorlData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneJorlData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneJorlModel, ZelmOrvaneJorlParams, 
 
 /// Power of dual-channel Ethernet MACs, with or without error correction.
 class ZELM_EXPORT ZelmOrvaneJorlModel final
-    : public ZelmModelBlock<ZelmOrvaneJorlModel, ZelmOrvaneJorlParams, ZelmOrvaneJorlData>
-{
+    : public ZelmModelBlock<ZelmOrvaneJorlModel, ZelmOrvaneJorlParams, ZelmOrvaneJorlData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneJorlModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneJorlCells {
 extern template class ZelmParamBlock<ZelmOrvaneJorlCells>;
 
 /// The cells of one group of like dual-channel Ethernet MACs.
-class ZELM_EXPORT ZelmOrvaneJorlParams final : public ZelmParamBlock<ZelmOrvaneJorlCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneJorlParams final : public ZelmParamBlock<ZelmOrvaneJorlCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneMulmData;
 extern template class ZelmDataBlock<ZelmOrvaneMulmData>;
 
 /// Power of the pipe block by mode, channels and link speed.
-class ZELM_EXPORT ZelmOrvaneMulmData final : public ZelmDataBlock<ZelmOrvaneMulmData>
-{
+class ZELM_EXPORT ZelmOrvaneMulmData final : public ZelmDataBlock<ZelmOrvaneMulmData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneMulmData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneMulmModel, ZelmOrvaneMulmParams, 
 
 /// Power of a pipe block.
 class ZELM_EXPORT ZelmOrvaneMulmModel final
-    : public ZelmModelBlock<ZelmOrvaneMulmModel, ZelmOrvaneMulmParams, ZelmOrvaneMulmData>
-{
+    : public ZelmModelBlock<ZelmOrvaneMulmModel, ZelmOrvaneMulmParams, ZelmOrvaneMulmData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneMulmModel";
 

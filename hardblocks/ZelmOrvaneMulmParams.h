@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneMulmCells {
 extern template class ZelmParamBlock<ZelmOrvaneMulmCells>;
 
 /// The cells of one pipe block.
-class ZELM_EXPORT ZelmOrvaneMulmParams final : public ZelmParamBlock<ZelmOrvaneMulmCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneMulmParams final : public ZelmParamBlock<ZelmOrvaneMulmCells> {};

@@ -5,8 +5,7 @@
 
 template class ZelmModelBlock<ZelmOrvaneNemtModel, ZelmOrvaneNemtParams, ZelmOrvaneNemtData>;
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneNemtModel;
 

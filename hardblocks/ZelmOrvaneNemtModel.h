@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneNemtModel, ZelmOrvaneNemtParams, 
 
 /// Power of the compute array: busy and idle tiles, memory banks, streams, PLL and the shim row.
 class ZELM_EXPORT ZelmOrvaneNemtModel final
-    : public ZelmModelBlock<ZelmOrvaneNemtModel, ZelmOrvaneNemtParams, ZelmOrvaneNemtData>
-{
+    : public ZelmModelBlock<ZelmOrvaneNemtModel, ZelmOrvaneNemtParams, ZelmOrvaneNemtData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneNemtModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneNemtCells {
 extern template class ZelmParamBlock<ZelmOrvaneNemtCells>;
 
 /// The cells of a device's compute array.
-class ZELM_EXPORT ZelmOrvaneNemtParams final : public ZelmParamBlock<ZelmOrvaneNemtCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneNemtParams final : public ZelmParamBlock<ZelmOrvaneNemtCells> {};

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvanePcieb5Model, ZelmOrvanePcieb5Para
 
 /// Power of a newer PCIe block at its link: the PCIe block's formulas over data of its own.
 class ZELM_EXPORT ZelmOrvanePcieb5Model final
-    : public ZelmModelBlock<ZelmOrvanePcieb5Model, ZelmOrvanePcieb5Params, ZelmOrvanePcieb5Data>
-{
+    : public ZelmModelBlock<ZelmOrvanePcieb5Model, ZelmOrvanePcieb5Params, ZelmOrvanePcieb5Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvanePcieb5Model";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvanePcieb5Cells {
 extern template class ZelmParamBlock<ZelmOrvanePcieb5Cells>;
 
 /// The cells of one newer PCIe block.
-class ZELM_EXPORT ZelmOrvanePcieb5Params final : public ZelmParamBlock<ZelmOrvanePcieb5Cells>
-{
-};
+class ZELM_EXPORT ZelmOrvanePcieb5Params final : public ZelmParamBlock<ZelmOrvanePcieb5Cells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvanePciebData;
 extern template class ZelmDataBlock<ZelmOrvanePciebData>;
 
 /// Current of the PCIe block by link speed and width.
-class ZELM_EXPORT ZelmOrvanePciebData final : public ZelmDataBlock<ZelmOrvanePciebData>
-{
+class ZELM_EXPORT ZelmOrvanePciebData final : public ZelmDataBlock<ZelmOrvanePciebData> {
 public:
     static constexpr std::string_view name = "ZelmOrvanePciebData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvanePciebModel, ZelmOrvanePciebParams
 
 /// Power of a PCIe block at its link.
 class ZELM_EXPORT ZelmOrvanePciebModel final
-    : public ZelmModelBlock<ZelmOrvanePciebModel, ZelmOrvanePciebParams, ZelmOrvanePciebData>
-{
+    : public ZelmModelBlock<ZelmOrvanePciebModel, ZelmOrvanePciebParams, ZelmOrvanePciebData> {
 public:
     static constexpr std::string_view name = "ZelmOrvanePciebModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvanePciebCells {
 extern template class ZelmParamBlock<ZelmOrvanePciebCells>;
 
 /// The cells of one PCIe block.
-class ZELM_EXPORT ZelmOrvanePciebParams final : public ZelmParamBlock<ZelmOrvanePciebCells>
-{
-};
+class ZELM_EXPORT ZelmOrvanePciebParams final : public ZelmParamBlock<ZelmOrvanePciebCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneSdfecData;
 extern template class ZelmDataBlock<ZelmOrvaneSdfecData>;
 
 /// Current of the forward-error-correction core in each of its modes.
-class ZELM_EXPORT ZelmOrvaneSdfecData final : public ZelmDataBlock<ZelmOrvaneSdfecData>
-{
+class ZELM_EXPORT ZelmOrvaneSdfecData final : public ZelmDataBlock<ZelmOrvaneSdfecData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSdfecData";
 

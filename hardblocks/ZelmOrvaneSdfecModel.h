@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneSdfecModel, ZelmOrvaneSdfecParams
 
 /// Power of a forward-error-correction core at its data rate.
 class ZELM_EXPORT ZelmOrvaneSdfecModel final
-    : public ZelmModelBlock<ZelmOrvaneSdfecModel, ZelmOrvaneSdfecParams, ZelmOrvaneSdfecData>
-{
+    : public ZelmModelBlock<ZelmOrvaneSdfecModel, ZelmOrvaneSdfecParams, ZelmOrvaneSdfecData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSdfecModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneSdfecCells {
 extern template class ZelmParamBlock<ZelmOrvaneSdfecCells>;
 
 /// The cells of one forward-error-correction core.
-class ZELM_EXPORT ZelmOrvaneSdfecParams final : public ZelmParamBlock<ZelmOrvaneSdfecCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneSdfecParams final : public ZelmParamBlock<ZelmOrvaneSdfecCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneTuvoData;
 extern template class ZelmDataBlock<ZelmOrvaneTuvoData>;
 
 /// Power of the multi-rate Ethernet MAC by configuration and activity.
-class ZELM_EXPORT ZelmOrvaneTuvoData final : public ZelmDataBlock<ZelmOrvaneTuvoData>
-{
+class ZELM_EXPORT ZelmOrvaneTuvoData final : public ZelmDataBlock<ZelmOrvaneTuvoData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneTuvoData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneTuvoModel, ZelmOrvaneTuvoParams, 
 
 /// Power of a multi-rate Ethernet MAC.
 class ZELM_EXPORT ZelmOrvaneTuvoModel final
-    : public ZelmModelBlock<ZelmOrvaneTuvoModel, ZelmOrvaneTuvoParams, ZelmOrvaneTuvoData>
-{
+    : public ZelmModelBlock<ZelmOrvaneTuvoModel, ZelmOrvaneTuvoParams, ZelmOrvaneTuvoData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneTuvoModel";
 

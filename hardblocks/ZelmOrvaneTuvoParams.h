@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneTuvoCells {
 extern template class ZelmParamBlock<ZelmOrvaneTuvoCells>;
 
 /// The cells of one multi-rate Ethernet MAC.
-class ZELM_EXPORT ZelmOrvaneTuvoParams final : public ZelmParamBlock<ZelmOrvaneTuvoCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneTuvoParams final : public ZelmParamBlock<ZelmOrvaneTuvoCells> {};

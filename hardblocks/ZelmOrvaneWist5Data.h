@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneWist5Data;
 extern template class ZelmDataBlock<ZelmOrvaneWist5Data>;
 
 /// Power per MHz of the newer coherent PCIe module's parts, and its PLL's at two frequencies.
-class ZELM_EXPORT ZelmOrvaneWist5Data final : public ZelmDataBlock<ZelmOrvaneWist5Data>
-{
+class ZELM_EXPORT ZelmOrvaneWist5Data final : public ZelmDataBlock<ZelmOrvaneWist5Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneWist5Data";
 

@@ -8,8 +8,7 @@
 
 template class ZelmModelBlock<ZelmOrvaneWist5Model, ZelmOrvaneWist5Params, ZelmOrvaneWist5Data>;
 
-namespace
-{
+namespace {
 
 using Data = ZelmOrvaneWist5Data;
 

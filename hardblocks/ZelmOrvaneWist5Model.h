@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneWist5Model, ZelmOrvaneWist5Params
 
 /// Power of the newer coherent PCIe module; its clocks follow from link speeds and modes by fixed rules.
 class ZELM_EXPORT ZelmOrvaneWist5Model final
-    : public ZelmModelBlock<ZelmOrvaneWist5Model, ZelmOrvaneWist5Params, ZelmOrvaneWist5Data>
-{
+    : public ZelmModelBlock<ZelmOrvaneWist5Model, ZelmOrvaneWist5Params, ZelmOrvaneWist5Data> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneWist5Model";
 

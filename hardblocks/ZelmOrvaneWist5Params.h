@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneWist5Cells {
 extern template class ZelmParamBlock<ZelmOrvaneWist5Cells>;
 
 /// The cells of one newer coherent PCIe module with its controllers A0 and A1.
-class ZELM_EXPORT ZelmOrvaneWist5Params final : public ZelmParamBlock<ZelmOrvaneWist5Cells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneWist5Params final : public ZelmParamBlock<ZelmOrvaneWist5Cells> {};

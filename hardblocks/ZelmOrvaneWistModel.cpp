@@ -5,8 +5,7 @@
 
 template class ZelmModelBlock<ZelmOrvaneWistModel, ZelmOrvaneWistParams, ZelmOrvaneWistData>;
 
-namespace
-{
+namespace {
 
 using Data = ZelmOrvaneWistData;
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneWistModel, ZelmOrvaneWistParams, 
 
 /// Power of the coherent PCIe module: two controllers, DMA, coherent L2 and interconnect.
 class ZELM_EXPORT ZelmOrvaneWistModel final
-    : public ZelmModelBlock<ZelmOrvaneWistModel, ZelmOrvaneWistParams, ZelmOrvaneWistData>
-{
+    : public ZelmModelBlock<ZelmOrvaneWistModel, ZelmOrvaneWistParams, ZelmOrvaneWistData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneWistModel";
 

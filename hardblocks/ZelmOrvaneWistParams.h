@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneWistCells {
 extern template class ZelmParamBlock<ZelmOrvaneWistCells>;
 
 /// The cells of one coherent PCIe module with its controllers A0 and A1.
-class ZELM_EXPORT ZelmOrvaneWistParams final : public ZelmParamBlock<ZelmOrvaneWistCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneWistParams final : public ZelmParamBlock<ZelmOrvaneWistCells> {};

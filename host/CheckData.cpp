@@ -134,11 +134,11 @@ struct MeantToMiss {
 };
 
 constexpr MeantToMiss kMeantToMiss[] = {
-    {"Parts", "DEVICE_DATA", ""},               // a part stands in one series only, and all are asked
-    {"CleLogic", "REG_CAP", ""},                // asked for elements that are no registers, too
-    {"Ddrmc", "DDRMC_DATA", "_2CH_X16_"},       // a channel has at least 16 bits
-    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X64_"},   // and with LP4 at most 32, or
-    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X80_"},   // 40 with error correction
+    {"Parts", "DEVICE_DATA", ""},             // a part stands in one series only, and all are asked
+    {"CleLogic", "REG_CAP", ""},              // asked for elements that are no registers, too
+    {"Ddrmc", "DDRMC_DATA", "_2CH_X16_"},     // a channel has at least 16 bits
+    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X64_"}, // and with LP4 at most 32, or
+    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X80_"}, // 40 with error correction
 };
 
 bool isMeantToMiss(const Block& block, const std::string& table, const std::string& key)

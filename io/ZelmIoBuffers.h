@@ -6,8 +6,7 @@
 
 /// What the buffers of high-performance and high-density pins have in common. A model's functions here take the model,
 /// its parameter block and its data block; the others take plain values.
-namespace zelm::io
-{
+namespace zelm::io {
 
 constexpr float square(float value)
 {

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneIologicData;
 extern template class ZelmDataBlock<ZelmOrvaneIologicData>;
 
 /// Core current of the I/O registers, by mode.
-class ZELM_EXPORT ZelmOrvaneIologicData final : public ZelmDataBlock<ZelmOrvaneIologicData>
-{
+class ZELM_EXPORT ZelmOrvaneIologicData final : public ZelmDataBlock<ZelmOrvaneIologicData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIologicData";
 

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneIologicModel, ZelmOrvaneIologicPa
 
 /// Core-rail power of the input and output registers beside the I/O buffers.
 class ZELM_EXPORT ZelmOrvaneIologicModel final
-    : public ZelmModelBlock<ZelmOrvaneIologicModel, ZelmOrvaneIologicParams, ZelmOrvaneIologicData>
-{
+    : public ZelmModelBlock<ZelmOrvaneIologicModel, ZelmOrvaneIologicParams, ZelmOrvaneIologicData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneIologicModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneIologicCells {
 extern template class ZelmParamBlock<ZelmOrvaneIologicCells>;
 
 /// The cells of the I/O registers of one mode.
-class ZELM_EXPORT ZelmOrvaneIologicParams final : public ZelmParamBlock<ZelmOrvaneIologicCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneIologicParams final : public ZelmParamBlock<ZelmOrvaneIologicCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneKelpData;
 extern template class ZelmDataBlock<ZelmOrvaneKelpData>;
 
 /// Currents of a nibble's bitslices and of their control.
-class ZELM_EXPORT ZelmOrvaneKelpData final : public ZelmDataBlock<ZelmOrvaneKelpData>
-{
+class ZELM_EXPORT ZelmOrvaneKelpData final : public ZelmDataBlock<ZelmOrvaneKelpData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneKelpData";
 

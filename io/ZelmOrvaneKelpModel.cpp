@@ -4,8 +4,7 @@
 
 template class ZelmModelBlock<ZelmOrvaneKelpModel, ZelmOrvaneKelpParams, ZelmOrvaneKelpData>;
 
-namespace
-{
+namespace {
 
 constexpr int kIosPerNibble = 6;
 

@@ -10,8 +10,7 @@ extern template class ZelmModelBlock<ZelmOrvaneKelpModel, ZelmOrvaneKelpParams, 
 /// Power of the bitslices behind the pins of a high-performance bank: a nibble serves up to six I/Os, and slices that
 /// are powered but unused count through a delta current.
 class ZELM_EXPORT ZelmOrvaneKelpModel final
-    : public ZelmModelBlock<ZelmOrvaneKelpModel, ZelmOrvaneKelpParams, ZelmOrvaneKelpData>
-{
+    : public ZelmModelBlock<ZelmOrvaneKelpModel, ZelmOrvaneKelpParams, ZelmOrvaneKelpData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneKelpModel";
 

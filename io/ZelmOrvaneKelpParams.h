@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneKelpCells {
 extern template class ZelmParamBlock<ZelmOrvaneKelpCells>;
 
 /// The cells of one nibble of a high-performance bank, or of a bus over several.
-class ZELM_EXPORT ZelmOrvaneKelpParams final : public ZelmParamBlock<ZelmOrvaneKelpCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneKelpParams final : public ZelmParamBlock<ZelmOrvaneKelpCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneNaltData;
 extern template class ZelmDataBlock<ZelmOrvaneNaltData>;
 
 /// Currents and capacitances of the high-density I/O standards.
-class ZELM_EXPORT ZelmOrvaneNaltData final : public ZelmDataBlock<ZelmOrvaneNaltData>
-{
+class ZELM_EXPORT ZelmOrvaneNaltData final : public ZelmDataBlock<ZelmOrvaneNaltData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneNaltData";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneNaltCells {
 extern template class ZelmParamBlock<ZelmOrvaneNaltCells>;
 
 /// The cells of one group of high-density I/O pins that share their standards and direction.
-class ZELM_EXPORT ZelmOrvaneNaltParams final : public ZelmParamBlock<ZelmOrvaneNaltCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneNaltParams final : public ZelmParamBlock<ZelmOrvaneNaltCells> {};

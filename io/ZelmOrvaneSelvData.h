@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneSelvData;
 extern template class ZelmDataBlock<ZelmOrvaneSelvData>;
 
 /// Currents and capacitances of the high-performance I/O standards.
-class ZELM_EXPORT ZelmOrvaneSelvData final : public ZelmDataBlock<ZelmOrvaneSelvData>
-{
+class ZELM_EXPORT ZelmOrvaneSelvData final : public ZelmDataBlock<ZelmOrvaneSelvData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSelvData";
 

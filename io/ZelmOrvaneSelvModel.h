@@ -11,8 +11,7 @@ extern template class ZelmModelBlock<ZelmOrvaneSelvModel, ZelmOrvaneSelvParams, 
 /// Power of a group of high-performance I/O buffers, per pin: on chip by rail, and off chip. Every standard's cells are
 /// computed; the names of the group's two standards select which of them reach the outputs.
 class ZELM_EXPORT ZelmOrvaneSelvModel final
-    : public ZelmModelBlock<ZelmOrvaneSelvModel, ZelmOrvaneSelvParams, ZelmOrvaneSelvData>
-{
+    : public ZelmModelBlock<ZelmOrvaneSelvModel, ZelmOrvaneSelvParams, ZelmOrvaneSelvData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSelvModel";
 

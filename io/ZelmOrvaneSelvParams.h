@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneSelvCells {
 extern template class ZelmParamBlock<ZelmOrvaneSelvCells>;
 
 /// The cells of one group of high-performance I/O pins that share their standards and direction.
-class ZELM_EXPORT ZelmOrvaneSelvParams final : public ZelmParamBlock<ZelmOrvaneSelvCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneSelvParams final : public ZelmParamBlock<ZelmOrvaneSelvCells> {};

@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneBramData;
 extern template class ZelmDataBlock<ZelmOrvaneBramData>;
 
 /// Access and standby currents of the block memories, by primitive and port widths.
-class ZELM_EXPORT ZelmOrvaneBramData final : public ZelmDataBlock<ZelmOrvaneBramData>
-{
+class ZELM_EXPORT ZelmOrvaneBramData final : public ZelmDataBlock<ZelmOrvaneBramData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneBramData";
 

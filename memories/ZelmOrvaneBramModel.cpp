@@ -6,8 +6,7 @@
 
 template class ZelmModelBlock<ZelmOrvaneBramModel, ZelmOrvaneBramParams, ZelmOrvaneBramData>;
 
-namespace
-{
+namespace {
 
 using Params = ZelmOrvaneBramParams;
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneBramCells {
 extern template class ZelmParamBlock<ZelmOrvaneBramCells>;
 
 /// The cells of one group of like block memories.
-class ZELM_EXPORT ZelmOrvaneBramParams final : public ZelmParamBlock<ZelmOrvaneBramCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneBramParams final : public ZelmParamBlock<ZelmOrvaneBramCells> {};

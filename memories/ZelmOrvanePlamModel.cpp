@@ -40,8 +40,7 @@ constinit const ZelmOrvanePlamModel::Port ZelmOrvanePlamModel::kPortB{
 #define ZELM_CELL_ROWS "memories/ZelmOrvanePlamCells.def"
 #include "framework/ZelmCellBodies.inc"
 
-namespace
-{
+namespace {
 
 float clockCurrent(const ZelmOrvanePlamData& data, std::string_view event)
 {

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvanePlamCells {
 extern template class ZelmParamBlock<ZelmOrvanePlamCells>;
 
 /// The cells of a group of like large RAMs.
-class ZELM_EXPORT ZelmOrvanePlamParams final : public ZelmParamBlock<ZelmOrvanePlamCells>
-{
-};
+class ZELM_EXPORT ZelmOrvanePlamParams final : public ZelmParamBlock<ZelmOrvanePlamCells> {};

@@ -9,8 +9,7 @@ extern template class ZelmModelBlock<ZelmOrvaneDdrmcModel, ZelmOrvaneDdrmcParams
 
 /// Power of one DDR memory controller: that of its characterised configuration, scaled to its use.
 class ZELM_EXPORT ZelmOrvaneDdrmcModel final
-    : public ZelmModelBlock<ZelmOrvaneDdrmcModel, ZelmOrvaneDdrmcParams, ZelmOrvaneDdrmcData>
-{
+    : public ZelmModelBlock<ZelmOrvaneDdrmcModel, ZelmOrvaneDdrmcParams, ZelmOrvaneDdrmcData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneDdrmcModel";
 

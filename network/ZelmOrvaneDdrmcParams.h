@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneDdrmcCells {
 extern template class ZelmParamBlock<ZelmOrvaneDdrmcCells>;
 
 /// The cells of one DDR memory controller.
-class ZELM_EXPORT ZelmOrvaneDdrmcParams final : public ZelmParamBlock<ZelmOrvaneDdrmcCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneDdrmcParams final : public ZelmParamBlock<ZelmOrvaneDdrmcCells> {};

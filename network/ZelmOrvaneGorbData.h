@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneGorbData;
 extern template class ZelmDataBlock<ZelmOrvaneGorbData>;
 
 /// Power of the hard on-chip memory: its controller and memory banks.
-class ZELM_EXPORT ZelmOrvaneGorbData final : public ZelmDataBlock<ZelmOrvaneGorbData>
-{
+class ZELM_EXPORT ZelmOrvaneGorbData final : public ZelmDataBlock<ZelmOrvaneGorbData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneGorbData";
 

@@ -10,8 +10,7 @@ extern template class ZelmModelBlock<ZelmOrvaneGorbModel, ZelmOrvaneGorbParams, 
 /// Power of the hard on-chip memory: its controller, three fabric interfaces and one interface to the processing
 /// system.
 class ZELM_EXPORT ZelmOrvaneGorbModel final
-    : public ZelmModelBlock<ZelmOrvaneGorbModel, ZelmOrvaneGorbParams, ZelmOrvaneGorbData>
-{
+    : public ZelmModelBlock<ZelmOrvaneGorbModel, ZelmOrvaneGorbParams, ZelmOrvaneGorbData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneGorbModel";
 

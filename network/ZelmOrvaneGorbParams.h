@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneGorbCells {
 extern template class ZelmParamBlock<ZelmOrvaneGorbCells>;
 
 /// The cells of one hard on-chip memory.
-class ZELM_EXPORT ZelmOrvaneGorbParams final : public ZelmParamBlock<ZelmOrvaneGorbCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneGorbParams final : public ZelmParamBlock<ZelmOrvaneGorbCells> {};

@@ -10,8 +10,7 @@ extern template class ZelmModelBlock<ZelmOrvaneNocModel, ZelmOrvaneNocParams, Ze
 /// Power of one traffic path through the network on chip, from its entry (NMU) over the switches (NPS) to its exit
 /// (NSU), and of the network's clock buffers.
 class ZELM_EXPORT ZelmOrvaneNocModel final
-    : public ZelmModelBlock<ZelmOrvaneNocModel, ZelmOrvaneNocParams, ZelmOrvaneNocData>
-{
+    : public ZelmModelBlock<ZelmOrvaneNocModel, ZelmOrvaneNocParams, ZelmOrvaneNocData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneNocModel";
 

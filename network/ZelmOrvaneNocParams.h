@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneNocCells {
 extern template class ZelmParamBlock<ZelmOrvaneNocCells>;
 
 /// The cells of one traffic path through the network on chip.
-class ZELM_EXPORT ZelmOrvaneNocParams final : public ZelmParamBlock<ZelmOrvaneNocCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneNocParams final : public ZelmParamBlock<ZelmOrvaneNocCells> {};

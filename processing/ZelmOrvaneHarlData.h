@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneHarlData;
 extern template class ZelmDataBlock<ZelmOrvaneHarlData>;
 
 /// What the items of platform management draw: logic, PLLs and pads per MHz, analog cells as they are.
-class ZELM_EXPORT ZelmOrvaneHarlData final : public ZelmDataBlock<ZelmOrvaneHarlData>
-{
+class ZELM_EXPORT ZelmOrvaneHarlData final : public ZelmDataBlock<ZelmOrvaneHarlData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneHarlData";
 

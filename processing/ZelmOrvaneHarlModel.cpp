@@ -6,8 +6,7 @@
 
 template class ZelmModelBlock<ZelmOrvaneHarlModel, ZelmOrvaneHarlParams, ZelmOrvaneHarlData>;
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneHarlModel;
 using FloatPull = zelm::Pull<Model>;

@@ -11,8 +11,7 @@ extern template class ZelmModelBlock<ZelmOrvaneHarlModel, ZelmOrvaneHarlParams, 
 /// Dynamic power of platform management: its interconnect and I/O unit, its PLL and the memory network's, the pads of
 /// two banks and of the dedicated pins, and the analog and monitor cells.
 class ZELM_EXPORT ZelmOrvaneHarlModel final
-    : public ZelmModelBlock<ZelmOrvaneHarlModel, ZelmOrvaneHarlParams, ZelmOrvaneHarlData>
-{
+    : public ZelmModelBlock<ZelmOrvaneHarlModel, ZelmOrvaneHarlParams, ZelmOrvaneHarlData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneHarlModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneHarlCells {
 extern template class ZelmParamBlock<ZelmOrvaneHarlCells>;
 
 /// The cells of one platform management controller.
-class ZELM_EXPORT ZelmOrvaneHarlParams final : public ZelmParamBlock<ZelmOrvaneHarlCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneHarlParams final : public ZelmParamBlock<ZelmOrvaneHarlCells> {};

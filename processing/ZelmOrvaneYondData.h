@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneYondData;
 extern template class ZelmDataBlock<ZelmOrvaneYondData>;
 
 /// What the items of the processing system draw per MHz, and how its I/O banks are made up.
-class ZELM_EXPORT ZelmOrvaneYondData final : public ZelmDataBlock<ZelmOrvaneYondData>
-{
+class ZELM_EXPORT ZelmOrvaneYondData final : public ZelmDataBlock<ZelmOrvaneYondData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneYondData";
 

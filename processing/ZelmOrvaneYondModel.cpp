@@ -4,8 +4,7 @@
 
 template class ZelmModelBlock<ZelmOrvaneYondModel, ZelmOrvaneYondParams, ZelmOrvaneYondData>;
 
-namespace
-{
+namespace {
 
 using Model = ZelmOrvaneYondModel;
 using FloatPull = zelm::Pull<Model>;

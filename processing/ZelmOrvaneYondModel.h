@@ -11,8 +11,7 @@ extern template class ZelmModelBlock<ZelmOrvaneYondModel, ZelmOrvaneYondParams, 
 /// Dynamic power of the processing system: what runs in its full-power and low-power domains, and the pads of its I/O
 /// bank. Gate flags count as set only at exactly 1, ON_OFF flags as off only at 0.
 class ZELM_EXPORT ZelmOrvaneYondModel final
-    : public ZelmModelBlock<ZelmOrvaneYondModel, ZelmOrvaneYondParams, ZelmOrvaneYondData>
-{
+    : public ZelmModelBlock<ZelmOrvaneYondModel, ZelmOrvaneYondParams, ZelmOrvaneYondData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneYondModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneYondCells {
 extern template class ZelmParamBlock<ZelmOrvaneYondCells>;
 
 /// The cells of one processing system.
-class ZELM_EXPORT ZelmOrvaneYondParams final : public ZelmParamBlock<ZelmOrvaneYondCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneYondParams final : public ZelmParamBlock<ZelmOrvaneYondCells> {};

@@ -8,8 +8,7 @@
 
 /// The formulas that the processing system and the platform management share. Powers come in the tables' unit,
 /// frequencies in MHz, loads as fractions; steps are in single precision unless the type says double.
-namespace zelm
-{
+namespace zelm {
 
 /// A cell's get or calculate function, as a family's row names it.
 template <class Model, class Value = float>

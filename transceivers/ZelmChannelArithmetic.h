@@ -7,8 +7,7 @@
 #include <string_view>
 
 /// What the channels of all transceivers have in common.
-namespace zelm::channel
-{
+namespace zelm::channel {
 
 /// A power that is linear in data rate, frequency or swing.
 struct Line {

@@ -11,8 +11,7 @@ extern template class ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, 
 
 /// Power of one channel of the transceiver, of the channels in its quads. The host multiplies by the channels.
 class ZELM_EXPORT ZelmOrvaneLorvModel final
-    : public ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, ZelmOrvaneLorvData>
-{
+    : public ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, ZelmOrvaneLorvData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneLorvModel";
 

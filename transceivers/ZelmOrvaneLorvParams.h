@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneLorvCells {
 extern template class ZelmParamBlock<ZelmOrvaneLorvCells>;
 
 /// The cells of one channel of the transceiver.
-class ZELM_EXPORT ZelmOrvaneLorvParams final : public ZelmParamBlock<ZelmOrvaneLorvCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneLorvParams final : public ZelmParamBlock<ZelmOrvaneLorvCells> {};

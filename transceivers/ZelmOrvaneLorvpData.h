@@ -6,8 +6,7 @@ class ZELM_EXPORT ZelmOrvaneLorvpData;
 extern template class ZelmDataBlock<ZelmOrvaneLorvpData>;
 
 /// Lines of power over data rate or clock frequency, and fixed powers, of one channel of the enhanced transceiver.
-class ZELM_EXPORT ZelmOrvaneLorvpData final : public ZelmDataBlock<ZelmOrvaneLorvpData>
-{
+class ZELM_EXPORT ZelmOrvaneLorvpData final : public ZelmDataBlock<ZelmOrvaneLorvpData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneLorvpData";
 

@@ -11,8 +11,7 @@ extern template class ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams
 
 /// Power of one channel of the enhanced transceiver: as the transceiver, but for the common share and the counts.
 class ZELM_EXPORT ZelmOrvaneLorvpModel final
-    : public ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams, ZelmOrvaneLorvpData>
-{
+    : public ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams, ZelmOrvaneLorvpData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneLorvpModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneLorvpCells {
 extern template class ZelmParamBlock<ZelmOrvaneLorvpCells>;
 
 /// The cells of one channel of the enhanced transceiver.
-class ZELM_EXPORT ZelmOrvaneLorvpParams final : public ZelmParamBlock<ZelmOrvaneLorvpCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneLorvpParams final : public ZelmParamBlock<ZelmOrvaneLorvpCells> {};

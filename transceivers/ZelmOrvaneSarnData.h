@@ -2,12 +2,11 @@
 
 #include "framework/ZelmDataBlock.h"
 
-class ZelmOrvaneSarnData;
+class ZELM_EXPORT ZelmOrvaneSarnData;
 extern template class ZelmDataBlock<ZelmOrvaneSarnData>;
 
 /// Lines of power over data rate or clock frequency, and fixed powers by reach and baud rate, of one PAM4 channel.
-class ZELM_EXPORT ZelmOrvaneSarnData final : public ZelmDataBlock<ZelmOrvaneSarnData>
-{
+class ZELM_EXPORT ZelmOrvaneSarnData final : public ZelmDataBlock<ZelmOrvaneSarnData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSarnData";
 

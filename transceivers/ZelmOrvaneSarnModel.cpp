@@ -42,8 +42,7 @@ const Model::Reach Model::kXsr{.offModes = {"LR", "VSR"},
                                .avccCell = Params::MSARNAVCC_RX_POWER_XSR,
                                .vccauxCell = Params::MSARNAVCCAUX_RX_POWER_XSR};
 
-namespace
-{
+namespace {
 
 constexpr float kNoLimit = std::numeric_limits<float>::quiet_NaN(); // no rate compares with it
 
@@ -201,8 +200,7 @@ int ZelmOrvaneSarnModel::calculateNumOfLcpllUsed(Params& params, const Data& dat
     });
 }
 
-namespace
-{
+namespace {
 
 std::string_view speedKey(int speedgrade)
 {

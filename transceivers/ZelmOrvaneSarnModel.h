@@ -4,13 +4,12 @@
 #include "transceivers/ZelmOrvaneSarnData.h"
 #include "transceivers/ZelmOrvaneSarnParams.h"
 
-class ZelmOrvaneSarnModel;
+class ZELM_EXPORT ZelmOrvaneSarnModel;
 extern template class ZelmModelBlock<ZelmOrvaneSarnModel, ZelmOrvaneSarnParams, ZelmOrvaneSarnData>;
 
 /// Power of one channel of the PAM4 transceiver, of the channels that share its clock and reference.
 class ZELM_EXPORT ZelmOrvaneSarnModel final
-    : public ZelmModelBlock<ZelmOrvaneSarnModel, ZelmOrvaneSarnParams, ZelmOrvaneSarnData>
-{
+    : public ZelmModelBlock<ZelmOrvaneSarnModel, ZelmOrvaneSarnParams, ZelmOrvaneSarnData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneSarnModel";
 

@@ -11,6 +11,4 @@ struct ZELM_EXPORT ZelmOrvaneSarnCells {
 extern template class ZelmParamBlock<ZelmOrvaneSarnCells>;
 
 /// The cells of one channel of the PAM4 transceiver.
-class ZELM_EXPORT ZelmOrvaneSarnParams final : public ZelmParamBlock<ZelmOrvaneSarnCells>
-{
-};
+class ZELM_EXPORT ZelmOrvaneSarnParams final : public ZelmParamBlock<ZelmOrvaneSarnCells> {};

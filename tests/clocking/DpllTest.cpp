@@ -4,8 +4,7 @@
 #include "support/BlockContract.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneDpllParams;
@@ -23,8 +22,7 @@ std::string tables(std::string_view vccintSim = "0.7", std::string_view voltages
            std::string(vccintSim) + "; SIM_VOLTAGE : { VCCAUX = 1.25; " + std::string(voltages) + " }; };";
 }
 
-class DpllTest : public GeneratorFixture<ZelmOrvaneDpllModel>
-{
+class DpllTest : public GeneratorFixture<ZelmOrvaneDpllModel> {
 protected:
     DpllTest() : GeneratorFixture(tables())
     {

@@ -4,14 +4,12 @@
 
 #include "support/BlockFixture.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 
 template <class Model>
-class ClockGenerator : public testing::Test
-{
+class ClockGenerator : public testing::Test {
 };
 
 struct BlockNames {

@@ -9,14 +9,12 @@
 #include <string_view>
 #include <vector>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// A clock generator over hand-made tables, at 64 MHz through 1/2 x 4: a detector at 32 MHz, a VCO at 128 MHz, outputs
 /// 0 and 1 at 64 and 32 MHz, the others not used.
 template <class Model>
-class GeneratorFixture : public BlockFixture<Model>
-{
+class GeneratorFixture : public BlockFixture<Model> {
 protected:
     using typename BlockFixture<Model>::Params;
     using BlockFixture<Model>::params;

@@ -4,8 +4,7 @@
 #include "support/BlockFixture.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvanePspllParams;
@@ -16,8 +15,7 @@ constexpr std::string_view kTables = R"(COMMON_DATA : {
     IVCCINT_PFD = 0.5; IVCCINT_INPUT_COUNTERS = 0.25; IVCCINT_OUTPUT_COUNTERS = 2.0; IVCCINT_OUTPUT_DRIVERS = 8.0;
     VCCINT_SIM = 0.7; FUDGE_FACTOR = 2.0; };)";
 
-class PspllTest : public BlockFixture<ZelmOrvanePspllModel>
-{
+class PspllTest : public BlockFixture<ZelmOrvanePspllModel> {
 protected:
     // A VCO at 128 MHz, the output at 64 MHz.
     PspllTest() : BlockFixture(kTables)

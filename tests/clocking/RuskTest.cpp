@@ -4,8 +4,7 @@
 #include "support/BlockContract.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneRuskParams;
@@ -22,8 +21,7 @@ std::string tables(std::string_view factor = "2.0", std::string_view simVoltage 
            std::string(factor) + "; VCCINTIO_SIM = " + std::string(simVoltage) + "; };";
 }
 
-class RuskTest : public GeneratorFixture<ZelmOrvaneRuskModel>
-{
+class RuskTest : public GeneratorFixture<ZelmOrvaneRuskModel> {
 protected:
     RuskTest() : GeneratorFixture(tables())
     {

@@ -4,8 +4,7 @@
 #include "support/BlockContract.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneVekoParams;
@@ -24,8 +23,7 @@ std::string tables(std::string_view factor = "2.0", std::string_view simVoltage 
            std::string(factor) + "; VCCRAM_SIM = " + std::string(simVoltage) + "; };";
 }
 
-class VekoTest : public GeneratorFixture<ZelmOrvaneVekoModel>
-{
+class VekoTest : public GeneratorFixture<ZelmOrvaneVekoModel> {
 protected:
     VekoTest() : GeneratorFixture(tables())
     {

@@ -4,8 +4,7 @@
 #include <cstdlib>
 #include <new>
 
-namespace
-{
+namespace {
 
 std::atomic<std::size_t> count = 0;
 

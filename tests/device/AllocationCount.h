@@ -2,8 +2,7 @@
 
 #include <cstddef>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// How often this program has called operator new.
 std::size_t allocationCount();

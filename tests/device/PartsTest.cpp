@@ -6,15 +6,13 @@
 #include <algorithm>
 #include <set>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvanePartsParams;
 using Data = ZelmOrvanePartsData;
 
-class PartsTest : public testing::Test
-{
+class PartsTest : public testing::Test {
 protected:
     PartsTest()
     {
@@ -183,8 +181,7 @@ TEST(Parts, ALoadStopsAtTheFirstMissingTable)
 
 // ---- The shipped catalogue ----
 
-class ShippedPartsTest : public testing::Test
-{
+class ShippedPartsTest : public testing::Test {
 protected:
     ShippedPartsTest() : m_variable(shippedDataDirectory())
     {

@@ -12,8 +12,7 @@
 #include <cmath>
 #include <map>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneStaticParams;
@@ -21,8 +20,7 @@ using Data = ZelmOrvaneStaticData;
 using Model = ZelmOrvaneStaticModel;
 using Names = std::vector<std::string>;
 
-class ShippedStaticTest : public testing::Test
-{
+class ShippedStaticTest : public testing::Test {
 protected:
     static void SetUpTestSuite()
     {

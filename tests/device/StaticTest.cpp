@@ -11,8 +11,7 @@
 #include <sstream>
 #include <tuple>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneStaticParams;
@@ -126,8 +125,7 @@ std::vector<Set> sets()
 
 // ---- Tiny tables ----
 
-class StaticTest : public testing::Test
-{
+class StaticTest : public testing::Test {
 protected:
     StaticTest()
     {
@@ -660,8 +658,7 @@ TEST_F(StaticTest, ASitesCurrentIsAProductInSinglePrecision)
 
 // ---- Power-up current of a site ----
 
-class PowerupTest : public StaticTest
-{
+class PowerupTest : public StaticTest {
 protected:
     // A site with leakage 2 A at 25 degrees, neutral factors, and the given multiplier.
     void prepare(const Set& set, float multiplier, float leakage = 2.0f)

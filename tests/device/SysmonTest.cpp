@@ -5,8 +5,7 @@
 
 #include <limits>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneSysmonParams;
@@ -18,8 +17,7 @@ DEVICE_DATA : {
   T60 : { NUM_SAT = 20; SLICE_COUNT = 2; DECOMMISSIONED_SATS = 4; AVG_SATELLITE_ANALOG_POWER = 3.9; };
   FEW : { NUM_SAT = 4.99; SLICE_COUNT = 2; DECOMMISSIONED_SATS = 1; AVG_SATELLITE_ANALOG_POWER = 3; }; };)";
 
-class SysmonTest : public testing::Test
-{
+class SysmonTest : public testing::Test {
 protected:
     SysmonTest()
     {

@@ -11,15 +11,13 @@
 #include <set>
 #include <stdexcept>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneDspActivityParams;
 using Data = ZelmOrvaneDspActivityData;
 
-class DspActivityTest : public testing::Test
-{
+class DspActivityTest : public testing::Test {
 protected:
     DspActivityTest()
     {

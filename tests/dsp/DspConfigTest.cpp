@@ -3,8 +3,7 @@
 #include "support/BlockContract.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneDspConfigParams;

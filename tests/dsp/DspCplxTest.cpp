@@ -2,8 +2,7 @@
 
 #include "DspTables.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneDspCplxModel;
@@ -25,8 +24,7 @@ std::vector<std::string> cplxParts()
     return parts;
 }
 
-class DspCplxTest : public DspSliceTest<Model>
-{
+class DspCplxTest : public DspSliceTest<Model> {
 protected:
     DspCplxTest()
         : DspSliceTest({.family = "CPLX",

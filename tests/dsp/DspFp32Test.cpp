@@ -2,8 +2,7 @@
 
 #include "DspTables.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneDspFp32Model;
@@ -19,8 +18,7 @@ const std::vector<DspFamilyRow> kRows{
 #include "dsp/ZelmOrvaneDspFp32Cells.def"
 };
 
-class DspFp32Test : public DspSliceTest<Model>
-{
+class DspFp32Test : public DspSliceTest<Model> {
 protected:
     DspFp32Test()
         : DspSliceTest({.family = "FP32",

@@ -4,8 +4,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneDspInt24Model;
@@ -19,8 +18,7 @@ const std::vector<DspFamilyRow> kRows{
 #include "dsp/ZelmOrvaneDspInt24Cells.def"
 };
 
-class DspInt24Test : public DspSliceTest<Model>
-{
+class DspInt24Test : public DspSliceTest<Model> {
 protected:
     DspInt24Test()
         : DspSliceTest({.family = "INT24", .usage = "MULT_NO_MREG_NO_PREADD_NO_ADREG_NO", .mode = "MULT_ALU_MREG"})

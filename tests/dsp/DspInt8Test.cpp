@@ -2,8 +2,7 @@
 
 #include "DspTables.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneDspInt8Model;
@@ -18,8 +17,7 @@ const std::vector<DspFamilyRow> kRows{
 #include "dsp/ZelmOrvaneDspInt8Cells.def"
 };
 
-class DspInt8Test : public DspSliceTest<Model>
-{
+class DspInt8Test : public DspSliceTest<Model> {
 protected:
     DspInt8Test() : DspSliceTest({.family = "INT8", .usage = "MULT_NO_MREG_NO_PREADD_NO_ADREG_NO", .mode = "MULT_MREG"})
     {

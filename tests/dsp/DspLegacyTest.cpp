@@ -2,8 +2,7 @@
 
 #include "DspTables.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneDspLegacyModel;
@@ -24,8 +23,7 @@ std::vector<std::string> partsWithXor()
     return parts;
 }
 
-class DspLegacyTest : public DspSliceTest<Model>
-{
+class DspLegacyTest : public DspSliceTest<Model> {
 protected:
     DspLegacyTest()
         : DspSliceTest({.family = "LEGACY_INT24",

@@ -10,8 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// The components of an integer or floating-point slice, in the order of every sum.
 inline const std::vector<std::string> kDspParts{"AB_DATA", "PREADD_DATA", "C_DATA", "ALUREG",  "ALUMUX",    "ALUADD",
@@ -58,8 +57,7 @@ struct DspTables {
 
 /// A model on hand-made tables. Inputs and cells go by name.
 template <class Model>
-class DspSliceTest : public testing::Test
-{
+class DspSliceTest : public testing::Test {
 protected:
     using Params = typename Model::Params;
     using Data = typename Model::Data;

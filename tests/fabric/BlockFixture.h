@@ -5,13 +5,11 @@
 
 #include <string_view>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// A block on hand-made tables.
 template <class Model>
-class BlockFixture : public testing::Test
-{
+class BlockFixture : public testing::Test {
 protected:
     using Params = typename Model::Params;
     using Data = typename Model::Data;

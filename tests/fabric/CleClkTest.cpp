@@ -2,8 +2,7 @@
 
 #include "BlockFixture.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneCleClkModel;
@@ -15,8 +14,7 @@ constexpr std::string_view kTables = R"(ZelmOrvaneCleClkData : { CLK_CAP : {
 }; };)";
 
 // At 10 MHz and 2 V.
-class CleClkTest : public BlockFixture<Model>
-{
+class CleClkTest : public BlockFixture<Model> {
 protected:
     CleClkTest() : BlockFixture(kTables)
     {

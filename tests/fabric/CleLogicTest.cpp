@@ -5,8 +5,7 @@
 #include <cfloat>
 #include <set>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneCleLogicModel;
@@ -35,8 +34,7 @@ float grouped(float elements)
 }
 
 // At 1 V; every signal toggles at 2 MHz and so cycles at 1 MHz unless a test says otherwise.
-class CleLogicTest : public BlockFixture<Model>
-{
+class CleLogicTest : public BlockFixture<Model> {
 protected:
     CleLogicTest() : BlockFixture(kTables)
     {

@@ -2,8 +2,7 @@
 
 #include "BlockFixture.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneClkDistModel;
@@ -61,8 +60,7 @@ constexpr Row kRows[] = {
     {Params::LEAF_8_COUNT, Params::LEAF_8_CUR, 512.0f},
 };
 
-class ClkDistTest : public BlockFixture<Model>
-{
+class ClkDistTest : public BlockFixture<Model> {
 protected:
     ClkDistTest() : BlockFixture(kTables)
     {

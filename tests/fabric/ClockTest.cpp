@@ -8,8 +8,7 @@
 #include <cfloat>
 #include <limits>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneClockModel;
@@ -18,8 +17,7 @@ using Params = Model::Params;
 constexpr std::string_view kTables =
     "ZelmOrvaneClockData : { VAR_DATA : { VAR1 = 0.25; VAR2 = 4.0; }; };"; // u = 1 - 2^(-8 x)
 
-class ClockTest : public BlockFixture<Model>
-{
+class ClockTest : public BlockFixture<Model> {
 protected:
     ClockTest() : BlockFixture(kTables) {}
 

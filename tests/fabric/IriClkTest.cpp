@@ -2,8 +2,7 @@
 
 #include "BlockFixture.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneIriClkModel;
@@ -27,8 +26,7 @@ std::string tables(std::string_view factor)
 
 // At 100 MHz and 1 V. A line gives 150 + 260 + 490 = 900 nA for every quad, 3000 nA more with its latches used, 1200 nA
 // more without. The quads' currents are doubled from 0.5 V to 1 V.
-class IriClkTest : public BlockFixture<Model>
-{
+class IriClkTest : public BlockFixture<Model> {
 protected:
     IriClkTest() : BlockFixture(tables("SIM_VOLTAGE = 0.5;"))
     {

@@ -2,8 +2,7 @@
 
 #include "BlockFixture.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Model = ZelmOrvaneIriImuxModel;
@@ -20,8 +19,7 @@ std::string tables(std::string_view factor)
 }
 
 // At 100 MHz and 1 V; the currents are doubled from 0.5 V to 1 V.
-class IriImuxTest : public BlockFixture<Model>
-{
+class IriImuxTest : public BlockFixture<Model> {
 protected:
     IriImuxTest() : BlockFixture(tables("SIM_VOLTAGE = 0.5;"))
     {

@@ -2,8 +2,7 @@
 
 #include "support/BlockContract.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneGaugeParams;
@@ -18,8 +17,7 @@ constexpr std::string_view kFile = R"(ZelmOrvaneGaugeData : {
   GRADES : { PLAIN = "a grade longer than any small string"; };
 };)";
 
-class GaugeTest : public testing::Test
-{
+class GaugeTest : public testing::Test {
 protected:
     GaugeTest()
     {

@@ -7,8 +7,7 @@
 #include <thread>
 #include <unordered_map>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneSignalParams;

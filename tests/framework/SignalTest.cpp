@@ -5,14 +5,12 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneSignalParams;
 
-class SignalTest : public testing::Test
-{
+class SignalTest : public testing::Test {
 protected:
     SignalTest()
     {

@@ -8,8 +8,7 @@
 #include <limits>
 #include <stdexcept>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Utils = ZelmHelperUtils;

@@ -11,8 +11,7 @@
 #include <stdexcept>
 #include <thread>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Utils = ZelmHelperUtils;
@@ -104,9 +103,7 @@ struct BrokenFile {
     const char* message;
 };
 
-class BrokenFiles : public testing::TestWithParam<BrokenFile>
-{
-};
+class BrokenFiles : public testing::TestWithParam<BrokenFile> {};
 
 constexpr const char* kWhole = "ZelmOrvaneSignalData : { PER_NODE_CAP : { OTHER = 1.0; LUT = 2.0; }; };";
 

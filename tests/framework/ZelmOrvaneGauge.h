@@ -10,14 +10,11 @@ struct ZelmOrvaneGaugeCells {
 #include "framework/ZelmCellEnums.inc"
 };
 extern template class ZelmParamBlock<ZelmOrvaneGaugeCells>;
-class ZelmOrvaneGaugeParams final : public ZelmParamBlock<ZelmOrvaneGaugeCells>
-{
-};
+class ZelmOrvaneGaugeParams final : public ZelmParamBlock<ZelmOrvaneGaugeCells> {};
 
 class ZelmOrvaneGaugeData;
 extern template class ZelmDataBlock<ZelmOrvaneGaugeData>;
-class ZelmOrvaneGaugeData final : public ZelmDataBlock<ZelmOrvaneGaugeData>
-{
+class ZelmOrvaneGaugeData final : public ZelmDataBlock<ZelmOrvaneGaugeData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneGaugeData";
 
@@ -33,8 +30,7 @@ public:
 class ZelmOrvaneGaugeModel;
 extern template class ZelmModelBlock<ZelmOrvaneGaugeModel, ZelmOrvaneGaugeParams, ZelmOrvaneGaugeData>;
 class ZelmOrvaneGaugeModel final
-    : public ZelmModelBlock<ZelmOrvaneGaugeModel, ZelmOrvaneGaugeParams, ZelmOrvaneGaugeData>
-{
+    : public ZelmModelBlock<ZelmOrvaneGaugeModel, ZelmOrvaneGaugeParams, ZelmOrvaneGaugeData> {
 public:
     static constexpr std::string_view name = "ZelmOrvaneGaugeModel";
 
@@ -60,6 +56,4 @@ struct ZelmOrvaneVoidCells {
 #include "framework/ZelmCellEnums.inc"
 };
 extern template class ZelmParamBlock<ZelmOrvaneVoidCells>;
-class ZelmOrvaneVoidParams final : public ZelmParamBlock<ZelmOrvaneVoidCells>
-{
-};
+class ZelmOrvaneVoidParams final : public ZelmParamBlock<ZelmOrvaneVoidCells> {};

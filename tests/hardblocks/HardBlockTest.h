@@ -6,13 +6,11 @@
 #include <string>
 #include <string_view>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// Runs a block over a tiny hand-made file: the groups inside the block's own one.
 template <class ModelT>
-class HardBlockTest : public testing::Test
-{
+class HardBlockTest : public testing::Test {
 protected:
     using Params = typename ModelT::Params;
     using Data = typename ModelT::Data;
@@ -43,8 +41,7 @@ private:
 
 /// Runs a block over the data that the project ships.
 template <class ModelT>
-class ShippedDataTest : public testing::Test
-{
+class ShippedDataTest : public testing::Test {
 protected:
     ShippedDataTest()
     {

@@ -2,16 +2,14 @@
 
 #include "HardBlockTest.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneHscParams;
 using Hsc = ZelmOrvaneHscModel;
 using HscShippedData = ShippedDataTest<Hsc>;
 
-class HscTest : public HardBlockTest<Hsc>
-{
+class HscTest : public HardBlockTest<Hsc> {
 protected:
     HscTest() : HardBlockTest("NORMAL_MODE_POWER : { VALUE = 0.7; OTHER = 9.0; }; SLOW_MODE_POWER : { VALUE = 30.0; };")
     {

@@ -2,8 +2,7 @@
 
 #include "HardBlockTest.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneJorlParams;

@@ -7,8 +7,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 
@@ -26,8 +25,7 @@ struct Pcieb5 {
 };
 
 template <class Block>
-class LinkCurrent : public HardBlockTest<typename Block::Model>
-{
+class LinkCurrent : public HardBlockTest<typename Block::Model> {
 protected:
     LinkCurrent() : HardBlockTest<typename Block::Model>(kGroups) {}
 };

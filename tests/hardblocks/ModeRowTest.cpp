@@ -7,8 +7,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 
@@ -23,8 +22,7 @@ struct Interlaken {
 };
 
 template <class Block>
-class ModeRow : public HardBlockTest<typename Block::Model>
-{
+class ModeRow : public HardBlockTest<typename Block::Model> {
 protected:
     using Params = typename Block::Model::Params;
 

@@ -2,16 +2,14 @@
 
 #include "HardBlockTest.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneMulmParams;
 using Mulm = ZelmOrvaneMulmModel;
 using MulmShippedData = ShippedDataTest<Mulm>;
 
-class MulmTest : public HardBlockTest<Mulm>
-{
+class MulmTest : public HardBlockTest<Mulm> {
 protected:
     MulmTest()
         : HardBlockTest(R"(POWER_DATA : { PCIE_A0_CH8_GEN4 = 0.7; PCIE_A1_CH8_GEN4 = 0.9; PIPE_CH-2_GEN1 = 5.0; };

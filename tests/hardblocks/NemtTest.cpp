@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneNemtParams;
@@ -25,8 +24,7 @@ constexpr std::string_view kGroups = R"(
     SHIM_DATA : { ZQ20T60 : { SHIM_B = 5; }; OTHER : { SHIM_B = 50; }; };
     NEMT_STREAMS : { ZQ20T60 : { PL_STREAMS = 30; NOC_STREAMS = 12; }; };)";
 
-class NemtTest : public HardBlockTest<Nemt>
-{
+class NemtTest : public HardBlockTest<Nemt> {
 protected:
     NemtTest() : HardBlockTest(kGroups) {}
 

@@ -2,16 +2,14 @@
 
 #include "HardBlockTest.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneSdfecParams;
 using Sdfec = ZelmOrvaneSdfecModel;
 using SdfecShippedData = ShippedDataTest<Sdfec>;
 
-class SdfecTest : public HardBlockTest<Sdfec>
-{
+class SdfecTest : public HardBlockTest<Sdfec> {
 protected:
     SdfecTest()
         : HardBlockTest(R"(DYNAMIC_CURRENTS : { Turbo_LTE = 1.17; LDPC = 2.34; };

@@ -5,16 +5,14 @@
 #include <map>
 #include <utility>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneTuvoParams;
 using Tuvo = ZelmOrvaneTuvoModel;
 using TuvoShippedData = ShippedDataTest<Tuvo>;
 
-class TuvoTest : public HardBlockTest<Tuvo>
-{
+class TuvoTest : public HardBlockTest<Tuvo> {
 protected:
     TuvoTest()
         : HardBlockTest(R"(SIM_VOLTAGE : { VCCINT = 0.44; };

@@ -4,8 +4,7 @@
 
 #include <sstream>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneWist5Params;
@@ -29,8 +28,7 @@ constexpr std::string_view kGroups = R"(
         PLL_DYNAMIC_POWER_2160MHZ_VCCINT = 4.0; PLL_DYNAMIC_POWER_4320MHZ_VCCINT = 9.0; };
     SIM_CONDITIONS : { PSIM_VOLTAGE = 0.44; };)";
 
-class Wist5Test : public HardBlockTest<Wist5>
-{
+class Wist5Test : public HardBlockTest<Wist5> {
 protected:
     Wist5Test() : HardBlockTest(kGroups) {}
 

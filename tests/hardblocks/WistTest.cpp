@@ -2,8 +2,7 @@
 
 #include "HardBlockTest.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneWistParams;
@@ -31,8 +30,7 @@ constexpr std::string_view kGroups = R"(
         GEN4_x2_A2 : { ARTERIS = 400; }; };
     FACTORS : { VCCINT_SIM = 0.44; };)";
 
-class WistTest : public HardBlockTest<Wist>
-{
+class WistTest : public HardBlockTest<Wist> {
 protected:
     WistTest() : HardBlockTest(kGroups) {}
 

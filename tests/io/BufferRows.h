@@ -7,8 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// A table with the same entries for each standard, but for VCCAUX_DC, which counts the standards from 1.
 inline std::string sameRows(const std::vector<std::string>& standards, std::string_view entries)

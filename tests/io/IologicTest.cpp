@@ -5,16 +5,14 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneIologicParams;
 using Data = ZelmOrvaneIologicData;
 using Model = ZelmOrvaneIologicModel;
 
-class IologicTest : public testing::Test
-{
+class IologicTest : public testing::Test {
 protected:
     IologicTest()
     {

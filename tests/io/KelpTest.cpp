@@ -3,16 +3,14 @@
 #include "support/BlockContract.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneKelpParams;
 using Data = ZelmOrvaneKelpData;
 using Model = ZelmOrvaneKelpModel;
 
-class KelpTest : public testing::Test
-{
+class KelpTest : public testing::Test {
 protected:
     KelpTest()
     {

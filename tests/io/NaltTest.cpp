@@ -6,8 +6,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneNaltParams;
@@ -40,8 +39,7 @@ std::string file(std::string_view outputEntries)
            "IO_LIST : { INPUT : { LVTTL = \"3.3\"; }; }; };";
 }
 
-class NaltTest : public testing::Test
-{
+class NaltTest : public testing::Test {
 protected:
     NaltTest()
     {

@@ -8,8 +8,7 @@
 #include <cmath>
 #include <map>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneSelvParams;
@@ -112,8 +111,7 @@ std::string file(std::string_view inputEntries, std::string_view outputEntries)
            "IO_LIST : { INPUT : { SSTL12 = \"1.2\"; }; }; };";
 }
 
-class SelvTest : public testing::Test
-{
+class SelvTest : public testing::Test {
 protected:
     SelvTest()
     {

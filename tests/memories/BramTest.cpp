@@ -6,8 +6,7 @@
 
 #include <array>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneBramParams;
@@ -48,8 +47,7 @@ std::string tables(int keyCount = 11, std::string_view simVoltage = "VCCINT = 0.
            vccint + "}; DYNAMIC_CURRENT_VCCRAM : { " + vccram + "}; SIM_VOLTAGE : { " + std::string(simVoltage) + " };";
 }
 
-class BramTest : public BlockFixture<ZelmOrvaneBramModel>
-{
+class BramTest : public BlockFixture<ZelmOrvaneBramModel> {
 protected:
     BramTest() : BlockFixture(tables()) {}
 

@@ -7,8 +7,7 @@
 #include <cfloat>
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvanePlamParams;
@@ -36,8 +35,7 @@ constexpr std::string_view kTables = R"(
     SIM_VOLTAGE : { VCCINT = 0.5; VCCRAM = 0.25; };
   };)";
 
-class PlamTest : public BlockFixture<ZelmOrvanePlamModel>
-{
+class PlamTest : public BlockFixture<ZelmOrvanePlamModel> {
 protected:
     PlamTest() : BlockFixture(kTables) {}
 

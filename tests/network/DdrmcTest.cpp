@@ -3,14 +3,12 @@
 #include "support/BlockContract.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneDdrmcParams;
 
-class DdrmcTest : public testing::Test
-{
+class DdrmcTest : public testing::Test {
 protected:
     DdrmcTest()
     {

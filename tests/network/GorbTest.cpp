@@ -5,14 +5,12 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneGorbParams;
 
-class GorbTest : public testing::Test
-{
+class GorbTest : public testing::Test {
 protected:
     GorbTest()
     {

@@ -3,14 +3,12 @@
 #include "support/BlockContract.h"
 #include "support/Vectors.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneNocParams;
 
-class NocTest : public testing::Test
-{
+class NocTest : public testing::Test {
 protected:
     NocTest()
     {

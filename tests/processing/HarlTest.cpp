@@ -7,8 +7,7 @@
 #include <cmath>
 #include <set>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneHarlParams;
@@ -32,8 +31,7 @@ const Peripheral kPeripherals[] = {{"HARL_USB0", "HARL_USB0_BANK0", "VCCHARLIO0"
                                    {"HARL_DED_IO", "DED_IO", "VCCFIO", "DED_IO_FIO"}};
 
 // The core rail at the characterisation voltage, and tables of small numbers: what comes out is exact.
-class HarlTest : public testing::Test
-{
+class HarlTest : public testing::Test {
 protected:
     HarlTest()
     {

@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// One table of a hand-made data file: its rows, which a test may change or erase before it loads them.
 using TableRows = std::map<std::string, float>;

@@ -7,8 +7,7 @@
 #include <cmath>
 #include <set>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneYondParams;
@@ -16,8 +15,7 @@ using Data = ZelmOrvaneYondData;
 using Model = ZelmOrvaneYondModel;
 
 // Both rails at the characterisation voltage, and tables of small numbers: what comes out is exact.
-class YondTest : public testing::Test
-{
+class YondTest : public testing::Test {
 protected:
     YondTest()
     {

@@ -8,8 +8,7 @@
 #include <cstdio>
 #include <string>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// A float as people and bits read it: "0.125 (0x1p-3, 3e000000)".
 inline std::string show(float value)

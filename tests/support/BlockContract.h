@@ -12,8 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// The function name that a cell's name gives: words in camel case, a letter behind a digit starting a word of its own.
 inline std::string functionNameOf(std::string_view cell)

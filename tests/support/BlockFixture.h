@@ -9,13 +9,11 @@
 #include <string_view>
 #include <vector>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// A block over hand-made tables: the text between the braces of its data file.
 template <class Model>
-class BlockFixture : public testing::Test
-{
+class BlockFixture : public testing::Test {
 protected:
     using Params = typename Model::Params;
     using Data = typename Model::Data;

@@ -4,11 +4,9 @@
 #include <fstream>
 #include <stdexcept>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
-namespace
-{
+namespace {
 
 void assign(const std::optional<std::string>& value)
 {

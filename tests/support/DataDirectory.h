@@ -5,12 +5,10 @@
 #include <string>
 #include <string_view>
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 /// Sets QTA_DATADIR for a scope; std::nullopt unsets it.
-class DataDirVariable
-{
+class DataDirVariable {
 public:
     explicit DataDirVariable(const std::optional<std::string>& value);
     ~DataDirVariable();
@@ -22,8 +20,7 @@ private:
 };
 
 /// A temporary data directory that is QTA_DATADIR, removed at the end of the scope.
-class TemporaryDataDirectory
-{
+class TemporaryDataDirectory {
 public:
     TemporaryDataDirectory();
     ~TemporaryDataDirectory();

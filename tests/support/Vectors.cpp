@@ -36,7 +36,8 @@ VectorSet readSet(const std::filesystem::path& directory)
     }
     for (const Json& json : content.at("cases")) {
         VectorCase one;
-        one.where = directory.string() + " case " + std::to_string(set.cases.size()) + "\ninputs " + json.at("in").dump();
+        one.where =
+            directory.string() + " case " + std::to_string(set.cases.size()) + "\ninputs " + json.at("in").dump();
         for (const auto& [name, value] : json.at("in").items())
             one.in.emplace_back(name, valueOf(value, types.at(name)));
         for (std::size_t i = 0; i < json.at("out").size(); ++i)

@@ -6,8 +6,7 @@
 #include "transceivers/ZelmOrvaneLorvModel.h"
 #include "transceivers/ZelmOrvaneLorvpModel.h"
 
-namespace zelm::test
-{
+namespace zelm::test {
 
 struct Lorv {
     using Model = ZelmOrvaneLorvModel;
@@ -23,8 +22,7 @@ struct Lorvp {
 
 /// A channel of either transceiver on a small table of whole numbers, at supplies that scale by 1: every step is exact.
 template <class Block>
-class LorvFixture : public testing::Test
-{
+class LorvFixture : public testing::Test {
 protected:
     using Params = typename Block::Params;
     using Model = typename Block::Model;

@@ -4,14 +4,12 @@
 
 // The formulas that both transceivers share are tested on both; what sets the enhanced one apart, in LorvpTest.
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 
 template <class Block>
-class LorvTest : public LorvFixture<Block>
-{
+class LorvTest : public LorvFixture<Block> {
 };
 using Blocks = testing::Types<Lorv, Lorvp>;
 TYPED_TEST_SUITE(LorvTest, Blocks);
@@ -367,9 +365,7 @@ TYPED_TEST(LorvTest, TheDriverFollowsTheSwing)
     EXPECT_THAT(cells[P::TX_MLORVAVTT_POWER], IsBits(67.0f)); // 100 x 0.5 + 7 + 1 + 9
 }
 
-class LorvOnlyTest : public LorvFixture<Lorv>
-{
-};
+class LorvOnlyTest : public LorvFixture<Lorv> {};
 
 TEST_F(LorvOnlyTest, AChannelBearsItsPartOfAllQuads)
 {

@@ -1,13 +1,10 @@
 #include "LorvFixture.h"
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 
-class LorvpTest : public LorvFixture<Lorvp>
-{
-};
+class LorvpTest : public LorvFixture<Lorvp> {};
 
 TEST(Lorvp, AgreesWithVectors)
 {

@@ -5,14 +5,12 @@
 
 #include <cfloat>
 
-namespace
-{
+namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneSarnParams;
 
-class SarnTest : public testing::Test
-{
+class SarnTest : public testing::Test {
 protected:
     SarnTest()
     {
