@@ -350,8 +350,8 @@ TEST_F(StaticTest, TheTwelveTablesAreNamedInLoadOrder)
 
 TEST(Static, ASecondLoadLeavesNothingOfTheFirst)
 {
-    const TemporaryDataDirectory directory;
     Data& data = Data::getMutableGlobal();
+    const TemporaryDataDirectory directory;
     directory.write("ZelmOrvaneStaticData",
                     R"(ZelmOrvaneStaticData : { INT_TO_EXT_DEV_MAP : { A = "X"; }; SKU_LIST : { K = "first"; }; };)");
     EXPECT_FALSE(data.reset()); // the tables behind SKU_LIST are missing
