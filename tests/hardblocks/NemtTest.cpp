@@ -176,11 +176,11 @@ TEST_F(NemtTest, StatedTilesBelowTheCoresLeaveNoneIdle)
 TEST_F(NemtTest, IdleTilesAreCountedInInts)
 {
     workAtReference();
-    params[Params::NEMT_CORES] = 1;
-    params[Params::NEMT_TILES] = 16777218; // as floats, one less would round to even
+    params[Params::NEMT_CORES] = 2;
+    params[Params::NEMT_TILES] = 16777219; // a float would round it up to 16777220
     params[Params::CLK_FREQ] = 1.0f;
     calculate();
-    EXPECT_THAT(params[Params::NEMT_IDLE_POWER], IsBits(16777216.0f * 0.25f)); // 16777217 rounds to 16777216
+    EXPECT_THAT(params[Params::NEMT_IDLE_POWER], IsBits(16777216.0f * 0.25f)); // the difference rounds once, down
     params[Params::NEMT_CORES] = -2147483647;
     calculate();
     EXPECT_THAT(params[Params::NEMT_IDLE_POWER], IsBits(-2130706432.0f * 0.25f)); // the difference wraps
