@@ -88,6 +88,42 @@ bool isBlankValue(const std::string& value)
     return value.empty();
 }
 
+template <class T>
+bool convert(const libconfig::Setting& setting, T& value)
+{
+    try {
+        if constexpr (std::is_same_v<T, std::string>)
+            value = setting.operator std::string();
+        else
+            value = setting;
+        return true;
+    } catch (const libconfig::SettingTypeException&) {
+        return false;
+    }
+}
+
+// The settings at and below one, without a search from the root for each: files hold thousands.
+template <class T>
+void loadSetting(const libconfig::Setting& setting, std::vector<std::string>& path, ZelmHelperUtils::Table<T>& table)
+{
+    if (setting.isGroup()) {
+        for (int i = 0; i < setting.getLength(); ++i) {
+            const libconfig::Setting& child = setting[i];
+            path.emplace_back(child.getName());
+            loadSetting(child, path, table);
+            path.pop_back();
+        }
+    } else if (setting.isScalar()) {
+        T value{};
+        if (convert(setting, value))
+            table[ZelmHelperUtils::mergeStrVect(path, kTablePathLength, ".")] = value;
+    } else {
+        std::cout << "Unsupported cfg file format error: to use loadCfgDataToVar function, cfg has to be a nested "
+                     "dictionary that does not contain any array or list."
+                  << std::endl;
+    }
+}
+
 bool isSpace(char c)
 {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
@@ -107,24 +143,7 @@ bool ZelmHelperUtils::loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::
     const bool convertedBefore = zelm::autoConvert(*cfg);
     if (topLevel)
         zelm::setAutoConvert(*cfg, true);
-
-    const libconfig::Setting& setting = cfg->lookup(joined);
-    if (setting.isGroup()) {
-        for (int i = 0; i < setting.getLength(); ++i) {
-            path.emplace_back(setting[i].getName());
-            if (!loadCfgDataToVar(cfg, path, table, false))
-                return false;
-            path.pop_back();
-        }
-    } else if (setting.isScalar()) {
-        T value{};
-        if (cfg->lookupValue(joined, value))
-            table[mergeStrVect(path, kTablePathLength, ".")] = value;
-    } else {
-        std::cout << "Unsupported cfg file format error: to use loadCfgDataToVar function, cfg has to be a nested "
-                     "dictionary that does not contain any array or list."
-                  << std::endl;
-    }
+    loadSetting(cfg->lookup(joined), path, table);
     if (topLevel)
         zelm::setAutoConvert(*cfg, convertedBefore);
     return true;
