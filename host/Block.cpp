@@ -81,7 +81,7 @@ std::string dataFileOf()
 }
 
 template <class Data>
-void load()
+void loadAndCheck()
 {
     const std::string file = dataFileOf<Data>();
     const std::string directory = ZelmData::getQTADataDir(file);
@@ -103,6 +103,17 @@ void load()
                                     Data::name, table.group, table.type == "std::string" ? "string" : table.type,
                                     table.keys));
     }
+}
+
+// Once for each block: a failed attempt throws, and the next one tries again.
+template <class Data>
+void load()
+{
+    static const bool loaded = [] {
+        loadAndCheck<Data>();
+        return true;
+    }();
+    static_cast<void>(loaded);
 }
 
 template <class Model>
