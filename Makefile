@@ -7,8 +7,8 @@ BUILD := build/$(PRESET)
 .PHONY: demo test build bench docs format format-check tidy asan tsan clean
 
 demo: build
-	$(BUILD)/host/zelm estimate examples/first.json --html $(BUILD)/first.html
-	@echo "The report to look at: $(BUILD)/first.html"
+	$(BUILD)/host/zelm estimate examples/vision.json --html $(BUILD)/vision.html
+	@echo "The report to look at: $(BUILD)/vision.html"
 
 test: build
 	ctest --preset $(PRESET) -j 2

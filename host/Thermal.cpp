@@ -29,11 +29,14 @@ double root(const std::function<double(double)>& f, double low, double high)
     return 0.5 * (bracket.first + bracket.second);
 }
 
-// Where f is greatest between low and high: f rises, or rises and then falls.
+// Where f is greatest between low and high. f rises, or rises and then falls: if it still rises at the end, that is it.
 double argmax(const std::function<double(double)>& f, double low, double high)
 {
-    const auto found = boost::math::tools::brent_find_minima([&](double x) { return -f(x); }, low, high, 40);
-    return f(high) >= -found.second ? high : found.first;
+    constexpr double step = 0.01;
+    constexpr int bits = 20;
+    if (f(high) >= f(high - step))
+        return high;
+    return boost::math::tools::brent_find_minima([&](double x) { return -f(x); }, low, high, bits).first;
 }
 
 } // namespace
