@@ -196,6 +196,13 @@ TYPED_TEST(LorvTest, AThirdClockSourceIsTheLcpllForTheAuxiliaryRailOnly)
     EXPECT_THAT(cells[P::MLORVAVCC_LCPLL_PWR], IsBits(0.0f));
     EXPECT_THAT(cells[P::MLORVAVTT_LCPLL_PWR], IsBits(0.0f));
     EXPECT_THAT(cells[P::MLORVVCCAUX_LCPLL_PWR], IsBits(30.0f));
+    for (const auto cell : {P::RX_CLOCK_SOURCE, P::TX_CLOCK_SOURCE}) { // of either direction alone
+        this->setSources("RPLL");
+        cells[cell] = "XPLL";
+        this->calculate();
+        EXPECT_THAT(cells[P::MLORVVCCAUX_LCPLL_PWR], IsBits(30.0f)) << P::enum_to_string(cell);
+    }
+    this->setSources("XPLL");
     this->setRates(7.0f); // half the VCO for the LCPLL, the rate itself for the RPLL
     this->calculate();
     EXPECT_THAT(cells[P::RX_VCO_LCPLL], IsBits(7.0f));
