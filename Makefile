@@ -28,6 +28,7 @@ bench: build
 
 docs: build
 	$(BUILD)/host/zelm docs docs/cells
+	$(BUILD)/host/zelm schema > docs/design.schema.json
 
 format:
 	tools/format

@@ -1,0 +1,31 @@
+#!/usr/bin/env python3
+"""Validates designs against `zelm schema`, and sees that it refuses mistakes: check_schema.py ZELM DESIGN..."""
+import copy
+import json
+import subprocess
+import sys
+
+import jsonschema
+
+schema = json.loads(subprocess.run([sys.argv[1], "schema"], check=True, capture_output=True).stdout)
+jsonschema.Draft202012Validator.check_schema(schema)
+validator = jsonschema.Draft202012Validator(schema)
+
+for path in sys.argv[2:]:
+    with open(path, encoding="utf-8") as file:
+        design = json.load(file)
+    problems = [f"{'/'.join(map(str, e.path))}: {e.message[:200]}" for e in validator.iter_errors(design)]
+    assert not problems, f"{path}: {problems}"
+
+    def refused(what, change):
+        mistaken = copy.deepcopy(design)
+        change(mistaken)
+        assert not validator.is_valid(mistaken), f"{path}: {what} was accepted"
+
+    refused("an unknown field", lambda d: d.update(grups=[]))
+    refused("an unknown block", lambda d: d["groups"][0].update(block="Signl"))
+    refused("an unknown input", lambda d: d["groups"][0].setdefault("inputs", {}).update(NO_SUCH_CELL=1))
+    refused("a text for a number", lambda d: d["groups"].append({"block": "Signal", "inputs": {"CLOCK_FREQ": "fast"}}))
+    refused("an unknown rail", lambda d: d.update(rails={"VCCFOO": 1}))
+    refused("no groups", lambda d: d.pop("groups"))
+print(f"{len(sys.argv) - 2} designs are valid, and mistakes in them are not")
