@@ -6,6 +6,7 @@
 
 #include "device/ZelmOrvanePartsModel.h"
 #include "device/ZelmOrvaneStaticData.h"
+#include "network/ZelmOrvaneNocData.h"
 
 #include <fmt/format.h>
 
@@ -152,6 +153,13 @@ ResolvedDevice resolve(const Device& device)
 
     ResolvedDevice resolved;
     resolved.name = upper(name);
+    resolved.names.push_back(resolved.name);
+    for (const std::string& die : sortedKeys(statics(), {"INT_TO_EXT_DEV_MAP"})) {
+        if (ZelmOrvaneStaticData::getGlobal().getIntToExtDevMap(die) == resolved.name)
+            resolved.names.push_back(die);
+    }
+    zelm::host::block("Noc").load();
+    resolved.names.push_back(ZelmOrvaneNocData::getGlobal().getDeviceIntNames(resolved.name));
     resolved.part = isPart ? device.part : "";
     resolved.family = device.family.empty() ? catalogue.getDeviceToFamilyMap(name) : device.family;
     // A device without a package is asked for by its name and the separator.

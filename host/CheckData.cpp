@@ -10,8 +10,6 @@
 #include <fmt/format.h>
 #include <libconfig.h++>
 
-#include <algorithm>
-#include <iterator>
 #include <set>
 
 namespace zelm::host {
@@ -126,28 +124,6 @@ private:
     std::set<std::pair<std::string, std::string>> m_missing;
 };
 
-// Look-ups that are meant to miss. An empty key stands for any.
-struct MeantToMiss {
-    std::string_view block;
-    std::string_view table;
-    std::string_view keyPart;
-};
-
-constexpr MeantToMiss kMeantToMiss[] = {
-    {"Parts", "DEVICE_DATA", ""},             // a part stands in one series only, and all are asked
-    {"CleLogic", "REG_CAP", ""},              // asked for elements that are no registers, too
-    {"Ddrmc", "DDRMC_DATA", "_2CH_X16_"},     // a channel has at least 16 bits
-    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X64_"}, // and with LP4 at most 32, or
-    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X80_"}, // 40 with error correction
-};
-
-bool isMeantToMiss(const Block& block, const std::string& table, const std::string& key)
-{
-    return std::any_of(std::begin(kMeantToMiss), std::end(kMeantToMiss), [&](const MeantToMiss& rule) {
-        return rule.block == block.name && rule.table == table && key.find(rule.keyPart) != std::string::npos;
-    });
-}
-
 } // namespace
 
 DataCheck checkData()
@@ -163,7 +139,7 @@ DataCheck checkData()
             for (const ZelmTableInfo& table : block.tables)
                 rows += block.keys({std::string(table.group)}, true).size();
             std::set<std::pair<std::string, std::string>> missing = Prober(block).missing();
-            std::erase_if(missing, [&](const auto& row) { return isMeantToMiss(block, row.first, row.second); });
+            std::erase_if(missing, [&](const auto& row) { return isMeantToMiss(block, {row.first, row.second}); });
             if (!missing.empty()) {
                 Lines lines(block);
                 for (const auto& [table, key] : missing)

@@ -3,6 +3,8 @@
 #include "host/Carry.h"
 #include "host/Catalogue.h"
 #include "host/Error.h"
+#include "host/LegalWords.h"
+#include "host/Ranges.h"
 #include "host/Running.h"
 #include "host/StaticPower.h"
 #include "host/Text.h"
@@ -65,7 +67,6 @@ GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::stri
             result.inputs.push_back({std::string(cell.name), std::string(cell.unit), value, group.originOf(cell.name)});
     }
 
-    bool believable = true;
     for (const Output& output : outputs()) {
         if (output.block != group.block->name || output.role == Role::shown)
             continue;
@@ -77,7 +78,6 @@ GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::stri
             amount *= static_cast<double>(std::get<float>(group.instance->get(group.block->cell(output.scaling))));
         constexpr double beyondBelief = 1e15; // what a sentinel that flowed through a formula looks like
         if (!(std::fabs(amount) < beyondBelief)) {
-            believable = false;
             warnings.push_back(fmt::format("group \"{}\": {} has no meaningful value ({})", group.name, output.cell,
                                            number ? exactText(*number) : "unset"));
             continue;
@@ -100,11 +100,13 @@ GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::stri
         result.watts += part.watts;
         result.contributions.push_back(std::move(part));
     }
-    if (!believable) {
-        for (const MissingRow& row : group.missingRows)
-            warnings.push_back(fmt::format("group \"{}\": {} has no row {} in {}", group.name, group.block->dataFile(),
-                                           row.key, row.table));
+    for (const MissingRow& row : group.missingRows) {
+        if (!isMeantToMiss(*group.block, row))
+            warnings.push_back(fmt::format("group \"{}\": {} has no row {} in {}, so the group's power can't be right",
+                                           group.name, group.block->dataFile(), row.key, row.table));
     }
+    for (std::string& warning : rangeWarnings(group))
+        warnings.push_back(std::move(warning));
     return result;
 }
 

@@ -35,8 +35,17 @@ void list(std::vector<IoStandard>& standards, const std::string& bank)
         for (const std::string& name : names)
             standards.push_back({bank, direction, name, volts(name)});
     };
-    add("input", "IBUF", [&](const std::string& name) { return data.findIbuf(name, "VCCO"); });
-    add("output", "OBUF", [&](const std::string& name) { return data.findObuf(name, "VCCO"); });
+    // A standard's own voltage stands in its row, or else in the list for hosts.
+    const auto listed = [&](const char* direction, const std::string& name) {
+        const std::string volts = data.getIoList(direction, name);
+        return isUnset(volts) ? unsetFloat : ZelmHelperUtils::s2f(volts);
+    };
+    add("input", "IBUF", [&](const std::string& name) {
+        return ZelmHelperUtils::IFERROR(data.findIbuf(name, "VCCO"), listed("INPUT", name));
+    });
+    add("output", "OBUF", [&](const std::string& name) {
+        return ZelmHelperUtils::IFERROR(data.findObuf(name, "VCCO"), listed("OUTPUT", name));
+    });
 }
 
 // The directions in which a group uses its pins; an unknown direction counts as both.

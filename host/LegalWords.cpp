@@ -3,7 +3,7 @@
 #include "host/Text.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <set>
 
 namespace zelm::host {
@@ -26,6 +26,7 @@ const std::vector<Words>& formulaWords()
     static const std::vector<std::string_view> writeMode{"READ_FIRST", "WRITE_FIRST", "NO_CHANGE"};
     static const std::vector<std::string_view> clockSource{"LCPLL", "RPLL"};
     static const std::vector<std::string_view> generations{"GEN1", "GEN2", "GEN3", "GEN4"};
+    static const std::vector<std::string_view> coherentSpeed{"GEN1", "GEN2", "GEN3", "GEN4", "ESM20G", "ESM25G"};
     static const std::vector<std::string_view> lanes{"x1", "x2", "x4", "x8", "x16"};
     static const std::vector<std::string_view> coherentMode{"WIST_CCIX", "WIST_PS", "WIST_STREAM_W_DMA", "NONE"};
     static const std::vector<std::string_view> newerMode{"WIST5_CCIX", "WIST5_DMA", "WIST5_PCISTREAM", "NONE"};
@@ -45,7 +46,10 @@ const std::vector<Words>& formulaWords()
         {"", "SPREAD_SPECTRUM", onOff},
         {"", "IO_DIRECTION", direction},
         {"", "DATA_RATE", {"SDR", "DDR", "Clock", "Async"}},
-        {"", "POWER_MODE", {"LOW_POWER", "DFE"}},
+        {"Lorv", "POWER_MODE", {"LOW_POWER", "DFE"}},
+        {"Lorvp", "POWER_MODE", {"LOW_POWER", "DFE"}},
+        {"Sarn", "POWER_MODE", {"LR", "VSR", "XSR"}},
+        {"Sarn", "MODULATION", {"PAM4", "NRZ"}},
         {"", "OPERATIONAL_MODE", {"TRANSCEIVER", "TRANSMITTER", "RECEIVER"}},
         {"", "RX_CLOCK_SOURCE", clockSource},
         {"", "TX_CLOCK_SOURCE", clockSource},
@@ -54,7 +58,7 @@ const std::vector<Words>& formulaWords()
         {"", "EYESCAN", onOff},
         {"Ddrmc", "ECC_USAGE", yesNo},
         {"Ddrmc", "DDR_STANDARD", {"DDR4", "LP4"}},
-        {"Ddrmc", "COMMAND_BUS_OPTION", {"HIGHEST_DATA_RATE"}},
+        {"Ddrmc", "COMMAND_BUS_OPTION", {"HIGHEST_DATA_RATE", "FEWEST_PINS"}},
         {"Nemt", "KERNEL_TYPE", {"Int16", "Int8", "Floating", "Complex", "FFT"}},
         {"Jorl", "FEC", {"Enabled", "Disabled"}},
         {"Ilkn", "FEC", {"ENABLED", "Disabled"}},
@@ -67,8 +71,8 @@ const std::vector<Words>& formulaWords()
         {"Pcieb5", "LINK_WIDTH", lanes},
         {"Mulm", "LINK_SPEED", {"GEN1", "GEN2", "GEN3", "GEN4", "GEN5"}},
         {"Plam", "AUTO_SLEEP_ENABLED", yesNo},
-        {"Wist", "LINK_SPEED_A0", generations},
-        {"Wist", "LINK_SPEED_A1", generations},
+        {"Wist", "LINK_SPEED_A0", coherentSpeed},
+        {"Wist", "LINK_SPEED_A1", coherentSpeed},
         {"Wist", "WIST_MODE_A0", coherentMode},
         {"Wist", "WIST_MODE_A1", coherentMode},
         {"Wist5", "A0_MODES", newerMode},
@@ -161,6 +165,21 @@ std::vector<std::string> keysOf(const Block& block, const Keys& rule)
     return {words.begin(), words.end()};
 }
 
+// Look-ups that are meant to miss. An empty key stands for any.
+struct MeantToMiss {
+    std::string_view block;
+    std::string_view table;
+    std::string_view keyPart;
+};
+
+constexpr MeantToMiss kMeantToMiss[] = {
+    {"Parts", "DEVICE_DATA", ""},             // a part stands in one series only, and all are asked
+    {"CleLogic", "REG_CAP", ""},              // asked for elements that are no registers, too
+    {"Ddrmc", "DDRMC_DATA", "_2CH_X16_"},     // a channel has at least 16 bits
+    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X64_"}, // and with LP4 at most 32, or
+    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X80_"}, // 40 with error correction
+};
+
 } // namespace
 
 std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell)
@@ -191,6 +210,13 @@ std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell)
             values.insert(values.end(), rule.sizes.begin(), rule.sizes.end());
     }
     return values;
+}
+
+bool isMeantToMiss(const Block& block, const MissingRow& row)
+{
+    return std::any_of(std::begin(kMeantToMiss), std::end(kMeantToMiss), [&](const MeantToMiss& rule) {
+        return rule.block == block.name && rule.table == row.table && row.key.find(rule.keyPart) != std::string::npos;
+    });
 }
 
 } // namespace zelm::host

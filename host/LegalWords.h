@@ -14,4 +14,7 @@ std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell);
 /// The same as texts.
 std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell);
 
+/// Whether the formulas ask for a row that need not be there, and take a miss for "no".
+bool isMeantToMiss(const Block& block, const MissingRow& row);
+
 } // namespace zelm::host

@@ -2,6 +2,7 @@
 
 #include "host/Catalogue.h"
 #include "host/IoBank.h"
+#include "host/LegalWords.h"
 #include "host/RollUp.h"
 
 #include <fmt/format.h>
@@ -90,6 +91,24 @@ void carrySites(Running& clock, const ResolvedDevice& device, std::vector<Carrie
         clock.set(clock.block->cell(cellName), found->second, Origin::carried);
         carried.push_back({fmt::format("{}.{}", device.name, resource), fmt::format("{}.{}", clock.name, cellName),
                            std::to_string(found->second)});
+    }
+}
+
+// The inputs that name the device, each in the words of its own data: external name, die, or internal name.
+void carryDevice(Running& group, const ResolvedDevice& device, std::vector<Carried>& carried)
+{
+    for (const char* name : {"DEVICE", "INTERNAL_DEVICE_NAME"}) {
+        const ZelmCellInfo* cell = group.block->findCell(name);
+        if (!cell || cell->kind != Kind::userInput || group.isSet(name))
+            continue;
+        const std::vector<std::string> words = legalWords(*group.block, *cell);
+        for (const std::string& word : device.names) {
+            if (std::find(words.begin(), words.end(), word) == words.end())
+                continue;
+            group.set(*cell, word, Origin::carried);
+            carried.push_back({"device", fmt::format("{}.{}", group.name, name), word});
+            break;
+        }
     }
 }
 
@@ -195,6 +214,8 @@ std::vector<Running> start(const Design& design, const RailVolts& rails, const R
             Running running = make(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
             if (own && device && reached.size() > 1)
                 carrySites(running, *device, carried);
+            if (device)
+                carryDevice(running, *device, carried);
             if (!own)
                 carryClock(all[first], running, carried);
             setBankVoltage(running, rails, warnings);

@@ -30,6 +30,9 @@ public:
         m_instance->set(m_block.cell("PROCESS"), process);
         for (const auto& [cell, count] : usedCounts)
             m_instance->set(m_block.cell(cell), count);
+        const bool managed = std::any_of(estimate.groups.begin(), estimate.groups.end(),
+                                         [](const GroupResult& group) { return group.block->name == "Harl"; });
+        m_instance->set(m_block.cell("HAS_HARL_IO"), std::string(managed ? "YES" : "NO"));
         for (const auto& [rail, volts] : estimate.design.rails)
             m_instance->set(m_block.cell(rail), volts);
         for (const auto& [cell, value] : estimate.design.staticInputs)
