@@ -4,7 +4,7 @@
 PRESET ?= release
 BUILD := build/$(PRESET)
 
-.PHONY: demo test build bench docs format format-check tidy asan tsan clean
+.PHONY: demo test build bench docs format format-check tidy asan tsan coverage clean
 
 demo: build
 	$(BUILD)/host/zelm estimate examples/vision.json --html $(BUILD)/vision.html
@@ -20,8 +20,15 @@ $(BUILD)/build.ninja: CMakeLists.txt CMakePresets.json
 	tools/setup
 	cmake --preset $(PRESET)
 
-asan tsan coverage:
+asan coverage:
 	$(MAKE) test PRESET=$@
+
+# Threads meet in the framework alone: in name tables, singletons and the texts of blocks.
+tsan:
+	tools/setup
+	cmake --preset tsan
+	cmake --build --preset tsan --target framework_test
+	build/tsan/tests/framework/framework_test
 
 bench: build
 	for program in $(BUILD)/bench/*_bench; do $$program || exit 1; done
