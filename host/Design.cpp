@@ -346,8 +346,13 @@ Design parseDesign(const std::string& file, const std::string& text)
         design.budgets.rails = budget.numbers("rails", 0.0, mostAmperes, "A");
         budget.refuseOthers();
     }
-    if (const Json* inputs = fields.take("static"))
+    if (const Json* inputs = fields.take("static")) {
         design.staticInputs = readInputs(inputs, {&block("Static")}, fields.place("static"));
+        for (const auto& [cell, value] : design.staticInputs) {
+            if (cell == "PROCESS" || cell == "JUNCTION_TEMPERATURE" || cell == "DEVICE_NAME")
+                fields.place("static").field(cell).fail("give it under device or environment");
+        }
+    }
     const Json* groups = fields.take("groups");
     fields.refuseOthers();
     if (!groups)

@@ -69,6 +69,7 @@ const std::vector<Words>& formulaWords()
         {"Pcieb", "LINK_WIDTH", lanes},
         {"Pcieb5", "LINK_SPEED", {"GEN1", "GEN2", "GEN3", "GEN4", "GEN5"}},
         {"Pcieb5", "LINK_WIDTH", lanes},
+        {"Mulm", "MULM_MODE", {"PCIE_A0", "PCIE_A1"}},
         {"Mulm", "LINK_SPEED", {"GEN1", "GEN2", "GEN3", "GEN4", "GEN5"}},
         {"Plam", "AUTO_SLEEP_ENABLED", yesNo},
         {"Wist", "LINK_SPEED_A0", coherentSpeed},

@@ -23,8 +23,9 @@ void checkPll(Running& group, const char* direction, const char* idleMode, std::
     if (group.text("OPERATIONAL_MODE") == idleMode || group.text(side + "_CLOCK_SOURCE") != "LCPLL")
         return;
     if (pulled(group, ("QPLL1_" + side).c_str()) < 0.0f && pulled(group, ("QPLL0_" + side).c_str()) < 0.0f)
-        warnings.push_back(fmt::format("group \"{}\": no multiple of {}_DATA_RATE {:g} Gb/s lies in the range of the LCPLL",
-                                       group.name, side, pulled(group, (side + "_DATA_RATE").c_str())));
+        warnings.push_back(
+            fmt::format("group \"{}\": no multiple of {}_DATA_RATE {:g} Gb/s lies in the range of the LCPLL",
+                        group.name, side, pulled(group, (side + "_DATA_RATE").c_str())));
 }
 
 void checkFastest(Running& group, const char* direction, std::vector<std::string>& warnings)
@@ -54,8 +55,8 @@ std::vector<std::string> rangeWarnings(Running& group)
     if (group.block->findCell("INVALID_CONFIG")) {
         group.instance->pull(group.block->cell("INVALID_CONFIG"));
         if (group.text("INVALID_CONFIG") == "YES")
-            warnings.push_back(fmt::format("group \"{}\": {} has no such configuration, so it draws nothing", group.name,
-                                           group.block->title));
+            warnings.push_back(fmt::format("group \"{}\": {} has no such configuration, so it draws nothing",
+                                           group.name, group.block->title));
     }
     return warnings;
 }

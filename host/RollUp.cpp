@@ -160,7 +160,6 @@ constexpr RailInput kRailInputs[] = {
     {"Wist5", "VCC_WIST5", "VCCWIST5"},
     {"Wist5", "VCCAUX_WIST", "VCCAUX"},
     {"Harl", "VCCINTHARL", "VCCHARL"},
-    {"Pspll", "VCC_AUX", "VCCAUX"},
 };
 
 constexpr NestedRail kNestedRails[] = {{"VCCINTWIST", "VCCINT"}, {"VCCME", "VCCINT"}};

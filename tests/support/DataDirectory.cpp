@@ -16,7 +16,8 @@ void assign(const std::optional<std::string>& value)
         unsetenv("QTA_DATADIR");
 }
 
-// A data block is built before a test's own tables are there when a fixture holds a reference to it: let it find something.
+// A data block is built before a test's own tables are there when a fixture holds a reference to it: let it find
+// something.
 [[maybe_unused]] const int shippedByDefault = setenv("QTA_DATADIR", ZELM_SOURCE_DIR "/data", 0);
 
 } // namespace

@@ -1,0 +1,129 @@
+#include "Designs.h"
+
+#include "host/Report.h"
+
+#include <cmath>
+#include <sstream>
+
+using namespace zelm::test;
+using namespace zelm::host;
+using testing::HasSubstr;
+
+namespace {
+
+Estimate budgeted()
+{
+    return estimateOf(R"({"name": "a<b & \"c\"", "budgets": {"totalPower": 0, "rails": {"VCCINT": 1000}},
+                          "groups": [{"block": "Bram", "name": "x, \"y\""}, {"block": "Selv", "count": 4,
+                                      "inputs": {"OUTPUT_IO_STANDARD": "SSTL12", "OUTPUT_ENABLE": 1}}]})");
+}
+
+// The fields of one line, quoted ones unquoted.
+std::vector<std::string> fieldsOf(const std::string& line)
+{
+    std::vector<std::string> fields(1);
+    bool quoted = false;
+    for (const char c : line) {
+        if (c == '"')
+            quoted = !quoted;
+        else if (c == ',' && !quoted)
+            fields.emplace_back();
+        else
+            fields.back() += c;
+    }
+    return fields;
+}
+
+TEST(Report, JsonHoldsNullAndReasonForWhatIsNoNumber)
+{
+    Estimate estimate = budgeted();
+    estimate.sides[0].totalWatts = HUGE_VAL;
+    estimate.offchipWatts = std::nan("");
+    estimate.sides[0].largestThetaJA = HUGE_VAL;
+    const Json parsed = Json::parse(jsonReport(estimate).dump());
+    EXPECT_TRUE(parsed.at("totalWatts").is_null());
+    EXPECT_EQ(parsed.at("totalWattsReason"), "infinite");
+    EXPECT_TRUE(parsed.at("offchipWatts").is_null());
+    EXPECT_EQ(parsed.at("offchipWattsReason"), "not a number");
+    EXPECT_EQ(parsed.at("sides")[0].at("largestThetaJAReason"), "infinite");
+    EXPECT_FALSE(parsed.contains("dynamicWattsReason"));
+    EXPECT_EQ(parsed.at("dynamicWatts"), estimate.dynamicWatts);
+}
+
+TEST(Report, RunawayBreaksJunctionBudgetsAndStaysValidJson)
+{
+    const Estimate estimate = estimateOf(R"({"device": {"part": "zq4410"}, "budgets": {"junctionTemperature": 125},
+        "environment": {"ambientTemperature": 100, "thetaJA": 50}, "groups": []})");
+    EXPECT_TRUE(estimate.budgetBroken());
+    const Json parsed = Json::parse(jsonReport(estimate).dump());
+    EXPECT_TRUE(parsed.at("budgets")[0].at("actual").is_null());
+    EXPECT_EQ(parsed.at("budgets")[0].at("actualReason"), "infinite");
+    EXPECT_EQ(parsed.at("budgets")[0].at("broken"), true);
+    EXPECT_EQ(parsed.at("sides")[0].at("thermal").at("converged"), false);
+}
+
+TEST(Report, CsvLinesHaveTheHeadersColumns)
+{
+    std::istringstream csv(csvReport(budgeted()));
+    std::string line;
+    std::getline(csv, line);
+    const std::size_t columns = fieldsOf(line).size();
+    EXPECT_EQ(columns, 12u) << line;
+    bool quoted = false;
+    double dynamic = 0.0;
+    while (std::getline(csv, line)) {
+        const std::vector<std::string> fields = fieldsOf(line);
+        ASSERT_EQ(fields.size(), columns) << line;
+        quoted = quoted || fields[2] == "x, y";
+        if (fields[0] == "group")
+            dynamic += std::stod(fields[7]);
+        if (fields[0] == "total") {
+            EXPECT_NEAR(std::stod(fields[7]), dynamic, 1e-9 * dynamic) << line;
+        }
+    }
+    EXPECT_TRUE(quoted);
+}
+
+TEST(Report, BudgetsKnowIfTheyAreBroken)
+{
+    const Estimate estimate = budgeted();
+    ASSERT_EQ(estimate.budgets.size(), 2u);
+    EXPECT_EQ(estimate.budgets[0].name, "total power");
+    EXPECT_TRUE(estimate.budgets[0].broken());
+    EXPECT_FALSE(estimate.budgets[1].broken());
+    EXPECT_TRUE(estimate.budgetBroken());
+    EXPECT_TRUE((BudgetResult{"", 1.0, std::nan(""), ""}).broken());
+    EXPECT_FALSE((BudgetResult{"", 1.0, 1.0, ""}).broken());
+}
+
+TEST(Report, JUnitCountsFailuresAndEscapes)
+{
+    const std::string xml = junitReport(budgeted());
+    EXPECT_THAT(xml, testing::StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"a&lt;b &amp; "
+                                         "&quot;c&quot;\" tests=\"2\" failures=\"1\">\n"));
+    EXPECT_THAT(xml, HasSubstr("<testcase classname=\"budgets\" name=\"total power\">\n    <failure message=\""));
+    EXPECT_THAT(xml, HasSubstr("<testcase classname=\"budgets\" name=\"current of VCCINT\"/>"));
+    const auto count = [&](std::string_view tag) {
+        int found = 0;
+        for (std::size_t at = xml.find(tag); at != std::string::npos; at = xml.find(tag, at + 1))
+            ++found;
+        return found;
+    };
+    EXPECT_EQ(count("<failure "), 1);
+    EXPECT_EQ(count("<testcase "), 2);
+    EXPECT_EQ(count("</testcase>"), 1);
+    EXPECT_THAT(xml, testing::EndsWith("</testsuite>\n"));
+}
+
+TEST(Report, TextNamesGroupsRailsAndBrokenBudgets)
+{
+    const Estimate estimate = budgeted();
+    const std::string text = textReport(estimate, false);
+    EXPECT_THAT(text, HasSubstr("BROKEN"));
+    EXPECT_THAT(text, HasSubstr("kept"));
+    EXPECT_THAT(text, HasSubstr("VCCO12"));
+    EXPECT_THAT(text, testing::Not(HasSubstr("Origin")));
+    EXPECT_THAT(textReport(estimate, true), HasSubstr("Origin"));
+}
+
+} // namespace

@@ -1,0 +1,82 @@
+#include "support/Bits.h"
+
+#include "host/Block.h"
+#include "host/Text.h"
+
+#include <cmath>
+
+using namespace zelm::host;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+TEST(HostText, SiTakesPrefixAndFourDigits)
+{
+    EXPECT_EQ(si(0.00123, "W"), "1.230 mW");
+    EXPECT_EQ(si(0.0, "W"), "0.000 W");
+    EXPECT_EQ(si(1.0, "A"), "1.000 A");
+    EXPECT_EQ(si(12.345, "W"), "12.35 W");
+    EXPECT_EQ(si(123.44, "W"), "123.4 W");
+    EXPECT_EQ(si(-0.5, "W"), "-500.0 mW");
+    EXPECT_EQ(si(4.56e-6, "A"), "4.560 uA");
+    EXPECT_EQ(si(7e-9, "A"), "7.000 nA");
+    EXPECT_EQ(si(2.5e-12, "A"), "2.500 pA");
+    EXPECT_EQ(si(HUGE_VAL, "W"), "inf W");
+}
+
+TEST(HostText, NearestNamesAreBlindToCaseAndBestFirst)
+{
+    const std::vector<std::string> known{"CLOCK_FREQ", "CLOCK", "CLOCKS", "TOGGLE_RATE"};
+    EXPECT_THAT(nearestNames("clock", known), ElementsAre("CLOCK", "CLOCKS"));
+    EXPECT_THAT(nearestNames("CLOCK_FRQ", known), ElementsAre("CLOCK_FREQ"));
+    EXPECT_THAT(nearestNames("quite different", known), IsEmpty());
+    EXPECT_THAT(nearestNames("AA", {"AB", "AC", "AD", "AE"}), ElementsAre("AB", "AC", "AD"));
+}
+
+TEST(HostText, Suggestions)
+{
+    EXPECT_EQ(suggestion("Brem", {"Bram", "Plam"}), "; did you mean Bram?");
+    EXPECT_EQ(suggestion("AA", {"AB", "AC"}), "; did you mean AB or AC?");
+    EXPECT_EQ(suggestion("xyzzy", {"Bram"}), "");
+    EXPECT_EQ(orList({}), "");
+    EXPECT_EQ(orList({"a", "b", "c"}), "a, b or c");
+}
+
+TEST(HostText, ExactTextReadsBack)
+{
+    EXPECT_EQ(exactText(0.72f), "0.72");
+    EXPECT_EQ(exactText(200.0f), "200");
+    for (const float value : {0.1f, 1.0f / 3.0f, 1e-30f, 3.4e38f, -12345.678f})
+        EXPECT_EQ(std::stof(exactText(value)), value) << exactText(value);
+}
+
+TEST(HostText, TablesAlignByKind)
+{
+    TextTable table({"Rail", "Power", "Note"});
+    table.row({"A", "1.5", "x"});
+    table.rule();
+    table.row({"Total", "-12", "long"});
+    EXPECT_EQ(table.text(), "Rail   Power  Note\n"
+                            "-----  -----  ----\n"
+                            "A        1.5  x\n"
+                            "-----  -----  ----\n"
+                            "Total    -12  long\n");
+}
+
+TEST(HostText, TablesCountCharactersAndNotBytes)
+{
+    TextTable table({"a", "b"});
+    table.row({"\xc3\xa9\xc3\xa9", "z"}); // two characters of two bytes
+    EXPECT_EQ(table.text(), "a   b\n--  -\n\xc3\xa9\xc3\xa9  z\n");
+}
+
+TEST(HostText, ValuesAsText)
+{
+    EXPECT_EQ(valueText(3), "3");
+    EXPECT_EQ(valueText(0.5f), "0.5");
+    EXPECT_EQ(valueText(std::string("LUT")), "LUT");
+    EXPECT_EQ(valueText({}), "unset");
+}
+
+} // namespace

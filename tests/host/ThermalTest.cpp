@@ -1,0 +1,138 @@
+#include "support/Bits.h"
+
+#include "host/Thermal.h"
+
+#include <cmath>
+
+using namespace zelm::host;
+using testing::HasSubstr;
+
+namespace {
+
+// What a device does that warms up from ambient: each step's heat gives the next temperature.
+double settled(const PowerCurve& power, double ambient, double theta)
+{
+    double junction = ambient;
+    double before = -HUGE_VAL;
+    for (int step = 0; step < 100000 && junction < 1000.0 && junction - before > 1e-10; ++step) {
+        before = junction;
+        junction = ambient + theta * power(junction);
+    }
+    return junction;
+}
+
+// The largest x between low and high, to 1e-9, for which good holds; good holds at low and not at high.
+template <class Good>
+double bisect(double low, double high, Good good)
+{
+    for (int step = 0; step < 60; ++step) {
+        const double middle = 0.5 * (low + high);
+        (good(middle) ? low : high) = middle;
+    }
+    return low;
+}
+
+const PowerCurve kConstant = [](double) { return 10.0; };
+const PowerCurve kLinear = [](double t) { return 5.0 + 0.1 * t; };
+const PowerCurve kExponential = [](double t) { return 4.0 + 2.0 * std::exp(0.03 * (t - 25.0)); };
+
+TEST(Thermal, ConstantPowerHeatsByThetaTimesPower)
+{
+    const OperatingPoint point = findOperatingPoint(kConstant, 40.0, 1.5);
+    EXPECT_TRUE(point.converged) << point.words;
+    EXPECT_NEAR(point.junction, 55.0, 1e-3); // 40 + 1.5 x 10
+    EXPECT_DOUBLE_EQ(point.power, 10.0);
+    EXPECT_NEAR(point.loopGain, 0.0, 1e-9);
+    EXPECT_NEAR(highestAmbient(kConstant, 1.5, 100.0), 85.0, 1e-6);         // 100 - 15
+    EXPECT_NEAR(largestThetaJA(kConstant, 40.0, 100.0).value(), 6.0, 1e-6); // 60 / 10
+}
+
+TEST(Thermal, LinearPowerHasAClosedForm)
+{
+    const OperatingPoint point = findOperatingPoint(kLinear, 20.0, 4.0);
+    EXPECT_TRUE(point.converged) << point.words;
+    EXPECT_NEAR(point.junction, 40.0 / 0.6, 1e-3); // T = 20 + 4 (5 + 0.1 T)
+    EXPECT_NEAR(point.loopGain, 0.4, 1e-9);
+    EXPECT_NEAR(highestAmbient(kLinear, 4.0, 100.0), 40.0, 1e-6);                 // 100 - 4 x 15
+    EXPECT_NEAR(largestThetaJA(kLinear, 20.0, 100.0).value(), 80.0 / 15.0, 1e-6); // 80 / (5 + 10)
+}
+
+TEST(Thermal, ZeroThetaStaysAtAmbient)
+{
+    const OperatingPoint point = findOperatingPoint(kExponential, 30.0, 0.0);
+    EXPECT_TRUE(point.converged);
+    EXPECT_NEAR(point.junction, 30.0, 1e-3);
+}
+
+TEST(Thermal, LeakageSettlesWhereIterationDoes)
+{
+    for (const double ambient : {-40.0, 0.0, 25.0, 50.0}) {
+        for (const double theta : {0.1, 0.5, 1.0, 2.0}) {
+            const double expected = settled(kExponential, ambient, theta);
+            const OperatingPoint point = findOperatingPoint(kExponential, ambient, theta);
+            EXPECT_EQ(point.converged, expected < 200.0) << ambient << " C, " << theta << " C/W: " << point.words;
+            if (point.converged) {
+                EXPECT_NEAR(point.junction, expected, 1e-3) << ambient << " C, " << theta << " C/W";
+                // dP/dT = 0.06 e^(0.03 (T - 25))
+                EXPECT_NEAR(point.loopGain, theta * 0.06 * std::exp(0.03 * (expected - 25.0)), 1e-4);
+            }
+        }
+    }
+}
+
+TEST(Thermal, RunawayIsTold)
+{
+    const OperatingPoint steep = findOperatingPoint([](double t) { return 5.0 + t; }, 20.0, 1.0); // gain 1
+    EXPECT_FALSE(steep.converged);
+    EXPECT_THAT(steep.words, HasSubstr("thermal runaway"));
+    // 4 x 0.06 e^(0.03 (T - 25)) is 1 at 25 + ln(1 / 0.24) / 0.03 = 72.57
+    const OperatingPoint leaky = findOperatingPoint(kExponential, 60.0, 4.0);
+    EXPECT_FALSE(leaky.converged);
+    EXPECT_THAT(leaky.words, HasSubstr("from 73 degrees on"));
+    EXPECT_GT(settled(kExponential, 60.0, 4.0), 999.0);
+}
+
+TEST(Thermal, TooMuchPowerIsNoRunaway)
+{
+    const OperatingPoint point = findOperatingPoint([](double) { return 500.0; }, 25.0, 1.0);
+    EXPECT_FALSE(point.converged);
+    EXPECT_THAT(point.words, HasSubstr("no equilibrium below 200 degrees"));
+}
+
+TEST(Thermal, TheLowestOfTwoEquilibriaCounts)
+{
+    // e^(0.03 (T - 25)) crosses the cooling's line twice.
+    const OperatingPoint point = findOperatingPoint(kExponential, 25.0, 1.5);
+    EXPECT_TRUE(point.converged) << point.words;
+    EXPECT_LT(point.loopGain, 1.0);
+    EXPECT_NEAR(point.junction, settled(kExponential, 25.0, 1.5), 1e-3);
+}
+
+TEST(Thermal, HighestAmbientAgreesWithBisection)
+{
+    for (const double theta : {0.3, 1.0, 3.0, 6.0}) {
+        for (const double limit : {70.0, 85.0, 125.0}) {
+            const double expected = bisect(
+                -400.0, limit + 1.0, [&](double ambient) { return settled(kExponential, ambient, theta) <= limit; });
+            EXPECT_NEAR(highestAmbient(kExponential, theta, limit), expected, 2e-3)
+                << "theta " << theta << ", limit " << limit;
+        }
+    }
+}
+
+TEST(Thermal, LargestThetaAgreesWithBisection)
+{
+    for (const double ambient : {-20.0, 25.0, 60.0}) {
+        for (const double limit : {70.0, 85.0, 125.0}) {
+            const double expected =
+                bisect(0.0, 1000.0, [&](double theta) { return settled(kExponential, ambient, theta) <= limit; });
+            const auto theta = largestThetaJA(kExponential, ambient, limit);
+            ASSERT_TRUE(theta.has_value());
+            EXPECT_NEAR(*theta, expected, 2e-3 * expected) << "ambient " << ambient << ", limit " << limit;
+        }
+    }
+    EXPECT_EQ(largestThetaJA(kExponential, 100.0, 85.0), std::nullopt);
+    EXPECT_EQ(largestThetaJA([](double) { return 0.0; }, 25.0, 85.0), HUGE_VAL);
+}
+
+} // namespace

@@ -1,0 +1,126 @@
+#include "Tool.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using namespace zelm::test;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+const std::string kBram = R"({"groups": [{"block": "Bram"}])";
+
+class Tool : public testing::Test {
+protected:
+    void expectUserError(const std::string& arguments, const std::string& words)
+    {
+        const ToolRun result = scratch.run(arguments);
+        EXPECT_EQ(result.code, 2) << arguments;
+        EXPECT_THAT(result.out, IsEmpty()) << arguments;
+        EXPECT_THAT(result.err, HasSubstr(words)) << arguments;
+    }
+
+    const Scratch scratch;
+};
+
+TEST_F(Tool, EstimatesAndEndsWithZero)
+{
+    const ToolRun result = scratch.run("estimate " + scratch.write("d.json", kBram + "}"));
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("Dynamic power"));
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(Tool, ErrorsLeaveNothingOnStandardOutput)
+{
+    expectUserError("estimate /nonexistent.json", "zelm: /nonexistent.json: cannot be read");
+    const std::string broken = scratch.write("broken.json", "{\n\"groups\" [");
+    expectUserError("estimate " + broken, "zelm: " + broken + ":2:10: ");
+    expectUserError("estimate --json " + broken, broken + ":2:10: ");
+    expectUserError("calc Brem", "there is no block Brem; did you mean Bram?");
+    expectUserError("cells Brem", "there is no block Brem; did you mean Bram?");
+    expectUserError("calc Bram NUM_BRAM=1", "block Bram has no input NUM_BRAM; did you mean NUM_BRAMS?");
+    expectUserError("calc Bram NUM_BRAMS=a", "NUM_BRAMS takes a whole number of 32 bits, not \"a\"");
+    expectUserError("calc Bram PORT_A_CLOCK=inf", "PORT_A_CLOCK takes a finite number, not \"inf\"");
+    expectUserError("calc Bram NUM_BRAMS", "\"NUM_BRAMS\" is not of the form CELL=VALUE");
+    expectUserError("calc Bram VCCINT_POWER=1", "is computed, not an input");
+    expectUserError("frobnicate", "");
+    expectUserError("", "subcommand");
+    expectUserError("estimate", "design");
+    expectUserError("--datadir /nonexistent parts", "/nonexistent: this directory has no powercfg folder");
+    expectUserError("estimate " + scratch.write("d.json", kBram + "}") + " --html /nonexistent/r.html",
+                    "/nonexistent/r.html: cannot be written");
+}
+
+TEST_F(Tool, CheckEndsWithOneIfABudgetIsBroken)
+{
+    const std::string broken = scratch.write("b.json", kBram + R"(, "budgets": {"totalPower": 0}})");
+    const std::string kept = scratch.write("k.json", kBram + R"(, "budgets": {"totalPower": 1000}})");
+    EXPECT_EQ(scratch.run("estimate " + broken).code, 0);
+    EXPECT_EQ(scratch.run("estimate --check " + kept).code, 0);
+    const ToolRun result = scratch.run("estimate --check --junit " + scratch.path("j.xml") + " " + broken);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("budget broken: total power"));
+    EXPECT_THAT(Scratch::read(scratch.path("j.xml")), HasSubstr("failures=\"1\""));
+}
+
+TEST_F(Tool, CalcShowsBits)
+{
+    // 200 is 1.5625 x 2^7: exponent 127 + 7 = 0x86, fraction 0.5625 = 0x480000: 0x43480000.
+    const ToolRun bits = scratch.run("calc Bram --bits --json PORT_A_CLOCK=200");
+    ASSERT_EQ(bits.code, 0) << bits.err;
+    bool found = false;
+    for (const auto& cell : nlohmann::json::parse(bits.out)) {
+        if (cell.at("cell") != "PORT_A_CLOCK")
+            continue;
+        found = true;
+        EXPECT_EQ(cell.at("bits"), "43480000");
+        EXPECT_EQ(cell.at("value"), 200);
+        EXPECT_EQ(cell.at("origin"), "given");
+    }
+    EXPECT_TRUE(found) << bits.out;
+    EXPECT_THAT(scratch.run("calc Bram --bits PORT_A_CLOCK=200").out, HasSubstr("43480000"));
+}
+
+TEST_F(Tool, ListsSpeakJson)
+{
+    for (const std::string command :
+         {"blocks --json", "cells Bram --json", "parts --json", "standards --json", "schema"}) {
+        const ToolRun result = scratch.run(command);
+        EXPECT_EQ(result.code, 0) << command << "\n" << result.err;
+        EXPECT_FALSE(nlohmann::json::parse(result.out, nullptr, false).is_discarded()) << command;
+    }
+}
+
+TEST_F(Tool, SaysWhichDataWithVerbose)
+{
+    EXPECT_THAT(scratch.run("-v blocks").err, StartsWith("data: "));
+    const std::string data = scratch.copyData();
+    EXPECT_EQ(scratch.run("-v --datadir " + data + " blocks").err, "data: " + data + " (--datadir)\n");
+}
+
+TEST_F(Tool, MissingDataFileIsNamed)
+{
+    const std::string data = scratch.copyData();
+    std::filesystem::remove(Scratch::dataFile(data, "Bram"));
+    expectUserError("--datadir " + data + " calc Bram", "powercfg/orvane/ZelmOrvaneBramData.cfg");
+    EXPECT_EQ(scratch.run("--datadir " + data + " calc Plam").code, 0); // the other blocks still work
+}
+
+TEST_F(Tool, BrokenDataFileIsNamedWithItsLine)
+{
+    const std::string data = scratch.copyData();
+    std::ofstream(Scratch::dataFile(data, "Gorb")) << "ZelmOrvaneGorbData :\n{\n  SIM_CONDITIONS ; 1\n};\n";
+    expectUserError("--datadir " + data + " calc Gorb", Scratch::dataFile(data, "Gorb") + ":3: ");
+}
+
+TEST_F(Tool, MissingTableIsNamed)
+{
+    const std::string data = scratch.copyData();
+    std::ofstream(Scratch::dataFile(data, "Gorb")) << "ZelmOrvaneGorbData : { };\n";
+    expectUserError("--datadir " + data + " calc Gorb", "expected a group ZelmOrvaneGorbData.GORB_POWER_PARAM");
+}
+
+} // namespace
