@@ -2,6 +2,8 @@
 # Everything else is CMake: see CMakePresets.json.
 
 PRESET ?= release
+# Folders for `make tidy`; empty for all.
+TIDY ?=
 BUILD := build/$(PRESET)
 
 .PHONY: demo test build bench docs format format-check tidy asan tsan coverage clean
@@ -44,7 +46,7 @@ format-check:
 	tools/format --check
 
 tidy: build
-	tools/tidy $(BUILD)
+	tools/tidy $(BUILD) $(TIDY)
 
 clean:
 	rm -rf build
