@@ -195,7 +195,7 @@ bool Estimate::budgetBroken() const
     return std::any_of(budgets.begin(), budgets.end(), [](const BudgetResult& budget) { return budget.broken(); });
 }
 
-Estimate estimate(const Design& design)
+Estimate estimate(const Design& design, Curves curves)
 {
     refuseUnknownRails(design);
     Estimate result;
@@ -219,7 +219,7 @@ Estimate estimate(const Design& design)
                 result.warnings.push_back(fmt::format("the design uses {:g} {} of the {:g} that {} has", use.used,
                                                       use.resource, use.available, device->name));
         }
-        addStaticPower(result, *device, usedCounts(running, *device, design, result.carried));
+        addStaticPower(result, *device, usedCounts(running, *device, design, result.carried), curves);
     } else {
         Side side;
         side.junction = design.environment.junction.value_or(0.0);

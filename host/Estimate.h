@@ -92,7 +92,7 @@ struct Side {
     double totalWatts = 0.0;
     std::optional<double> highestAmbient;
     std::optional<double> largestThetaJA;
-    std::vector<std::pair<double, double>> curve; ///< total watts by junction temperature, for drawing
+    std::vector<std::pair<double, double>> curve; ///< total watts by junction temperature; empty unless drawn
 };
 
 struct CoolingResult {
@@ -131,6 +131,9 @@ struct Estimate {
     bool budgetBroken() const;
 };
 
-Estimate estimate(const Design& design);
+/// Whether sides get their curve: it takes most of the formulas' time, and only some reports draw it.
+enum class Curves { none, drawn };
+
+Estimate estimate(const Design& design, Curves curves = Curves::none);
 
 } // namespace zelm::host

@@ -128,7 +128,8 @@ private:
 
 } // namespace
 
-void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts)
+void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
+                    Curves curves)
 {
     const Environment& environment = estimate.design.environment;
     block("Static").load();
@@ -140,9 +141,14 @@ void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std:
 
     for (const std::string& process : processes) {
         StaticModel model(estimate, device, process, usedCounts);
+        std::map<double, double> known; // the questions below share temperatures
         const PowerCurve total = [&](double junction) {
-            model.evaluate(junction);
-            return estimate.dynamicWatts + model.watts();
+            const auto [watts, isNew] = known.try_emplace(junction);
+            if (isNew) {
+                model.evaluate(junction);
+                watts->second = estimate.dynamicWatts + model.watts();
+            }
+            return watts->second;
         };
         Side side;
         side.process = process;
@@ -152,9 +158,11 @@ void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std:
         } else {
             side.junction = environment.junction.value_or(kDefaultJunction);
         }
-        constexpr double curveStep = 5.0;
-        for (double t = kColdestCharacterised; t <= kHottestCharacterised; t += curveStep)
-            side.curve.emplace_back(t, total(t));
+        if (curves == Curves::drawn) {
+            constexpr double curveStep = 5.0;
+            for (double t = kColdestCharacterised; t <= kHottestCharacterised; t += curveStep)
+                side.curve.emplace_back(t, total(t));
+        }
         if (environment.junctionLimit && environment.ambient) {
             side.highestAmbient =
                 highestAmbient(total, environment.cooling.front().thetaJA, *environment.junctionLimit);

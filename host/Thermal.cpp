@@ -41,32 +41,87 @@ double argmax(const std::function<double(double)>& f, double low, double high)
 
 } // namespace
 
+namespace {
+
+// The excess of the heat flow over what the junction needs to stay where it is.
+using Excess = std::function<double(double junction)>;
+
+// Where a device that warms up from ambient settles. A step by the whole excess can't pass the first equilibrium where
+// power rises with temperature; nor can one to the zero of the line through the last two points where it rises ever
+// faster, as leakage does. Nothing if the steps lead nowhere, which the steps alone don't prove to be a runaway.
+std::optional<double> warmUp(const Excess& excess, double ambient)
+{
+    double before = ambient;
+    double excessBefore = excess(before);
+    if (excessBefore <= 0.0)
+        return before;
+    double here = before + excessBefore;
+    while (here < kHottestTried) {
+        const double excessHere = excess(here);
+        if (excessHere <= 0.0)
+            return root(excess, before, here);
+        const double fall = (excessBefore - excessHere) / (here - before);
+        if (!(fall > 0.0))
+            return std::nullopt;
+        const double step = excessHere / fall;
+        if (step < kPrecision)
+            return here + step;
+        before = here;
+        excessBefore = excessHere;
+        here += step;
+    }
+    return std::nullopt;
+}
+
+// The same for any curve, slowly: looks everywhere, and within the steps next to where the excess is least.
+std::optional<double> search(const Excess& excess, double ambient)
+{
+    constexpr double step = 2.5;
+    constexpr int bits = 30;
+    double coolest = ambient;
+    double least = excess(ambient);
+    for (double low = ambient; low < kHottestTried; low += step) {
+        const double here = excess(low + step);
+        if (here <= 0.0)
+            return root(excess, low, low + step);
+        if (here < least) {
+            least = here;
+            coolest = low + step;
+        }
+    }
+    const auto [junction, lowest] =
+        boost::math::tools::brent_find_minima(excess, std::max(ambient, coolest - step), coolest + step, bits);
+    return lowest <= 0.0 ? std::optional(root(excess, std::max(ambient, coolest - step), junction)) : std::nullopt;
+}
+
+} // namespace
+
 OperatingPoint findOperatingPoint(const PowerCurve& power, double ambient, double thetaJA)
 {
-    // The excess of the heat flow over what the junction needs to stay where it is. It is positive at ambient; the
-    // first zero above is where the device settles.
-    const auto excess = [&](double junction) { return ambient + thetaJA * power(junction) - junction; };
+    const Excess excess = [&](double junction) { return ambient + thetaJA * power(junction) - junction; };
     OperatingPoint point;
-    constexpr double step = 2.5;
-    double low = ambient;
-    while (low < kHottestTried) {
-        const double high = low + step;
-        if (excess(high) <= 0.0) {
-            point.junction = excess(low) <= 0.0 ? low : root(excess, low, high);
-            point.power = power(point.junction);
-            point.loopGain = thetaJA * slope(power, point.junction);
-            point.converged = point.loopGain < 1.0;
-            point.words =
-                point.converged
-                    ? fmt::format("settles at {:.2f} degrees: a rise of 1 degree adds {:.3f} degrees of heating, "
-                                  "which is below 1",
-                                  point.junction, point.loopGain)
-                    : fmt::format(
-                          "thermal runaway: at {:.2f} degrees a rise of 1 degree adds {:.3f} degrees of heating",
-                          point.junction, point.loopGain);
-            return point;
-        }
-        low = high;
+    if (const double watts = power(ambient); !(watts >= 0.0)) {
+        point.junction = ambient;
+        point.power = watts;
+        point.words = fmt::format("no operating point: the power at ambient is {:g} W, which no device has", watts);
+        return point;
+    }
+    std::optional<double> junction = warmUp(excess, ambient);
+    if (!junction)
+        junction = search(excess, ambient);
+    if (junction) {
+        point.junction = *junction;
+        point.power = power(point.junction);
+        point.loopGain = thetaJA * slope(power, point.junction);
+        point.converged = point.loopGain < 1.0;
+        point.words =
+            point.converged
+                ? fmt::format("settles at {:.2f} degrees: a rise of 1 degree adds {:.3f} degrees of heating, which is "
+                              "below 1",
+                              point.junction, point.loopGain)
+                : fmt::format("thermal runaway: at {:.2f} degrees a rise of 1 degree adds {:.3f} degrees of heating",
+                              point.junction, point.loopGain);
+        return point;
     }
     // No equilibrium: name the temperature at which the loop gain reached 1, where the last hope ended.
     double gainOne = ambient;
@@ -93,7 +148,7 @@ double highestAmbient(const PowerCurve& power, double thetaJA, double junctionLi
 
 std::optional<double> largestThetaJA(const PowerCurve& power, double ambient, double junctionLimit)
 {
-    if (junctionLimit <= ambient)
+    if (junctionLimit < ambient)
         return std::nullopt;
     const auto thetaFor = [&](double junction) {
         const double watts = power(junction);

@@ -43,7 +43,8 @@ struct EstimateOptions {
 
 int runEstimate(const EstimateOptions& options, bool verbose, std::string& out)
 {
-    const Estimate result = estimate(readDesign(options.design));
+    const bool drawn = options.json || !options.html.empty();
+    const Estimate result = estimate(readDesign(options.design), drawn ? Curves::drawn : Curves::none);
     if (options.json)
         out += jsonReport(result).dump(2) + "\n";
     else if (options.csv)

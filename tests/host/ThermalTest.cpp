@@ -108,6 +108,51 @@ TEST(Thermal, TheLowestOfTwoEquilibriaCounts)
     EXPECT_NEAR(point.junction, settled(kExponential, 25.0, 1.5), 1e-3);
 }
 
+TEST(Thermal, TwoEquilibriaCloserThanAnyStepAreFound)
+{
+    // With theta 4, ambient + 4 P(T) - T is least at T0 = 25 + ln(1 / 0.24) / 0.03, by ambient + const - T0: ambients
+    // just below the one that makes this 0 have two equilibria next to T0, those just above have none.
+    const double tangent = 25.0 + std::log(1.0 / 0.24) / 0.03;
+    const double limit = tangent - 4.0 * kExponential(tangent);
+    for (const double below : {1.0, 1e-2, 1e-3, 1e-4}) {
+        const OperatingPoint point = findOperatingPoint(kExponential, limit - below, 4.0);
+        EXPECT_TRUE(point.converged) << below << " below: " << point.words;
+        EXPECT_LT(point.junction, tangent);
+        EXPECT_NEAR(point.junction, settled(kExponential, limit - below, 4.0), 2e-2) << below;
+        EXPECT_FALSE(findOperatingPoint(kExponential, limit + below, 4.0).converged) << below << " above";
+    }
+}
+
+TEST(Thermal, CurvesThatFlattenOrFallAreFollowedToo)
+{
+    // Not what leakage does, but what a table can say: the first crossing counts all the same.
+    const PowerCurve flattening = [](double t) { return 60.0 - 40.0 * std::exp(-0.05 * (t - 25.0)); };
+    const PowerCurve falling = [](double t) { return 30.0 - 0.1 * t; };
+    const OperatingPoint flat = findOperatingPoint(flattening, 25.0, 1.0);
+    EXPECT_TRUE(flat.converged) << flat.words;
+    EXPECT_NEAR(flat.junction, settled(flattening, 25.0, 1.0), 1e-3);
+    EXPECT_NEAR(findOperatingPoint(falling, 20.0, 2.0).junction, 80.0 / 1.2, 1e-3); // T = 20 + 2 (30 - 0.1 T)
+}
+
+TEST(Thermal, NegativePowerIsNoOperatingPoint)
+{
+    const OperatingPoint point = findOperatingPoint([](double) { return -3.0; }, 25.0, 1.0);
+    EXPECT_FALSE(point.converged);
+    EXPECT_THAT(point.words, HasSubstr("-3 W, which no device has"));
+    EXPECT_FALSE(findOperatingPoint([](double) { return std::nan(""); }, 25.0, 1.0).converged);
+}
+
+TEST(Thermal, AFewEvaluationsSuffice)
+{
+    int evaluations = 0;
+    const PowerCurve counted = [&](double t) {
+        ++evaluations;
+        return kExponential(t);
+    };
+    findOperatingPoint(counted, 25.0, 1.0);
+    EXPECT_LE(evaluations, 12); // each one is a whole static power model
+}
+
 TEST(Thermal, HighestAmbientAgreesWithBisection)
 {
     for (const double theta : {0.3, 1.0, 3.0, 6.0}) {
@@ -132,6 +177,7 @@ TEST(Thermal, LargestThetaAgreesWithBisection)
         }
     }
     EXPECT_EQ(largestThetaJA(kExponential, 100.0, 85.0), std::nullopt);
+    EXPECT_EQ(largestThetaJA(kExponential, 85.0, 85.0), 0.0);
     EXPECT_EQ(largestThetaJA([](double) { return 0.0; }, 25.0, 85.0), HUGE_VAL);
 }
 
