@@ -6,7 +6,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <cstdint>
+#include <limits>
 
 namespace zelm::host {
 
@@ -14,10 +15,11 @@ namespace {
 
 constexpr int kChannelsPerQuad = 4;
 
-// How many units of a cell a group has in all; without a cell, how many instances.
-int units(const Running& group, std::string_view cell)
+// How many units of a cell a group has in all; without a cell, how many instances. Counts of counts outgrow an int.
+std::int64_t units(const Running& group, std::string_view cell)
 {
-    return cell.empty() ? group.count : group.whole(cell) * group.count;
+    const std::int64_t instances = group.count;
+    return cell.empty() ? instances : instances * group.whole(cell);
 }
 
 struct Count {
@@ -85,9 +87,16 @@ constexpr Use kUses[] = {
     {"HARL", "Harl", ""},
 };
 
-int roundedUp(int units, int perCount)
+std::int64_t roundedUp(std::int64_t units, int perCount)
 {
     return (units + perCount - 1) / perCount;
+}
+
+// What a cell can hold of a count: the largest int stands for an unset one.
+int forCell(std::int64_t count)
+{
+    constexpr std::int64_t most = std::numeric_limits<int>::max() - 1;
+    return static_cast<int>(std::clamp<std::int64_t>(count, 0, most));
 }
 
 bool counts(const Use& use, const Running& group)
@@ -125,15 +134,15 @@ std::map<std::string, int> usedCounts(const std::vector<Running>& groups, const 
 {
     std::map<std::string, int> used;
     for (const Count& count : kCounts) {
-        int sum = 0;
+        std::int64_t sum = 0;
         for (const Running& group : groups) {
             if (group.block->name == count.block)
                 sum += units(group, count.cell);
         }
-        used[std::string(count.staticCell)] = roundedUp(sum, count.perCount);
+        used[std::string(count.staticCell)] = forCell(roundedUp(sum, count.perCount));
     }
     for (const BankKind& kind : kBankKinds) {
-        std::map<std::string, int> pins;
+        std::map<std::string, std::int64_t> pins;
         for (const Running& group : groups) {
             if (group.block->name == kind.block)
                 pins[group.bankRail()] += group.count;
@@ -144,7 +153,7 @@ std::map<std::string, int> usedCounts(const std::vector<Running>& groups, const 
         }
         for (const auto& [rail, number] : pins) {
             if (block("Static").findCell(bankCell(rail, kind)))
-                used[bankCell(rail, kind)] = roundedUp(number, pinsPerBank(device, kind.words));
+                used[bankCell(rail, kind)] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
         }
     }
     for (const auto& [cell, value] : design.staticInputs)
@@ -161,7 +170,7 @@ std::vector<Utilisation> utilisation(const std::vector<Running>& groups, const R
         const auto available = device.resources.find(std::string(use.resource));
         if (available == device.resources.end())
             continue;
-        int sum = 0;
+        std::int64_t sum = 0;
         for (const Running& group : groups) {
             if (counts(use, group))
                 sum += units(group, use.cell);
@@ -170,7 +179,7 @@ std::vector<Utilisation> utilisation(const std::vector<Running>& groups, const R
                                   [&](const Utilisation& known) { return known.resource == use.resource; });
         if (entry == result.end())
             entry = result.insert(entry, {std::string(use.resource), 0.0, static_cast<double>(available->second)});
-        entry->used += roundedUp(sum, use.perUnit);
+        entry->used += static_cast<double>(roundedUp(sum, use.perUnit));
     }
     std::erase_if(result, [](const Utilisation& use) { return use.used == 0.0 && use.available == 0.0; });
     return result;

@@ -92,10 +92,11 @@ std::string screenWord(const std::string& letter)
     return letter == "S" ? "STANDARD" : letter == "L" ? "LOW" : letter;
 }
 
-void requireOneOf(const std::string& what, const std::string& word, const std::vector<std::string>& legal)
+void requireOneOf(const std::string& place, const std::string& what, const std::string& word,
+                  const std::vector<std::string>& legal)
 {
     if (std::find(legal.begin(), legal.end(), word) == legal.end())
-        throw Error(fmt::format("device: there is no {} {}; legal: {}", what, word, fmt::join(legal, ", ")));
+        throw Error(fmt::format("{}: there is no {} {}; legal: {}", place, what, word, fmt::join(legal, ", ")));
 }
 
 // What the parts model says of a part; an empty resource leaves the default.
@@ -125,17 +126,19 @@ std::map<std::string, int> resourcesOf(const std::string& family, const std::str
 }
 
 // One grade: the design's own word, else the part's, else the static model's default. The two must not contradict.
-std::string grade(const char* field, const std::string& given, const std::string& ofPart, const char* cell)
+std::string grade(const std::string& place, const std::string& given, const std::string& ofPart, const char* cell)
 {
     if (!given.empty() && !ofPart.empty() && given != ofPart)
-        throw Error(fmt::format("device.{}: the design says {}, its part says {}", field, given, ofPart));
+        throw Error(fmt::format("{}: the design says {}, its part says {}", place, given, ofPart));
     return !given.empty() ? given : !ofPart.empty() ? ofPart : constantDefault(statics().cell(cell));
 }
 
 } // namespace
 
-ResolvedDevice resolve(const Device& device)
+ResolvedDevice resolve(const Design& design)
 {
+    const Device& device = design.device.value();
+    const auto place = [&](const char* field) { return design.source.at(std::string("device.") + field); };
     const auto& catalogue = ZelmOrvanePartsData::getGlobal();
     const std::vector<std::string> devices = sortedKeys(parts(), {"DEVICE_TO_FAMILY_MAP"});
     const std::vector<std::string> orderable = orderableParts();
@@ -146,8 +149,8 @@ ResolvedDevice resolve(const Device& device)
         std::vector<std::string> known = orderable;
         for (const std::string& d : devices)
             known.push_back(upper(d));
-        throw Error(fmt::format("device.part: there is no part or device {}{}; devices: {} (zelm parts lists all)",
-                                device.part, suggestion(device.part, known),
+        throw Error(fmt::format("{}: there is no part or device {}{}; devices: {} (zelm parts lists all)",
+                                place("part"), device.part, suggestion(device.part, known),
                                 upper(fmt::format("{}", fmt::join(devices, ", ")))));
     }
 
@@ -165,32 +168,39 @@ ResolvedDevice resolve(const Device& device)
     // A device without a package is asked for by its name and the separator.
     const std::string asked = isPart ? device.part : name + "_";
     if (isPart && ask(resolved.family, device.part, "")[ZelmOrvanePartsParams::IS_PART_SUPPORTED] == "No")
-        throw Error(fmt::format("device.family: {} is not in the {}; it is in the {}", device.part, resolved.family,
-                                catalogue.getDeviceToFamilyMap(name)));
+        throw Error(fmt::format("{}: {} is not in the {}; it is in the {}", place("family"), device.part,
+                                resolved.family, catalogue.getDeviceToFamilyMap(name)));
     resolved.resources = resourcesOf(resolved.family, asked);
 
     const auto ofPart = [&](PartField field) { return isPart && fields.size() >= gradedFields ? fields[field] : ""; };
     resolved.process = device.process.empty() ? constantDefault(statics().cell("PROCESS")) : device.process;
-    const std::string speed = grade("speedGrade", device.speedGrade, ofPart(speedField), "SPEED_GRADE");
-    const std::string voltage = grade("voltageGrade", device.voltageGrade, ofPart(voltageField), "VOLTAGE_GRADE");
+    const std::string speed = grade(place("speedGrade"), device.speedGrade, ofPart(speedField), "SPEED_GRADE");
+    const std::string voltage =
+        grade(place("voltageGrade"), device.voltageGrade, ofPart(voltageField), "VOLTAGE_GRADE");
     const std::string screen =
-        grade("powerScreen", device.powerScreen, screenWord(ofPart(screenField)), "POWER_SCREEN");
-    const std::string temperature =
-        grade("temperatureGrade", device.temperatureGrade, temperatureWord(ofPart(temperatureField)), "TEMP_GRADE");
-    const std::string overdrive = grade("overdrive", device.overdrive, "", "OVER_DRIVE");
+        grade(place("powerScreen"), device.powerScreen, screenWord(ofPart(screenField)), "POWER_SCREEN");
+    const std::string temperature = grade(place("temperatureGrade"), device.temperatureGrade,
+                                          temperatureWord(ofPart(temperatureField)), "TEMP_GRADE");
+    const std::string overdrive = grade(place("overdrive"), device.overdrive, "", "OVER_DRIVE");
 
     const Block& table = statics();
-    requireOneOf("device with leakage data,", resolved.name, sortedKeys(table, {"TOTAL_POWER_FACTORS"}));
-    requireOneOf("process", resolved.process, sortedKeys(table, {"VT_COEFFICIENT", resolved.name}));
+    requireOneOf(place("part"), "device with leakage data,", resolved.name, sortedKeys(table, {"TOTAL_POWER_FACTORS"}));
+    requireOneOf(place("process"), "process", resolved.process, sortedKeys(table, {"VT_COEFFICIENT", resolved.name}));
     // A combination of grades is a path through the tree of SKUs.
     std::vector<std::string> path{"SKU_LIST"};
-    const std::array<std::pair<const char*, std::string>, 5> grades{{{"speed grade", "SPEED_" + speed},
-                                                                     {"voltage grade", voltage},
-                                                                     {"power screen", screen},
-                                                                     {"temperature grade", temperature},
-                                                                     {"overdrive", overdrive}}};
-    for (const auto& [what, word] : grades) {
+    struct Grade {
+        const char* field;
+        const char* what;
+        std::string word;
+    };
+    const std::array<Grade, 5> grades{{{"speedGrade", "speed grade", "SPEED_" + speed},
+                                       {"voltageGrade", "voltage grade", voltage},
+                                       {"powerScreen", "power screen", screen},
+                                       {"temperatureGrade", "temperature grade", temperature},
+                                       {"overdrive", "overdrive", overdrive}}};
+    for (const auto& [field, what, word] : grades) {
         requireOneOf(
+            place(field),
             path.size() == 1 ? what : fmt::format("{} (with {})", what, fmt::join(path.begin() + 1, path.end(), ", ")),
             word, sortedKeys(table, path));
         path.push_back(word);

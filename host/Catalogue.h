@@ -20,8 +20,8 @@ struct ResolvedDevice {
     std::map<std::string, int> resources;
 };
 
-/// Finds the device and checks its grades; an Error names the legal words.
-ResolvedDevice resolve(const Device& device);
+/// Finds the device of a design that names one, and checks its grades; an Error names the legal words.
+ResolvedDevice resolve(const Design& design);
 
 /// The table of devices, packages, grades and resources.
 std::string listParts(bool json);

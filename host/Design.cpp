@@ -1,7 +1,6 @@
 #include "host/Design.h"
 
 #include "host/Error.h"
-#include "host/Json.h"
 #include "host/Text.h"
 
 #include <fmt/format.h>
@@ -17,27 +16,26 @@ namespace zelm::host {
 
 namespace {
 
-// A place in the file, and the words in which it is named: groups[2].inputs.CLOCK_FREQ.
+// A place in the file by its path: groups[2].inputs.CLOCK_FREQ.
 class Place {
 public:
-    Place(const std::string& file, std::string path) : m_file(&file), m_path(std::move(path)) {}
+    Place(const JsonSource& source, std::string path) : m_source(&source), m_path(std::move(path)) {}
 
     Place field(const std::string& name) const
     {
-        return {*m_file, m_path.empty() ? name : m_path + "." + name};
+        return {*m_source, m_path.empty() ? name : m_path + "." + name};
     }
     Place element(std::size_t index) const
     {
-        return {*m_file, fmt::format("{}[{}]", m_path, index)};
+        return {*m_source, fmt::format("{}[{}]", m_path, index)};
     }
     [[noreturn]] void fail(const std::string& message) const
     {
-        throw Error(m_path.empty() ? fmt::format("{}: {}", *m_file, message)
-                                   : fmt::format("{}: {}: {}", *m_file, m_path, message));
+        throw Error(fmt::format("{}: {}", m_source->at(m_path), message));
     }
 
 private:
-    const std::string* m_file;
+    const JsonSource* m_source;
     std::string m_path;
 };
 
@@ -112,8 +110,8 @@ public:
     {
         for (const auto& [name, value] : m_object->items()) {
             if (std::find(m_known.begin(), m_known.end(), name) == m_known.end())
-                m_place.fail(fmt::format("there is no field \"{}\" here{}; known fields: {}", name,
-                                         suggestion(name, m_known), fmt::join(m_known, ", ")));
+                place(name).fail(fmt::format("there is no field of this name here{}; known fields: {}",
+                                             suggestion(name, m_known), fmt::join(m_known, ", ")));
         }
     }
 
@@ -145,6 +143,14 @@ Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
     constexpr double most = 3.4e38;
     return static_cast<float>(Fields::number(value, where, -most, most, cell.unit.data()));
 }
+
+// Inputs of the static power model that have a field of their own, so that no two can contradict.
+constexpr std::pair<std::string_view, std::string_view> kElsewhere[] = {
+    {"DEVICE_NAME", "device.part"},         {"PROCESS", "device.process"},
+    {"SPEED_GRADE", "device.speedGrade"},   {"VOLTAGE_GRADE", "device.voltageGrade"},
+    {"POWER_SCREEN", "device.powerScreen"}, {"TEMP_GRADE", "device.temperatureGrade"},
+    {"OVER_DRIVE", "device.overdrive"},     {"JUNCTION_TEMPERATURE", "environment.junctionTemperature"},
+};
 
 // The input of that name among the blocks that the group's inputs reach.
 const ZelmCellInfo& findInput(const std::vector<const Block*>& blocks, const std::string& name)
@@ -258,37 +264,6 @@ Device readDevice(const Json& value, const Place& where)
     return device;
 }
 
-// Parses text; a field that stands twice in an object is a mistake, of which JSON would keep the last in silence.
-Json parseJson(const std::string& file, const std::string& text)
-{
-    std::vector<std::set<std::string>> open;
-    std::string twice;
-    const auto watch = [&](int, nlohmann::detail::parse_event_t event, const Json& parsed) {
-        if (event == nlohmann::detail::parse_event_t::object_start)
-            open.emplace_back();
-        else if (event == nlohmann::detail::parse_event_t::object_end)
-            open.pop_back();
-        else if (event == nlohmann::detail::parse_event_t::key && !open.back().insert(parsed.get<std::string>()).second)
-            twice = parsed.get<std::string>();
-        return true;
-    };
-    try {
-        Json root = Json::parse(text, watch);
-        if (!twice.empty())
-            throw Error(fmt::format("{}: the field \"{}\" stands twice in one object", file, twice));
-        return root;
-    } catch (const Json::parse_error& error) {
-        const std::string_view before = std::string_view(text).substr(0, error.byte == 0 ? 0 : error.byte - 1);
-        const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-        const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
-        std::string_view what = error.what();
-        what.remove_prefix(std::min(what.size(), what.find(": ") + 2));
-        throw Error(fmt::format("{}:{}:{}: {}", file, line, before.size() - lineStart + 1, what));
-    } catch (const Json::out_of_range& error) {
-        throw Error(fmt::format("{}: {}", file, error.what()));
-    }
-}
-
 } // namespace
 
 const Value* Group::input(std::string_view cell) const
@@ -314,11 +289,11 @@ Design parseDesign(const std::string& file, const std::string& text)
 {
     constexpr double mostVolts = 100.0;
     constexpr double mostAmperes = 1e5;
-    const Json root = parseJson(file, text);
-    const Place where(file, "");
-    Fields fields(root, where);
     Design design;
-    design.file = file;
+    design.source.file = file;
+    const Json root = parseJson(text, design.source);
+    const Place where(design.source, "");
+    Fields fields(root, where);
     design.name = fields.text("name", file);
     fields.take("$schema");
     fields.take("description");
@@ -349,8 +324,10 @@ Design parseDesign(const std::string& file, const std::string& text)
     if (const Json* inputs = fields.take("static")) {
         design.staticInputs = readInputs(inputs, {&block("Static")}, fields.place("static"));
         for (const auto& [cell, value] : design.staticInputs) {
-            if (cell == "PROCESS" || cell == "JUNCTION_TEMPERATURE" || cell == "DEVICE_NAME")
-                fields.place("static").field(cell).fail("give it under device or environment");
+            for (const auto& [taken, place] : kElsewhere) {
+                if (cell == taken)
+                    fields.place("static").field(cell).fail(fmt::format("give it as {}", place));
+            }
         }
     }
     const Json* groups = fields.take("groups");

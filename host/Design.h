@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Block.h"
+#include "host/JsonSource.h"
 
 #include <map>
 #include <optional>
@@ -51,7 +52,7 @@ struct Budgets {
 };
 
 struct Design {
-    std::string file;
+    JsonSource source;
     std::string name;
     std::optional<Device> device;
     Environment environment;
@@ -62,7 +63,7 @@ struct Design {
     std::vector<Group> groups;
 };
 
-/// Reads a design file. Whatever is wrong with it is an Error that tells file, place and what was expected.
+/// Reads a design file. Whatever is wrong with it is an Error that tells file, line, place and what was expected.
 Design readDesign(const std::string& file);
 Design parseDesign(const std::string& file, const std::string& text);
 

@@ -47,13 +47,14 @@ double railVolts(const Running& group, const std::string& rail, const RailVolts&
 }
 
 // How many units a group stands for where its block estimates only one.
-int multiplier(const Running& group)
+double multiplier(const Running& group)
 {
+    double units = group.count;
     for (const PerUnit& rule : perUnit()) {
-        if (rule.block == group.block->name)
-            return group.count * (group.get(rule.cell).index() == 0 ? 1 : group.whole(rule.cell));
+        if (rule.block == group.block->name && group.get(rule.cell).index() != 0)
+            units *= group.whole(rule.cell);
     }
-    return group.count;
+    return units;
 }
 
 GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::string>& warnings)
@@ -160,8 +161,8 @@ void refuseUnknownRails(const Design& design)
     const std::vector<std::string> known = railNames();
     const auto check = [&](const std::string& rail, const char* where) {
         if (std::find(known.begin(), known.end(), rail) == known.end())
-            throw Error(fmt::format("{}: {}.{}: there is no rail of this name{}", design.file, where, rail,
-                                    suggestion(rail, known)));
+            throw Error(fmt::format("{}: there is no rail of this name{}",
+                                    design.source.at(fmt::format("{}.{}", where, rail)), suggestion(rail, known)));
     };
     for (const auto& [rail, volts] : design.rails)
         check(rail, "rails");
@@ -203,7 +204,7 @@ Estimate estimate(const Design& design, Curves curves)
 
     std::optional<ResolvedDevice> device;
     if (design.device)
-        device = resolve(*design.device);
+        device = resolve(design);
     const RailVolts rails(design, device ? &*device : nullptr);
 
     std::vector<Running> running = start(design, rails, device ? &*device : nullptr, result.carried, result.warnings);

@@ -69,6 +69,21 @@ TEST(Carry, UsedCountsAreSumsOverGroups)
     EXPECT_EQ(carriedTo(result, "Static.USED_PLAMS_ACTIVE"), "0");
 }
 
+TEST(Carry, CountsBeyondAnIntAreNotWrapped)
+{
+    // 2e9 x 1e6 overflows 32 bits; the static model's input holds no more than the largest int but one.
+    const Estimate result =
+        onDevice(R"({"block": "Bram", "name": "a", "count": 1000000, "inputs": {"NUM_BRAMS": 2000000000}},
+                    {"block": "Selv", "name": "s", "count": 1000000}, {"block": "Selv", "name": "t", "count": 1000000},
+                    {"block": "DspCplx", "name": "d", "count": 1000000, "inputs": {"NUM_DSP": 2000000000}})");
+    EXPECT_EQ(carriedTo(result, "Static.USED_BRAMS_ACTIVE"), "2147483646");
+    EXPECT_THAT(result.warnings, Contains(HasSubstr("uses 2e+15 BRAM of the 967")));
+    EXPECT_THAT(result.warnings, Contains(HasSubstr("uses 2e+06 SELV_IO of the 648")));
+    const Estimate one = onDevice(R"({"block": "DspCplx", "name": "d", "inputs": {"NUM_DSP": 1}})");
+    ASSERT_GT(one.dynamicWatts, 0.0);
+    EXPECT_DOUBLE_EQ(groupOf(result, "d").watts, 2e15 * groupOf(one, "d").watts);
+}
+
 TEST(Carry, BanksAreCountedByVoltage)
 {
     const Estimate result = onDevice(

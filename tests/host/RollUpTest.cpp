@@ -126,7 +126,7 @@ TEST_P(Example, StaticPowerIsTheModelsAtTheJunction)
         GTEST_SKIP() << "a design without a device";
     const Block& block = zelm::host::block("Static");
     block.load();
-    const ResolvedDevice device = resolve(*estimate.design.device);
+    const ResolvedDevice device = resolve(estimate.design);
     for (const Side& side : estimate.sides) {
         ZelmOrvaneStaticParams params;
         const auto set = [&](std::string_view cellName, const Value& value) {
@@ -194,7 +194,7 @@ TEST_P(Example, JunctionIsTheFixedPointOfItsOwnCurve)
             break;
         junction = next;
     }
-    EXPECT_NEAR(side.junction, junction, 0.001) << estimate.design.file;
+    EXPECT_NEAR(side.junction, junction, 0.001) << estimate.design.source.file;
     EXPECT_NEAR(side.junction, *estimate.design.environment.ambient + theta * side.totalWatts, 0.001);
 }
 
