@@ -7,10 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <set>
-#include <sstream>
 
 namespace zelm::host {
 
@@ -285,16 +283,15 @@ std::vector<const Block*> inputBlocks(const Block& own)
     return reached;
 }
 
-Design parseDesign(const std::string& file, const std::string& text)
+Design readDesign(const Json& root, const JsonSource& source)
 {
     constexpr double mostVolts = 100.0;
     constexpr double mostAmperes = 1e5;
     Design design;
-    design.source.file = file;
-    const Json root = parseJson(text, design.source);
+    design.source = source;
     const Place where(design.source, "");
     Fields fields(root, where);
-    design.name = fields.text("name", file);
+    design.name = fields.text("name", source.file);
     fields.take("$schema");
     fields.take("description");
     if (const Json* device = fields.take("device"))
@@ -347,13 +344,18 @@ Design parseDesign(const std::string& file, const std::string& text)
     return design;
 }
 
+Design parseDesign(const std::string& file, const std::string& text)
+{
+    JsonSource source{file, {}};
+    const Json root = parseJson(text, source);
+    return readDesign(root, source);
+}
+
 Design readDesign(const std::string& file)
 {
-    std::ifstream in(file);
-    std::ostringstream text;
-    if (!in || !(text << in.rdbuf()))
-        throw Error(fmt::format("{}: cannot be read, or is empty", file));
-    return parseDesign(file, text.str());
+    JsonSource source;
+    const Json root = readJson(file, source);
+    return readDesign(root, source);
 }
 
 } // namespace zelm::host

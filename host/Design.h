@@ -65,6 +65,7 @@ struct Design {
 
 /// Reads a design file. Whatever is wrong with it is an Error that tells file, line, place and what was expected.
 Design readDesign(const std::string& file);
+Design readDesign(const Json& root, const JsonSource& source);
 Design parseDesign(const std::string& file, const std::string& text);
 
 /// The blocks whose inputs a group of this block may set: a clock's inputs also reach the blocks that it feeds.

@@ -5,8 +5,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <string_view>
 #include <vector>
 
@@ -160,6 +162,16 @@ Json parseJson(const std::string& text, JsonSource& source)
         what.remove_prefix(std::min(what.size(), what.find("] ") + 2));
         throw Error(fmt::format("{}: {}", source.at(lines.field()), what));
     }
+}
+
+Json readJson(const std::string& file, JsonSource& source)
+{
+    std::ifstream in(file);
+    std::ostringstream text;
+    if (!in || !(text << in.rdbuf()))
+        throw Error(fmt::format("{}: cannot be read, or is empty", file));
+    source.file = file;
+    return parseJson(text.str(), source);
 }
 
 } // namespace zelm::host

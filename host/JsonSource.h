@@ -19,5 +19,7 @@ struct JsonSource {
 
 /// Parses text and fills source.lines. Bad syntax and fields that stand twice are an Error with file and line.
 Json parseJson(const std::string& text, JsonSource& source);
+/// The same for a file, whose name source takes.
+Json readJson(const std::string& file, JsonSource& source);
 
 } // namespace zelm::host

@@ -13,9 +13,9 @@ namespace zelm::host {
 
 namespace {
 
-std::string title(const std::string& text)
+std::string title(const Paint& paint, const std::string& text)
 {
-    return "\n" + text + "\n" + std::string(text.size(), '=') + "\n";
+    return fmt::format("\n{}\n{:=<{}}\n", paint.title(text), "", text.size());
 }
 
 std::string degrees(double value)
@@ -42,15 +42,18 @@ std::string railsTable(const Estimate& estimate)
     TextTable table(header);
     for (const RailResult& rail : side.rails) {
         const RailResult* other = both ? find(estimate.sides[1], rail.name) : nullptr;
-        if (rail.amperes() == 0.0 && rail.powerUpAmperes == 0.0 && (!other || other->amperes() == 0.0))
+        if (rail.amperes() == 0.0 && rail.powerUpAmperes == 0.0 &&
+            (!other || (other->amperes() == 0.0 && other->powerUpAmperes == 0.0)))
             continue;
+        // The model knows it for the worst case only.
+        const double powerUp = std::max(rail.powerUpAmperes, other ? other->powerUpAmperes : 0.0);
         std::vector<std::string> cells{rail.inside.empty() ? rail.name : rail.name + " *",
                                        fmt::format("{:.3f}", rail.volts),
                                        si(rail.dynamicAmperes, "A"),
                                        si(rail.staticAmperes, "A"),
                                        si(rail.amperes(), "A"),
                                        si(rail.watts(), "W"),
-                                       si(rail.powerUpAmperes, "A")};
+                                       si(powerUp, "A")};
         if (both)
             cells.push_back(other ? si(other->watts(), "W") : "");
         if (const auto regulator = estimate.design.regulators.find(rail.name);
@@ -137,16 +140,6 @@ std::string sidesTable(const Estimate& estimate)
     return text;
 }
 
-std::string escapedCsv(const std::string& text)
-{
-    if (text.find_first_of(",\"\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (const char c : text)
-        quoted += c == '"' ? "\"\"" : std::string(1, c);
-    return quoted + '"';
-}
-
 std::string escapedXml(const std::string& text)
 {
     std::string escaped;
@@ -165,7 +158,8 @@ std::string escapedXml(const std::string& text)
             escaped += "&quot;";
             break;
         default:
-            escaped += c;
+            // XML 1.0 can't hold the other control characters, not even escaped.
+            escaped += static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n' ? ' ' : c;
         }
     }
     return escaped;
@@ -253,45 +247,46 @@ Json groupJson(const GroupResult& group)
 
 } // namespace
 
-std::string textReport(const Estimate& estimate, bool verbose)
+std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint)
 {
     const Side& side = estimate.side();
-    std::string text = estimate.design.name + "\n";
+    std::string text = paint.title(estimate.design.name) + "\n";
     text += fmt::format("{} on the chip: {} dynamic, {} static", si(side.totalWatts, "W"),
                         si(estimate.dynamicWatts, "W"), si(side.staticWatts, "W"));
     text +=
         side.process.empty() ? "\n" : fmt::format(", process {}, junction {}\n", side.process, degrees(side.junction));
 
-    text += title("Groups") + groupsTable(estimate);
-    text += title("Rails") + railsTable(estimate);
+    text += title(paint, "Groups") + groupsTable(estimate);
+    text += title(paint, "Rails") + railsTable(estimate);
     if (!side.subsystems.empty()) {
-        text += title("Process sides") + sidesTable(estimate);
+        text += title(paint, "Process sides") + sidesTable(estimate);
         TextTable table({"Static power by subsystem", "Power"});
         for (const Subsystem& subsystem : side.subsystems)
             table.row({subsystem.cell, si(subsystem.watts, "W")});
-        text += title("Static power") + table.text();
+        text += title(paint, "Static power") + table.text();
     }
     if (estimate.cooling.size() > 1) {
         TextTable table({"Cooling", "thetaJA", "Junction", "Power", "Verdict"});
         for (const CoolingResult& result : estimate.cooling)
             table.row({result.cooling.name, fmt::format("{:.3f}", result.cooling.thetaJA),
                        degrees(result.point.junction), si(result.point.power, "W"),
-                       result.point.converged ? "settles" : result.point.words});
-        text += title("Cooling") + table.text();
+                       result.point.converged ? "settles" : paint.bad(result.point.words)});
+        text += title(paint, "Cooling") + table.text();
     }
     if (!estimate.utilisation.empty()) {
         TextTable table({"Resource", "Used", "Available", "Share"});
         for (const Utilisation& use : estimate.utilisation)
             table.row({use.resource, fmt::format("{:.0f}", use.used), fmt::format("{:.0f}", use.available),
                        use.available > 0.0 ? fmt::format("{:.1f} %", 100.0 * use.used / use.available) : "none there"});
-        text += title("Utilisation") + table.text();
+        text += title(paint, "Utilisation") + table.text();
     }
     if (!estimate.budgets.empty()) {
         TextTable table({"Budget", "Limit", "Actual", "Verdict"});
         for (const BudgetResult& budget : estimate.budgets)
             table.row({budget.name, fmt::format("{:g} {}", budget.limit, budget.unit),
-                       fmt::format("{:.4g} {}", budget.actual, budget.unit), budget.broken() ? "BROKEN" : "kept"});
-        text += title("Budgets") + table.text();
+                       fmt::format("{:.4g} {}", budget.actual, budget.unit),
+                       budget.broken() ? paint.bad("BROKEN") : paint.good("kept")});
+        text += title(paint, "Budgets") + table.text();
     }
     if (verbose) {
         TextTable table({"Group", "Input", "Value", "Unit", "Origin"});
@@ -300,18 +295,18 @@ std::string textReport(const Estimate& estimate, bool verbose)
                 table.row({group.name, input.cell, valueText(input.value), input.unit,
                            std::string(originWord(input.origin))});
         }
-        text += title("Inputs") + table.text();
+        text += title(paint, "Inputs") + table.text();
     }
     if (verbose && !estimate.carried.empty()) {
         TextTable table({"Carried from", "To", "Value"});
         for (const Carried& carried : estimate.carried)
             table.row({carried.from, carried.to, carried.value});
-        text += title("Carried between blocks") + table.text();
+        text += title(paint, "Carried between blocks") + table.text();
     }
     if (!estimate.warnings.empty()) {
-        text += title("Warnings");
+        text += title(paint, "Warnings");
         for (const std::string& warning : estimate.warnings)
-            text += "- " + warning + "\n";
+            text += paint.warning(fmt::format("- {}", warning)) + "\n";
     }
     return text;
 }

@@ -2,13 +2,14 @@
 
 #include "host/Estimate.h"
 #include "host/Json.h"
+#include "host/Terminal.h"
 
 #include <string>
 
 namespace zelm::host {
 
 /// The estimate as tables for a terminal; verbose adds the inputs and what was carried where.
-std::string textReport(const Estimate& estimate, bool verbose);
+std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint = Paint());
 /// The estimate as JSON, all of it.
 Json jsonReport(const Estimate& estimate);
 /// One row per group and rail, then one per rail and process.

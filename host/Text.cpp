@@ -32,11 +32,17 @@ std::size_t editDistance(std::string_view a, std::string_view b)
     return row[b.size()];
 }
 
-// Display columns of UTF-8 text: every byte that doesn't continue a character.
+// Display columns of UTF-8 text: every byte that neither continues a character nor is part of a colour's sequence.
 std::size_t width(std::string_view text)
 {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
+    std::size_t columns = 0;
+    bool escape = false;
+    for (const char c : text) {
+        escape = escape || c == '\x1b';
+        columns += !escape && (static_cast<unsigned char>(c) & 0xc0) != 0x80;
+        escape = escape && c != 'm';
+    }
+    return columns;
 }
 
 bool looksNumeric(std::string_view text)
@@ -88,16 +94,18 @@ std::string si(double value, std::string_view unit)
         const char* sign;
     };
     static constexpr std::array<Prefix, 5> prefixes{{{1.0, ""}, {1e-3, "m"}, {1e-6, "u"}, {1e-9, "n"}, {1e-12, "p"}}};
+    // Four digits; what rounds up to 1000 takes the next prefix.
+    constexpr double roundsUp = 0.99995;
     const double magnitude = std::fabs(value);
     Prefix chosen = prefixes.front();
     for (const Prefix& prefix : prefixes) {
         chosen = prefix;
-        if (magnitude >= prefix.factor || magnitude == 0.0)
+        if (magnitude >= roundsUp * prefix.factor || magnitude == 0.0)
             break;
     }
     const double scaled = value / chosen.factor;
     const double size = std::fabs(scaled);
-    const int decimals = size >= 999.95 ? 1 : size >= 99.995 ? 1 : size >= 9.9995 ? 2 : 3;
+    const int decimals = size >= 99.995 ? 1 : size >= 9.9995 ? 2 : 3;
     return fmt::format("{:.{}f} {}{}", scaled, decimals, chosen.sign, unit);
 }
 
@@ -106,6 +114,16 @@ std::string exactText(float value)
     std::array<char, 64> text{};
     const auto end = std::to_chars(text.data(), text.data() + text.size(), value);
     return {text.data(), end.ptr};
+}
+
+std::string escapedCsv(const std::string& text)
+{
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (const char c : text)
+        quoted += c == '"' ? "\"\"" : std::string(1, c);
+    return quoted + '"';
 }
 
 TextTable::TextTable(std::vector<std::string> header) : m_rows{std::move(header)}

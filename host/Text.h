@@ -18,6 +18,9 @@ std::string si(double value, std::string_view unit);
 /// The shortest text that reads back as the same float.
 std::string exactText(float value);
 
+/// A field of a CSV row, in quotes if it needs them.
+std::string escapedCsv(const std::string& text);
+
 /// Columns of text, the first left-aligned, the others right-aligned unless they are text.
 class TextTable {
 public:

@@ -8,6 +8,8 @@
 #include "host/IoBank.h"
 #include "host/Report.h"
 #include "host/Schema.h"
+#include "host/Sweep.h"
+#include "host/Terminal.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -50,7 +52,7 @@ int runEstimate(const EstimateOptions& options, bool verbose, std::string& out)
     else if (options.csv)
         out += csvReport(result);
     else
-        out += textReport(result, verbose);
+        out += textReport(result, verbose, Paint(takesColour(stdout)));
     if (!options.html.empty())
         writeFile(options.html, htmlReport(result));
     if (!options.junit.empty())
@@ -97,6 +99,7 @@ int run(int argc, char** argv)
     estimateCommand->callback([&] { action = [&] { return runEstimate(options, verbose, out); }; });
 
     bool asJson = false;
+    bool asCsv = false;
     std::string blockName;
     const auto show = [&](std::function<std::string()> text) {
         action = [&out, text = std::move(text)] {
@@ -104,6 +107,27 @@ int run(int argc, char** argv)
             return kSuccess;
         };
     };
+
+    std::string sweptDesign;
+    std::vector<std::string> variations;
+    CLI::App* sweepCommand = app.add_subcommand("sweep", "Estimate a design over ranges of its values");
+    sweepCommand->add_option("design", sweptDesign, "The design file (JSON)")->required();
+    sweepCommand
+        ->add_option("--vary", variations,
+                     "PATH=FROM:TO:STEP or PATH=VALUE,VALUE,...: environment.ambientTemperature=0:80:10, "
+                     "groups[line buffers].inputs.NUM_BRAMS=64,128; repeat it for combinations")
+        ->required()
+        ->allow_extra_args(false);
+    CLI::Option* sweepJson = sweepCommand->add_flag("--json", asJson, "Print JSON");
+    sweepCommand->add_flag("--csv", asCsv, "Print CSV")->excludes(sweepJson);
+    sweepCommand->callback([&] {
+        show([&] {
+            return sweep(sweptDesign, variations,
+                         asJson  ? SweepFormat::json
+                         : asCsv ? SweepFormat::csv
+                                 : SweepFormat::table);
+        });
+    });
 
     CLI::App* blocksCommand = app.add_subcommand("blocks", "List the resource kinds");
     blocksCommand->add_flag("--json", asJson, "Print JSON");
@@ -178,7 +202,7 @@ int main(int argc, char** argv)
     try {
         return run(argc, argv);
     } catch (const std::exception& error) {
-        fmt::print(stderr, "zelm: {}\n", error.what());
+        fmt::print(stderr, "{} {}\n", Paint(takesColour(stderr)).bad("zelm:"), error.what());
         return kUserError;
     }
 }

@@ -1,9 +1,11 @@
 #include "support/Bits.h"
 
 #include "host/Block.h"
+#include "host/Terminal.h"
 #include "host/Text.h"
 
 #include <cmath>
+#include <cstring>
 
 using namespace zelm::host;
 using testing::ElementsAre;
@@ -16,6 +18,9 @@ TEST(HostText, SiTakesPrefixAndFourDigits)
     EXPECT_EQ(si(0.00123, "W"), "1.230 mW");
     EXPECT_EQ(si(0.0, "W"), "0.000 W");
     EXPECT_EQ(si(1.0, "A"), "1.000 A");
+    EXPECT_EQ(si(0.99994, "W"), "999.9 mW");
+    EXPECT_EQ(si(0.99996, "W"), "1.000 W"); // not 1000.0 mW
+    EXPECT_EQ(si(-0.99996e-3, "W"), "-1.000 mW");
     EXPECT_EQ(si(12.345, "W"), "12.35 W");
     EXPECT_EQ(si(123.44, "W"), "123.4 W");
     EXPECT_EQ(si(-0.5, "W"), "-500.0 mW");
@@ -77,6 +82,28 @@ TEST(HostText, ValuesAsText)
     EXPECT_EQ(valueText(0.5f), "0.5");
     EXPECT_EQ(valueText(std::string("LUT")), "LUT");
     EXPECT_EQ(valueText({}), "unset");
+}
+
+TEST(TextTable, ColoursTakeNoColumns)
+{
+    TextTable plain({"A", "B"});
+    plain.row({"x", "good"});
+    plain.row({"y", "bad"});
+    TextTable painted({"A", "B"});
+    painted.row({"x", Paint(true).good("good")});
+    painted.row({"y", Paint(true).bad("bad")});
+    std::string text = painted.text();
+    EXPECT_THAT(text, testing::HasSubstr("\x1b[32mgood\x1b[0m"));
+    for (const char* code : {"\x1b[32m", "\x1b[1;31m", "\x1b[0m"}) {
+        for (std::size_t at = text.find(code); at != std::string::npos; at = text.find(code))
+            text.erase(at, std::strlen(code));
+    }
+    EXPECT_EQ(text, plain.text());
+}
+
+TEST(Paint, LeavesTextAloneWhereColoursDontBelong)
+{
+    EXPECT_EQ(Paint().bad("x") + Paint().good("y") + Paint().title("z") + Paint(false).warning("w"), "xyzw");
 }
 
 } // namespace

@@ -123,4 +123,38 @@ TEST_F(Tool, MissingTableIsNamed)
     expectUserError("--datadir " + data + " calc Gorb", "expected a group ZelmOrvaneGorbData.GORB_POWER_PARAM");
 }
 
+TEST_F(Tool, PaintsOnATerminalOnly)
+{
+    const std::string design = scratch.write("d.json", kBram + R"(, "budgets": {"totalPower": 0}})");
+    // script(1) gives its command a terminal, on which standard error comes out too.
+    const auto onTerminal = [&](const std::string& environment, const std::string& arguments) {
+        const std::string command = "env " + environment + " script -qec '" ZELM_TOOL " " + arguments +
+                                    "' /dev/null </dev/null >" + scratch.path("tty");
+        EXPECT_GE(std::system(command.c_str()), 0);
+        return Scratch::read(scratch.path("tty"));
+    };
+    EXPECT_THAT(onTerminal("-u NO_COLOR TERM=xterm", "estimate " + design), HasSubstr("\x1b[1;31mBROKEN\x1b[0m"));
+    EXPECT_THAT(onTerminal("-u NO_COLOR TERM=xterm", "calc Brem"),
+                HasSubstr("\x1b[1;31mzelm:\x1b[0m there is no block"));
+    for (const std::string environment : {"NO_COLOR=1 TERM=xterm", "-u NO_COLOR TERM=dumb"}) {
+        const std::string text = onTerminal(environment, "estimate " + design);
+        EXPECT_THAT(text, HasSubstr("BROKEN")) << environment;
+        EXPECT_THAT(text, testing::Not(HasSubstr("\x1b"))) << environment;
+    }
+    EXPECT_THAT(scratch.run("estimate " + design).out, testing::Not(HasSubstr("\x1b")));
+}
+
+TEST_F(Tool, ShowsProgressOfLongWorkOnATerminalOnly)
+{
+    const std::string design = scratch.write("d.json", R"({"device": {"part": "zq4410"}, "groups": []})");
+    const std::string sweep = "sweep --vary environment.junctionTemperature=0:100:0.2 --csv " + design;
+    const std::string command =
+        "TERM=xterm script -qec '" ZELM_TOOL " " + sweep + "' /dev/null </dev/null >" + scratch.path("tty");
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    EXPECT_THAT(Scratch::read(scratch.path("tty")), HasSubstr("\rsweeping [#"));
+    const ToolRun piped = scratch.run(sweep);
+    EXPECT_EQ(piped.code, 0);
+    EXPECT_THAT(piped.err, IsEmpty());
+}
+
 } // namespace

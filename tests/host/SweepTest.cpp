@@ -1,0 +1,152 @@
+#include "Designs.h"
+#include "Tool.h"
+
+#include "host/Sweep.h"
+
+#include <nlohmann/json.hpp>
+
+using namespace zelm::test;
+using namespace zelm::host;
+using testing::HasSubstr;
+
+namespace {
+
+// A design with the ambient temperature and the number of memories left open.
+std::string designText(const std::string& ambient, const std::string& memories, const std::string& process = "TYP")
+{
+    return R"({"device": {"part": "zq4410", "process": ")" + process + R"("},
+  "environment": {"ambientTemperature": )" +
+           ambient + R"(, "thetaJA": 1},
+  "budgets": {"totalPower": 4},
+  "groups": [{"block": "Signal"}, {"block": "Bram", "name": "line buffers", "inputs": {"NUM_BRAMS": )" +
+           memories + R"(, "MODE": "BLKM18"}}]})";
+}
+
+class SweepTest : public testing::Test {
+protected:
+    Json swept(const std::vector<std::string>& variations) const
+    {
+        return Json::parse(sweep(m_file, variations, SweepFormat::json));
+    }
+
+    std::string messageOf(const std::vector<std::string>& variations) const
+    {
+        try {
+            sweep(m_file, variations, SweepFormat::table);
+        } catch (const Error& error) {
+            return error.what();
+        }
+        return "no error";
+    }
+
+    static void expectPoint(const Json& point, const std::string& text)
+    {
+        const Estimate expected = estimateOf(text);
+        EXPECT_EQ(point.at("dynamicWatts"), expected.dynamicWatts) << text;
+        ASSERT_EQ(point.at("sides").size(), expected.sides.size()) << text;
+        for (std::size_t i = 0; i < expected.sides.size(); ++i) {
+            EXPECT_EQ(point["sides"][i]["process"], expected.sides[i].process);
+            EXPECT_EQ(point["sides"][i]["totalWatts"], expected.sides[i].totalWatts) << text;
+            EXPECT_EQ(point["sides"][i]["junctionTemperature"], expected.sides[i].junction) << text;
+        }
+    }
+
+    const Scratch m_scratch;
+    const std::string m_file = m_scratch.write("d.json", designText("40", "8"));
+};
+
+TEST_F(SweepTest, EachPointIsTheEstimateOfItsDesign)
+{
+    const Json points =
+        swept({"environment.ambientTemperature=20:60:20", "groups[line buffers].inputs.NUM_BRAMS=1,500"});
+    ASSERT_EQ(points.size(), 6u);
+    std::size_t index = 0;
+    for (const char* ambient : {"20", "40", "60"}) {
+        for (const char* memories : {"1", "500"})
+            expectPoint(points[index++], designText(ambient, memories));
+    }
+    EXPECT_LT(points[0]["dynamicWatts"], points[1]["dynamicWatts"]);
+    EXPECT_EQ(points[1]["settings"].dump(),
+              R"({"environment.ambientTemperature":20,"groups[line buffers].inputs.NUM_BRAMS":500})");
+}
+
+TEST_F(SweepTest, WordsFieldsNotThereAndIndexes)
+{
+    const Json processes = swept({"device.process=TYP,MAX"});
+    ASSERT_EQ(processes.size(), 2u);
+    expectPoint(processes[1], designText("40", "8", "MAX"));
+    EXPECT_EQ(swept({"device.speedGrade=1,2"}).size(), 2u) << "grades are words, whatever they look like";
+    const Json modes = swept({"groups[1].inputs.MODE=BLKM18,BLKM36"});
+    ASSERT_EQ(modes.size(), 2u);
+    EXPECT_NE(modes[0]["dynamicWatts"], modes[1]["dynamicWatts"]);
+    EXPECT_EQ(
+        swept({"groups[Signal].inputs.SIGNAL_COUNT=0"})[0]["dynamicWatts"],
+        estimateOf(
+            R"({"device": {"part": "zq4410"}, "groups": [{"block": "Bram", "inputs": {"NUM_BRAMS": 8, "MODE": "BLKM18"}}]})")
+            .dynamicWatts);
+}
+
+TEST_F(SweepTest, RangesHaveTheValuesThatPeopleCount)
+{
+    const auto values = [&](const std::string& range) {
+        std::string text;
+        for (const Json& point : swept({"rails.VCCINT=" + range}))
+            text += point["settings"]["rails.VCCINT"].dump() + " ";
+        return text;
+    };
+    EXPECT_EQ(values("0.7:1:0.1"), "0.7 0.8 0.9 1 ");
+    EXPECT_EQ(values("0.72:0.78:0.02"), "0.72 0.74 0.76 0.78 ");
+    EXPECT_EQ(values("1:0.5:-0.25"), "1 0.75 0.5 ");
+    EXPECT_EQ(values("1:1.9:0.5"), "1 1.5 ");
+    EXPECT_EQ(values("1:1:5"), "1 ");
+}
+
+TEST_F(SweepTest, MistakesAreTold)
+{
+    EXPECT_THAT(messageOf({"rails.VCCINT"}), HasSubstr("--vary rails.VCCINT: expected PATH="));
+    EXPECT_THAT(messageOf({"rails.VCCINT=1:2:0"}), HasSubstr("a step that isn't 0"));
+    EXPECT_THAT(messageOf({"rails.VCCINT=1:2:-1"}), HasSubstr("the step doesn't lead"));
+    EXPECT_THAT(messageOf({"rails.VCCINT=0:1:1e-7"}), HasSubstr("more than 100000 values"));
+    EXPECT_THAT(messageOf({"rails.VCCINT=0:1:1e-4", "rails.VCCRAM=0:1:1e-4"}), HasSubstr("more than 100000 points"));
+    EXPECT_THAT(messageOf({"rails.VCCINT=1,,2"}), HasSubstr("a value is empty"));
+    EXPECT_THAT(messageOf({"groups[line bufers].count=1"}), HasSubstr("did you mean line buffers?"));
+    EXPECT_THAT(messageOf({"groups[7].count=1"}), HasSubstr("\"groups\" has no element 7"));
+    EXPECT_THAT(messageOf({"groups[1.count=1"}), HasSubstr("a ']' is missing"));
+    EXPECT_THAT(messageOf({"rails[1]=1"}), HasSubstr("\"rails\" isn't a list"));
+    EXPECT_THAT(messageOf({"budgets.totalPower.x=1"}), HasSubstr("\"x\" isn't a field of an object"));
+    EXPECT_THAT(messageOf({"rails.VCCINT=0.8,800"}), HasSubstr("800 is outside 0 to 100 V (at rails.VCCINT = 800)"));
+    EXPECT_THAT(messageOf({"rails.VCCIN=0.8"}), HasSubstr("did you mean VCCINT"));
+}
+
+TEST_F(SweepTest, TableAndCsvSayWhatBreaksAndRunsAway)
+{
+    const std::vector<std::string> variations{"environment.ambientTemperature=-20,50", "environment.thetaJA=1,40"};
+    const std::string table = sweep(m_file, variations, SweepFormat::table);
+    EXPECT_THAT(table, HasSubstr("kept"));
+    EXPECT_THAT(table, HasSubstr("BROKEN: total power"));
+    EXPECT_THAT(table, HasSubstr("runaway"));
+    const std::string csv = sweep(m_file, variations, SweepFormat::csv);
+    EXPECT_EQ(csv.substr(0, csv.find('\n')), "environment.ambientTemperature,environment.thetaJA,process,dynamic_w,"
+                                             "static_w,total_w,junction_c,settles,budgets_broken");
+    EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 1 + 4 * 2);
+    EXPECT_THAT(csv, HasSubstr("\n-20,1,TYP,"));
+    EXPECT_THAT(csv, HasSubstr(",no,total power\n"));
+}
+
+TEST_F(SweepTest, TheTableKeepsProcessesInTheirColumns)
+{
+    // TYP first in both rows, whichever side is the design's.
+    const std::string table = sweep(m_file, {"device.process=TYP,MAX"}, SweepFormat::table);
+    const std::size_t first = table.find("\nTYP ");
+    const std::size_t second = table.find("\nMAX ");
+    ASSERT_NE(first, std::string::npos) << table;
+    ASSERT_NE(second, std::string::npos) << table;
+    const auto figures = [&](std::size_t row) {
+        const std::size_t start = row + 5;
+        const std::string line = table.substr(start, table.find('\n', start) - start);
+        return line.substr(line.find_first_not_of(' '), line.find_last_of('C') - line.find_first_not_of(' '));
+    };
+    EXPECT_EQ(figures(first), figures(second)) << table;
+}
+
+} // namespace
