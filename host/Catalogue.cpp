@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <charconv>
 #include <set>
 
 namespace zelm::host {
@@ -205,6 +206,7 @@ ResolvedDevice resolve(const Design& design)
             word, sortedKeys(table, path));
         path.push_back(word);
     }
+    std::from_chars(speed.data(), speed.data() + speed.size(), resolved.speedGrade);
     resolved.staticInputs = {{"DEVICE_NAME", resolved.name}, {"PROCESS", resolved.process}, {"SPEED_GRADE", speed},
                              {"VOLTAGE_GRADE", voltage},     {"POWER_SCREEN", screen},      {"TEMP_GRADE", temperature},
                              {"OVER_DRIVE", overdrive}};

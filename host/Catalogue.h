@@ -15,6 +15,7 @@ struct ResolvedDevice {
     std::string part;   ///< orderable part, if one was given
     std::string family; ///< series name
     std::string process;
+    int speedGrade = 0;             ///< its number; 0 if the grade isn't one
     std::vector<std::string> names; ///< what data files call it: device, die, internal name
     std::vector<std::pair<std::string, std::string>> staticInputs; ///< cell and word: grades, process, device name
     std::map<std::string, int> resources;

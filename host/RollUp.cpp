@@ -160,6 +160,9 @@ constexpr RailInput kRailInputs[] = {
     {"Wist5", "VCC_WIST5", "VCCWIST5"},
     {"Wist5", "VCCAUX_WIST", "VCCAUX"},
     {"Harl", "VCCINTHARL", "VCCHARL"},
+    {"Yond", "LPD_MIO_GEM0_VOLTAGE", "VCCOHARLIO2"},
+    {"Yond", "LPD_MIO_GEM1_VOLTAGE", "VCCOHARLIO2"},
+    {"Yond", "LPD_MIO_LOW_PER_IO_VOLTAGE", "VCCOHARLIO2"},
 };
 
 constexpr NestedRail kNestedRails[] = {{"VCCINTWIST", "VCCINT"}, {"VCCME", "VCCINT"}};

@@ -110,6 +110,12 @@ void carryDevice(Running& group, const ResolvedDevice& device, std::vector<Carri
             break;
         }
     }
+    // Transceivers write speed grade 2 as -2.
+    const ZelmCellInfo* cell = group.block->findCell("SPEEDGRADE");
+    if (cell && !group.isSet("SPEEDGRADE") && device.speedGrade > 0) {
+        group.set(*cell, -device.speedGrade, Origin::carried);
+        carried.push_back({"device", fmt::format("{}.SPEEDGRADE", group.name), std::to_string(-device.speedGrade)});
+    }
 }
 
 } // namespace

@@ -69,6 +69,21 @@ TEST(Carry, UsedCountsAreSumsOverGroups)
     EXPECT_EQ(carriedTo(result, "Static.USED_PLAMS_ACTIVE"), "0");
 }
 
+TEST(Carry, SpeedGradeAndPadVoltageComeFromTheDevice)
+{
+    const Estimate result = estimateOf(
+        R"({"device": {"part": "zr3320_ktba1760_2_MP_i_S"}, "rails": {"VCCOHARLIO2": 2.5},
+            "groups": [{"block": "Sarn", "name": "s"}, {"block": "Sarn", "name": "t", "inputs": {"SPEEDGRADE": -1}},
+                       {"block": "Yond", "name": "y", "inputs": {"LPD_MIO_GEM1_VOLTAGE": 3.3}}]})");
+    EXPECT_EQ(shownInput(groupOf(result, "s"), "SPEEDGRADE"), "-2 from carried");
+    EXPECT_EQ(carriedTo(result, "s.SPEEDGRADE"), "-2");
+    EXPECT_EQ(shownInput(groupOf(result, "t"), "SPEEDGRADE"), "-1 from design");
+    EXPECT_EQ(shownInput(groupOf(result, "y"), "LPD_MIO_GEM0_VOLTAGE"), "2.5 from rails");
+    EXPECT_EQ(shownInput(groupOf(result, "y"), "LPD_MIO_GEM1_VOLTAGE"), "3.3 from design");
+    EXPECT_EQ(shownInput(groupOf(onDevice(R"({"block": "Yond", "name": "y"})"), "y"), "LPD_MIO_LOW_PER_IO_VOLTAGE"),
+              "1.8 from device");
+}
+
 TEST(Carry, CountsBeyondAnIntAreNotWrapped)
 {
     // 2e9 x 1e6 overflows 32 bits; the static model's input holds no more than the largest int but one.
