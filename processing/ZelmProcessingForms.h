@@ -32,8 +32,8 @@ struct SumRow {
 /// What a supply makes of the power characterised at another; 0 unless that one is positive.
 inline float voltageScaling(float voltage, float characterised)
 {
-    const double ratio = ratioOrZero(voltage, characterised);
-    return characterised > 0.0f ? static_cast<float>(std::pow(ratio, 2.3)) : 0.0f;
+    const double factor = voltageFactor(voltage, characterised);
+    return characterised > 0.0f ? static_cast<float>(factor) : 0.0f;
 }
 
 /// The clock tree, which always runs, and the logic behind it.
