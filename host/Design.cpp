@@ -142,8 +142,7 @@ Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
     return static_cast<float>(Fields::number(value, where, -most, most, cell.unit.data()));
 }
 
-// Inputs of the static power model that have a field of their own, so that no two can contradict.
-constexpr std::pair<std::string_view, std::string_view> kElsewhere[] = {
+constexpr OwnField kOwnFields[] = {
     {"DEVICE_NAME", "device.part"},         {"PROCESS", "device.process"},
     {"SPEED_GRADE", "device.speedGrade"},   {"VOLTAGE_GRADE", "device.voltageGrade"},
     {"POWER_SCREEN", "device.powerScreen"}, {"TEMP_GRADE", "device.temperatureGrade"},
@@ -271,6 +270,11 @@ const Value* Group::input(std::string_view cell) const
     return found == inputs.end() ? nullptr : &found->second;
 }
 
+std::span<const OwnField> ownFields()
+{
+    return kOwnFields;
+}
+
 std::vector<const Block*> inputBlocks(const Block& own)
 {
     std::vector<const Block*> reached{&own};
@@ -321,7 +325,7 @@ Design readDesign(const Json& root, const JsonSource& source)
     if (const Json* inputs = fields.take("static")) {
         design.staticInputs = readInputs(inputs, {&block("Static")}, fields.place("static"));
         for (const auto& [cell, value] : design.staticInputs) {
-            for (const auto& [taken, place] : kElsewhere) {
+            for (const auto& [taken, place] : kOwnFields) {
                 if (cell == taken)
                     fields.place("static").field(cell).fail(fmt::format("give it as {}", place));
             }

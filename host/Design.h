@@ -5,7 +5,9 @@
 
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -67,6 +69,13 @@ struct Design {
 Design readDesign(const std::string& file);
 Design readDesign(const Json& root, const JsonSource& source);
 Design parseDesign(const std::string& file, const std::string& text);
+
+/// An input of the static power model that has a field of its own in a design, so that no two can contradict.
+struct OwnField {
+    std::string_view cell;
+    std::string_view place;
+};
+std::span<const OwnField> ownFields();
 
 /// The blocks whose inputs a group of this block may set: a clock's inputs also reach the blocks that it feeds.
 std::vector<const Block*> inputBlocks(const Block& block);

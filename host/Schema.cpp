@@ -22,6 +22,11 @@ Json numberSchema(const char* description, double least, double most)
     return {{"type", "number"}, {"description", description}, {"minimum", least}, {"maximum", most}};
 }
 
+Json textSchema(const char* description)
+{
+    return {{"type", "string"}, {"description", description}};
+}
+
 Json objectSchema(Json properties, Json required = Json::array())
 {
     Json schema{{"type", "object"}, {"additionalProperties", false}, {"properties", std::move(properties)}};
@@ -63,8 +68,13 @@ Json groupSchema(const Block& block)
         }
     }
     Json schema = objectSchema({{"block", {{"const", block.name}, {"description", block.title}}},
-                                {"name", {{"type", "string"}, {"description", "what the design calls this group"}}},
-                                {"count", {{"type", "integer"}, {"minimum", 0}, {"default", 1}}},
+                                {"name", textSchema("what the design calls this group")},
+                                {"count",
+                                 {{"type", "integer"},
+                                  {"description", "like instances"},
+                                  {"minimum", 0},
+                                  {"maximum", 1000000},
+                                  {"default", 1}}},
                                 {"inputs", objectSchema(std::move(inputs))}},
                                {"block"});
     schema["title"] = block.title;
@@ -94,17 +104,28 @@ Json designSchema()
         amperes[rail] = numberSchema("amperes", 0.0, mostAmperes);
         regulators[rail] = objectSchema({{"maxCurrent", numberSchema("amperes", 0.0, mostAmperes)}}, {"maxCurrent"});
     }
-    Json deviceFields = Json::object();
-    for (const char* field :
-         {"part", "family", "process", "speedGrade", "voltageGrade", "powerScreen", "temperatureGrade", "overdrive"})
-        deviceFields[field] = {{"type", "string"}};
-    deviceFields["part"]["description"] = "orderable part or device name; zelm parts lists them";
+    Json staticInputs = Json::object();
+    for (const ZelmCellInfo& cell : block("Static").cells) {
+        if (cell.kind == ZelmCellInfo::Kind::userInput)
+            staticInputs[std::string(cell.name)] = inputSchema(block("Static"), cell);
+    }
+    Json deviceFields{{"part", textSchema("orderable part or device name; zelm parts lists them")},
+                      {"family", textSchema("the series, if it is to be checked")}};
+    for (const auto& [cell, place] : ownFields()) {
+        constexpr std::string_view device = "device.";
+        if (place.starts_with(device) && place != "device.part")
+            deviceFields[std::string(place.substr(device.size()))] = staticInputs[std::string(cell)];
+        staticInputs.erase(std::string(cell));
+    }
 
-    const Json temperature = numberSchema("degrees Celsius", coldest, hottest);
-    const Json theta = numberSchema("degrees per watt", 0.0, 1000.0);
-    const Json cooling{{"type", "array"},
-                       {"minItems", 1},
-                       {"items", objectSchema({{"name", {{"type", "string"}}}, {"thetaJA", theta}}, {"thetaJA"})}};
+    const auto temperature = [](const char* what) { return numberSchema(what, coldest, hottest); };
+    const Json theta = numberSchema("from the junction to the air, degrees per watt", 0.0, 1000.0);
+    const Json cooling{
+        {"type", "array"},
+        {"description", "airflow and heat sink cases; the first is the design's, the others are compared"},
+        {"minItems", 1},
+        {"items",
+         objectSchema({{"name", textSchema("what the report calls this case")}, {"thetaJA", theta}}, {"thetaJA"})}};
 
     Json groups = Json::array();
     Json names = Json::array();
@@ -115,36 +136,33 @@ Json designSchema()
         groups.push_back(
             {{"if", {{"properties", {{"block", {{"const", block.name}}}}}}}, {"then", groupSchema(block)}});
     }
-    Json staticInputs = Json::object();
-    for (const ZelmCellInfo& cell : block("Static").cells) {
-        if (cell.kind == ZelmCellInfo::Kind::userInput)
-            staticInputs[std::string(cell.name)] = inputSchema(block("Static"), cell);
-    }
 
     Json schema{{"$schema", "https://json-schema.org/draft/2020-12/schema"}, {"title", "zelm design"}};
-    schema.update(objectSchema({{"$schema", {{"type", "string"}}},
-                                {"name", {{"type", "string"}}},
-                                {"description", {{"type", "string"}}},
-                                {"device", objectSchema(std::move(deviceFields), {"part"})},
-                                {"environment", objectSchema({{"junctionTemperature", temperature},
-                                                              {"ambientTemperature", temperature},
-                                                              {"thetaJA", theta},
-                                                              {"cooling", cooling},
-                                                              {"junctionLimit", temperature}})},
-                                {"rails", objectSchema(std::move(volts))},
-                                {"regulators", objectSchema(std::move(regulators))},
-                                {"budgets", objectSchema({{"totalPower", numberSchema("watts", 0.0, mostAmperes)},
-                                                          {"junctionTemperature", temperature},
-                                                          {"rails", objectSchema(std::move(amperes))}})},
-                                {"static", objectSchema(std::move(staticInputs))},
-                                {"groups",
-                                 {{"type", "array"},
-                                  {"items",
-                                   {{"type", "object"},
-                                    {"required", {"block"}},
-                                    {"properties", {{"block", {{"enum", std::move(names)}}}}},
-                                    {"allOf", std::move(groups)}}}}}},
-                               {"groups"}));
+    schema.update(objectSchema(
+        {{"$schema", textSchema("this schema, for editors")},
+         {"name", textSchema("of the design")},
+         {"description", textSchema("for people")},
+         {"device", objectSchema(std::move(deviceFields), {"part"})},
+         {"environment",
+          objectSchema({{"junctionTemperature", temperature("given directly, degrees Celsius")},
+                        {"ambientTemperature", temperature("from which the junction's is found, degrees Celsius")},
+                        {"thetaJA", theta},
+                        {"cooling", cooling},
+                        {"junctionLimit", temperature("what the junction may reach, degrees Celsius")}})},
+         {"rails", objectSchema(std::move(volts))},
+         {"regulators", objectSchema(std::move(regulators))},
+         {"budgets", objectSchema({{"totalPower", numberSchema("watts", 0.0, mostAmperes)},
+                                   {"junctionTemperature", temperature("degrees Celsius")},
+                                   {"rails", objectSchema(std::move(amperes))}})},
+         {"static", objectSchema(std::move(staticInputs))},
+         {"groups",
+          {{"type", "array"},
+           {"items",
+            {{"type", "object"},
+             {"required", {"block"}},
+             {"properties", {{"block", {{"enum", std::move(names)}}}}},
+             {"allOf", std::move(groups)}}}}}},
+        {"groups"}));
     return schema;
 }
 

@@ -27,5 +27,7 @@ for path in sys.argv[2:]:
     refused("an unknown input", lambda d: d["groups"][0].setdefault("inputs", {}).update(NO_SUCH_CELL=1))
     refused("a text for a number", lambda d: d["groups"].append({"block": "Signal", "inputs": {"CLOCK_FREQ": "fast"}}))
     refused("an unknown rail", lambda d: d.update(rails={"VCCFOO": 1}))
+    refused("a static input that has a field of its own", lambda d: d.update(static={"SPEED_GRADE": "1"}))
+    refused("a negative count", lambda d: d["groups"][0].update(count=-1))
     refused("no groups", lambda d: d.pop("groups"))
 print(f"{len(sys.argv) - 2} designs are valid, and mistakes in them are not")
