@@ -1,6 +1,7 @@
 #include "host/Design.h"
 
 #include "host/Error.h"
+#include "host/Json.h"
 #include "host/Text.h"
 
 #include <fmt/format.h>

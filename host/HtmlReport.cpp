@@ -1,5 +1,6 @@
 #include "host/HtmlReport.h"
 
+#include "host/Json.h"
 #include "host/Report.h"
 
 #include <string_view>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Block.h"
+#include "host/JsonFwd.h"
 #include "host/Text.h"
 
 #include <nlohmann/json.hpp>
@@ -8,8 +9,6 @@
 #include <cmath>
 
 namespace zelm::host {
-
-using Json = nlohmann::ordered_json;
 
 /// The double with the shortest text that reads back as the same float: 0.72 and not 0.7200000286102295.
 inline double shortest(float value)

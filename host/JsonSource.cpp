@@ -1,6 +1,7 @@
 #include "host/JsonSource.h"
 
 #include "host/Error.h"
+#include "host/Json.h"
 
 #include <fmt/format.h>
 

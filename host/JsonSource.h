@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Json.h"
+#include "host/JsonFwd.h"
 
 #include <cstddef>
 #include <map>

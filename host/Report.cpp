@@ -1,6 +1,7 @@
 #include "host/Report.h"
 
 #include "host/DataFiles.h"
+#include "host/Json.h"
 #include "host/Text.h"
 
 #include <fmt/format.h>

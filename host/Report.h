@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/Estimate.h"
-#include "host/Json.h"
+#include "host/JsonFwd.h"
 #include "host/Terminal.h"
 
 #include <string>

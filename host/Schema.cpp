@@ -2,6 +2,7 @@
 
 #include "host/Design.h"
 #include "host/Error.h"
+#include "host/Json.h"
 #include "host/LegalWords.h"
 #include "host/Running.h"
 

@@ -6,6 +6,7 @@
 #include "host/Estimate.h"
 #include "host/HtmlReport.h"
 #include "host/IoBank.h"
+#include "host/Json.h"
 #include "host/Report.h"
 #include "host/Schema.h"
 #include "host/Sweep.h"

@@ -1,5 +1,6 @@
 #include "Designs.h"
 
+#include "host/Json.h"
 #include "host/Report.h"
 
 #include <cmath>

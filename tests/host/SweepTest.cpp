@@ -1,9 +1,8 @@
 #include "Designs.h"
 #include "Tool.h"
 
+#include "host/Json.h"
 #include "host/Sweep.h"
-
-#include <nlohmann/json.hpp>
 
 using namespace zelm::test;
 using namespace zelm::host;
