@@ -5,6 +5,7 @@
 #include "host/Text.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
@@ -79,9 +80,29 @@ std::string railsTable(const Estimate& estimate)
     return text;
 }
 
+// Some blocks only work out inputs of others: nothing that they yield loads a rail.
+bool onlyCarries(const GroupResult& group)
+{
+    const auto all = outputs();
+    return std::none_of(all.begin(), all.end(), [&](const Output& output) {
+        return output.block == group.block->name && output.role != Role::shown;
+    });
+}
+
+std::string budgetWords(const BudgetResult& budget)
+{
+    if (!std::isfinite(budget.actual))
+        return fmt::format("{}: no equilibrium, so the limit of {:g} {} can't hold", budget.name, budget.limit,
+                           budget.unit);
+    return fmt::format("{}: {:.4g} {}, which is {:.4g} {} {} the limit of {:g} {}", budget.name, budget.actual,
+                       budget.unit, std::fabs(budget.limit - budget.actual), budget.unit,
+                       budget.broken() ? "above" : "below", budget.limit, budget.unit);
+}
+
 std::string groupsTable(const Estimate& estimate)
 {
     TextTable table({"Group", "Block", "Count", "Rail", "Power", "Current"});
+    std::vector<std::string> carriers;
     for (const GroupResult& group : estimate.groups) {
         bool first = true;
         const auto lead = [&] {
@@ -108,7 +129,9 @@ std::string groupsTable(const Estimate& estimate)
             cells.insert(cells.end(), {"(off chip)", si(group.offchipWatts, "W"), ""});
             table.row(cells);
         }
-        if (first) {
+        if (first && onlyCarries(group))
+            carriers.push_back(group.name);
+        else if (first) {
             std::vector<std::string> cells = lead();
             cells.insert(cells.end(), {"(no power)", "", ""});
             table.row(cells);
@@ -118,7 +141,10 @@ std::string groupsTable(const Estimate& estimate)
     table.row({"Dynamic power", "", "", "", si(estimate.dynamicWatts, "W"), ""});
     if (estimate.offchipWatts != 0.0)
         table.row({"Off chip, in no total", "", "", "", si(estimate.offchipWatts, "W"), ""});
-    return table.text();
+    std::string text = table.text();
+    if (!carriers.empty())
+        text += fmt::format("carry values to others, no power of their own: {}\n", fmt::join(carriers, ", "));
+    return text;
 }
 
 std::string sidesTable(const Estimate& estimate)
@@ -229,6 +255,7 @@ Json groupJson(const GroupResult& group)
         {"name", group.name}, {"block", group.block->name}, {"title", group.block->title}, {"count", group.count}};
     addNumber(json, "watts", group.watts);
     addNumber(json, "offchipWatts", group.offchipWatts);
+    json["onlyCarries"] = onlyCarries(group);
     json["outputs"] = Json::array();
     for (const Contribution& part : group.contributions) {
         Json entry{{"cell", part.cell}, {"rail", part.rail}};
@@ -319,6 +346,8 @@ Json jsonReport(const Estimate& estimate)
     addNumber(json, "dynamicWatts", estimate.dynamicWatts);
     addNumber(json, "staticWatts", estimate.side().staticWatts);
     addNumber(json, "offchipWatts", estimate.offchipWatts);
+    if (estimate.design.device)
+        json["part"] = estimate.design.device->part;
     if (estimate.design.environment.ambient)
         addNumber(json, "ambientTemperature", *estimate.design.environment.ambient);
     Json groups = Json::array();
@@ -353,6 +382,7 @@ Json jsonReport(const Estimate& estimate)
         Json entry{{"name", budget.name}, {"unit", budget.unit}, {"broken", budget.broken()}};
         addNumber(entry, "limit", budget.limit);
         addNumber(entry, "actual", budget.actual);
+        entry["words"] = budgetWords(budget);
         budgets.push_back(entry);
     }
     json["budgets"] = std::move(budgets);

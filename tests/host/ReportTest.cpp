@@ -60,7 +60,26 @@ TEST(Report, RunawayBreaksJunctionBudgetsAndStaysValidJson)
     EXPECT_TRUE(parsed.at("budgets")[0].at("actual").is_null());
     EXPECT_EQ(parsed.at("budgets")[0].at("actualReason"), "infinite");
     EXPECT_EQ(parsed.at("budgets")[0].at("broken"), true);
+    EXPECT_EQ(parsed.at("budgets")[0].at("words"),
+              "junction temperature: no equilibrium, so the limit of 125 degrees can't hold");
     EXPECT_EQ(parsed.at("sides")[0].at("thermal").at("converged"), false);
+}
+
+TEST(Report, BudgetsSayInWordsHowFarOffTheyAre)
+{
+    Estimate estimate = budgeted();
+    estimate.budgets = {{"total power", 2.0, 3.5, "W"}, {"current of VCCINT", 10.0, 7.0, "A"}};
+    const Json budgets = jsonReport(estimate).at("budgets");
+    EXPECT_EQ(budgets[0].at("words"), "total power: 3.5 W, which is 1.5 W above the limit of 2 W");
+    EXPECT_EQ(budgets[1].at("words"), "current of VCCINT: 7 A, which is 3 A below the limit of 10 A");
+}
+
+TEST(Report, BlocksWithoutPowerOfTheirOwnAreSetApart)
+{
+    const Estimate estimate = estimateOf(R"({"groups": [{"block": "Clock", "name": "core clock"}]})");
+    EXPECT_THAT(textReport(estimate, false), HasSubstr("carry values to others, no power of their own: core clock\n"));
+    for (const Json& group : jsonReport(estimate).at("groups"))
+        EXPECT_EQ(group.at("onlyCarries"), group.at("block") == "Clock") << group.at("name");
 }
 
 TEST(Report, CsvLinesHaveTheHeadersColumns)

@@ -5,84 +5,188 @@ check_report.py ZELM CHROMIUM DESIGN..."""
 import html.parser
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
 
+# The report in a frame as wide as a small phone, and what can be asked only of a page that is laid out.
+FRAME = r"""<!doctype html><title>frame</title><iframe src="report.html" style="width:390px;height:800px;border:0"></iframe>
+<pre id="asked"></pre><script>
+'use strict';
+const frame = document.querySelector('iframe');
+frame.onload = () => setTimeout(() => {
+  const page = frame.contentDocument, view = frame.contentWindow;
+  document.getElementById('asked').textContent = JSON.stringify({
+    pageWidth: page.documentElement.scrollWidth,
+    fetched: view.performance.getEntriesByType('resource').map(entry => entry.name).filter(name => !name.startsWith('data:')),
+    text: page.body.innerText,
+    html: page.body.outerHTML.replace(/<script[^]*?<\/script>/g, ''),
+  });
+}, 500);
+</script>"""
+PREFIXES = {"": 1.0, "m": 1e-3, "µ": 1e-6, "n": 1e-9, "p": 1e-12}
 
-class Tables(html.parser.HTMLParser):
-    """The cells of all tables as text, by the label of the region around each; and how many charts were drawn."""
+
+class Page(html.parser.HTMLParser):
+    """Tables by caption, headings, the names of charts, and the groups' power by name."""
 
     def __init__(self):
         super().__init__()
-        self.tables, self.rows, self.cell, self.svgs = {}, None, None, 0
+        self.tables, self.uncaptioned, self.headings, self.charts, self.groups = {}, 0, [], [], {}
+        self.svgs, self.answers, self.links, self.ids = 0, [], [], set()
+        self.rows, self.captioned, self.into, self.text, self.group = None, False, None, "", []
 
     def handle_starttag(self, tag, attributes):
         attributes = dict(attributes)
-        if tag == "div" and attributes.get("role") == "region":
-            self.rows = self.tables.setdefault(attributes["aria-label"], [])
-        elif tag == "tr" and self.rows is not None:
+        if "id" in attributes:
+            self.ids.add(attributes["id"])
+        if tag == "table":
+            self.rows, self.captioned = [], False
+        elif tag == "tr":
             self.rows.append([])
-        elif tag in ("td", "th") and self.rows:
-            self.cell = ""
+        elif tag in ("td", "th", "caption"):
+            self.into, self.text = tag, ""
+            assert tag != "th" or attributes.get("scope") in ("row", "col"), "a heading cell says what it heads"
+        elif tag == "span" and attributes.get("class") == "group":
+            self.group = []
+        elif tag == "p" and attributes.get("class") == "answer":
+            self.into, self.text = tag, ""
+        elif re.fullmatch("h[1-6]", tag):
+            self.headings.append(int(tag[1]))
         elif tag == "svg":
             self.svgs += 1
+        elif tag == "div" and attributes.get("class") == "chart":
+            self.charts.append(attributes.get("aria-label", "") if attributes.get("role") == "img" else "")
+        elif tag == "a":
+            self.links.append(attributes["href"])
 
     def handle_endtag(self, tag):
-        if tag in ("td", "th") and self.cell is not None:
-            self.rows[-1].append(self.cell)
-            self.cell = None
+        if tag == self.into:
+            if tag == "caption":
+                self.tables[self.text], self.captioned = self.rows, True
+            elif tag == "p":
+                self.answers.append(self.text)
+            else:
+                self.rows[-1].append(self.text)
+            self.into = None
+        elif tag == "table":
+            self.uncaptioned += not self.captioned
+        elif tag == "summary" and self.group:
+            self.groups.setdefault(self.group[0], []).append(self.group[-1])
+            self.group = []
 
     def handle_data(self, data):
-        if self.cell is not None:
-            self.cell += data
+        if self.into:
+            self.text += data
+        self.group.append(data)
 
 
 def si(value, unit):
     size = abs(value)
-    for factor, sign in ((1, ""), (1e-3, "m"), (1e-6, "µ"), (1e-9, "n"), (1e-12, "p")):
-        if size >= factor or size == 0:
-            break
+    factor, sign = next(((f, s) for s, f in PREFIXES.items() if size >= f), (1e-12, "p")) if size else (1.0, "")
     scaled = value / factor
     digits = 1 if abs(scaled) >= 99.995 else 2 if abs(scaled) >= 9.9995 else 3
-    return f"{scaled:.{digits}f} {sign}{unit}"
+    return f"{scaled:.{digits}f} {sign}{unit}".replace("-", "−")
+
+
+def agrees(shown, heading, value):
+    """Whether a cell shows the value in its column's unit, to all the decimals that it has."""
+    factor = PREFIXES[re.search(r", (.?)[WA]$", heading)[1]]
+    number = shown.removeprefix("< ").replace("−", "-")
+    last = factor * 10.0 ** -len(number.partition(".")[2])
+    if shown.startswith("< "):
+        return 0 < abs(value) < last
+    return abs(float(number) * factor - value) <= 0.500001 * last
+
+
+def browse(chromium, page, profile):
+    return subprocess.run(
+        [chromium, "--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-sync",
+         "--disable-background-networking", "--disable-component-update", "--host-resolver-rules=MAP * ~NOTFOUND",
+         "--allow-file-access-from-files", f"--user-data-dir={profile}", "--enable-logging=stderr",
+         "--virtual-time-budget=5000", "--dump-dom", page.as_uri()],
+        capture_output=True, text=True, timeout=120)
+
+
+def check_page(shown, asked):
+    assert shown.headings.count(1) == 1, f"headings {shown.headings}"
+    assert shown.headings[0] == 1 and all(b - a <= 1 for a, b in zip(shown.headings, shown.headings[1:])), \
+        f"headings skip a level: {shown.headings}"
+    assert not shown.uncaptioned, f"{shown.uncaptioned} tables have no caption"
+    assert all(len(name) > 20 for name in shown.charts), f"charts without a name: {shown.charts}"
+    assert shown.svgs >= len(shown.charts), f"{shown.svgs} of {len(shown.charts)} charts were drawn"
+    assert all(link[1:] in shown.ids for link in shown.links), f"links that lead nowhere: {shown.links}"
+    assert asked["pageWidth"] <= 390, f"the page is {asked['pageWidth']} pixels wide on a screen of 390"
+    assert asked["fetched"] == [], f"the page fetches {asked['fetched']}"
+
+
+def check_numbers(shown, asked, expected):
+    for side, answer in zip(expected["sides"], shown.answers, strict=True):
+        assert si(side["totalWatts"], "W") in answer, f"{answer} instead of {side['totalWatts']} W"
+        if side.get("thermal", {"converged": True})["converged"]:
+            assert not side["process"] or f"{side['junctionTemperature']:.2f} °C".replace("-", "−") in answer, answer
+        else:
+            assert "No equilibrium" in answer and side["thermal"]["words"] in asked["text"], answer
+    for budget in expected["budgets"]:
+        table, name = ("Regulators: load and margin", budget["name"].removeprefix("regulator of ")) \
+            if budget["name"].startswith("regulator of ") else ("Budgets and limits", budget["name"])
+        row = next(row for row in shown.tables[table] if row[0] == name)
+        assert ("✗" in row[1]) == budget["broken"] and ("kept" in row[1]) != budget["broken"], f"budget {row}"
+
+    rails = shown.tables.get("Rails", [[]])
+    heading, rows = rails[0], {row[0].removesuffix(" *"): row for row in rails[1:]}
+    for rail in expected["sides"][0]["rails"]:
+        if not rail["totalAmperes"]:
+            continue
+        row = rows[rail["rail"]]
+        for column, cell in ((2, "staticAmperes"), (3, "dynamicAmperes"), (4, "totalAmperes"), (5, "watts")):
+            assert agrees(row[column], heading[column], rail[cell]), f"{heading[column]} of {row} is {rail[cell]}"
+    if expected["sides"][0]["totalWatts"]:
+        for table, column in (("Power by block", 1), ("Rails", 5)):
+            heading, total = shown.tables[table][0], shown.tables[table][-1]
+            assert total[0] == "Total" and agrees(total[column], heading[column], expected["totalWatts"]), total
+
+    for group in expected["groups"]:
+        name = group["name"]
+        wanted = group["title"] if group["onlyCarries"] else si(group["watts"], "W")
+        assert any(shown_as.startswith(wanted) for shown_as in shown.groups[name]), f"{name}: {shown.groups[name]}"
+        inputs = next(rows for caption, rows in shown.tables.items() if re.match(re.escape(name) + r": \d+ inputs", caption))
+        assert [(row[0], row[3]) for row in inputs[1:]] == [(i["cell"], i["origin"]) for i in group["inputs"]], name
+        if group["outputs"]:
+            table = shown.tables[f"{name}: outputs"]
+            for row, output in zip(table[1:], group["outputs"], strict=True):
+                assert row[:2] == [output["cell"], output["rail"]], f"{name}: {row}"
+                assert agrees(row[2], table[0][2], output["watts"]) and agrees(row[3], table[0][3], output["amperes"]), row
+    files = {row[0]: row[1] for row in shown.tables["Data files"][1:]}
+    assert files == {file["name"]: file["sha256"] for file in expected["dataFiles"]}
+    for warning in expected["warnings"]:
+        assert warning.rpartition(": ")[2] in asked["text"], f"no word of: {warning}"
+    assert f"zelm {expected['version']}" in asked["text"]
+    return len(rows)
 
 
 def check(zelm, chromium, design):
-    expected = json.loads(subprocess.run([zelm, "estimate", design, "--json"], check=True, capture_output=True).stdout)
-    with tempfile.TemporaryDirectory() as folder:
-        page = pathlib.Path(folder) / "report.html"
-        subprocess.run([zelm, "estimate", design, "--html", page], check=True, capture_output=True)
-        browser = subprocess.run(
-            [chromium, "--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-sync",
-             "--disable-background-networking", "--disable-component-update", "--host-resolver-rules=MAP * ~NOTFOUND",
-             f"--user-data-dir={folder}/profile", "--enable-logging=stderr", "--virtual-time-budget=3000", "--dump-dom",
-             page.as_uri()], capture_output=True, text=True, timeout=120)
-    complaints = [line for line in browser.stderr.splitlines() if "CONSOLE" in line]
-    assert not complaints, f"{design}: the console says {complaints}"
-    shown = Tables()
-    shown.feed(browser.stdout)
-    assert shown.svgs >= 2, f"{design}: {shown.svgs} charts were drawn"
-
-    rails = {row[0].removesuffix(" *"): row for row in shown.tables["Rails"][1:]}
-    for rail in expected["sides"][0]["rails"]:
-        if rail["totalAmperes"]:
-            row = rails[rail["rail"]]
-            wanted = [si(rail["staticAmperes"], "A"), si(rail["dynamicAmperes"], "A"), si(rail["totalAmperes"], "A"),
-                      si(rail["watts"], "W")]
-            assert row[2:6] == wanted, f"{design}: {rail['rail']} shows {row}, the JSON has {wanted}"
-    total = shown.tables["Power by block"][-1]
-    assert total[:2] == ["Total", si(expected["totalWatts"], "W")], f"{design}: total {total}"
-    for group in expected["groups"]:
-        inputs = shown.tables[group["name"] + " inputs"][1:]
-        assert [row[0] for row in inputs] == [i["cell"] for i in group["inputs"]], f"{design}: inputs of {group['name']}"
-    for budget in expected["budgets"]:
-        row = next(row for row in shown.tables["Budgets"] if row[0] == budget["name"])
-        assert ("broken" in row[3]) == budget["broken"], f"{design}: budget {row}"
-    assert len(shown.tables["Data files"]) - 1 == len(expected["dataFiles"])
-    print(f"{design}: {len(rails)} rails, {len(expected['groups'])} groups, {shown.svgs} charts agree")
+    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
+        folder = pathlib.Path(folder)
+        made = subprocess.run([zelm, "estimate", design, "--json", "--html", folder / "report.html"], check=True,
+                              capture_output=True)
+        expected = json.loads(made.stdout)
+        (folder / "frame.html").write_text(FRAME)
+        frame = browse(chromium, folder / "frame.html", folder / "profile")
+    complaints = [line for line in frame.stderr.splitlines() if "CONSOLE" in line]
+    assert not complaints, f"the console says {complaints}"
+    asked = json.loads(html.unescape(re.search(r'<pre id="asked">(.*?)</pre>', frame.stdout, re.S)[1]))
+    shown = Page()
+    shown.feed(asked["html"])
+    check_page(shown, asked)
+    rails = check_numbers(shown, asked, expected)
+    print(f"{design}: {rails} rails, {len(expected['groups'])} groups, {len(shown.charts)} charts agree")
 
 
 if __name__ == "__main__":
     for one in sys.argv[3:]:
-        check(sys.argv[1], sys.argv[2], one)
+        try:
+            check(sys.argv[1], sys.argv[2], one)
+        except AssertionError as wrong:
+            sys.exit(f"{one}: {wrong}")
