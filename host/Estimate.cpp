@@ -128,32 +128,39 @@ void addUp(Estimate& estimate, Side& side)
     side.totalWatts = side.staticWatts + estimate.dynamicWatts;
 }
 
+double junctionOf(const Side& side)
+{
+    return side.thermal && !side.thermal->converged ? HUGE_VAL : side.junction;
+}
+
+double amperesOf(const Side& side, const std::string& rail)
+{
+    for (const RailResult& result : side.rails) {
+        if (result.name == rail)
+            return result.amperes();
+    }
+    return 0.0;
+}
+
 void checkBudgets(Estimate& estimate)
 {
-    const Side& side = estimate.side();
     const Budgets& budgets = estimate.design.budgets;
-    const auto add = [&](std::string name, double limit, double actual, const char* unit) {
-        estimate.budgets.push_back({std::move(name), limit, actual, unit});
-    };
-    const auto amperes = [&](const std::string& rail) {
-        for (const RailResult& result : side.rails) {
-            if (result.name == rail)
-                return result.amperes();
-        }
-        return 0.0;
+    const auto add = [&](const std::string& name, double limit, const char* unit, const auto& actual) {
+        BudgetResult result{name, limit, actual(estimate.side()), unit, std::nullopt};
+        if (estimate.sides.size() > 1)
+            result.otherActual = actual(estimate.sides[1]);
+        estimate.budgets.push_back(std::move(result));
     };
     if (budgets.totalPower)
-        add("total power", *budgets.totalPower, side.totalWatts, "W");
+        add("total power", *budgets.totalPower, "W", [](const Side& side) { return side.totalWatts; });
     if (budgets.junction)
-        add("junction temperature", *budgets.junction,
-            side.thermal && !side.thermal->converged ? HUGE_VAL : side.junction, "degrees");
+        add("junction temperature", *budgets.junction, "degrees", junctionOf);
     for (const auto& [rail, limit] : budgets.rails)
-        add("current of " + rail, limit, amperes(rail), "A");
+        add("current of " + rail, limit, "A", [&](const Side& side) { return amperesOf(side, rail); });
     for (const auto& [rail, limit] : estimate.design.regulators)
-        add("regulator of " + rail, limit, amperes(rail), "A");
+        add("regulator of " + rail, limit, "A", [&](const Side& side) { return amperesOf(side, rail); });
     if (estimate.design.environment.junctionLimit)
-        add("junction limit", *estimate.design.environment.junctionLimit,
-            side.thermal && !side.thermal->converged ? HUGE_VAL : side.junction, "degrees");
+        add("junction limit", *estimate.design.environment.junctionLimit, "degrees", junctionOf);
 }
 
 void refuseUnknownRails(const Design& design)

@@ -309,11 +309,20 @@ std::string textReport(const Estimate& estimate, bool verbose, const Paint& pain
         text += title(paint, "Utilisation") + table.text();
     }
     if (!estimate.budgets.empty()) {
-        TextTable table({"Budget", "Limit", "Actual", "Verdict"});
-        for (const BudgetResult& budget : estimate.budgets)
-            table.row({budget.name, fmt::format("{:g} {}", budget.limit, budget.unit),
-                       fmt::format("{:.4g} {}", budget.actual, budget.unit),
-                       budget.broken() ? paint.bad("BROKEN") : paint.good("kept")});
+        std::vector<std::string> header{"Budget", "Limit", "Actual", "Verdict"};
+        if (estimate.sides.size() > 1)
+            header.push_back(estimate.sides[1].process + " actual");
+        TextTable table(header);
+        for (const BudgetResult& budget : estimate.budgets) {
+            const auto amount = [&](double actual) { return fmt::format("{:.4g} {}", actual, budget.unit); };
+            std::vector<std::string> cells{budget.name, fmt::format("{:g} {}", budget.limit, budget.unit),
+                                           amount(budget.actual),
+                                           budget.broken() ? paint.bad("BROKEN") : paint.good("kept")};
+            if (budget.otherActual)
+                cells.push_back(*budget.otherActual <= budget.limit ? amount(*budget.otherActual)
+                                                                    : paint.bad(amount(*budget.otherActual)));
+            table.row(cells);
+        }
         text += title(paint, "Budgets") + table.text();
     }
     if (verbose) {
@@ -382,6 +391,8 @@ Json jsonReport(const Estimate& estimate)
         Json entry{{"name", budget.name}, {"unit", budget.unit}, {"broken", budget.broken()}};
         addNumber(entry, "limit", budget.limit);
         addNumber(entry, "actual", budget.actual);
+        if (budget.otherActual)
+            addNumber(entry, "otherActual", *budget.otherActual);
         entry["words"] = budgetWords(budget);
         budgets.push_back(entry);
     }
