@@ -75,9 +75,14 @@ class Prober {
 public:
     explicit Prober(const Block& block) : m_block(block), m_choices(choicesOf(block))
     {
-        // Every cell once for each word, also those that a calculation leaves out: limits, say, that hosts pull.
-        combine(1, 0, {}, true);
-        combine(affordableDepth(), 0, {}, false);
+        // Also cells that a calculation leaves out, limits, say, that hosts pull: with all combinations if that is
+        // cheap, else once for each word.
+        constexpr double affordablePulls = 200000.0;
+        const auto [depth, combinations] = affordableDepth();
+        const bool everyCell = combinations * static_cast<double>(block.cells.size()) <= affordablePulls;
+        if (!everyCell)
+            combine(1, 0, {}, true);
+        combine(depth, 0, {}, everyCell);
     }
 
     const RowSet& missing() const
@@ -95,7 +100,8 @@ private:
     using Setting = std::pair<const ZelmCellInfo*, const Value*>;
 
     // How many choices to vary together: all where there are few combinations, else less: keys join a few words each.
-    std::size_t affordableDepth() const
+    // And the number of combinations.
+    std::pair<std::size_t, double> affordableDepth() const
     {
         constexpr double affordable = 5000.0;
         std::vector<double> combinations(m_choices.size() + 1, 0.0); // by the number of choices that vary
@@ -107,7 +113,7 @@ private:
         std::size_t depth = m_choices.size();
         while (depth > 1 && combinations[depth] > affordable)
             --depth;
-        return depth;
+        return {depth, combinations[depth]};
     }
 
     // Probes every setting of every `depth` choices from the one at `first` on.

@@ -145,6 +145,8 @@ const std::vector<Shared>& sharedWords()
         // families of DSP arithmetic, and their facts
         {{"DspConfig", "DSP_CONFIG_MAP"}, {"DspConfig", "DSP_CONFIG_DATA"}},
         {{"DspConfig", "DSP_CONFIG_DATA.*"}},
+        // facts of an operational mode
+        {{"DspActivity", "DSP_CONFIG_DATA.*"}},
     };
     return all;
 }

@@ -43,8 +43,11 @@ constexpr Row kRows[] = {
     {"Nemt", "SHIM_DATA.ZQ30T80", "SHIM_B"},
     {"Nemt", "NEMT_STREAMS.ZQ10T40", "PL_STREAMS"},
     {"Yond", "MIO_BANK_DISTRIBUTION.LPD_IOU_BANK1", "BIDI"},
-    // a row without which a formula throws
+    // a row behind such a cell that takes two words
+    {"DspInt8", "DYNAMIC_DATA.INT8.MULT_NOMREG.DYNAMIC.COMPONENT_SUM", "OFF_CURRENT_MA"},
+    // rows without which a formula throws
     {"DspActivity", "DSP_CONFIG_DATA.MULT_ALU", "OUTPUT_TOGGLE"},
+    {"DspActivity", "DSP_CONFIG_DATA.INVALID_STATE", "OUTPUT_TOGGLE"},
     // rows that hosts alone ask for: tables that share their words
     {"DspConfig", "DSP_CONFIG_MAP", "MACB_CPLX"},
     {"DspConfig", "DSP_CONFIG_DATA.MACA_INT24", "BLOCK"},
