@@ -1,8 +1,9 @@
 #include "host/CheckData.h"
 
 #include "host/Block.h"
-#include "host/Error.h"
 #include "host/LegalWords.h"
+#include "host/SharedKeys.h"
+#include "host/Terminal.h"
 #include "host/Text.h"
 
 #include "framework/ZelmData.h"
@@ -10,18 +11,22 @@
 #include <fmt/format.h>
 #include <libconfig.h++>
 
+#include <map>
 #include <set>
 
 namespace zelm::host {
 
 namespace {
 
+std::string pathOf(const Block& block)
+{
+    return ZelmData::getQTADataDir(block.dataFile()) + "/" + block.dataFile();
+}
+
 // Where a block's file has its tables, for messages.
 class Lines {
 public:
-    explicit Lines(const Block& block)
-        : m_path(ZelmData::getQTADataDir(block.dataFile()) + "/" + block.dataFile()),
-          m_root(fmt::format("ZelmOrvane{}Data", block.name))
+    explicit Lines(const Block& block) : m_path(pathOf(block)), m_root(fmt::format("ZelmOrvane{}Data", block.name))
     {
         m_cfg.readFile(m_path.c_str());
     }
@@ -69,59 +74,94 @@ std::vector<Choice> choicesOf(const Block& block)
 // Runs a block over its choices and gathers the rows that it didn't find.
 class Prober {
 public:
-    explicit Prober(const Block& block) : m_block(block), m_choices(choicesOf(block)) {}
-
-    std::set<std::pair<std::string, std::string>> missing()
+    explicit Prober(const Block& block) : m_block(block), m_choices(choicesOf(block))
     {
-        // All combinations where there are few enough, else every pair of choices: keys join a few words each.
-        double combinations = 1.0;
-        for (const Choice& choice : m_choices)
-            combinations *= static_cast<double>(choice.values.size());
-        constexpr double affordable = 20000.0;
-        if (combinations <= affordable) {
-            std::vector<std::size_t> all;
-            for (std::size_t i = 0; i < m_choices.size(); ++i)
-                all.push_back(i);
-            combine(all, 0, {});
-        } else {
-            for (std::size_t i = 0; i < m_choices.size(); ++i)
-                for (std::size_t j = i + 1; j < m_choices.size(); ++j)
-                    combine({i, j}, 0, {});
-        }
-        return std::move(m_missing);
+        // Also cells that a calculation leaves out, limits, say, that hosts pull: with all combinations if that is
+        // cheap, else once for each word.
+        constexpr double affordablePulls = 200000.0;
+        const auto [depth, combinations] = affordableDepth();
+        const bool everyCell = combinations * static_cast<double>(block.cells.size()) <= affordablePulls;
+        if (!everyCell)
+            combine(1, 0, {}, true);
+        combine(depth, 0, {}, everyCell);
+    }
+
+    const RowSet& missing() const
+    {
+        return m_missing;
+    }
+
+    // What formulas threw: text in a row, say, where they need a number.
+    const std::set<std::string>& failures() const
+    {
+        return m_failures;
     }
 
 private:
     using Setting = std::pair<const ZelmCellInfo*, const Value*>;
 
-    void combine(const std::vector<std::size_t>& which, std::size_t depth, std::vector<Setting> settings)
+    // How many choices to vary together: all where there are few combinations, else less: keys join a few words each.
+    // And the number of combinations.
+    std::pair<std::size_t, double> affordableDepth() const
     {
-        if (depth == which.size()) {
-            probe(settings);
+        constexpr double affordable = 5000.0;
+        std::vector<double> combinations(m_choices.size() + 1, 0.0); // by the number of choices that vary
+        combinations[0] = 1.0;
+        for (const Choice& choice : m_choices) {
+            for (std::size_t depth = m_choices.size(); depth > 0; --depth)
+                combinations[depth] += combinations[depth - 1] * static_cast<double>(choice.values.size());
+        }
+        std::size_t depth = m_choices.size();
+        while (depth > 1 && combinations[depth] > affordable)
+            --depth;
+        return {depth, combinations[depth]};
+    }
+
+    // Probes every setting of every `depth` choices from the one at `first` on.
+    void combine(std::size_t depth, std::size_t first, const std::vector<Setting>& settings, bool everyCell)
+    {
+        if (depth == 0 || m_choices.empty()) {
+            probe(settings, everyCell);
             return;
         }
-        const Choice& choice = m_choices[which[depth]];
-        settings.emplace_back();
-        for (const Value& value : choice.values) {
-            settings.back() = {choice.cell, &value};
-            combine(which, depth + 1, settings);
+        for (std::size_t i = first; i + depth <= m_choices.size(); ++i) {
+            std::vector<Setting> more = settings;
+            more.emplace_back();
+            for (const Value& value : m_choices[i].values) {
+                more.back() = {m_choices[i].cell, &value};
+                combine(depth - 1, i + 1, more, everyCell);
+            }
         }
     }
 
-    void probe(const std::vector<Setting>& settings)
+    void probe(const std::vector<Setting>& settings, bool everyCell)
     {
         const auto instance = m_block.create();
         for (const auto& [cell, value] : settings)
             instance->set(*cell, *value);
         const LookUpMisses misses;
-        instance->calculate();
-        for (const MissingRow& row : m_block.missingRows(misses))
-            m_missing.emplace(row.table, row.key);
+        const auto attempt = [&](auto run) {
+            try {
+                run();
+            } catch (const std::exception& error) {
+                m_failures.insert(error.what());
+            }
+        };
+        attempt([&] { instance->calculate(); });
+        if (everyCell) {
+            for (const ZelmCellInfo& cell : m_block.cells)
+                attempt([&] { instance->pull(cell); });
+        }
+        for (MissingRow& row : m_block.missingRows(misses)) {
+            if (!isMeantToMiss(m_block, row))
+                m_missing.emplace(std::move(row.table), std::move(row.key));
+        }
     }
 
     const Block& m_block;
     std::vector<Choice> m_choices;
-    std::set<std::pair<std::string, std::string>> m_missing;
+    RowSet m_missing;
+    std::set<std::string> m_failures;
 };
 
 } // namespace
@@ -130,6 +170,8 @@ DataCheck checkData()
 {
     DataCheck check;
     check.whole = true;
+    std::map<std::string, RowSet> shared = rowsMissingBesideOthers();
+    Progress progress("checking", blocks().size());
     TextTable summary({"Block", "Tables", "Rows", "Verdict"});
     for (const Block& block : blocks()) {
         std::size_t rows = 0;
@@ -138,14 +180,19 @@ DataCheck checkData()
             block.load();
             for (const ZelmTableInfo& table : block.tables)
                 rows += block.keys({std::string(table.group)}, true).size();
-            std::set<std::pair<std::string, std::string>> missing = Prober(block).missing();
-            std::erase_if(missing, [&](const auto& row) { return isMeantToMiss(block, {row.first, row.second}); });
+            const Prober prober(block);
+            RowSet missing = prober.missing();
+            missing.merge(shared[std::string(block.name)]);
+            wrong = missing.size();
             if (!missing.empty()) {
                 Lines lines(block);
                 for (const auto& [table, key] : missing)
                     check.text += fmt::format("{}: {} has no row {}\n", lines.where(table, key), table, key);
+            } else {
+                for (const std::string& failure : prober.failures())
+                    check.text += fmt::format("{}: a formula fails on its rows: {}\n", pathOf(block), failure);
+                wrong = prober.failures().size();
             }
-            wrong = missing.size();
         } catch (const std::exception& error) {
             check.text += fmt::format("{}\n", error.what());
             wrong = 1;
@@ -153,6 +200,7 @@ DataCheck checkData()
         check.whole = check.whole && wrong == 0;
         summary.row({std::string(block.name), std::to_string(block.tables.size()), std::to_string(rows),
                      wrong == 0 ? "whole" : fmt::format("{} wrong", wrong)});
+        progress.step();
     }
     if (!check.text.empty())
         check.text += '\n';

@@ -105,7 +105,7 @@ struct BudgetResult {
     double limit = 0.0;
     double actual = 0.0; ///< on the design's process side; infinite if that finds no equilibrium
     std::string unit;
-    std::optional<double> otherActual; ///< on the other process side, if there is one; it breaks nothing
+    std::optional<double> otherActual{}; ///< on the other process side, if there is one; it breaks nothing
 
     bool broken() const
     {

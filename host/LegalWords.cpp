@@ -95,49 +95,73 @@ const std::vector<Words>& formulaWords()
     return all;
 }
 
-// Words that are keys of a data table: those below a chain, less what the formulas put around them. `extra` are words
-// that select no row.
+// Words that are keys of data tables: those below any of the chains ("*" stands for all keys), less what the formulas
+// put around them. `known` are words that are legal whatever the file holds: a file that lacks the row of one is not
+// whole.
 struct Keys {
     std::string_view block;
     std::string_view cell;
-    std::vector<std::string> chain;
+    std::vector<std::vector<std::string>> chains;
     std::string_view prefix{};
     std::string_view suffix{};
-    std::vector<std::string> extra{};
+    std::vector<std::string> known{};
+    // Whether check-data runs the formulas over the words; grades choose rows together, and a SKU that is missing would
+    // show as all the rows that it names. host/SharedKeys.cpp compares those tables.
+    bool probed = true;
 };
 
 const std::vector<Keys>& tableWords()
 {
     static const std::vector<Keys> all{
-        {"Signal", "DRIVER_TYPE", {"PER_NODE_CAP"}},
+        {"Signal",
+         "DRIVER_TYPE",
+         {{"PER_NODE_CAP"}},
+         "",
+         "",
+         {"BRAM", "CLOCK", "DSP", "FF", "IO", "LOOKAHEAD", "LUT", "LUTRAM", "OTHER", "PLAM"}},
         {"CleLogic",
          "INSTANCE_TYPE",
-         {"REG_CAP"},
+         {{"REG_CAP"}},
          "",
          "",
-         {"LUT_LOGIC", "LUT_DRAM", "LUT_SRL", "OFMUX", "BYP", "LOOKAHEAD"}},
-        {"IriImux", "MODE", {"CURRENT"}},
-        {"Selv", "INPUT_IO_STANDARD", {"IBUF"}},
-        {"Selv", "OUTPUT_IO_STANDARD", {"OBUF"}},
-        {"Nalt", "INPUT_IO_STANDARD", {"IBUF"}},
-        {"Nalt", "OUTPUT_IO_STANDARD", {"OBUF"}},
-        {"Noc", "DEVICE", {"DEVICE_INT_NAMES"}},
-        {"Nemt", "INTERNAL_DEVICE_NAME", {"SHIM_DATA"}},
-        {"Jorl", "MODE", {"MODE_TABLE"}, "KEY_"},
-        {"Ilkn", "MODE", {"MODE_TABLE"}, "KEY_"},
-        {"Tuvo", "ACTIVITY", {"CONFIG_PWR_DATA", "FEC_100GE"}},
-        {"Noc", "DATA_PATH", {"DEVICE_DATA", "ZQ20T60"}},
-        {"ClkDist", "BUF_TYPE", {"CURRENT"}},
-        {"Sdfec", "MODES", {"DYNAMIC_CURRENTS"}},
-        {"Sysmon", "DEVICE", {"DEVICE_DATA"}},
-        {"Static", "DEVICE_NAME", {"TOTAL_POWER_FACTORS"}},
-        {"Static", "PROCESS", {"VT_COEFFICIENT", "BRAM_CORE_ACTIVE"}},
-        {"Iologic", "MODE", {"FINAL_DATA"}, "", "_CURR"},
+         {"REG_FF", "REG_IMUX", "REG_LATCH", "LUT_LOGIC", "LUT_DRAM", "LUT_SRL", "OFMUX", "BYP", "LOOKAHEAD"}},
+        {"IriImux", "MODE", {{"CURRENT"}}},
+        {"Selv", "INPUT_IO_STANDARD", {{"IBUF"}}},
+        {"Selv", "OUTPUT_IO_STANDARD", {{"OBUF"}}},
+        {"Nalt", "INPUT_IO_STANDARD", {{"IBUF"}}},
+        {"Nalt", "OUTPUT_IO_STANDARD", {{"OBUF"}}},
+        {"Noc", "DEVICE", {{"DEVICE_INT_NAMES"}}},
+        {"Nemt", "INTERNAL_DEVICE_NAME", {{"SHIM_DATA"}, {"NEMT_STREAMS"}}},
+        {"Jorl", "MODE", {{"MODE_TABLE"}}, "KEY_"},
+        {"Ilkn", "MODE", {{"MODE_TABLE"}}, "KEY_"},
+        {"Tuvo", "ACTIVITY", {{"CONFIG_PWR_DATA", "*"}}},
+        {"Noc", "DATA_PATH", {{"DEVICE_DATA", "*"}}},
+        {"ClkDist", "BUF_TYPE", {{"CURRENT"}}},
+        {"Sdfec",
+         "MODES",
+         {{"DYNAMIC_CURRENTS"}},
+         "",
+         "",
+         {"LDPC_5G", "LDPC_Custom", "LDPC_DOCSIS", "LDPC_WiFi", "Turbo_LTE"}},
+        {"Sysmon", "DEVICE", {{"DEVICE_DATA"}}},
+        {"Static", "DEVICE_NAME", {{"TOTAL_POWER_FACTORS"}}},
+        {"Static", "PROCESS", {{"VT_COEFFICIENT", "BRAM_CORE_ACTIVE"}}},
+        {"Static", "SPEED_GRADE", {{"SKU_LIST"}}, "SPEED_", "", {}, false},
+        {"Static", "VOLTAGE_GRADE", {{"SKU_LIST", "*"}}, "", "", {}, false},
+        {"Static", "POWER_SCREEN", {{"SKU_LIST", "*", "*"}}, "", "", {}, false},
+        {"Static", "TEMP_GRADE", {{"SKU_LIST", "*", "*", "*"}}, "", "", {}, false},
+        {"Static", "OVER_DRIVE", {{"SKU_LIST", "*", "*", "*", "*"}}, "", "", {}, false},
+        {"Iologic",
+         "MODE",
+         {{"FINAL_DATA"}},
+         "",
+         "_CURR",
+         {"IDDR", "IREG", "ISERDES", "ODDR", "OREG", "OSERDES", "TREG"}},
     };
     return all;
 }
 
-// Ints that choose rows: widths of ports and links.
+// Ints that choose rows: widths of ports and links, grades.
 struct Sizes {
     std::string_view block;
     std::string_view cell;
@@ -150,18 +174,40 @@ const std::vector<Sizes>& sizes()
         {"Bram", "PORT_A_BIT_WIDTH", {1, 18, 36, 72}},
         {"Bram", "PORT_B_BIT_WIDTH", {1, 18, 36, 72}},
         {"Mulm", "LINK_WIDTH", {1, 2, 4, 8, 16}},
+        {"Wist", "LINK_WIDTH_A0", {1, 2, 4, 8, 16}},
+        {"Wist", "LINK_WIDTH_A1", {1, 2, 4, 8, 16}},
+        {"Wist", "PCI_CHANNELS", {1, 2}},
+        {"Sarn", "SPEEDGRADE", {-1, -2, -3}},
         {"Ddrmc", "DATA_WIDTH", {16, 32, 64}},
         {"Ddrmc", "NUM_CHANNELS", {1, 2}},
     };
     return all;
 }
 
+// The next keys below a chain.
+std::vector<std::string> keysBelow(const Block& block, const std::vector<std::string>& chain)
+{
+    const auto any = std::find(chain.begin(), chain.end(), "*");
+    if (any == chain.end())
+        return block.keys(chain, false);
+    std::vector<std::string> all;
+    for (const std::string& key : keysBelow(block, {chain.begin(), any})) {
+        std::vector<std::string> narrowed = chain;
+        narrowed[static_cast<std::size_t>(any - chain.begin())] = key;
+        const std::vector<std::string> found = keysBelow(block, narrowed);
+        all.insert(all.end(), found.begin(), found.end());
+    }
+    return all;
+}
+
 std::vector<std::string> keysOf(const Block& block, const Keys& rule)
 {
-    std::set<std::string> words(rule.extra.begin(), rule.extra.end());
-    for (const std::string& key : block.keys(rule.chain, false)) {
-        if (key.starts_with(rule.prefix) && key.ends_with(rule.suffix))
-            words.insert(key.substr(rule.prefix.size(), key.size() - rule.prefix.size() - rule.suffix.size()));
+    std::set<std::string> words(rule.known.begin(), rule.known.end());
+    for (const std::vector<std::string>& chain : rule.chains) {
+        for (const std::string& key : keysBelow(block, chain)) {
+            if (key.starts_with(rule.prefix) && key.ends_with(rule.suffix))
+                words.insert(key.substr(rule.prefix.size(), key.size() - rule.prefix.size() - rule.suffix.size()));
+        }
     }
     return {words.begin(), words.end()};
 }
@@ -175,7 +221,11 @@ struct MeantToMiss {
 
 constexpr MeantToMiss kMeantToMiss[] = {
     {"Parts", "DEVICE_DATA", ""},             // a part stands in one series only, and all are asked
-    {"CleLogic", "REG_CAP", ""},              // asked for elements that are no registers, too
+    {"CleLogic", "REG_CAP", "LUT_"},          // no register
+    {"CleLogic", "REG_CAP", "OFMUX"},         // no register
+    {"CleLogic", "REG_CAP", "BYP"},           // no register
+    {"CleLogic", "REG_CAP", "LOOKAHEAD"},     // no register
+    {"Wist", "CONFIG_POWER_DATA", "_x16_A2"}, // sixteen lanes are one controller's
     {"Ddrmc", "DDRMC_DATA", "_2CH_X16_"},     // a channel has at least 16 bits
     {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X64_"}, // and with LP4 at most 32, or
     {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X80_"}, // 40 with error correction
@@ -203,6 +253,10 @@ std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell
 
 std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell)
 {
+    for (const Keys& rule : tableWords()) {
+        if (rule.block == block.name && rule.cell == cell.name && !rule.probed)
+            return {};
+    }
     std::vector<Value> values;
     for (std::string& word : legalWords(block, cell))
         values.emplace_back(std::move(word));

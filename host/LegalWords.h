@@ -7,11 +7,11 @@
 
 namespace zelm::host {
 
-/// The values that an input of a block takes: the words of its formulas, or the keys of the table that it chooses from,
-/// read from the data file. Empty if any value is fine.
+/// The values over which a data file must be whole: legal words, and ints that choose rows. Empty if any value is fine.
 std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell);
 
-/// The same as texts.
+/// The words that a string input takes: those that its formulas know, or the keys of the table that it chooses from,
+/// read from the data file. Empty if any is fine.
 std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell);
 
 /// Whether the formulas ask for a row that need not be there, and take a miss for "no".

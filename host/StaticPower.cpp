@@ -159,9 +159,12 @@ void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std:
             side.junction = environment.junction.value_or(kDefaultJunction);
         }
         if (curves == Curves::drawn) {
-            constexpr double curveStep = 5.0;
-            for (double t = kColdestCharacterised; t <= kHottestCharacterised; t += curveStep)
-                side.curve.emplace_back(t, total(t));
+            constexpr double step = 5.0;
+            constexpr int steps = static_cast<int>((kHottestCharacterised - kColdestCharacterised) / step);
+            for (int i = 0; i <= steps; ++i) {
+                const double junction = kColdestCharacterised + i * step;
+                side.curve.emplace_back(junction, total(junction));
+            }
         }
         if (environment.junctionLimit && environment.ambient) {
             side.highestAmbient =

@@ -80,7 +80,9 @@ std::optional<double> search(const Excess& excess, double ambient)
     constexpr int bits = 30;
     double coolest = ambient;
     double least = excess(ambient);
-    for (double low = ambient; low < kHottestTried; low += step) {
+    const int steps = static_cast<int>(std::ceil((kHottestTried - ambient) / step));
+    for (int i = 0; i < steps; ++i) {
+        const double low = ambient + i * step;
         const double here = excess(low + step);
         if (here <= 0.0)
             return root(excess, low, low + step);

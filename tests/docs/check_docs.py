@@ -1,0 +1,31 @@
+#!/usr/bin/env python3
+"""Sees that what is checked in of the tool's output is what the tool prints: check_docs.py ZELM SOURCE_DIR"""
+import filecmp
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+zelm, source = sys.argv[1], pathlib.Path(sys.argv[2])
+
+
+def run(*arguments):
+    return subprocess.run([zelm, *map(str, arguments)], check=True, capture_output=True, text=True).stdout
+
+
+with tempfile.TemporaryDirectory() as generated:
+    run("docs", generated)
+    names = sorted(path.name for path in pathlib.Path(generated).iterdir())
+    assert names == sorted(path.name for path in (source / "docs/cells").iterdir()), "docs/cells has other pages: make docs"
+    _, differing, unreadable = filecmp.cmpfiles(generated, source / "docs/cells", names, shallow=False)
+    assert not differing + unreadable, f"docs/cells differs, make docs: {differing + unreadable}"
+assert run("schema") == (source / "docs/design.schema.json").read_text(), "docs/design.schema.json differs: make docs"
+
+# The README shows parts of an estimate, paragraph by paragraph.
+printed = run("estimate", source / "examples/first.json")
+sample = (source / "README.md").read_text().split("```text\n", 1)[1].split("```", 1)[0]
+paragraphs = [paragraph.strip("\n") for paragraph in sample.split("\n\n")]
+assert len(paragraphs) > 2
+for paragraph in paragraphs:
+    assert paragraph in printed, f"README.md shows what the tool doesn't print:\n{paragraph}\n--- but\n{printed}"
+print(f"{len(names)} pages, the schema and {len(paragraphs)} paragraphs of the README are the tool's")
