@@ -25,6 +25,11 @@ std::string degrees(double value)
     return fmt::format("{:.2f} C", value);
 }
 
+std::string junctionText(const Side& side)
+{
+    return side.thermal && !side.thermal->converged ? "no equilibrium" : degrees(side.junction);
+}
+
 const RailResult* find(const Side& side, const std::string& rail)
 {
     const auto found =
@@ -151,7 +156,7 @@ std::string sidesTable(const Estimate& estimate)
 {
     TextTable table({"Process", "Junction", "Static", "Dynamic", "Total"});
     for (const Side& side : estimate.sides)
-        table.row({side.process, degrees(side.junction), si(side.staticWatts, "W"), si(estimate.dynamicWatts, "W"),
+        table.row({side.process, junctionText(side), si(side.staticWatts, "W"), si(estimate.dynamicWatts, "W"),
                    si(side.totalWatts, "W")});
     std::string text = table.text();
     for (const Side& side : estimate.sides) {
@@ -281,8 +286,13 @@ std::string textReport(const Estimate& estimate, bool verbose, const Paint& pain
     std::string text = paint.title(estimate.design.name) + "\n";
     text += fmt::format("{} on the chip: {} dynamic, {} static", si(side.totalWatts, "W"),
                         si(estimate.dynamicWatts, "W"), si(side.staticWatts, "W"));
-    text +=
-        side.process.empty() ? "\n" : fmt::format(", process {}, junction {}\n", side.process, degrees(side.junction));
+    if (side.process.empty())
+        text += "\n";
+    else if (side.thermal && !side.thermal->converged)
+        text += fmt::format(", process {}: {}, amounts are those at {}, where the search ended\n", side.process,
+                            paint.bad("no equilibrium"), degrees(side.junction));
+    else
+        text += fmt::format(", process {}, junction {}\n", side.process, degrees(side.junction));
 
     text += title(paint, "Groups") + groupsTable(estimate);
     text += title(paint, "Rails") + railsTable(estimate);
@@ -297,7 +307,8 @@ std::string textReport(const Estimate& estimate, bool verbose, const Paint& pain
         TextTable table({"Cooling", "thetaJA", "Junction", "Power", "Verdict"});
         for (const CoolingResult& result : estimate.cooling)
             table.row({result.cooling.name, fmt::format("{:.3f}", result.cooling.thetaJA),
-                       degrees(result.point.junction), si(result.point.power, "W"),
+                       result.point.converged ? degrees(result.point.junction) : "none",
+                       result.point.converged ? si(result.point.power, "W") : "",
                        result.point.converged ? "settles" : paint.bad(result.point.words)});
         text += title(paint, "Cooling") + table.text();
     }

@@ -146,4 +146,17 @@ TEST(Report, TextNamesGroupsRailsAndBrokenBudgets)
     EXPECT_THAT(textReport(estimate, true), HasSubstr("Origin"));
 }
 
+TEST(Report, TextNeverShowsTheLastTriedTemperatureAsTheJunction)
+{
+    const std::string text = textReport(estimateOf(R"({"device": {"part": "zq5620"}, "groups": [],
+                       "environment": {"ambientTemperature": 80, "cooling": [{"name": "still air", "thetaJA": 30},
+                                                                             {"name": "cold plate", "thetaJA": 0.1}]}})"),
+                                        false);
+    EXPECT_THAT(text, HasSubstr("process TYP: no equilibrium, amounts are those at 200.00 C, where the search ended"));
+    EXPECT_THAT(text, testing::ContainsRegex("TYP +no equilibrium"));
+    EXPECT_THAT(text, testing::ContainsRegex("still air +30.000 +none +thermal runaway"));
+    EXPECT_THAT(text, testing::ContainsRegex("cold plate +0.100 +8[0-9.]+ C +[0-9.]+ W +settles"));
+    EXPECT_THAT(text, HasSubstr("- process TYP: thermal runaway"));
+}
+
 } // namespace
