@@ -1,10 +1,10 @@
 #include "host/Block.h"
 
+#include "host/DataLines.h"
 #include "host/Error.h"
 #include "host/Text.h"
 
 #include "BlockHeaders.h"
-#include "framework/ZelmData.h"
 #include "framework/ZelmUnset.h"
 
 #include <fmt/format.h>
@@ -84,10 +84,9 @@ template <class Data>
 void loadAndCheck()
 {
     const std::string file = dataFileOf<Data>();
-    const std::string directory = ZelmData::getQTADataDir(file);
-    if (directory.empty())
+    const std::string path = dataPath(file);
+    if (path.empty())
         throw Error(fmt::format("{}: no directory of the data search list holds this file", file));
-    const std::string path = directory + "/" + file;
     const Data* data = nullptr;
     try {
         data = &Data::getGlobal();
@@ -99,9 +98,9 @@ void loadAndCheck()
     }
     for (const ZelmTableInfo& table : Data::tables()) {
         if (data->getCfgKeys({std::string(table.group)}, false).empty())
-            throw Error(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})", path,
-                                    Data::name, table.group, table.type == "std::string" ? "string" : table.type,
-                                    table.keys));
+            throw Error(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
+                                    DataLines(file).where(std::string(table.group), ""), Data::name, table.group,
+                                    table.type == "std::string" ? "string" : table.type, table.keys));
     }
 }
 

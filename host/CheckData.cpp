@@ -1,15 +1,13 @@
 #include "host/CheckData.h"
 
 #include "host/Block.h"
+#include "host/DataLines.h"
 #include "host/LegalWords.h"
 #include "host/SharedKeys.h"
 #include "host/Terminal.h"
 #include "host/Text.h"
 
-#include "framework/ZelmData.h"
-
 #include <fmt/format.h>
-#include <libconfig.h++>
 
 #include <map>
 #include <set>
@@ -17,41 +15,6 @@
 namespace zelm::host {
 
 namespace {
-
-std::string pathOf(const Block& block)
-{
-    return ZelmData::getQTADataDir(block.dataFile()) + "/" + block.dataFile();
-}
-
-// Where a block's file has its tables, for messages.
-class Lines {
-public:
-    explicit Lines(const Block& block) : m_path(pathOf(block)), m_root(fmt::format("ZelmOrvane{}Data", block.name))
-    {
-        m_cfg.readFile(m_path.c_str());
-    }
-
-    // The deepest group on the way to a missing key that the file does have.
-    std::string where(const std::string& table, const std::string& key)
-    {
-        std::string path = fmt::format("{}.{}", m_root, table);
-        unsigned int line = m_cfg.exists(path) ? m_cfg.lookup(path).getSourceLine() : 0;
-        std::size_t start = 0;
-        for (std::size_t dot = key.find('.'); dot != std::string::npos; dot = key.find('.', start)) {
-            path.append(1, '.').append(key, start, dot - start);
-            if (!m_cfg.exists(path))
-                break;
-            line = m_cfg.lookup(path).getSourceLine();
-            start = dot + 1;
-        }
-        return fmt::format("{}:{}", m_path, line);
-    }
-
-private:
-    std::string m_path;
-    std::string m_root;
-    libconfig::Config m_cfg;
-};
 
 struct Choice {
     const ZelmCellInfo* cell;
@@ -185,12 +148,13 @@ DataCheck checkData()
             missing.merge(shared[std::string(block.name)]);
             wrong = missing.size();
             if (!missing.empty()) {
-                Lines lines(block);
+                const DataLines lines(block.dataFile());
                 for (const auto& [table, key] : missing)
                     check.text += fmt::format("{}: {} has no row {}\n", lines.where(table, key), table, key);
             } else {
                 for (const std::string& failure : prober.failures())
-                    check.text += fmt::format("{}: a formula fails on its rows: {}\n", pathOf(block), failure);
+                    check.text +=
+                        fmt::format("{}: a formula fails on its rows: {}\n", dataPath(block.dataFile()), failure);
                 wrong = prober.failures().size();
             }
         } catch (const std::exception& error) {

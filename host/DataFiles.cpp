@@ -1,6 +1,6 @@
 #include "host/DataFiles.h"
 
-#include "framework/ZelmData.h"
+#include "host/DataLines.h"
 
 #include <fmt/format.h>
 #include <openssl/evp.h>
@@ -44,7 +44,7 @@ std::vector<DataFile> dataFiles(const Estimate& estimate)
         add(group.block->dataFile());
     std::vector<DataFile> files;
     for (const std::string& name : names)
-        files.push_back({name, sha256(ZelmData::getQTADataDir(name) + "/" + name)});
+        files.push_back({name, sha256(dataPath(name))});
     return files;
 }
 

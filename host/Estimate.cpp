@@ -155,10 +155,12 @@ void checkBudgets(Estimate& estimate)
         add("total power", *budgets.totalPower, "W", [](const Side& side) { return side.totalWatts; });
     if (budgets.junction)
         add("junction temperature", *budgets.junction, "degrees", junctionOf);
-    for (const auto& [rail, limit] : budgets.rails)
-        add("current of " + rail, limit, "A", [&](const Side& side) { return amperesOf(side, rail); });
-    for (const auto& [rail, limit] : estimate.design.regulators)
-        add("regulator of " + rail, limit, "A", [&](const Side& side) { return amperesOf(side, rail); });
+    const auto addCurrents = [&](const char* what, const std::map<std::string, double>& limits) {
+        for (const auto& limit : limits)
+            add(what + limit.first, limit.second, "A", [&](const Side& side) { return amperesOf(side, limit.first); });
+    };
+    addCurrents("current of ", budgets.rails);
+    addCurrents("regulator of ", estimate.design.regulators);
     if (estimate.design.environment.junctionLimit)
         add("junction limit", *estimate.design.environment.junctionLimit, "degrees", junctionOf);
 }

@@ -1,8 +1,7 @@
 #include "host/SharedKeys.h"
 
 #include "host/Block.h"
-
-#include "framework/ZelmData.h"
+#include "host/DataLines.h"
 
 #include <fmt/format.h>
 #include <libconfig.h++>
@@ -161,9 +160,8 @@ public:
         std::unique_ptr<libconfig::Config>& cfg = m_read[std::string(blockName)];
         if (!cfg) {
             cfg = std::make_unique<libconfig::Config>();
-            const std::string file = block(blockName).dataFile();
             try {
-                cfg->readFile((ZelmData::getQTADataDir(file) + "/" + file).c_str());
+                cfg->readFile(dataPath(block(blockName).dataFile()).c_str());
             } catch (const libconfig::ConfigException&) {
                 cfg = std::make_unique<libconfig::Config>();
             }

@@ -144,7 +144,11 @@ TEST(CheckData, ATableWithoutRowsIsNamed)
     std::ofstream(file) << text;
     const ToolRun result = scratch.run("check-data " + data);
     EXPECT_EQ(result.code, 2);
-    EXPECT_THAT(result.out, HasSubstr(file + ": expected a group ZelmOrvaneGorbData.SIM_CONDITIONS"));
+    const std::string before = text.substr(0, text.find("SIM_CONDITIONS"));
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    EXPECT_THAT(result.out,
+                HasSubstr(file + ":" + std::to_string(line) + ": expected a group ZelmOrvaneGorbData.SIM_CONDITIONS"))
+        << text;
 }
 
 TEST(CheckData, ATextThatFormulasWantANumberFromIsToldWithItsFile)

@@ -120,7 +120,8 @@ TEST_F(Tool, MissingTableIsNamed)
 {
     const std::string data = scratch.copyData();
     std::ofstream(Scratch::dataFile(data, "Gorb")) << "ZelmOrvaneGorbData : { };\n";
-    expectUserError("--datadir " + data + " calc Gorb", "expected a group ZelmOrvaneGorbData.GORB_POWER_PARAM");
+    expectUserError("--datadir " + data + " calc Gorb",
+                    Scratch::dataFile(data, "Gorb") + ":1: expected a group ZelmOrvaneGorbData.GORB_POWER_PARAM");
 }
 
 TEST_F(Tool, PaintsOnATerminalOnly)
