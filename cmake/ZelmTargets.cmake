@@ -24,6 +24,7 @@ function(zelm_test name)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE zelmorvane zelm_test_support zelm_options)
   target_compile_options(${name} PRIVATE -O0) # the code under test is in the libraries; tests compile twice as fast
+  target_precompile_headers(${name} REUSE_FROM zelm_test_support)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
 endfunction()
 
