@@ -2,11 +2,11 @@
 # Everything else is CMake: see CMakePresets.json.
 
 PRESET ?= release
-# Folders for `make tidy`; empty for all.
+# Folders for `make tidy` and `make analyze`; empty for all.
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo test build bench docs format format-check tidy asan tsan coverage clean
+.PHONY: demo test build bench docs format format-check tidy analyze asan tsan coverage clean
 
 demo: build
 	$(BUILD)/host/zelm estimate examples/vision.json --html $(BUILD)/vision.html
@@ -25,7 +25,7 @@ $(BUILD)/build.ninja: CMakeLists.txt CMakePresets.json
 asan coverage:
 	$(MAKE) test PRESET=$@
 
-# Threads meet in the framework alone: in name tables, singletons and the texts of blocks.
+# Threads meet in the framework alone: in name tables, singletons and the texts of blocks. The preset builds just that.
 tsan:
 	tools/setup
 	cmake --preset tsan
@@ -47,6 +47,9 @@ format-check:
 
 tidy: build
 	tools/tidy $(BUILD) $(TIDY)
+
+analyze: build
+	CHECKS='-*,clang-analyzer-*' tools/tidy $(BUILD) $(TIDY)
 
 clean:
 	rm -rf build

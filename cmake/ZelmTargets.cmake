@@ -11,10 +11,16 @@ target_compile_options(
             -ffp-contract=off -fno-fast-math -fno-builtin-pow -fno-builtin-powf -fno-builtin-exp -fno-builtin-expf)
 
 # Adds the triples of resource kinds in this folder to the library: zelm_blocks(Bram Plam)
+# A folder's data blocks compile together, and so do its parameter blocks: each source only instantiates its base.
 function(zelm_blocks)
+  get_filename_component(subsystem "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
   foreach(block IN LISTS ARGN)
     foreach(part Data Params Model)
-      target_sources(zelmorvane PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/ZelmOrvane${block}${part}.cpp")
+      set(source "${CMAKE_CURRENT_SOURCE_DIR}/ZelmOrvane${block}${part}.cpp")
+      target_sources(zelmorvane PRIVATE "${source}")
+      if(NOT part STREQUAL "Model")
+        set_source_files_properties("${source}" TARGET_DIRECTORY zelmorvane PROPERTIES UNITY_GROUP ${subsystem}${part})
+      endif()
     endforeach()
   endforeach()
 endfunction()

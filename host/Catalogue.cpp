@@ -12,42 +12,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <set>
 
 namespace zelm::host {
 
 namespace {
-
-std::string changed(std::string text, int (*change)(int))
-{
-    for (char& c : text)
-        c = static_cast<char>(change(static_cast<unsigned char>(c)));
-    return text;
-}
-
-std::string upper(const std::string& text)
-{
-    return changed(text, std::toupper);
-}
-
-std::string lower(const std::string& text)
-{
-    return changed(text, std::tolower);
-}
-
-std::vector<std::string> split(const std::string& text, char separator)
-{
-    std::vector<std::string> parts;
-    std::size_t start = 0;
-    for (std::size_t end = text.find(separator); end != std::string::npos; end = text.find(separator, start)) {
-        parts.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    parts.push_back(text.substr(start));
-    return parts;
-}
 
 std::vector<std::string> sortedKeys(const Block& block, std::vector<std::string> chain, bool whole = false)
 {

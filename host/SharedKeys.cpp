@@ -2,12 +2,12 @@
 
 #include "host/Block.h"
 #include "host/DataLines.h"
+#include "host/Text.h"
 
 #include <fmt/format.h>
 #include <libconfig.h++>
 
 #include <algorithm>
-#include <cctype>
 #include <memory>
 
 namespace zelm::host {
@@ -20,18 +20,6 @@ using Naming = std::string (*)(std::string);
 
 std::string same(std::string text)
 {
-    return text;
-}
-
-std::string upper(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::toupper(c); });
-    return text;
-}
-
-std::string lower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
     return text;
 }
 

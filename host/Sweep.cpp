@@ -47,18 +47,6 @@ Json plain(double value)
                                                                       : Json(value);
 }
 
-std::vector<std::string> split(const std::string& text, char separator)
-{
-    std::vector<std::string> parts(1);
-    for (const char c : text) {
-        if (c == separator)
-            parts.emplace_back();
-        else
-            parts.back() += c;
-    }
-    return parts;
-}
-
 [[noreturn]] void fail(const std::string& variation, const std::string& message)
 {
     throw Error(fmt::format("--vary {}: {}", variation, message));

@@ -85,6 +85,32 @@ std::string suggestion(std::string_view name, const std::vector<std::string>& kn
     return names.empty() ? std::string() : "; did you mean " + orList(names) + "?";
 }
 
+std::string upper(std::string text)
+{
+    for (char& c : text)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return text;
+}
+
+std::string lower(std::string text)
+{
+    for (char& c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+std::vector<std::string> split(const std::string& text, char separator)
+{
+    std::vector<std::string> parts(1);
+    for (const char c : text) {
+        if (c == separator)
+            parts.emplace_back();
+        else
+            parts.back() += c;
+    }
+    return parts;
+}
+
 std::string si(double value, std::string_view unit)
 {
     if (!std::isfinite(value))

@@ -13,6 +13,11 @@ std::string suggestion(std::string_view name, const std::vector<std::string>& kn
 /// "A, B or C"
 std::string orList(const std::vector<std::string>& words);
 
+std::string upper(std::string text);
+std::string lower(std::string text);
+/// The parts between separators; one, the text itself, if there is none.
+std::vector<std::string> split(const std::string& text, char separator);
+
 /// A number with an SI prefix and four significant digits: si(0.00123, "W") is "1.230 mW".
 std::string si(double value, std::string_view unit);
 /// The shortest text that reads back as the same float.
