@@ -138,32 +138,28 @@ Json designSchema()
             {{"if", {{"properties", {{"block", {{"const", block.name}}}}}}}, {"then", groupSchema(block)}});
     }
 
+    Json fields{{"$schema", textSchema("this schema, for editors")},
+                {"name", textSchema("of the design")},
+                {"description", textSchema("for people")}};
+    fields["device"] = objectSchema(deviceFields, {"part"});
+    fields["environment"] =
+        objectSchema({{"junctionTemperature", temperature("given directly, degrees Celsius")},
+                      {"ambientTemperature", temperature("from which the junction's is found, degrees Celsius")},
+                      {"thetaJA", theta},
+                      {"cooling", cooling},
+                      {"junctionLimit", temperature("what the junction may reach, degrees Celsius")}});
+    fields["rails"] = objectSchema(volts);
+    fields["regulators"] = objectSchema(regulators);
+    fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, mostAmperes)},
+                                      {"junctionTemperature", temperature("degrees Celsius")},
+                                      {"rails", objectSchema(amperes)}});
+    fields["static"] = objectSchema(staticInputs);
+    const Json group{
+        {"type", "object"}, {"required", {"block"}}, {"properties", {{"block", {{"enum", names}}}}}, {"allOf", groups}};
+    fields["groups"] = {{"type", "array"}, {"items", group}};
+
     Json schema{{"$schema", "https://json-schema.org/draft/2020-12/schema"}, {"title", "zelm design"}};
-    schema.update(objectSchema(
-        {{"$schema", textSchema("this schema, for editors")},
-         {"name", textSchema("of the design")},
-         {"description", textSchema("for people")},
-         {"device", objectSchema(std::move(deviceFields), {"part"})},
-         {"environment",
-          objectSchema({{"junctionTemperature", temperature("given directly, degrees Celsius")},
-                        {"ambientTemperature", temperature("from which the junction's is found, degrees Celsius")},
-                        {"thetaJA", theta},
-                        {"cooling", cooling},
-                        {"junctionLimit", temperature("what the junction may reach, degrees Celsius")}})},
-         {"rails", objectSchema(std::move(volts))},
-         {"regulators", objectSchema(std::move(regulators))},
-         {"budgets", objectSchema({{"totalPower", numberSchema("watts", 0.0, mostAmperes)},
-                                   {"junctionTemperature", temperature("degrees Celsius")},
-                                   {"rails", objectSchema(std::move(amperes))}})},
-         {"static", objectSchema(std::move(staticInputs))},
-         {"groups",
-          {{"type", "array"},
-           {"items",
-            {{"type", "object"},
-             {"required", {"block"}},
-             {"properties", {{"block", {{"enum", std::move(names)}}}}},
-             {"allOf", std::move(groups)}}}}}},
-        {"groups"}));
+    schema.update(objectSchema(fields, {"groups"}));
     return schema;
 }
 
