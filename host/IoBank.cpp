@@ -61,7 +61,7 @@ bool receives(const std::string& direction)
 
 } // namespace
 
-std::vector<IoStandard> ioStandards()
+const std::vector<IoStandard>& ioStandards()
 {
     static const std::vector<IoStandard> all = [] {
         std::vector<IoStandard> standards;

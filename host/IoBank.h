@@ -15,7 +15,7 @@ struct IoStandard {
     float volts = 0.0f; ///< the bank rail that the standard is made for
 };
 
-std::vector<IoStandard> ioStandards();
+const std::vector<IoStandard>& ioStandards();
 /// The table of standards, for people.
 std::string listStandards(bool json);
 
