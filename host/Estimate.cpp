@@ -130,7 +130,7 @@ void addUp(Estimate& estimate, Side& side)
 
 double junctionOf(const Side& side)
 {
-    return side.thermal && !side.thermal->converged ? HUGE_VAL : side.junction;
+    return side.settles() ? side.junction : HUGE_VAL;
 }
 
 double amperesOf(const Side& side, const std::string& rail)

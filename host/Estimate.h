@@ -93,6 +93,12 @@ struct Side {
     std::optional<double> highestAmbient;
     std::optional<double> largestThetaJA;
     std::vector<std::pair<double, double>> curve; ///< total watts by junction temperature; empty unless drawn
+
+    /// Whether the junction temperature means something: given directly, or found.
+    bool settles() const
+    {
+        return !thermal || thermal->converged;
+    }
 };
 
 struct CoolingResult {

@@ -27,7 +27,7 @@ std::string degrees(double value)
 
 std::string junctionText(const Side& side)
 {
-    return side.thermal && !side.thermal->converged ? "no equilibrium" : degrees(side.junction);
+    return side.settles() ? degrees(side.junction) : "no equilibrium";
 }
 
 const RailResult* find(const Side& side, const std::string& rail)
@@ -288,7 +288,7 @@ std::string textReport(const Estimate& estimate, bool verbose, const Paint& pain
                         si(estimate.dynamicWatts, "W"), si(side.staticWatts, "W"));
     if (side.process.empty())
         text += "\n";
-    else if (side.thermal && !side.thermal->converged)
+    else if (!side.settles())
         text += fmt::format(", process {}: {}, amounts are those at {}, where the search ended\n", side.process,
                             paint.bad("no equilibrium"), degrees(side.junction));
     else

@@ -182,7 +182,7 @@ void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std:
         for (const char* cell : kSubsystems)
             side.subsystems.push_back({cell, model.number(cell)});
 
-        if (side.thermal && !side.thermal->converged)
+        if (!side.settles())
             estimate.warnings.push_back(fmt::format("process {}: {}", process, side.thermal->words));
         if (side.junction < kColdestCharacterised || side.junction > kHottestCharacterised)
             estimate.warnings.push_back(fmt::format(

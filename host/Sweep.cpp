@@ -185,11 +185,6 @@ std::vector<std::string> brokenBudgets(const Estimate& estimate)
     return names;
 }
 
-bool settles(const Side& side)
-{
-    return !side.thermal || side.thermal->converged;
-}
-
 std::string table(const std::vector<Variation>& variations, const std::vector<Point>& points)
 {
     const Paint paint(takesColour(stdout));
@@ -216,7 +211,7 @@ std::string table(const std::vector<Variation>& variations, const std::vector<Po
                                             [&](const Side& side) { return side.process == first.process; });
             const Side& side = found == point.estimate.sides.end() ? point.estimate.side() : *found;
             cells.insert(cells.end(), {si(side.staticWatts, "W"), si(side.totalWatts, "W"),
-                                       settles(side) ? fmt::format("{:.2f} C", side.junction) : paint.bad("runaway")});
+                                       side.settles() ? fmt::format("{:.2f} C", side.junction) : paint.bad("runaway")});
         }
         if (budgets) {
             const std::vector<std::string> broken = brokenBudgets(point.estimate);
@@ -248,7 +243,7 @@ Json json(const std::vector<Variation>& variations, const std::vector<Point>& po
             addNumber(each, "junctionTemperature", side.junction);
             addNumber(each, "staticWatts", side.staticWatts);
             addNumber(each, "totalWatts", side.totalWatts);
-            each["settles"] = settles(side);
+            each["settles"] = side.settles();
             entry["sides"].push_back(std::move(each));
         }
         entry["budgetsBroken"] = brokenBudgets(point.estimate);
@@ -270,7 +265,7 @@ std::string csv(const std::vector<Variation>& variations, const std::vector<Poin
             settings += escapedCsv(shown(value)) + ",";
         for (const Side& side : point.estimate.sides)
             text += fmt::format("{}{},{},{},{},{},{},{}\n", settings, side.process, point.estimate.dynamicWatts,
-                                side.staticWatts, side.totalWatts, side.junction, settles(side) ? "yes" : "no",
+                                side.staticWatts, side.totalWatts, side.junction, side.settles() ? "yes" : "no",
                                 escapedCsv(fmt::format("{}", fmt::join(brokenBudgets(point.estimate), "; "))));
     }
     return text;
