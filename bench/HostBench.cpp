@@ -1,5 +1,5 @@
-#include "host/Estimate.h"
-#include "host/Report.h"
+#include "host/estimate/Estimate.h"
+#include "host/report/Report.h"
 
 #include <benchmark/benchmark.h>
 

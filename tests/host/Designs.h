@@ -3,9 +3,9 @@
 #include "support/Bits.h"
 #include "support/DataDirectory.h"
 
-#include "host/Design.h"
-#include "host/Error.h"
-#include "host/Estimate.h"
+#include "host/base/Error.h"
+#include "host/design/Design.h"
+#include "host/estimate/Estimate.h"
 
 #include <algorithm>
 #include <stdexcept>

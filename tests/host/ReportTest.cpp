@@ -1,7 +1,7 @@
 #include "Designs.h"
 
-#include "host/Json.h"
-#include "host/Report.h"
+#include "host/base/Json.h"
+#include "host/report/Report.h"
 
 #include <cmath>
 #include <sstream>

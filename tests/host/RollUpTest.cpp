@@ -1,9 +1,9 @@
 #include "Designs.h"
 
 #include "device/ZelmOrvaneStaticModel.h"
-#include "host/Catalogue.h"
-#include "host/RollUp.h"
-#include "host/Running.h"
+#include "host/blocks/Rails.h"
+#include "host/blocks/RollUp.h"
+#include "host/design/ResolvedDevice.h"
 
 #include <cmath>
 #include <filesystem>

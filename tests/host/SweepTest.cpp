@@ -1,8 +1,8 @@
 #include "Designs.h"
 #include "Tool.h"
 
-#include "host/Json.h"
-#include "host/Sweep.h"
+#include "host/base/Json.h"
+#include "host/report/SweepReport.h"
 
 using namespace zelm::test;
 using namespace zelm::host;
@@ -19,6 +19,11 @@ std::string designText(const std::string& ambient, const std::string& memories, 
   "budgets": {"totalPower": 4},
   "groups": [{"block": "Signal"}, {"block": "Bram", "name": "line buffers", "inputs": {"NUM_BRAMS": )" +
            memories + R"(, "MODE": "BLKM18"}}]})";
+}
+
+std::string sweep(const std::string& file, const std::vector<std::string>& variations, SweepFormat format)
+{
+    return sweepReport(zelm::host::sweep(file, variations, std::chrono::hours(1)), format);
 }
 
 class SweepTest : public testing::Test {

@@ -1,8 +1,8 @@
 #include "support/Bits.h"
 
-#include "host/Block.h"
-#include "host/Terminal.h"
-#include "host/Text.h"
+#include "host/base/Terminal.h"
+#include "host/base/Text.h"
+#include "host/blocks/Block.h"
 
 #include <cmath>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "support/Bits.h"
 
-#include "host/Thermal.h"
+#include "host/estimate/Thermal.h"
 
 #include <cmath>
 

@@ -148,12 +148,19 @@ TEST_F(Tool, PaintsOnATerminalOnly)
 TEST_F(Tool, ShowsProgressOfLongWorkOnATerminalOnly)
 {
     const std::string design = scratch.write("d.json", R"({"device": {"part": "zq4410"}, "groups": []})");
-    const std::string sweep = "sweep --vary environment.junctionTemperature=0:100:0.2 --csv " + design;
-    const std::string command =
-        "TERM=xterm script -qec '" ZELM_TOOL " " + sweep + "' /dev/null </dev/null >" + scratch.path("tty");
-    ASSERT_EQ(std::system(command.c_str()), 0);
-    EXPECT_THAT(Scratch::read(scratch.path("tty")), HasSubstr("\rsweeping [#"));
-    const ToolRun piped = scratch.run(sweep);
+    const std::string sweep =
+        "sweep --vary environment.junctionTemperature=0,100 --csv " + design + " --progress-after ";
+    const auto onTerminal = [&](const std::string& milliseconds) {
+        const std::string command = "TERM=xterm script -qec '" ZELM_TOOL " " + sweep + milliseconds +
+                                    "' /dev/null </dev/null >" + scratch.path("tty");
+        EXPECT_EQ(std::system(command.c_str()), 0);
+        return Scratch::read(scratch.path("tty"));
+    };
+    // The first of two points fills half of the bar's 40 columns; the line is wiped at the end.
+    const std::string half = "\rsweeping [" + std::string(20, '#') + std::string(20, ' ') + "] 1/2";
+    EXPECT_THAT(onTerminal("0"), testing::AllOf(HasSubstr(half), HasSubstr("\r\x1b[K")));
+    EXPECT_THAT(onTerminal("3600000"), testing::Not(HasSubstr("sweeping")));
+    const ToolRun piped = scratch.run(sweep + "0");
     EXPECT_EQ(piped.code, 0);
     EXPECT_THAT(piped.err, IsEmpty());
 }

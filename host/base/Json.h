@@ -1,0 +1,20 @@
+#pragma once
+
+#include "host/base/JsonFwd.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+namespace zelm::host {
+
+/// JSON as the tool prints it: indented, with a newline at the end.
+std::string jsonText(const Json& json);
+
+/// The double with the shortest text that reads back as the same float: 0.72 and not 0.7200000286102295.
+double shortest(float value);
+
+/// A number as JSON; what JSON can't hold is null with a reason beside it.
+void addNumber(Json& object, const std::string& name, double value);
+
+} // namespace zelm::host

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+namespace zelm::host {
+
+/// Whether escape sequences belong on this stream: a terminal that isn't dumb, and no NO_COLOR in the environment.
+bool takesColour(std::FILE* stream);
+
+/// Paints words for a terminal, or leaves them as they are.
+class Paint {
+public:
+    explicit Paint(bool colour = false) : m_colour(colour) {}
+
+    std::string title(const std::string& text) const;
+    std::string good(const std::string& text) const;
+    std::string bad(const std::string& text) const;
+    std::string warning(const std::string& text) const;
+
+private:
+    std::string painted(const char* code, const std::string& text) const;
+
+    bool m_colour;
+};
+
+/// A bar on standard error for work of many like steps, once that has taken a while; only on a terminal. Its line is
+/// wiped at the end of the scope.
+class Progress {
+public:
+    Progress(std::string what, std::size_t steps, std::chrono::milliseconds after);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void step();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    std::string m_what;
+    std::size_t m_steps;
+    std::size_t m_done = 0;
+    bool m_terminal;
+    bool m_shown = false;
+    Clock::time_point m_next;
+};
+
+} // namespace zelm::host

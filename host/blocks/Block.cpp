@@ -1,0 +1,264 @@
+#include "host/blocks/Block.h"
+
+#include "host/base/Error.h"
+#include "host/base/Text.h"
+#include "host/blocks/DataLines.h"
+
+#include "BlockHeaders.h"
+#include "framework/ZelmUnset.h"
+
+#include <fmt/format.h>
+#include <libconfig.h++>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace zelm::host {
+
+namespace {
+
+using Kind = ZelmCellInfo::Kind;
+using Type = ZelmCellInfo::Type;
+
+template <class Model>
+class InstanceOf final : public Instance {
+    using Params = typename Model::Params;
+
+public:
+    void set(const ZelmCellInfo& cell, const Value& value) override
+    {
+        const std::string name(cell.name);
+        if (cell.type == Type::integer)
+            m_params[Params::string_to_int_enum(name)] = std::get<int>(value);
+        else if (cell.type == Type::real)
+            m_params[Params::string_to_float_enum(name)] = std::get<float>(value);
+        else
+            m_params[Params::string_to_string_enum(name)] = std::get<std::string>(value);
+    }
+
+    Value get(const ZelmCellInfo& cell) const override
+    {
+        const std::string name(cell.name);
+        if (cell.type == Type::integer)
+            return ifSet(m_params[Params::string_to_int_enum(name)]);
+        if (cell.type == Type::real)
+            return ifSet(m_params[Params::string_to_float_enum(name)]);
+        return ifSet(m_params[Params::string_to_string_enum(name)]);
+    }
+
+    void calculate() override
+    {
+        Model::getGlobal().calculate(m_params);
+    }
+
+    void pull(const ZelmCellInfo& cell) override
+    {
+        const std::string name(cell.name);
+        const auto& data = Model::Data::getGlobal();
+        if (cell.type == Type::integer)
+            Model::getGlobal().pull(Params::string_to_int_enum(name), m_params, data);
+        else if (cell.type == Type::real)
+            Model::getGlobal().pull(Params::string_to_float_enum(name), m_params, data);
+        else
+            Model::getGlobal().pull(Params::string_to_string_enum(name), m_params, data);
+    }
+
+private:
+    template <class T>
+    static Value ifSet(T value)
+    {
+        return isUnset(value) ? Value() : Value(std::move(value));
+    }
+
+    Params m_params;
+};
+
+template <class Data>
+std::string dataFileOf()
+{
+    return "powercfg/orvane/" + std::string(Data::name) + ".cfg";
+}
+
+template <class Data>
+void loadAndCheck()
+{
+    const std::string file = dataFileOf<Data>();
+    const std::string path = dataPath(file);
+    if (path.empty())
+        throw Error(fmt::format("{}: no directory of the data search list holds this file", file));
+    const Data* data = nullptr;
+    try {
+        data = &Data::getGlobal();
+    } catch (const libconfig::ParseException& error) {
+        throw Error(fmt::format("{}:{}: {}; expected settings of the form NAME = value; or NAME : {{ ... }};", path,
+                                error.getLine(), error.getError()));
+    } catch (const libconfig::FileIOException&) {
+        throw Error(fmt::format("{}: cannot be read", path));
+    }
+    for (const ZelmTableInfo& table : Data::tables()) {
+        if (data->getCfgKeys({std::string(table.group)}, false).empty())
+            throw Error(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
+                                    DataLines(file).where(std::string(table.group), ""), Data::name, table.group,
+                                    table.type == "std::string" ? "string" : table.type, table.keys));
+    }
+}
+
+// Once for each block: a failed attempt throws, and the next one tries again.
+template <class Data>
+void load()
+{
+    static const bool loaded = [] {
+        loadAndCheck<Data>();
+        return true;
+    }();
+    static_cast<void>(loaded);
+}
+
+template <class Model>
+constexpr auto create = []() -> std::unique_ptr<Instance> { return std::make_unique<InstanceOf<Model>>(); };
+
+template <class Model>
+Block describe(std::string_view name, std::string_view subsystem, std::string_view title)
+{
+    using Data = typename Model::Data;
+    return {name,
+            subsystem,
+            title,
+            Model::Params::cells(),
+            Data::tables(),
+            create<Model>,
+            load<Data>,
+            [](std::vector<std::string> chain, bool whole) {
+                return Data::getGlobal().getCfgKeys(std::move(chain), whole);
+            },
+            [](const void* table) { return Data::getGlobal().groupOf(table); }};
+}
+
+std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool inputsOnly)
+{
+    std::vector<std::string> names;
+    for (const ZelmCellInfo& cell : cells) {
+        if (!inputsOnly || cell.kind == Kind::userInput)
+            names.emplace_back(cell.name);
+    }
+    return names;
+}
+
+} // namespace
+
+const ZelmCellInfo* Block::findCell(std::string_view wanted) const
+{
+    const auto found =
+        std::find_if(cells.begin(), cells.end(), [&](const ZelmCellInfo& cell) { return cell.name == wanted; });
+    return found == cells.end() ? nullptr : &*found;
+}
+
+const ZelmCellInfo& Block::cell(std::string_view wanted) const
+{
+    if (const ZelmCellInfo* found = findCell(wanted))
+        return *found;
+    throw Error(fmt::format("block {} has no cell {}{}", name, wanted, suggestion(wanted, namesOf(cells, false))));
+}
+
+const ZelmCellInfo& Block::input(std::string_view wanted) const
+{
+    const ZelmCellInfo* found = findCell(wanted);
+    if (!found)
+        throw Error(fmt::format("block {} has no input {}{}", name, wanted, suggestion(wanted, namesOf(cells, true))));
+    if (found->kind != Kind::userInput)
+        throw Error(fmt::format("cell {} of block {} is computed, not an input", wanted, name));
+    return *found;
+}
+
+std::string Block::dataFile() const
+{
+    return fmt::format("powercfg/orvane/ZelmOrvane{}Data.cfg", name);
+}
+
+std::vector<MissingRow> Block::missingRows(const LookUpMisses& misses) const
+{
+    std::vector<MissingRow> rows;
+    for (const LookUpMisses::Miss& miss : misses.misses()) {
+        MissingRow row{std::string(groupOf(miss.table)), miss.key};
+        if (!row.table.empty() && std::find(rows.begin(), rows.end(), row) == rows.end())
+            rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+std::span<const Block> blocks()
+{
+    static const std::vector<Block> all{
+#define BLOCK(name, subsystem, title) describe<ZelmOrvane##name##Model>(#name, #subsystem, title),
+#include "host/blocks/BlockList.def"
+    };
+    return all;
+}
+
+const Block& block(std::string_view name)
+{
+    std::vector<std::string> names;
+    for (const Block& candidate : blocks()) {
+        if (candidate.name == name)
+            return candidate;
+        names.emplace_back(candidate.name);
+    }
+    throw Error(fmt::format("there is no block {}{} (zelm blocks lists all)", name, suggestion(name, names)));
+}
+
+Value parseValue(const ZelmCellInfo& cell, std::string_view text)
+{
+    const char* end = text.data() + text.size();
+    if (cell.type == Type::text)
+        return std::string(text);
+    if (cell.type == Type::integer) {
+        int value = 0;
+        const auto parsed = std::from_chars(text.data(), end, value);
+        if (parsed.ec != std::errc() || parsed.ptr != end)
+            throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, text));
+        return value;
+    }
+    float value = 0.0f;
+    const auto parsed = std::from_chars(text.data(), end, value);
+    if (parsed.ec != std::errc() || parsed.ptr != end || !std::isfinite(value))
+        throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, text));
+    return value;
+}
+
+std::string valueText(const Value& value)
+{
+    if (const int* whole = std::get_if<int>(&value))
+        return std::to_string(*whole);
+    if (const float* real = std::get_if<float>(&value))
+        return exactText(*real);
+    if (const std::string* text = std::get_if<std::string>(&value))
+        return *text;
+    return "unset";
+}
+
+std::string constantDefault(const ZelmCellInfo& cell)
+{
+    std::string text(cell.defaultText);
+    if (cell.type == Type::text)
+        return text.size() >= 2 && text.front() == '"' ? text.substr(1, text.size() - 2) : std::string();
+    if (cell.type == Type::real && text.ends_with('f'))
+        text.pop_back();
+    float value = 0.0f;
+    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size())
+        return {};
+    return exactText(value);
+}
+
+std::string_view kindWord(Kind kind)
+{
+    return kind == Kind::userInput ? "input" : kind == Kind::modelOutput ? "output" : "intermediate";
+}
+
+std::string_view typeWord(Type type)
+{
+    return type == Type::integer ? "int" : type == Type::real ? "float" : "string";
+}
+
+} // namespace zelm::host

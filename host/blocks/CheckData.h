@@ -1,0 +1,18 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace zelm::host {
+
+struct DataCheck {
+    std::string text; ///< what is wrong, then a line per block
+    bool whole = false;
+};
+
+/// Whether the data directory is whole: every file parses, every table is there, and every row that the models ask for
+/// over all the words and sizes that designs may use.
+/// A progress bar shows after that time.
+DataCheck checkData(std::chrono::milliseconds barAfter);
+
+} // namespace zelm::host

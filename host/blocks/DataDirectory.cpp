@@ -1,0 +1,37 @@
+#include "host/blocks/DataDirectory.h"
+
+#include "host/base/Error.h"
+
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace zelm::host {
+
+std::string chooseDataDirectory(const std::string& option)
+{
+    const auto use = [](const std::string& directories, const char* origin) {
+        setenv("QTA_DATADIR", directories.c_str(), 1);
+        return fmt::format("data: {} ({})", directories, origin);
+    };
+    if (!option.empty()) {
+        if (option.find(':') == std::string::npos && !std::filesystem::is_directory(option + "/powercfg"))
+            throw Error(fmt::format("--datadir {}: this directory has no powercfg folder", option));
+        return use(option, "--datadir");
+    }
+    if (const char* variable = std::getenv("QTA_DATADIR"); variable && *variable)
+        return use(variable, "QTA_DATADIR");
+    std::error_code ignored;
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", ignored);
+    const std::string beside = (self.parent_path() / "../share/zelm/data").lexically_normal().string();
+    if (!ignored && std::filesystem::is_directory(beside))
+        return use(beside, "installed");
+    for (const char* directory : {ZELM_INSTALLED_DATADIR, ZELM_SOURCE_DATADIR}) {
+        if (std::filesystem::is_directory(directory))
+            return use(directory, directory == std::string_view(ZELM_SOURCE_DATADIR) ? "source tree" : "installed");
+    }
+    throw Error("no data directory: give --datadir or set QTA_DATADIR");
+}
+
+} // namespace zelm::host

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "host/blocks/Block.h"
+
+#include <string>
+#include <vector>
+
+namespace zelm::host {
+
+/// A data file and what identifies its content.
+struct DataFile {
+    std::string name; ///< below the data directory
+    std::string sha256;
+};
+
+/// The files of these blocks, each once.
+std::vector<DataFile> dataFiles(const std::vector<const Block*>& blocks);
+
+} // namespace zelm::host

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "host/commands/Options.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+namespace zelm::host {
+
+/// How the tool ends.
+inline constexpr int kSuccess = 0;
+inline constexpr int kBudgetBroken = 1;
+inline constexpr int kUserError = 2;
+
+/// One run of the tool: what all commands are told, and what the chosen one says.
+struct Run {
+    bool verbose = false;
+    std::chrono::milliseconds barAfter{}; ///< when a progress bar shows
+    std::string out;                      ///< for standard output, printed at the end: an error leaves no half of it
+};
+
+/// What a command does once its options are read. The exit code.
+using Action = std::function<int(Run&)>;
+
+/// A subcommand: declares its options and tells what to do with them.
+struct Command {
+    const char* name;
+    const char* description;
+    Action (*declare)(Options& options);
+};
+
+Action declareBlocks(Options& options);
+Action declareCalc(Options& options);
+Action declareCells(Options& options);
+Action declareCheckData(Options& options);
+Action declareDocs(Options& options);
+Action declareEstimate(Options& options);
+Action declareParts(Options& options);
+Action declareSchema(Options& options);
+Action declareStandards(Options& options);
+Action declareSweep(Options& options);
+
+} // namespace zelm::host

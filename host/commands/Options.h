@@ -1,0 +1,38 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace zelm::host {
+
+/// The options of one subcommand, without the parser's large headers. What a declaration returns holds the option's
+/// value once the command line is read.
+class Options {
+public:
+    Options(CLI::App& command, std::string& dataDirectory);
+
+    const bool& flag(const std::string& name, const std::string& description);
+    const std::string& text(const std::string& name, const std::string& description);
+    const std::string& required(const std::string& name, const std::string& description);
+    const std::vector<std::string>& list(const std::string& name, const std::string& description);
+    /// An option that may stand more than once, each time with one value, and must once.
+    const std::vector<std::string>& repeated(const std::string& name, const std::string& description);
+    /// An argument that stands for the tool's own --datadir.
+    void dataDirectory(const std::string& name, const std::string& description);
+    /// Two flags of which at most one may be given.
+    void exclude(const std::string& one, const std::string& other);
+
+private:
+    CLI::App* m_command;
+    std::string* m_dataDirectory;
+    std::deque<bool> m_flags; // deques: what is handed out stays where it is
+    std::deque<std::string> m_texts;
+    std::deque<std::vector<std::string>> m_lists;
+};
+
+} // namespace zelm::host

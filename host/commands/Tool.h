@@ -1,0 +1,12 @@
+#pragma once
+
+#include "host/commands/Command.h"
+
+#include <span>
+
+namespace zelm::host {
+
+/// Reads the command line, runs the command that it names and prints what that says. The exit code.
+int runTool(int argc, char** argv, std::span<const Command> commands);
+
+} // namespace zelm::host

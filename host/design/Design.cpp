@@ -1,0 +1,391 @@
+#include "host/design/Design.h"
+
+#include "host/base/Error.h"
+#include "host/base/Json.h"
+#include "host/base/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <set>
+
+namespace zelm::host {
+
+namespace {
+
+// A place in the file by its path: groups[2].inputs.CLOCK_FREQ.
+class Place {
+public:
+    Place(const JsonSource& source, std::string path) : m_source(&source), m_path(std::move(path)) {}
+
+    Place field(const std::string& name) const
+    {
+        return {*m_source, m_path.empty() ? name : m_path + "." + name};
+    }
+    Place element(std::size_t index) const
+    {
+        return {*m_source, fmt::format("{}[{}]", m_path, index)};
+    }
+    [[noreturn]] void fail(const std::string& message) const
+    {
+        throw Error(fmt::format("{}: {}", m_source->at(m_path), message));
+    }
+
+private:
+    const JsonSource* m_source;
+    std::string m_path;
+};
+
+// An object whose fields are taken one by one, so that those left over are known to be mistakes.
+class Fields {
+public:
+    Fields(const Json& object, Place place) : m_object(&object), m_place(std::move(place))
+    {
+        if (!object.is_object())
+            m_place.fail(fmt::format("expected an object {{...}}, found {}", describe(object)));
+    }
+
+    static std::string describe(const Json& value)
+    {
+        return value.is_null() ? "null" : fmt::format("the {} {}", value.type_name(), value.dump());
+    }
+
+    const Json* take(const std::string& name)
+    {
+        m_known.push_back(name);
+        const auto found = m_object->find(name);
+        return found == m_object->end() ? nullptr : &*found;
+    }
+
+    Place place(const std::string& name) const
+    {
+        return m_place.field(name);
+    }
+
+    std::string text(const std::string& name, const std::string& otherwise = "")
+    {
+        const Json* value = take(name);
+        if (!value)
+            return otherwise;
+        if (!value->is_string())
+            place(name).fail(fmt::format("expected a text, found {}", describe(*value)));
+        return value->get<std::string>();
+    }
+
+    std::optional<double> number(const std::string& name, double least, double most, const char* unit)
+    {
+        const Json* value = take(name);
+        if (!value)
+            return std::nullopt;
+        return number(*value, place(name), least, most, unit);
+    }
+
+    static double number(const Json& value, const Place& where, double least, double most, const char* unit)
+    {
+        if (!value.is_number())
+            where.fail(fmt::format("expected a number, found {}", describe(value)));
+        const double number = value.get<double>();
+        if (!(number >= least && number <= most))
+            where.fail(fmt::format("{} is outside {} to {} {}", value.dump(), least, most, unit));
+        return number;
+    }
+
+    std::map<std::string, double> numbers(const std::string& name, double least, double most, const char* unit)
+    {
+        std::map<std::string, double> values;
+        if (const Json* object = take(name)) {
+            if (!object->is_object())
+                place(name).fail(fmt::format("expected an object {{...}}, found {}", describe(*object)));
+            for (const auto& [key, value] : object->items())
+                values[key] = number(value, place(name).field(key), least, most, unit);
+        }
+        return values;
+    }
+
+    // To be called once everything known has been taken.
+    void refuseOthers() const
+    {
+        for (const auto& [name, value] : m_object->items()) {
+            if (std::find(m_known.begin(), m_known.end(), name) == m_known.end())
+                place(name).fail(fmt::format("there is no field of this name here{}; known fields: {}",
+                                             suggestion(name, m_known), fmt::join(m_known, ", ")));
+        }
+    }
+
+private:
+    const Json* m_object;
+    Place m_place;
+    std::vector<std::string> m_known;
+};
+
+Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
+{
+    switch (cell.type) {
+    case ZelmCellInfo::Type::text:
+        if (!value.is_string())
+            where.fail(fmt::format("expected a text, found {}", Fields::describe(value)));
+        return value.get<std::string>();
+    case ZelmCellInfo::Type::integer: {
+        const bool whole =
+            value.is_number_integer() || (value.is_number() && value.get<double>() == std::floor(value.get<double>()));
+        if (!whole)
+            where.fail(fmt::format("expected a whole number, found {}", Fields::describe(value)));
+        return static_cast<int>(
+            Fields::number(value, where, std::numeric_limits<int>::min(), std::numeric_limits<int>::max() - 1, ""));
+    }
+    case ZelmCellInfo::Type::real:
+        break;
+    }
+    // A float of the largest magnitude would be taken for an unset cell.
+    constexpr double most = 3.4e38;
+    return static_cast<float>(Fields::number(value, where, -most, most, cell.unit.data()));
+}
+
+constexpr OwnField kOwnFields[] = {
+    {"DEVICE_NAME", "device.part"},         {"PROCESS", "device.process"},
+    {"SPEED_GRADE", "device.speedGrade"},   {"VOLTAGE_GRADE", "device.voltageGrade"},
+    {"POWER_SCREEN", "device.powerScreen"}, {"TEMP_GRADE", "device.temperatureGrade"},
+    {"OVER_DRIVE", "device.overdrive"},     {"JUNCTION_TEMPERATURE", "environment.junctionTemperature"},
+};
+
+// The input of that name among the blocks that the group's inputs reach.
+const ZelmCellInfo& findInput(const std::vector<const Block*>& blocks, const std::string& name)
+{
+    for (const Block* block : blocks) {
+        const ZelmCellInfo* cell = block->findCell(name);
+        if (cell && cell->kind == ZelmCellInfo::Kind::userInput)
+            return *cell;
+    }
+    return blocks.front()->input(name);
+}
+
+std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const std::vector<const Block*>& blocks,
+                                                      const Place& where)
+{
+    std::vector<std::pair<std::string, Value>> inputs;
+    if (!object)
+        return inputs;
+    if (!object->is_object())
+        where.fail(fmt::format("expected an object of inputs by cell name, found {}", Fields::describe(*object)));
+    for (const auto& [name, value] : object->items()) {
+        const Place place = where.field(name);
+        const ZelmCellInfo* cell = nullptr;
+        try {
+            cell = &findInput(blocks, name);
+        } catch (const Error& error) {
+            place.fail(error.what());
+        }
+        inputs.emplace_back(name, cellValue(*cell, value, place));
+    }
+    return inputs;
+}
+
+Group readGroup(const Json& value, const Place& where)
+{
+    Fields fields(value, where);
+    Group group;
+    const std::string blockName = fields.text("block");
+    if (blockName.empty())
+        where.fail("a group needs a \"block\" (zelm blocks lists them)");
+    try {
+        group.block = &block(blockName);
+    } catch (const Error& error) {
+        fields.place("block").fail(error.what());
+    }
+    if (group.block->name == "Static")
+        fields.place("block").fail("static power is estimated once for the device; put its inputs under \"static\"");
+    group.name = fields.text("name", blockName);
+    if (const auto count = fields.number("count", 0, 1e6, "instances")) {
+        if (*count != std::floor(*count))
+            fields.place("count").fail("expected a whole number");
+        group.count = static_cast<int>(*count);
+    }
+    group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"));
+    fields.refuseOthers();
+    return group;
+}
+
+constexpr double kColdest = -273.0;
+constexpr double kHottest = 1000.0;
+constexpr double kMostAmperes = 1e5;
+
+Environment readEnvironment(const Json& value, const Place& where)
+{
+    constexpr double mostTheta = 1000.0;
+    Fields fields(value, where);
+    Environment environment;
+    environment.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
+    environment.ambient = fields.number("ambientTemperature", kColdest, kHottest, "degrees Celsius");
+    environment.junctionLimit = fields.number("junctionLimit", kColdest, kHottest, "degrees Celsius");
+    if (const auto theta = fields.number("thetaJA", 0.0, mostTheta, "degrees per watt"))
+        environment.cooling.push_back({"thetaJA", *theta});
+    if (const Json* list = fields.take("cooling")) {
+        const Place place = fields.place("cooling");
+        if (!list->is_array() || list->empty())
+            place.fail("expected a list of {\"name\": ..., \"thetaJA\": ...}");
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            Fields entry((*list)[i], place.element(i));
+            Cooling cooling{entry.text("name", fmt::format("cooling {}", i + 1)), 0.0};
+            const auto theta = entry.number("thetaJA", 0.0, mostTheta, "degrees per watt");
+            if (!theta)
+                place.element(i).fail("a cooling needs its \"thetaJA\" in degrees per watt");
+            cooling.thetaJA = *theta;
+            entry.refuseOthers();
+            environment.cooling.push_back(cooling);
+        }
+    }
+    fields.refuseOthers();
+    if (environment.junction && environment.ambient)
+        where.fail("give junctionTemperature, or ambientTemperature with thetaJA, not both");
+    if (environment.ambient && environment.cooling.empty())
+        where.fail("ambientTemperature needs thetaJA or a list of cooling to find the junction temperature");
+    if (!environment.ambient && !environment.cooling.empty())
+        where.fail("thetaJA and cooling need an ambientTemperature");
+    return environment;
+}
+
+Device readDevice(const Json& value, const Place& where)
+{
+    Fields fields(value, where);
+    Device device;
+    device.part = fields.text("part");
+    device.family = fields.text("family");
+    device.process = fields.text("process");
+    device.speedGrade = fields.text("speedGrade");
+    device.voltageGrade = fields.text("voltageGrade");
+    device.powerScreen = fields.text("powerScreen");
+    device.temperatureGrade = fields.text("temperatureGrade");
+    device.overdrive = fields.text("overdrive");
+    fields.refuseOthers();
+    if (device.part.empty())
+        where.fail("a device needs its \"part\" (zelm parts lists them)");
+    return device;
+}
+
+std::map<std::string, double> readRegulators(const Json& value, const Place& where)
+{
+    std::map<std::string, double> regulators;
+    Fields byRail(value, where);
+    for (const auto& [rail, entry] : value.items()) {
+        Fields regulator(*byRail.take(rail), byRail.place(rail));
+        const auto current = regulator.number("maxCurrent", 0.0, kMostAmperes, "A");
+        if (!current)
+            byRail.place(rail).fail("a regulator needs its \"maxCurrent\" in amperes");
+        regulators[rail] = *current;
+        regulator.refuseOthers();
+    }
+    return regulators;
+}
+
+Budgets readBudgets(const Json& value, const Place& where)
+{
+    Fields fields(value, where);
+    Budgets budgets;
+    budgets.totalPower = fields.number("totalPower", 0.0, kMostAmperes, "W");
+    budgets.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
+    budgets.rails = fields.numbers("rails", 0.0, kMostAmperes, "A");
+    fields.refuseOthers();
+    return budgets;
+}
+
+std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, const Place& where)
+{
+    std::vector<std::pair<std::string, Value>> inputs = readInputs(&value, {&block("Static")}, where);
+    for (const auto& [cell, input] : inputs) {
+        for (const auto& [taken, place] : kOwnFields) {
+            if (cell == taken)
+                where.field(cell).fail(fmt::format("give it as {}", place));
+        }
+    }
+    return inputs;
+}
+
+std::vector<Group> readGroups(const Json& value, const Place& where)
+{
+    if (!value.is_array())
+        where.fail(fmt::format("expected a list [...], found {}", Fields::describe(value)));
+    std::vector<Group> groups;
+    std::set<std::string> names;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const Place place = where.element(i);
+        Group group = readGroup(value[i], place);
+        if (!names.insert(group.name).second)
+            place.field("name").fail(fmt::format("two groups are named \"{}\"; give each its own name", group.name));
+        groups.push_back(std::move(group));
+    }
+    return groups;
+}
+
+} // namespace
+
+const Value* Group::input(std::string_view cell) const
+{
+    const auto found =
+        std::find_if(inputs.begin(), inputs.end(), [&](const auto& input) { return input.first == cell; });
+    return found == inputs.end() ? nullptr : &found->second;
+}
+
+std::span<const OwnField> ownFields()
+{
+    return kOwnFields;
+}
+
+std::vector<const Block*> inputBlocks(const Block& own)
+{
+    std::vector<const Block*> reached{&own};
+    if (own.name == "Clock") {
+        for (const Block& fed : blocks()) {
+            if (fed.name == "CleClk" || fed.name == "ClkDist")
+                reached.push_back(&fed);
+        }
+    }
+    return reached;
+}
+
+Design readDesign(const Json& root, const JsonSource& source)
+{
+    constexpr double mostVolts = 100.0;
+    Design design;
+    design.source = source;
+    const Place where(design.source, "");
+    Fields fields(root, where);
+    design.name = fields.text("name", source.file);
+    fields.take("$schema");
+    fields.take("description");
+    if (const Json* device = fields.take("device"))
+        design.device = readDevice(*device, fields.place("device"));
+    if (const Json* environment = fields.take("environment"))
+        design.environment = readEnvironment(*environment, fields.place("environment"));
+    for (const auto& [rail, volts] : fields.numbers("rails", 0.0, mostVolts, "V"))
+        design.rails[rail] = static_cast<float>(volts);
+    if (const Json* regulators = fields.take("regulators"))
+        design.regulators = readRegulators(*regulators, fields.place("regulators"));
+    if (const Json* budgets = fields.take("budgets"))
+        design.budgets = readBudgets(*budgets, fields.place("budgets"));
+    if (const Json* inputs = fields.take("static"))
+        design.staticInputs = readStaticInputs(*inputs, fields.place("static"));
+    const Json* groups = fields.take("groups");
+    fields.refuseOthers();
+    if (!groups)
+        where.fail("a design needs \"groups\": a list of blocks and their inputs");
+    design.groups = readGroups(*groups, fields.place("groups"));
+    return design;
+}
+
+Design parseDesign(const std::string& file, const std::string& text)
+{
+    JsonSource source{file, {}};
+    const Json root = parseJson(text, source);
+    return readDesign(root, source);
+}
+
+Design readDesign(const std::string& file)
+{
+    JsonSource source;
+    const Json root = readJson(file, source);
+    return readDesign(root, source);
+}
+
+} // namespace zelm::host

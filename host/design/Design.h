@@ -1,0 +1,83 @@
+#pragma once
+
+#include "host/base/JsonSource.h"
+#include "host/blocks/Block.h"
+
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace zelm::host {
+
+/// A group of like resources: the inputs of one parameter block, and how many times it stands in the device.
+struct Group {
+    const Block* block = nullptr;
+    std::string name;
+    int count = 1;
+    std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, of types that fit their cells
+
+    const Value* input(std::string_view cell) const;
+};
+
+/// What the design says of the device; empty words are the static power model's defaults.
+struct Device {
+    std::string part;   ///< orderable part or device name
+    std::string family; ///< series name; looked for if empty
+    std::string process;
+    std::string speedGrade;
+    std::string voltageGrade;
+    std::string powerScreen;
+    std::string temperatureGrade;
+    std::string overdrive;
+};
+
+struct Cooling {
+    std::string name;
+    double thetaJA = 0.0; ///< degrees per watt
+};
+
+struct Environment {
+    std::optional<double> junction; ///< given directly, or
+    std::optional<double> ambient;  ///< found from ambient and the first cooling
+    std::vector<Cooling> cooling;
+    std::optional<double> junctionLimit;
+};
+
+struct Budgets {
+    std::optional<double> totalPower;    ///< W
+    std::optional<double> junction;      ///< degrees Celsius
+    std::map<std::string, double> rails; ///< A by rail
+};
+
+struct Design {
+    JsonSource source;
+    std::string name;
+    std::optional<Device> device;
+    Environment environment;
+    std::map<std::string, float> rails;       ///< V by rail
+    std::map<std::string, double> regulators; ///< largest current, A by rail
+    Budgets budgets;
+    std::vector<std::pair<std::string, Value>> staticInputs; ///< of the Static block, set by hand
+    std::vector<Group> groups;
+};
+
+/// Reads a design file. Whatever is wrong with it is an Error that tells file, line, place and what was expected.
+Design readDesign(const std::string& file);
+Design readDesign(const Json& root, const JsonSource& source);
+Design parseDesign(const std::string& file, const std::string& text);
+
+/// An input of the static power model that has a field of its own in a design, so that no two can contradict.
+struct OwnField {
+    std::string_view cell;
+    std::string_view place;
+};
+std::span<const OwnField> ownFields();
+
+/// The blocks whose inputs a group of this block may set: a clock's inputs also reach the blocks that it feeds.
+std::vector<const Block*> inputBlocks(const Block& block);
+
+} // namespace zelm::host

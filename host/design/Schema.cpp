@@ -1,0 +1,172 @@
+#include "host/design/Schema.h"
+
+#include "host/base/Json.h"
+#include "host/blocks/LegalWords.h"
+#include "host/blocks/Rails.h"
+#include "host/design/Design.h"
+
+#include <fmt/format.h>
+
+namespace zelm::host {
+
+namespace {
+
+using Type = ZelmCellInfo::Type;
+
+Json numberSchema(const char* description, double least, double most)
+{
+    return {{"type", "number"}, {"description", description}, {"minimum", least}, {"maximum", most}};
+}
+
+Json textSchema(const char* description)
+{
+    return {{"type", "string"}, {"description", description}};
+}
+
+Json objectSchema(Json properties, Json required = Json::array())
+{
+    Json schema{{"type", "object"}, {"additionalProperties", false}, {"properties", std::move(properties)}};
+    if (!required.empty())
+        schema["required"] = std::move(required);
+    return schema;
+}
+
+Json inputSchema(const Block& block, const ZelmCellInfo& cell)
+{
+    std::string description(cell.meaning);
+    if (!cell.unit.empty())
+        description += fmt::format(" [{}]", cell.unit);
+    Json schema{{"type", cell.type == Type::integer ? "integer"
+                         : cell.type == Type::real  ? "number"
+                                                    : "string"},
+                {"description", description}};
+    const std::string text = constantDefault(cell);
+    if (cell.type == Type::text) {
+        if (cell.defaultText.starts_with('"'))
+            schema["default"] = text;
+    } else if (!text.empty()) {
+        schema["default"] = cell.type == Type::integer ? Json(std::stoi(text)) : Json(std::stod(text));
+    }
+    // The formulas take any word, and give an unknown one no power: editors propose the known ones.
+    const std::vector<std::string> words = legalWords(block, cell);
+    if (!words.empty() && cell.type == Type::text)
+        schema["examples"] = words;
+    return schema;
+}
+
+Json groupSchema(const Block& block)
+{
+    Json inputs = Json::object();
+    for (const Block* reached : inputBlocks(block)) {
+        for (const ZelmCellInfo& cell : reached->cells) {
+            if (cell.kind == ZelmCellInfo::Kind::userInput && !inputs.contains(std::string(cell.name)))
+                inputs[std::string(cell.name)] = inputSchema(*reached, cell);
+        }
+    }
+    Json schema = objectSchema({{"block", {{"const", block.name}, {"description", block.title}}},
+                                {"name", textSchema("what the design calls this group")},
+                                {"count",
+                                 {{"type", "integer"},
+                                  {"description", "like instances"},
+                                  {"minimum", 0},
+                                  {"maximum", 1000000},
+                                  {"default", 1}}},
+                                {"inputs", objectSchema(std::move(inputs))}},
+                               {"block"});
+    schema["title"] = block.title;
+    return schema;
+}
+
+constexpr double kMostAmperes = 1e5;
+
+Json temperatureSchema(const char* description)
+{
+    return numberSchema(description, -273.0, 1000.0);
+}
+
+// An object of values by rail.
+Json railsSchema(const Json& value)
+{
+    Json rails = Json::object();
+    for (const std::string& rail : railNames())
+        rails[rail] = value;
+    return objectSchema(std::move(rails));
+}
+
+// The static power model's inputs have fields of their own in a device, or stand under "static".
+std::pair<Json, Json> deviceAndStaticSchema()
+{
+    Json staticInputs = Json::object();
+    for (const ZelmCellInfo& cell : block("Static").cells) {
+        if (cell.kind == ZelmCellInfo::Kind::userInput)
+            staticInputs[std::string(cell.name)] = inputSchema(block("Static"), cell);
+    }
+    Json deviceFields{{"part", textSchema("orderable part or device name; zelm parts lists them")},
+                      {"family", textSchema("the series, if it is to be checked")}};
+    for (const auto& [cell, place] : ownFields()) {
+        constexpr std::string_view device = "device.";
+        if (place.starts_with(device) && place != "device.part")
+            deviceFields[std::string(place.substr(device.size()))] = staticInputs[std::string(cell)];
+        staticInputs.erase(std::string(cell));
+    }
+    return {objectSchema(std::move(deviceFields), {"part"}), objectSchema(std::move(staticInputs))};
+}
+
+Json environmentSchema()
+{
+    const Json theta = numberSchema("from the junction to the air, degrees per watt", 0.0, 1000.0);
+    const Json cooling{
+        {"type", "array"},
+        {"description", "airflow and heat sink cases; the first is the design's, the others are compared"},
+        {"minItems", 1},
+        {"items",
+         objectSchema({{"name", textSchema("what the report calls this case")}, {"thetaJA", theta}}, {"thetaJA"})}};
+    return objectSchema(
+        {{"junctionTemperature", temperatureSchema("given directly, degrees Celsius")},
+         {"ambientTemperature", temperatureSchema("from which the junction's is found, degrees Celsius")},
+         {"thetaJA", theta},
+         {"cooling", cooling},
+         {"junctionLimit", temperatureSchema("what the junction may reach, degrees Celsius")}});
+}
+
+Json groupsSchema()
+{
+    Json groups = Json::array();
+    Json names = Json::array();
+    for (const Block& block : blocks()) {
+        if (block.name == "Static")
+            continue;
+        names.push_back(block.name);
+        groups.push_back(
+            {{"if", {{"properties", {{"block", {{"const", block.name}}}}}}}, {"then", groupSchema(block)}});
+    }
+    const Json group{
+        {"type", "object"}, {"required", {"block"}}, {"properties", {{"block", {{"enum", names}}}}}, {"allOf", groups}};
+    return {{"type", "array"}, {"items", group}};
+}
+
+} // namespace
+
+Json designSchema()
+{
+    const Json amperes = numberSchema("amperes", 0.0, kMostAmperes);
+    const auto [device, staticInputs] = deviceAndStaticSchema();
+    Json fields{{"$schema", textSchema("this schema, for editors")},
+                {"name", textSchema("of the design")},
+                {"description", textSchema("for people")}};
+    fields["device"] = device;
+    fields["environment"] = environmentSchema();
+    fields["rails"] = railsSchema(numberSchema("volts", 0.0, 100.0));
+    fields["regulators"] = railsSchema(objectSchema({{"maxCurrent", amperes}}, {"maxCurrent"}));
+    fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes)},
+                                      {"junctionTemperature", temperatureSchema("degrees Celsius")},
+                                      {"rails", railsSchema(amperes)}});
+    fields["static"] = staticInputs;
+    fields["groups"] = groupsSchema();
+
+    Json schema{{"$schema", "https://json-schema.org/draft/2020-12/schema"}, {"title", "zelm design"}};
+    schema.update(objectSchema(fields, {"groups"}));
+    return schema;
+}
+
+} // namespace zelm::host

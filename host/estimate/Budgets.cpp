@@ -1,0 +1,45 @@
+#include "host/estimate/Budgets.h"
+
+#include <cmath>
+
+namespace zelm::host {
+
+namespace {
+
+double junctionOf(const Side& side)
+{
+    return side.settles() ? side.junction : HUGE_VAL;
+}
+
+double amperesOf(const Side& side, const std::string& rail)
+{
+    const RailResult* result = side.rail(rail);
+    return result ? result->amperes() : 0.0;
+}
+
+} // namespace
+
+void checkBudgets(Estimate& estimate)
+{
+    const Budgets& budgets = estimate.design.budgets;
+    const auto add = [&](const std::string& name, double limit, const char* unit, const auto& actual) {
+        BudgetResult result{name, limit, actual(estimate.side()), unit, std::nullopt};
+        if (estimate.sides.size() > 1)
+            result.otherActual = actual(estimate.sides[1]);
+        estimate.budgets.push_back(std::move(result));
+    };
+    if (budgets.totalPower)
+        add("total power", *budgets.totalPower, "W", [](const Side& side) { return side.totalWatts; });
+    if (budgets.junction)
+        add("junction temperature", *budgets.junction, "degrees", junctionOf);
+    const auto addCurrents = [&](const char* what, const std::map<std::string, double>& limits) {
+        for (const auto& limit : limits)
+            add(what + limit.first, limit.second, "A", [&](const Side& side) { return amperesOf(side, limit.first); });
+    };
+    addCurrents("current of ", budgets.rails);
+    addCurrents("regulator of ", estimate.design.regulators);
+    if (estimate.design.environment.junctionLimit)
+        add("junction limit", *estimate.design.environment.junctionLimit, "degrees", junctionOf);
+}
+
+} // namespace zelm::host

@@ -1,0 +1,303 @@
+#include "host/estimate/Carry.h"
+
+#include "host/blocks/IoStandards.h"
+#include "host/blocks/LegalWords.h"
+#include "host/blocks/Rails.h"
+#include "host/blocks/RollUp.h"
+#include "host/blocks/Uses.h"
+
+#include "framework/ZelmUnset.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace zelm::host {
+
+namespace {
+
+using Kind = ZelmCellInfo::Kind;
+
+// ---- Rails ----
+
+void applyRails(Running& group, const RailVolts& rails)
+{
+    for (const ZelmCellInfo& cell : group.block->cells) {
+        if (!takesVolts(cell) || group.isSet(cell.name))
+            continue;
+        if (const auto known = rails.find(railOf(*group.block, cell)))
+            group.set(cell, known->volts, known->origin);
+    }
+}
+
+// The directions in which a group uses its pins; an unknown direction counts as both.
+bool drives(const std::string& direction)
+{
+    return direction != "INPUT" && direction != "BIDI_INPUT";
+}
+
+bool receives(const std::string& direction)
+{
+    return direction != "OUTPUT" && direction != "BIDI_OUTPUT";
+}
+
+void setBankVoltage(Running& group, const RailVolts& rails, std::vector<std::string>& warnings)
+{
+    const BankKind* kind = bankKindOf(group.block->name);
+    if (!kind)
+        return;
+    const std::string_view cellName = kind->volts;
+    const ZelmCellInfo& cell = group.block->cell(cellName);
+    const auto word = [&](std::string_view input) {
+        const ZelmCellInfo& info = group.block->cell(input);
+        return group.isSet(input) ? group.text(input) : constantDefault(info);
+    };
+    const std::string direction = word("IO_DIRECTION");
+    std::optional<float> wanted;
+    const auto check = [&](const char* direction_, std::string_view input) {
+        const std::string name = word(input);
+        const auto& all = ioStandards();
+        const auto standard = std::find_if(all.begin(), all.end(), [&](const IoStandard& s) {
+            return s.bank == group.block->name && s.direction == direction_ && s.name == name;
+        });
+        if (standard == all.end()) {
+            warnings.push_back(
+                fmt::format("group \"{}\": there is no {} standard {} in {} banks, so it draws nothing{}", group.name,
+                            direction_, name, group.block->name, " (zelm standards lists them)"));
+            return;
+        }
+        if (isUnset(standard->volts))
+            return;
+        if (!wanted && !group.isSet(cellName)) {
+            const auto rail = rails.find(zelm::host::bankRail(standard->volts));
+            group.set(cell, rail ? rail->volts : standard->volts, rail ? rail->origin : Origin::carried);
+        }
+        wanted = standard->volts;
+        constexpr float tolerance = 0.05f; // of the nominal, as bank supplies are specified
+        const float volts = std::get<float>(group.get(cellName));
+        if (std::fabs(volts - standard->volts) > tolerance * standard->volts)
+            warnings.push_back(fmt::format("group \"{}\": {} at {:g} V doesn't fit {}, which is made for {:g} V",
+                                           group.name, cellName, volts, name, standard->volts));
+    };
+    if (drives(direction))
+        check("output", "OUTPUT_IO_STANDARD");
+    if (receives(direction))
+        check("input", "INPUT_IO_STANDARD");
+}
+
+// ---- The device and its clocks ----
+
+// Every output of a clock's accounting is an input of the same name where its power is estimated.
+void carryClock(const Running& clock, Running& fed, std::vector<Carried>& carried)
+{
+    for (const ZelmCellInfo& from : clock.block->cells) {
+        const ZelmCellInfo* to = fed.block->findCell(from.name);
+        if (from.kind != Kind::modelOutput || !to || to->kind != Kind::userInput || fed.isSet(from.name))
+            continue;
+        const Value value = clock.instance->get(from);
+        fed.set(*to, value, Origin::carried);
+        carried.push_back(
+            {fmt::format("{}.{}", clock.name, from.name), fmt::format("{}.{}", fed.name, from.name), valueText(value)});
+    }
+}
+
+// A clock net shares the device with the sites that the catalogue counts.
+void carrySites(Running& clock, const ResolvedDevice& device, std::vector<Carried>& carried)
+{
+    for (const auto& [cellName, resource] : clockSites()) {
+        const auto found = device.resources.find(std::string(resource));
+        if (found == device.resources.end() || clock.isSet(cellName))
+            continue;
+        clock.set(clock.block->cell(cellName), found->second, Origin::carried);
+        carried.push_back({fmt::format("{}.{}", device.name, resource), fmt::format("{}.{}", clock.name, cellName),
+                           std::to_string(found->second)});
+    }
+}
+
+// The inputs that name the device, each in the words of its own data: external name, die, or internal name.
+void carryDevice(Running& group, const ResolvedDevice& device, std::vector<Carried>& carried)
+{
+    for (const char* name : {"DEVICE", "INTERNAL_DEVICE_NAME"}) {
+        const ZelmCellInfo* cell = group.block->findCell(name);
+        if (!cell || cell->kind != Kind::userInput || group.isSet(name))
+            continue;
+        const std::vector<std::string> words = legalWords(*group.block, *cell);
+        for (const std::string& word : device.names) {
+            if (std::find(words.begin(), words.end(), word) == words.end())
+                continue;
+            group.set(*cell, word, Origin::carried);
+            carried.push_back({"device", fmt::format("{}.{}", group.name, name), word});
+            break;
+        }
+    }
+    // Transceivers write speed grade 2 as -2.
+    const ZelmCellInfo* cell = group.block->findCell("SPEEDGRADE");
+    if (cell && !group.isSet("SPEEDGRADE") && device.speedGrade > 0) {
+        group.set(*cell, -device.speedGrade, Origin::carried);
+        carried.push_back({"device", fmt::format("{}.SPEEDGRADE", group.name), std::to_string(-device.speedGrade)});
+    }
+}
+
+// ---- What groups use ----
+
+// How many units of a cell a group has in all; without a cell, how many instances. Counts of counts outgrow an int.
+std::int64_t units(const Running& group, std::string_view cell)
+{
+    const std::int64_t instances = group.count;
+    return cell.empty() ? instances : instances * group.whole(cell);
+}
+
+std::int64_t roundedUp(std::int64_t units, int perCount)
+{
+    return (units + perCount - 1) / perCount;
+}
+
+// What a cell can hold of a count: the largest int stands for an unset one.
+int forCell(std::int64_t count)
+{
+    constexpr std::int64_t most = std::numeric_limits<int>::max() - 1;
+    return static_cast<int>(std::clamp<std::int64_t>(count, 0, most));
+}
+
+bool counts(const ResourceUse& use, const Running& group)
+{
+    return use.block == group.block->name && (use.kind.empty() || group.text(use.kind).starts_with(use.word));
+}
+
+// The pins of one bank, by the device's own pins and banks.
+int pinsPerBank(const ResolvedDevice& device, std::string_view bank)
+{
+    constexpr int typical = 54;
+    const auto count = [&](const char* ending) {
+        const auto found = device.resources.find(std::string(bank) + ending);
+        return found == device.resources.end() ? 0 : found->second;
+    };
+    const int banks = count("_BANK");
+    return banks > 0 && count("_IO") >= banks ? count("_IO") / banks : typical;
+}
+
+std::string bankCell(const std::string& rail, const BankKind& kind)
+{
+    return fmt::format("USED_{}_{}_BANKS", rail, kind.words);
+}
+
+} // namespace
+
+RailVolts::RailVolts(const Design& design, const ResolvedDevice* device)
+{
+    if (device) {
+        // The static power model finds a rail's nominal voltage by the device's grades when it is pulled.
+        const Block& block = zelm::host::block("Static");
+        block.load();
+        const auto instance = block.create();
+        for (const auto& [cell, word] : device->staticInputs)
+            instance->set(block.cell(cell), word);
+        for (const std::string& rail : railNames()) {
+            const ZelmCellInfo& cell = block.cell(rail);
+            instance->pull(cell);
+            const Value value = instance->get(cell);
+            if (const float* volts = std::get_if<float>(&value); volts && *volts > 0.0f)
+                m_known[rail] = {*volts, Origin::device};
+        }
+    }
+    for (const auto& [rail, volts] : design.rails)
+        m_known[rail] = {volts, Origin::rails};
+}
+
+std::optional<RailVolts::Known> RailVolts::find(const std::string& rail) const
+{
+    const auto found = m_known.find(rail);
+    return found == m_known.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<double> RailVolts::volts(const std::string& rail) const
+{
+    const auto known = find(rail);
+    return known ? std::optional(static_cast<double>(known->volts)) : std::nullopt;
+}
+
+std::vector<Running> start(const Design& design, const RailVolts& rails, const ResolvedDevice* device,
+                           std::vector<Carried>& carried, std::vector<std::string>& warnings)
+{
+    std::vector<Running> all;
+    for (const Group& group : design.groups) {
+        const std::vector<const Block*> reached = inputBlocks(*group.block);
+        const std::size_t first = all.size();
+        for (const Block* block : reached) {
+            const bool own = block == reached.front();
+            Running running(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
+            if (own && device && reached.size() > 1)
+                carrySites(running, *device, carried);
+            if (device)
+                carryDevice(running, *device, carried);
+            if (!own)
+                carryClock(all[first], running, carried);
+            setBankVoltage(running, rails, warnings);
+            applyRails(running, rails);
+            running.calculate();
+            all.push_back(std::move(running));
+        }
+    }
+    return all;
+}
+
+std::map<std::string, int> usedCounts(const std::vector<Running>& groups, const ResolvedDevice& device,
+                                      const Design& design, std::vector<Carried>& carried)
+{
+    std::map<std::string, int> used;
+    for (const StaticCount& count : staticCounts()) {
+        std::int64_t sum = 0;
+        for (const Running& group : groups) {
+            if (group.block->name == count.block)
+                sum += units(group, count.cell);
+        }
+        used[std::string(count.staticCell)] = forCell(roundedUp(sum, count.perCount));
+    }
+    for (const BankKind& kind : bankKinds()) {
+        std::map<std::string, std::int64_t> pins;
+        for (const Running& group : groups) {
+            if (group.block->name == kind.block)
+                pins[group.bankRail()] += group.count;
+        }
+        for (const ZelmCellInfo& cell : block("Static").cells) {
+            if (cell.kind == ZelmCellInfo::Kind::userInput && cell.name.ends_with(std::string(kind.words) + "_BANKS"))
+                used[std::string(cell.name)] = 0;
+        }
+        for (const auto& [rail, number] : pins) {
+            if (block("Static").findCell(bankCell(rail, kind)))
+                used[bankCell(rail, kind)] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
+        }
+    }
+    for (const auto& [cell, value] : design.staticInputs)
+        used.erase(cell);
+    for (const auto& [cell, count] : used)
+        carried.push_back({"groups", "Static." + cell, std::to_string(count)});
+    return used;
+}
+
+std::vector<Utilisation> utilisation(const std::vector<Running>& groups, const ResolvedDevice& device)
+{
+    std::vector<Utilisation> result;
+    for (const ResourceUse& use : resourceUses()) {
+        const auto available = device.resources.find(std::string(use.resource));
+        if (available == device.resources.end())
+            continue;
+        std::int64_t sum = 0;
+        for (const Running& group : groups) {
+            if (counts(use, group))
+                sum += units(group, use.cell);
+        }
+        auto entry = std::find_if(result.begin(), result.end(),
+                                  [&](const Utilisation& known) { return known.resource == use.resource; });
+        if (entry == result.end())
+            entry = result.insert(entry, {std::string(use.resource), 0.0, static_cast<double>(available->second)});
+        entry->used += static_cast<double>(roundedUp(sum, use.perUnit));
+    }
+    std::erase_if(result, [](const Utilisation& use) { return use.used == 0.0 && use.available == 0.0; });
+    return result;
+}
+
+} // namespace zelm::host

@@ -1,0 +1,206 @@
+#include "host/estimate/Estimate.h"
+
+#include "host/base/Error.h"
+#include "host/base/Text.h"
+#include "host/blocks/LegalWords.h"
+#include "host/blocks/Rails.h"
+#include "host/blocks/RollUp.h"
+#include "host/estimate/Budgets.h"
+#include "host/estimate/Carry.h"
+#include "host/estimate/Ranges.h"
+#include "host/estimate/StaticPower.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace zelm::host {
+
+namespace {
+
+double inWattsOrAmperes(std::string_view unit, double value)
+{
+    if (unit == "uW" || unit == "uA")
+        return value * 1e-6;
+    if (unit == "mW" || unit == "mA")
+        return value * 1e-3;
+    return value;
+}
+
+bool isCurrent(std::string_view unit)
+{
+    return unit.ends_with('A');
+}
+
+// The volts at which a group loads a rail: its own input for that rail, else the rail's voltage elsewhere.
+double railVolts(const Running& group, const std::string& rail, const RailVolts& rails)
+{
+    if (const ZelmCellInfo* own = group.railInput(rail)) {
+        const Value value = group.instance->get(*own);
+        if (const float* volts = std::get_if<float>(&value))
+            return static_cast<double>(*volts);
+    }
+    return rails.volts(rail).value_or(0.0);
+}
+
+// How many units a group stands for where its block estimates only one.
+double multiplier(const Running& group)
+{
+    double units = group.count;
+    for (const PerUnit& rule : perUnit()) {
+        if (rule.block == group.block->name && group.get(rule.cell).index() != 0)
+            units *= group.whole(rule.cell);
+    }
+    return units;
+}
+
+std::vector<InputValue> inputsOf(const Running& group)
+{
+    std::vector<InputValue> inputs;
+    for (const ZelmCellInfo& cell : group.block->cells) {
+        if (cell.kind != ZelmCellInfo::Kind::userInput)
+            continue;
+        const Value value = group.instance->get(cell);
+        if (value.index() != 0)
+            inputs.push_back({std::string(cell.name), std::string(cell.unit), value, group.originOf(cell.name)});
+    }
+    return inputs;
+}
+
+// What an output of a group amounts to, in watts or amperes; nothing if it means nothing.
+std::optional<double> amountOf(const Output& output, const Running& group, std::vector<std::string>& warnings)
+{
+    const ZelmCellInfo& cell = group.block->cell(output.cell);
+    const Value value = group.instance->get(cell);
+    const float* number = std::get_if<float>(&value);
+    double amount = number ? static_cast<double>(*number) : std::nan("");
+    if (!output.scaling.empty())
+        amount *= static_cast<double>(std::get<float>(group.instance->get(group.block->cell(output.scaling))));
+    constexpr double beyondBelief = 1e15; // what a sentinel that flowed through a formula looks like
+    if (!(std::fabs(amount) < beyondBelief)) {
+        warnings.push_back(fmt::format("group \"{}\": {} has no meaningful value ({})", group.name, output.cell,
+                                       number ? exactText(*number) : "unset"));
+        return std::nullopt;
+    }
+    return inWattsOrAmperes(cell.unit, amount) * multiplier(group);
+}
+
+// What an output adds to its rail.
+Contribution contributionOf(const Output& output, double amount, const Running& group, const RailVolts& rails,
+                            std::vector<std::string>& warnings)
+{
+    Contribution part{std::string(output.cell), output.rail == "VCCO" ? group.bankRail() : std::string(output.rail),
+                      amount, amount};
+    const double volts = railVolts(group, part.rail, rails);
+    if (isCurrent(group.block->cell(output.cell).unit))
+        part.watts = amount * volts;
+    else
+        part.amperes = volts > 0.0 ? amount / volts : 0.0;
+    if (!(volts > 0.0) && amount != 0.0)
+        warnings.push_back(fmt::format("group \"{}\": no voltage is known for rail {}, its current counts as 0",
+                                       group.name, part.rail));
+    return part;
+}
+
+GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::string>& warnings)
+{
+    GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
+    for (const Output& output : outputs()) {
+        if (output.block != group.block->name || output.role == Role::shown)
+            continue;
+        result.onlyCarries = false;
+        const std::optional<double> amount = amountOf(output, group, warnings);
+        if (!amount)
+            continue;
+        if (output.role == Role::offchip) {
+            result.offchipWatts += *amount;
+            continue;
+        }
+        result.contributions.push_back(contributionOf(output, *amount, group, rails, warnings));
+        result.watts += result.contributions.back().watts;
+    }
+    for (const MissingRow& row : group.missingRows) {
+        if (!isMeantToMiss(*group.block, row))
+            warnings.push_back(fmt::format("group \"{}\": {} has no row {} in {}, so the group's power can't be right",
+                                           group.name, group.block->dataFile(), row.key, row.table));
+    }
+    for (std::string& warning : rangeWarnings(group))
+        warnings.push_back(std::move(warning));
+    return result;
+}
+
+void addUp(Estimate& estimate, Side& side)
+{
+    for (const GroupResult& group : estimate.groups) {
+        for (const Contribution& part : group.contributions) {
+            auto rail = std::find_if(side.rails.begin(), side.rails.end(),
+                                     [&](const RailResult& r) { return r.name == part.rail; });
+            if (rail == side.rails.end())
+                rail = side.rails.insert(rail, RailResult{part.rail, "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+            rail->dynamicAmperes += part.amperes;
+            rail->dynamicWatts += part.watts;
+            if (rail->volts == 0.0 && part.amperes != 0.0)
+                rail->volts = part.watts / part.amperes;
+        }
+    }
+    side.totalWatts = side.staticWatts + estimate.dynamicWatts;
+}
+
+void refuseUnknownRails(const Design& design)
+{
+    const std::vector<std::string> known = railNames();
+    const auto check = [&](const std::string& rail, const char* where) {
+        if (std::find(known.begin(), known.end(), rail) == known.end())
+            throw Error(fmt::format("{}: there is no rail of this name{}",
+                                    design.source.at(fmt::format("{}.{}", where, rail)), suggestion(rail, known)));
+    };
+    for (const auto& [rail, volts] : design.rails)
+        check(rail, "rails");
+    for (const auto& [rail, current] : design.regulators)
+        check(rail, "regulators");
+    for (const auto& [rail, current] : design.budgets.rails)
+        check(rail, "budgets.rails");
+}
+
+} // namespace
+
+Estimate estimate(const Design& design, Curves curves)
+{
+    refuseUnknownRails(design);
+    Estimate result;
+    result.design = design;
+
+    std::optional<ResolvedDevice> device;
+    if (design.device)
+        device = resolve(design);
+    const RailVolts rails(design, device ? &*device : nullptr);
+
+    std::vector<Running> running = start(design, rails, device ? &*device : nullptr, result.carried, result.warnings);
+    for (Running& group : running) {
+        result.groups.push_back(finish(group, rails, result.warnings));
+        result.dynamicWatts += result.groups.back().watts;
+        result.offchipWatts += result.groups.back().offchipWatts;
+    }
+    if (device) {
+        result.utilisation = utilisation(running, *device);
+        for (const Utilisation& use : result.utilisation) {
+            if (use.used > use.available)
+                result.warnings.push_back(fmt::format("the design uses {:g} {} of the {:g} that {} has", use.used,
+                                                      use.resource, use.available, device->name));
+        }
+        addStaticPower(result, *device, usedCounts(running, *device, design, result.carried), curves);
+    } else {
+        Side side;
+        side.junction = design.environment.junction.value_or(0.0);
+        result.sides.push_back(side);
+        if (design.environment.ambient)
+            result.warnings.emplace_back("without a device there is no static power and no junction temperature");
+    }
+    for (Side& side : result.sides)
+        addUp(result, side);
+    checkBudgets(result);
+    return result;
+}
+
+} // namespace zelm::host

@@ -1,0 +1,142 @@
+#pragma once
+
+#include "host/design/Design.h"
+#include "host/estimate/OperatingPoint.h"
+#include "host/estimate/Origin.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace zelm::host {
+
+/// An input of a group as it entered the formulas.
+struct InputValue {
+    std::string cell;
+    std::string unit;
+    Value value;
+    Origin origin = Origin::byDefault;
+};
+
+/// What one output adds to a rail.
+struct Contribution {
+    std::string cell;
+    std::string rail;
+    double watts = 0.0;
+    double amperes = 0.0;
+};
+
+struct GroupResult {
+    std::string name;
+    const Block* block = nullptr;
+    int count = 1;
+    std::vector<InputValue> inputs;
+    std::vector<Contribution> contributions;
+    double watts = 0.0;        ///< on the chip, all rails
+    double offchipWatts = 0.0; ///< burnt outside the device; negative where the standard's formulas say so
+    bool onlyCarries = false;  ///< works out inputs of other groups: nothing that it yields loads a rail
+};
+
+struct RailResult {
+    std::string name;
+    std::string inside; ///< the rail whose static current already holds this one's, if any
+    double volts = 0.0;
+    double dynamicAmperes = 0.0;
+    double dynamicWatts = 0.0;
+    double staticAmperes = 0.0;
+    double staticWatts = 0.0;
+    double powerUpAmperes = 0.0;
+
+    double amperes() const
+    {
+        return dynamicAmperes + staticAmperes;
+    }
+    double watts() const
+    {
+        return dynamicWatts + staticWatts;
+    }
+};
+
+/// A value that the tool carried from one block into another, for the report.
+struct Carried {
+    std::string from;
+    std::string to;
+    std::string value;
+};
+
+/// One of the model's own static totals: a subsystem.
+struct Subsystem {
+    std::string cell;
+    double watts = 0.0;
+};
+
+/// A resource that the design uses, against what the device has.
+struct Utilisation {
+    std::string resource;
+    double used = 0.0;
+    double available = 0.0;
+};
+
+/// One process side of the device: typical or worst case.
+struct Side {
+    std::string process;
+    double junction = 0.0;
+    std::optional<OperatingPoint> thermal; ///< if the junction was found from ambient
+    std::vector<RailResult> rails;
+    std::vector<Subsystem> subsystems;
+    double staticWatts = 0.0;
+    double totalWatts = 0.0;
+    std::optional<double> highestAmbient;
+    std::optional<double> largestThetaJA;
+    std::vector<std::pair<double, double>> curve; ///< total watts by junction temperature; empty unless drawn
+
+    /// Null if nothing loads the rail.
+    const RailResult* rail(std::string_view name) const;
+
+    /// Whether the junction temperature means something: given directly, or found.
+    bool settles() const
+    {
+        return !thermal || thermal->converged;
+    }
+};
+
+struct CoolingResult {
+    Cooling cooling;
+    OperatingPoint point;
+};
+
+struct BudgetResult {
+    std::string name;
+    double limit = 0.0;
+    double actual = 0.0; ///< on the design's process side; infinite if that finds no equilibrium
+    std::string unit;
+    std::optional<double> otherActual{}; ///< on the other process side, if there is one; it breaks nothing
+
+    bool broken() const
+    {
+        return !(actual <= limit);
+    }
+};
+
+struct Estimate {
+    Design design;
+    std::vector<GroupResult> groups;
+    std::vector<Side> sides; ///< the design's process first; without a device one side, which has no static power
+    std::vector<CoolingResult> cooling;
+    std::vector<Utilisation> utilisation;
+    std::vector<BudgetResult> budgets;
+    std::vector<Carried> carried;
+    std::vector<std::string> warnings;
+    double dynamicWatts = 0.0;
+    double offchipWatts = 0.0;
+
+    const Side& side() const
+    {
+        return sides.front();
+    }
+    bool budgetBroken() const;
+};
+
+} // namespace zelm::host

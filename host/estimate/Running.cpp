@@ -1,0 +1,82 @@
+#include "host/estimate/Running.h"
+
+#include "host/blocks/Rails.h"
+#include "host/blocks/RollUp.h"
+#include "host/blocks/Uses.h"
+
+namespace zelm::host {
+
+Running::Running(const Block& ofBlock, const Group& group, const std::string& asName)
+    : name(asName), block(&ofBlock), count(group.count), instance(ofBlock.create())
+{
+    for (const auto& [cellName, value] : group.inputs) {
+        const ZelmCellInfo* cell = block->findCell(cellName);
+        if (cell && cell->kind == ZelmCellInfo::Kind::userInput)
+            set(*cell, value, Origin::design);
+    }
+}
+
+void Running::set(const ZelmCellInfo& cell, const Value& value, Origin origin)
+{
+    instance->set(cell, value);
+    origins[std::string(cell.name)] = origin;
+}
+
+bool Running::isSet(std::string_view cell) const
+{
+    return origins.contains(cell);
+}
+
+Value Running::get(std::string_view cell) const
+{
+    return instance->get(block->cell(cell));
+}
+
+int Running::whole(std::string_view cell) const
+{
+    const Value value = get(cell);
+    const int* number = std::get_if<int>(&value);
+    return number ? *number : 0;
+}
+
+std::string Running::text(std::string_view cell) const
+{
+    const Value value = get(cell);
+    const std::string* words = std::get_if<std::string>(&value);
+    return words ? *words : std::string();
+}
+
+Origin Running::originOf(std::string_view cell) const
+{
+    const auto found = origins.find(cell);
+    return found == origins.end() ? Origin::byDefault : found->second;
+}
+
+const ZelmCellInfo* Running::railInput(const std::string& rail) const
+{
+    for (const ZelmCellInfo& cell : block->cells) {
+        if (takesVolts(cell) && railOf(*block, cell) == rail)
+            return &cell;
+    }
+    return nullptr;
+}
+
+std::string Running::bankRail() const
+{
+    const BankKind* kind = bankKindOf(block->name);
+    if (!kind)
+        return {};
+    const Value value = get(kind->volts);
+    const float* volts = std::get_if<float>(&value);
+    return zelm::host::bankRail(volts ? *volts : 0.0f);
+}
+
+void Running::calculate()
+{
+    block->load();
+    const LookUpMisses misses;
+    instance->calculate();
+    missingRows = block->missingRows(misses);
+}
+
+} // namespace zelm::host

@@ -1,0 +1,30 @@
+#include "host/base/Text.h"
+#include "host/report/Report.h"
+
+#include <fmt/format.h>
+
+namespace zelm::host {
+
+std::string csvReport(const Estimate& estimate)
+{
+    std::string text = "kind,process,name,block,count,rail,volts,dynamic_w,dynamic_a,static_w,static_a,powerup_a\n";
+    for (const GroupResult& group : estimate.groups) {
+        for (const Contribution& part : group.contributions)
+            text += fmt::format("group,,{},{},{},{},,{},{},,,\n", escapedCsv(group.name), group.block->name,
+                                group.count, part.rail, part.watts, part.amperes);
+        if (group.offchipWatts != 0.0)
+            text += fmt::format("offchip,,{},{},{},,,{},,,,\n", escapedCsv(group.name), group.block->name, group.count,
+                                group.offchipWatts);
+    }
+    for (const Side& side : estimate.sides) {
+        for (const RailResult& rail : side.rails)
+            text +=
+                fmt::format("rail,{},{},,,{},{},{},{},{},{},{}\n", side.process,
+                            rail.inside.empty() ? "" : "in " + rail.inside, rail.name, rail.volts, rail.dynamicWatts,
+                            rail.dynamicAmperes, rail.staticWatts, rail.staticAmperes, rail.powerUpAmperes);
+        text += fmt::format("total,{},,,,,,{},,{},,\n", side.process, estimate.dynamicWatts, side.staticWatts);
+    }
+    return text;
+}
+
+} // namespace zelm::host

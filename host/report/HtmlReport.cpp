@@ -1,0 +1,51 @@
+#include "host/base/Json.h"
+#include "host/report/Report.h"
+
+#include <string_view>
+
+// The page and its charts, taken into the program as they stand.
+asm(R"(
+    .section .rodata
+zelm_report_page: .incbin ")" ZELM_REPORT_DIR R"(/report.html"
+zelm_report_page_end: .byte 0
+zelm_report_charts: .incbin ")" ZELM_REPORT_DIR R"(/vendor/echarts.js"
+zelm_report_charts_end: .byte 0
+    .text
+)");
+extern const char zelm_report_page[];
+extern const char zelm_report_page_end[];
+extern const char zelm_report_charts[];
+extern const char zelm_report_charts_end[];
+
+namespace zelm::host {
+
+namespace {
+
+// Text inside a script element may not hold its end tag.
+std::string forScript(std::string_view json)
+{
+    std::string safe;
+    safe.reserve(json.size());
+    for (const char c : json) {
+        if (c == '<')
+            safe += "\\u003c";
+        else
+            safe += c;
+    }
+    return safe;
+}
+
+} // namespace
+
+std::string htmlReport(const Estimate& estimate)
+{
+    std::string page(zelm_report_page, zelm_report_page_end);
+    const auto fill = [&page](std::string_view mark, std::string_view text) {
+        page.replace(page.find(mark), mark.size(), text);
+    };
+    fill("/*ECHARTS*/", {zelm_report_charts, static_cast<std::size_t>(zelm_report_charts_end - zelm_report_charts)});
+    fill("/*ESTIMATE*/", forScript(jsonReport(estimate).dump()));
+    return page;
+}
+
+} // namespace zelm::host

@@ -1,0 +1,192 @@
+#include "host/base/Json.h"
+#include "host/blocks/DataFiles.h"
+#include "host/blocks/ValueJson.h"
+#include "host/report/Report.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace zelm::host {
+
+namespace {
+
+std::string budgetWords(const BudgetResult& budget)
+{
+    if (!std::isfinite(budget.actual))
+        return fmt::format("{}: no equilibrium, so the limit of {:g} {} can't hold", budget.name, budget.limit,
+                           budget.unit);
+    return fmt::format("{}: {:.4g} {}, which is {:.4g} {} {} the limit of {:g} {}", budget.name, budget.actual,
+                       budget.unit, std::fabs(budget.limit - budget.actual), budget.unit,
+                       budget.broken() ? "above" : "below", budget.limit, budget.unit);
+}
+
+Json railJson(const RailResult& rail)
+{
+    Json json{{"rail", rail.name}};
+    if (!rail.inside.empty())
+        json["staticCurrentInside"] = rail.inside;
+    addNumber(json, "volts", rail.volts);
+    addNumber(json, "dynamicAmperes", rail.dynamicAmperes);
+    addNumber(json, "staticAmperes", rail.staticAmperes);
+    addNumber(json, "totalAmperes", rail.amperes());
+    addNumber(json, "dynamicWatts", rail.dynamicWatts);
+    addNumber(json, "staticWatts", rail.staticWatts);
+    addNumber(json, "watts", rail.watts());
+    addNumber(json, "powerUpAmperes", rail.powerUpAmperes);
+    return json;
+}
+
+Json pointJson(const OperatingPoint& point)
+{
+    Json json{{"converged", point.converged}};
+    addNumber(json, "junctionTemperature", point.junction);
+    addNumber(json, "watts", point.power);
+    addNumber(json, "loopGain", point.loopGain);
+    json["words"] = point.words;
+    return json;
+}
+
+Json sideJson(const Side& side)
+{
+    Json json{{"process", side.process}};
+    addNumber(json, "junctionTemperature", side.junction);
+    addNumber(json, "staticWatts", side.staticWatts);
+    addNumber(json, "totalWatts", side.totalWatts);
+    if (side.thermal)
+        json["thermal"] = pointJson(*side.thermal);
+    if (side.highestAmbient)
+        addNumber(json, "highestAmbientTemperature", *side.highestAmbient);
+    if (side.largestThetaJA)
+        addNumber(json, "largestThetaJA", *side.largestThetaJA);
+    json["rails"] = Json::array();
+    for (const RailResult& rail : side.rails)
+        json["rails"].push_back(railJson(rail));
+    json["subsystems"] = Json::array();
+    for (const Subsystem& subsystem : side.subsystems) {
+        Json entry{{"cell", subsystem.cell}};
+        addNumber(entry, "watts", subsystem.watts);
+        json["subsystems"].push_back(entry);
+    }
+    json["curve"] = Json::array();
+    for (const auto& [temperature, watts] : side.curve) {
+        Json entry;
+        addNumber(entry, "junctionTemperature", temperature);
+        addNumber(entry, "watts", watts);
+        json["curve"].push_back(entry);
+    }
+    return json;
+}
+
+Json groupJson(const GroupResult& group)
+{
+    Json json{
+        {"name", group.name}, {"block", group.block->name}, {"title", group.block->title}, {"count", group.count}};
+    addNumber(json, "watts", group.watts);
+    addNumber(json, "offchipWatts", group.offchipWatts);
+    json["onlyCarries"] = group.onlyCarries;
+    json["outputs"] = Json::array();
+    for (const Contribution& part : group.contributions) {
+        Json entry{{"cell", part.cell}, {"rail", part.rail}};
+        addNumber(entry, "watts", part.watts);
+        addNumber(entry, "amperes", part.amperes);
+        json["outputs"].push_back(entry);
+    }
+    json["inputs"] = Json::array();
+    for (const InputValue& input : group.inputs) {
+        Json entry{{"cell", input.cell}, {"unit", input.unit}};
+        addValue(entry, "value", input.value);
+        entry["origin"] = originWord(input.origin);
+        json["inputs"].push_back(entry);
+    }
+    return json;
+}
+
+template <class Range, class Each>
+Json listOf(const Range& range, Each each)
+{
+    Json list = Json::array();
+    for (const auto& element : range)
+        list.push_back(each(element));
+    return list;
+}
+
+Json coolingJson(const CoolingResult& result)
+{
+    Json json{{"name", result.cooling.name}, {"thetaJA", result.cooling.thetaJA}};
+    json["point"] = pointJson(result.point);
+    return json;
+}
+
+Json useJson(const Utilisation& use)
+{
+    return {{"resource", use.resource}, {"used", use.used}, {"available", use.available}};
+}
+
+Json regulatorsJson(const Estimate& estimate)
+{
+    Json list = Json::array();
+    for (const auto& [rail, current] : estimate.design.regulators) {
+        const RailResult* result = estimate.side().rail(rail);
+        Json entry{{"rail", rail}, {"maxAmperes", current}};
+        addNumber(entry, "marginAmperes", current - (result ? result->amperes() : 0.0));
+        list.push_back(std::move(entry));
+    }
+    return list;
+}
+
+Json budgetJson(const BudgetResult& budget)
+{
+    Json json{{"name", budget.name}, {"unit", budget.unit}, {"broken", budget.broken()}};
+    addNumber(json, "limit", budget.limit);
+    addNumber(json, "actual", budget.actual);
+    if (budget.otherActual)
+        addNumber(json, "otherActual", *budget.otherActual);
+    json["words"] = budgetWords(budget);
+    return json;
+}
+
+Json carriedJson(const Carried& carried)
+{
+    return {{"from", carried.from}, {"to", carried.to}, {"value", carried.value}};
+}
+
+// The data files that the estimate rests on.
+Json filesJson(const Estimate& estimate)
+{
+    std::vector<const Block*> blocks;
+    if (estimate.design.device)
+        blocks = {&block("Parts"), &block("Static")};
+    for (const GroupResult& group : estimate.groups)
+        blocks.push_back(group.block);
+    return listOf(dataFiles(blocks), [](const DataFile& file) {
+        return Json{{"name", file.name}, {"sha256", file.sha256}};
+    });
+}
+
+} // namespace
+
+Json jsonReport(const Estimate& estimate)
+{
+    Json json{{"name", estimate.design.name}, {"version", ZELM_VERSION}};
+    addNumber(json, "totalWatts", estimate.side().totalWatts);
+    addNumber(json, "dynamicWatts", estimate.dynamicWatts);
+    addNumber(json, "staticWatts", estimate.side().staticWatts);
+    addNumber(json, "offchipWatts", estimate.offchipWatts);
+    if (estimate.design.device)
+        json["part"] = estimate.design.device->part;
+    if (estimate.design.environment.ambient)
+        addNumber(json, "ambientTemperature", *estimate.design.environment.ambient);
+    json["groups"] = listOf(estimate.groups, groupJson);
+    json["sides"] = listOf(estimate.sides, sideJson);
+    json["cooling"] = listOf(estimate.cooling, coolingJson);
+    json["utilisation"] = listOf(estimate.utilisation, useJson);
+    json["regulators"] = regulatorsJson(estimate);
+    json["budgets"] = listOf(estimate.budgets, budgetJson);
+    json["carried"] = listOf(estimate.carried, carriedJson);
+    json["warnings"] = estimate.warnings;
+    json["dataFiles"] = filesJson(estimate);
+    return json;
+}
+
+} // namespace zelm::host

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "host/base/JsonFwd.h"
+#include "host/base/Terminal.h"
+#include "host/estimate/Results.h"
+
+#include <string>
+
+namespace zelm::host {
+
+/// The estimate as tables for a terminal; verbose adds the inputs and what was carried where.
+std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint = Paint());
+/// The estimate as JSON, all of it.
+Json jsonReport(const Estimate& estimate);
+/// One row per group and rail, then one per rail and process.
+std::string csvReport(const Estimate& estimate);
+/// The budgets as JUnit's XML, for a CI.
+std::string junitReport(const Estimate& estimate);
+/// The estimate as one page that needs no network: tables, charts, every group's inputs.
+std::string htmlReport(const Estimate& estimate);
+
+} // namespace zelm::host

@@ -1,0 +1,126 @@
+#include "host/report/SweepReport.h"
+
+#include "host/base/Json.h"
+#include "host/base/Text.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <map>
+
+namespace zelm::host {
+
+namespace {
+
+std::vector<std::string> brokenBudgets(const Estimate& estimate)
+{
+    std::vector<std::string> names;
+    for (const BudgetResult& budget : estimate.budgets) {
+        if (budget.broken())
+            names.push_back(budget.name);
+    }
+    return names;
+}
+
+std::string sweepTable(const Sweep& sweep, const Paint& paint)
+{
+    std::vector<std::string> header;
+    for (const Variation& variation : sweep.variations)
+        header.push_back(variation.path);
+    header.emplace_back("Dynamic");
+    for (const Side& side : sweep.points.front().estimate.sides) {
+        const std::string process = side.process.empty() ? "" : side.process + " ";
+        header.insert(header.end(), {process + "static", process + "total", process + "junction"});
+    }
+    const bool budgets = !sweep.points.front().estimate.budgets.empty();
+    if (budgets)
+        header.emplace_back("Budgets");
+    TextTable rows(header);
+    std::map<std::string, std::size_t> warnings;
+    for (const SweepPoint& point : sweep.points) {
+        std::vector<std::string> cells;
+        for (const Json& value : point.values)
+            cells.push_back(sweepWord(value));
+        cells.push_back(si(point.estimate.dynamicWatts, "W"));
+        for (const Side& first : sweep.points.front().estimate.sides) { // the order changes with device.process
+            const auto found = std::find_if(point.estimate.sides.begin(), point.estimate.sides.end(),
+                                            [&](const Side& side) { return side.process == first.process; });
+            const Side& side = found == point.estimate.sides.end() ? point.estimate.side() : *found;
+            cells.insert(cells.end(), {si(side.staticWatts, "W"), si(side.totalWatts, "W"),
+                                       side.settles() ? fmt::format("{:.2f} C", side.junction) : paint.bad("runaway")});
+        }
+        if (budgets) {
+            const std::vector<std::string> broken = brokenBudgets(point.estimate);
+            cells.push_back(broken.empty() ? paint.good("kept")
+                                           : paint.bad(fmt::format("BROKEN: {}", fmt::join(broken, ", "))));
+        }
+        rows.row(cells);
+        for (const std::string& warning : point.estimate.warnings)
+            ++warnings[warning];
+    }
+    std::string text = rows.text();
+    for (const auto& [warning, times] : warnings)
+        text += paint.warning(fmt::format("- {} (at {} of {} points)", warning, times, sweep.points.size())) + "\n";
+    return text;
+}
+
+Json sweepJson(const Sweep& sweep)
+{
+    Json list = Json::array();
+    for (const SweepPoint& point : sweep.points) {
+        Json entry{{"settings", Json::object()}};
+        for (std::size_t i = 0; i < sweep.variations.size(); ++i)
+            entry["settings"][sweep.variations[i].path] = point.values[i];
+        addNumber(entry, "dynamicWatts", point.estimate.dynamicWatts);
+        addNumber(entry, "offchipWatts", point.estimate.offchipWatts);
+        entry["sides"] = Json::array();
+        for (const Side& side : point.estimate.sides) {
+            Json each{{"process", side.process}};
+            addNumber(each, "junctionTemperature", side.junction);
+            addNumber(each, "staticWatts", side.staticWatts);
+            addNumber(each, "totalWatts", side.totalWatts);
+            each["settles"] = side.settles();
+            entry["sides"].push_back(std::move(each));
+        }
+        entry["budgetsBroken"] = brokenBudgets(point.estimate);
+        entry["warnings"] = point.estimate.warnings;
+        list.push_back(std::move(entry));
+    }
+    return list;
+}
+
+std::string sweepCsv(const Sweep& sweep)
+{
+    std::string text;
+    for (const Variation& variation : sweep.variations)
+        text += escapedCsv(variation.path) + ",";
+    text += "process,dynamic_w,static_w,total_w,junction_c,settles,budgets_broken\n";
+    for (const SweepPoint& point : sweep.points) {
+        std::string settings;
+        for (const Json& value : point.values)
+            settings += escapedCsv(sweepWord(value)) + ",";
+        for (const Side& side : point.estimate.sides)
+            text += fmt::format("{}{},{},{},{},{},{},{}\n", settings, side.process, point.estimate.dynamicWatts,
+                                side.staticWatts, side.totalWatts, side.junction, side.settles() ? "yes" : "no",
+                                escapedCsv(fmt::format("{}", fmt::join(brokenBudgets(point.estimate), "; "))));
+    }
+    return text;
+}
+
+} // namespace
+
+std::string sweepReport(const Sweep& sweep, SweepFormat format, const Paint& paint)
+{
+    switch (format) {
+    case SweepFormat::json:
+        return jsonText(sweepJson(sweep));
+    case SweepFormat::csv:
+        return sweepCsv(sweep);
+    case SweepFormat::table:
+        break;
+    }
+    return sweepTable(sweep, paint);
+}
+
+} // namespace zelm::host

@@ -1,0 +1,260 @@
+#include "host/base/Text.h"
+#include "host/report/Report.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <set>
+
+namespace zelm::host {
+
+namespace {
+
+std::string title(const Paint& paint, const std::string& text)
+{
+    return fmt::format("\n{}\n{:=<{}}\n", paint.title(text), "", text.size());
+}
+
+std::string degrees(double value)
+{
+    return fmt::format("{:.2f} C", value);
+}
+
+std::string junctionText(const Side& side)
+{
+    return side.settles() ? degrees(side.junction) : "no equilibrium";
+}
+
+std::string railsTable(const Estimate& estimate)
+{
+    const Side& side = estimate.side();
+    const bool both = estimate.sides.size() > 1;
+    std::vector<std::string> header{"Rail", "Volts", "Dynamic", "Static", "Total", "Power", "Power-up"};
+    if (both)
+        header.push_back(estimate.sides[1].process + " power");
+    if (!estimate.design.regulators.empty())
+        header.emplace_back("Margin");
+    TextTable table(header);
+    for (const RailResult& rail : side.rails) {
+        const RailResult* other = both ? estimate.sides[1].rail(rail.name) : nullptr;
+        if (rail.amperes() == 0.0 && rail.powerUpAmperes == 0.0 &&
+            (!other || (other->amperes() == 0.0 && other->powerUpAmperes == 0.0)))
+            continue;
+        // The model knows it for the worst case only.
+        const double powerUp = std::max(rail.powerUpAmperes, other ? other->powerUpAmperes : 0.0);
+        std::vector<std::string> cells{rail.inside.empty() ? rail.name : rail.name + " *",
+                                       fmt::format("{:.3f}", rail.volts),
+                                       si(rail.dynamicAmperes, "A"),
+                                       si(rail.staticAmperes, "A"),
+                                       si(rail.amperes(), "A"),
+                                       si(rail.watts(), "W"),
+                                       si(powerUp, "A")};
+        if (both)
+            cells.push_back(other ? si(other->watts(), "W") : "");
+        if (const auto regulator = estimate.design.regulators.find(rail.name);
+            regulator != estimate.design.regulators.end())
+            cells.push_back(si(regulator->second - rail.amperes(), "A"));
+        table.row(cells);
+    }
+    table.rule();
+    std::vector<std::string> totals{
+        "Total", "", si(estimate.dynamicWatts, "W"), si(side.staticWatts, "W"), "", si(side.totalWatts, "W"), ""};
+    if (both)
+        totals.push_back(si(estimate.sides[1].totalWatts, "W"));
+    table.row(totals);
+    std::string text = table.text();
+    std::set<std::string> notes;
+    for (const RailResult& rail : side.rails) {
+        if (!rail.inside.empty() && rail.amperes() != 0.0)
+            notes.insert(rail.inside);
+    }
+    for (const std::string& inside : notes)
+        text += fmt::format("* the static current of this rail is part of {}'s and counts once in the total\n", inside);
+    return text;
+}
+
+std::string groupsTable(const Estimate& estimate)
+{
+    TextTable table({"Group", "Block", "Count", "Rail", "Power", "Current"});
+    std::vector<std::string> carriers;
+    for (const GroupResult& group : estimate.groups) {
+        bool first = true;
+        const auto lead = [&] {
+            std::vector<std::string> cells{first ? group.name : "", first ? std::string(group.block->name) : "",
+                                           first ? std::to_string(group.count) : ""};
+            first = false;
+            return cells;
+        };
+        std::map<std::string, std::pair<double, double>> byRail;
+        std::vector<std::string> order;
+        for (const Contribution& part : group.contributions) {
+            if (!byRail.contains(part.rail))
+                order.push_back(part.rail);
+            byRail[part.rail].first += part.watts;
+            byRail[part.rail].second += part.amperes;
+        }
+        for (const std::string& rail : order) {
+            std::vector<std::string> cells = lead();
+            cells.insert(cells.end(), {rail, si(byRail[rail].first, "W"), si(byRail[rail].second, "A")});
+            table.row(cells);
+        }
+        if (group.offchipWatts != 0.0) {
+            std::vector<std::string> cells = lead();
+            cells.insert(cells.end(), {"(off chip)", si(group.offchipWatts, "W"), ""});
+            table.row(cells);
+        }
+        if (first && group.onlyCarries)
+            carriers.push_back(group.name);
+        else if (first) {
+            std::vector<std::string> cells = lead();
+            cells.insert(cells.end(), {"(no power)", "", ""});
+            table.row(cells);
+        }
+    }
+    table.rule();
+    table.row({"Dynamic power", "", "", "", si(estimate.dynamicWatts, "W"), ""});
+    if (estimate.offchipWatts != 0.0)
+        table.row({"Off chip, in no total", "", "", "", si(estimate.offchipWatts, "W"), ""});
+    std::string text = table.text();
+    if (!carriers.empty())
+        text += fmt::format("carry values to others, no power of their own: {}\n", fmt::join(carriers, ", "));
+    return text;
+}
+
+std::string sidesTable(const Estimate& estimate)
+{
+    TextTable table({"Process", "Junction", "Static", "Dynamic", "Total"});
+    for (const Side& side : estimate.sides)
+        table.row({side.process, junctionText(side), si(side.staticWatts, "W"), si(estimate.dynamicWatts, "W"),
+                   si(side.totalWatts, "W")});
+    std::string text = table.text();
+    for (const Side& side : estimate.sides) {
+        if (side.thermal)
+            text += fmt::format("{}: {}\n", side.process, side.thermal->words);
+        if (side.highestAmbient)
+            text += fmt::format("{}: the junction limit holds up to an ambient of {:.2f} degrees\n", side.process,
+                                *side.highestAmbient);
+        if (side.largestThetaJA)
+            text += fmt::format("{}: the junction limit holds up to a thetaJA of {:.3f} degrees/W\n", side.process,
+                                *side.largestThetaJA);
+    }
+    return text;
+}
+
+std::string summary(const Estimate& estimate, const Paint& paint)
+{
+    const Side& side = estimate.side();
+    const std::string text =
+        fmt::format("{}\n{} on the chip: {} dynamic, {} static", paint.title(estimate.design.name),
+                    si(side.totalWatts, "W"), si(estimate.dynamicWatts, "W"), si(side.staticWatts, "W"));
+    if (side.process.empty())
+        return text + "\n";
+    if (!side.settles())
+        return text + fmt::format(", process {}: {}, amounts are those at {}, where the search ended\n", side.process,
+                                  paint.bad("no equilibrium"), degrees(side.junction));
+    return text + fmt::format(", process {}, junction {}\n", side.process, degrees(side.junction));
+}
+
+std::string subsystemsTable(const Side& side)
+{
+    TextTable table({"Static power by subsystem", "Power"});
+    for (const Subsystem& subsystem : side.subsystems)
+        table.row({subsystem.cell, si(subsystem.watts, "W")});
+    return table.text();
+}
+
+std::string coolingTable(const Estimate& estimate, const Paint& paint)
+{
+    TextTable table({"Cooling", "thetaJA", "Junction", "Power", "Verdict"});
+    for (const CoolingResult& result : estimate.cooling)
+        table.row({result.cooling.name, fmt::format("{:.3f}", result.cooling.thetaJA),
+                   result.point.converged ? degrees(result.point.junction) : "none",
+                   result.point.converged ? si(result.point.power, "W") : "",
+                   result.point.converged ? "settles" : paint.bad(result.point.words)});
+    return table.text();
+}
+
+std::string utilisationTable(const Estimate& estimate)
+{
+    TextTable table({"Resource", "Used", "Available", "Share"});
+    for (const Utilisation& use : estimate.utilisation)
+        table.row({use.resource, fmt::format("{:.0f}", use.used), fmt::format("{:.0f}", use.available),
+                   use.available > 0.0 ? fmt::format("{:.1f} %", 100.0 * use.used / use.available) : "none there"});
+    return table.text();
+}
+
+std::string budgetsTable(const Estimate& estimate, const Paint& paint)
+{
+    std::vector<std::string> header{"Budget", "Limit", "Actual", "Verdict"};
+    if (estimate.sides.size() > 1)
+        header.push_back(estimate.sides[1].process + " actual");
+    TextTable table(header);
+    for (const BudgetResult& budget : estimate.budgets) {
+        const auto amount = [&](double actual) { return fmt::format("{:.4g} {}", actual, budget.unit); };
+        std::vector<std::string> cells{budget.name, fmt::format("{:g} {}", budget.limit, budget.unit),
+                                       amount(budget.actual),
+                                       budget.broken() ? paint.bad("BROKEN") : paint.good("kept")};
+        if (budget.otherActual)
+            cells.push_back(*budget.otherActual <= budget.limit ? amount(*budget.otherActual)
+                                                                : paint.bad(amount(*budget.otherActual)));
+        table.row(cells);
+    }
+    return table.text();
+}
+
+std::string inputsTable(const Estimate& estimate)
+{
+    TextTable table({"Group", "Input", "Value", "Unit", "Origin"});
+    for (const GroupResult& group : estimate.groups) {
+        for (const InputValue& input : group.inputs)
+            table.row(
+                {group.name, input.cell, valueText(input.value), input.unit, std::string(originWord(input.origin))});
+    }
+    return table.text();
+}
+
+std::string carriedTable(const Estimate& estimate)
+{
+    TextTable table({"Carried from", "To", "Value"});
+    for (const Carried& carried : estimate.carried)
+        table.row({carried.from, carried.to, carried.value});
+    return table.text();
+}
+
+std::string warningLines(const Estimate& estimate, const Paint& paint)
+{
+    std::string text;
+    for (const std::string& warning : estimate.warnings)
+        text += paint.warning(fmt::format("- {}", warning)) + "\n";
+    return text;
+}
+
+} // namespace
+
+std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint)
+{
+    std::string text = summary(estimate, paint);
+    const auto section = [&](const std::string& name, const std::string& body) { text += title(paint, name) + body; };
+    section("Groups", groupsTable(estimate));
+    section("Rails", railsTable(estimate));
+    if (!estimate.side().subsystems.empty()) {
+        section("Process sides", sidesTable(estimate));
+        section("Static power", subsystemsTable(estimate.side()));
+    }
+    if (estimate.cooling.size() > 1)
+        section("Cooling", coolingTable(estimate, paint));
+    if (!estimate.utilisation.empty())
+        section("Utilisation", utilisationTable(estimate));
+    if (!estimate.budgets.empty())
+        section("Budgets", budgetsTable(estimate, paint));
+    if (verbose)
+        section("Inputs", inputsTable(estimate));
+    if (verbose && !estimate.carried.empty())
+        section("Carried between blocks", carriedTable(estimate));
+    if (!estimate.warnings.empty())
+        section("Warnings", warningLines(estimate, paint));
+    return text;
+}
+
+} // namespace zelm::host

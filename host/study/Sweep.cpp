@@ -1,0 +1,183 @@
+#include "host/study/Sweep.h"
+
+#include "host/base/Error.h"
+#include "host/base/Json.h"
+#include "host/base/Terminal.h"
+#include "host/base/Text.h"
+#include "host/estimate/Estimate.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <map>
+#include <optional>
+
+namespace zelm::host {
+
+namespace {
+
+constexpr std::size_t kMostPoints = 100000;
+
+std::optional<double> number(std::string_view text)
+{
+    double value = 0.0;
+    const char* end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, value);
+    return parsed.ec == std::errc() && parsed.ptr == end && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+// What a sweep's number is in a design: 4 rather than 4.0 where it is whole, for counts.
+Json plain(double value)
+{
+    constexpr double exactUpTo = 9007199254740992.0; // 2^53
+    return std::fabs(value) < exactUpTo && value == std::floor(value) ? Json(static_cast<std::int64_t>(value))
+                                                                      : Json(value);
+}
+
+[[noreturn]] void fail(const std::string& variation, const std::string& message)
+{
+    throw Error(fmt::format("--vary {}: {}", variation, message));
+}
+
+std::vector<Json> range(const std::string& variation, double from, double to, double step)
+{
+    const double steps = (to - from) / step;
+    if (!(steps >= 0.0))
+        fail(variation, "the step doesn't lead from the first value to the last");
+    if (!(steps < static_cast<double>(kMostPoints)))
+        fail(variation, fmt::format("more than {} values", kMostPoints));
+    constexpr double tolerance = 1e-9; // 0:1:0.1 has 11 values, whatever ten tenths add up to
+    std::vector<Json> values;
+    for (std::size_t i = 0; static_cast<double>(i) <= steps + tolerance; ++i) {
+        // Rounded to what a person would write, so that 3 x 0.1 is 0.3.
+        values.push_back(plain(std::stod(fmt::format("{:.12g}", from + static_cast<double>(i) * step))));
+    }
+    return values;
+}
+
+// The place in the design that a path names. What isn't there yet comes to be; the reading of the design then tells
+// whether it may.
+Json& at(Json& root, const std::string& path, const std::string& variation)
+{
+    Json* here = &root;
+    std::size_t next = 0;
+    while (next < path.size()) {
+        const std::size_t end = std::min(path.find_first_of(".[", next), path.size());
+        if (const std::string field = path.substr(next, end - next); !field.empty()) {
+            if (!here->is_object() && !here->is_null())
+                fail(variation, fmt::format("\"{}\" isn't a field of an object", field));
+            here = &(*here)[field];
+        }
+        next = end;
+        if (next < path.size() && path[next] == '[') {
+            const std::size_t close = path.find(']', next);
+            if (close == std::string::npos)
+                fail(variation, "a ']' is missing");
+            const std::string wanted = path.substr(next + 1, close - next - 1);
+            if (!here->is_array())
+                fail(variation, fmt::format("\"{}\" isn't a list", path.substr(0, next)));
+            std::vector<std::string> names;
+            Json* found = nullptr;
+            for (Json& element : *here) {
+                const Json name = element.is_object() ? element.value("name", element.value("block", Json())) : Json();
+                if (fmt::format("{}", names.size()) == wanted || (name.is_string() && name == wanted))
+                    found = &element;
+                names.push_back(name.is_string() ? name.get<std::string>() : "");
+            }
+            if (!found)
+                fail(variation, fmt::format("\"{}\" has no element {}{}", path.substr(0, next), wanted,
+                                            suggestion(wanted, names)));
+            here = found;
+            next = close + 1;
+        }
+        if (next < path.size() && path[next] == '.')
+            ++next;
+    }
+    return *here;
+}
+
+Variation parse(const std::string& text, const Json& root)
+{
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0)
+        fail(text, "expected PATH=FROM:TO:STEP or PATH=VALUE,VALUE,...");
+    Variation variation{text.substr(0, equals), {}};
+    const std::string list = text.substr(equals + 1);
+    Json copy = root;
+    const bool isText = at(copy, variation.path, text).is_string() || variation.path.starts_with("device.");
+    const std::vector<std::string> ends = split(list, ':');
+    if (ends.size() == 3 && !isText) {
+        const auto from = number(ends[0]);
+        const auto to = number(ends[1]);
+        const auto step = number(ends[2]);
+        if (!from || !to || !step || *step == 0.0)
+            fail(text, "expected numbers in FROM:TO:STEP, and a step that isn't 0");
+        variation.values = range(text, *from, *to, *step);
+        return variation;
+    }
+    for (const std::string& word : split(list, ',')) {
+        if (word.empty())
+            fail(text, "a value is empty");
+        const auto value = isText ? std::nullopt : number(word);
+        variation.values.push_back(value ? plain(*value) : Json(word));
+    }
+    return variation;
+}
+
+std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const std::vector<Variation>& variations,
+                            std::chrono::milliseconds barAfter)
+{
+    std::size_t count = 1;
+    for (const Variation& variation : variations) {
+        count *= variation.values.size();
+        if (count > kMostPoints)
+            throw Error(fmt::format("the variations make more than {} points", kMostPoints));
+    }
+    Progress progress("sweeping", count, barAfter);
+    std::vector<SweepPoint> points;
+    for (std::size_t index = 0; index < count; ++index) {
+        Json changed = root;
+        SweepPoint point;
+        std::vector<std::string> settings;
+        std::size_t rest = count;
+        for (const Variation& variation : variations) {
+            rest /= variation.values.size();
+            const Json& value = variation.values[index / rest % variation.values.size()];
+            at(changed, variation.path, variation.path) = value;
+            point.values.push_back(value);
+            settings.push_back(fmt::format("{} = {}", variation.path, sweepWord(value)));
+        }
+        try {
+            point.estimate = estimate(readDesign(changed, source));
+        } catch (const Error& error) {
+            throw Error(fmt::format("{} (at {})", error.what(), fmt::join(settings, ", ")));
+        }
+        points.push_back(std::move(point));
+        progress.step();
+    }
+    return points;
+}
+
+} // namespace
+
+std::string sweepWord(const Json& value)
+{
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,
+            std::chrono::milliseconds barAfter)
+{
+    JsonSource source;
+    const Json root = readJson(designFile, source);
+    Sweep result;
+    for (const std::string& variation : variations)
+        result.variations.push_back(parse(variation, root));
+    result.points = run(root, source, result.variations, barAfter);
+    return result;
+}
+
+} // namespace zelm::host
