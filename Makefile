@@ -8,7 +8,8 @@ BUILD := build/$(PRESET)
 
 .PHONY: demo test build bench docs format format-check tidy analyze asan asan-tool tsan coverage clean
 
-demo: build
+demo: $(BUILD)/build.ninja
+	cmake --build --preset $(PRESET) --target zelm
 	$(BUILD)/host/zelm estimate examples/vision.json --html $(BUILD)/vision.html
 	@echo "The report to look at: $(BUILD)/vision.html"
 

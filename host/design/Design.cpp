@@ -3,6 +3,7 @@
 #include "host/base/Error.h"
 #include "host/base/Json.h"
 #include "host/base/Text.h"
+#include "host/design/Limits.h"
 
 #include <fmt/format.h>
 
@@ -207,19 +208,14 @@ Group readGroup(const Json& value, const Place& where)
     return group;
 }
 
-constexpr double kColdest = -273.0;
-constexpr double kHottest = 1000.0;
-constexpr double kMostAmperes = 1e5;
-
 Environment readEnvironment(const Json& value, const Place& where)
 {
-    constexpr double mostTheta = 1000.0;
     Fields fields(value, where);
     Environment environment;
     environment.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
     environment.ambient = fields.number("ambientTemperature", kColdest, kHottest, "degrees Celsius");
     environment.junctionLimit = fields.number("junctionLimit", kColdest, kHottest, "degrees Celsius");
-    if (const auto theta = fields.number("thetaJA", 0.0, mostTheta, "degrees per watt"))
+    if (const auto theta = fields.number("thetaJA", 0.0, kMostThetaJA, "degrees per watt"))
         environment.cooling.push_back({"thetaJA", *theta});
     if (const Json* list = fields.take("cooling")) {
         const Place place = fields.place("cooling");
@@ -228,7 +224,7 @@ Environment readEnvironment(const Json& value, const Place& where)
         for (std::size_t i = 0; i < list->size(); ++i) {
             Fields entry((*list)[i], place.element(i));
             Cooling cooling{entry.text("name", fmt::format("cooling {}", i + 1)), 0.0};
-            const auto theta = entry.number("thetaJA", 0.0, mostTheta, "degrees per watt");
+            const auto theta = entry.number("thetaJA", 0.0, kMostThetaJA, "degrees per watt");
             if (!theta)
                 place.element(i).fail("a cooling needs its \"thetaJA\" in degrees per watt");
             cooling.thetaJA = *theta;
@@ -346,7 +342,6 @@ std::vector<const Block*> inputBlocks(const Block& own)
 
 Design readDesign(const Json& root, const JsonSource& source)
 {
-    constexpr double mostVolts = 100.0;
     Design design;
     design.source = source;
     const Place where(design.source, "");
@@ -358,7 +353,7 @@ Design readDesign(const Json& root, const JsonSource& source)
         design.device = readDevice(*device, fields.place("device"));
     if (const Json* environment = fields.take("environment"))
         design.environment = readEnvironment(*environment, fields.place("environment"));
-    for (const auto& [rail, volts] : fields.numbers("rails", 0.0, mostVolts, "V"))
+    for (const auto& [rail, volts] : fields.numbers("rails", 0.0, kMostVolts, "V"))
         design.rails[rail] = static_cast<float>(volts);
     if (const Json* regulators = fields.take("regulators"))
         design.regulators = readRegulators(*regulators, fields.place("regulators"));

@@ -4,6 +4,7 @@
 #include "host/blocks/LegalWords.h"
 #include "host/blocks/Rails.h"
 #include "host/design/Design.h"
+#include "host/design/Limits.h"
 
 #include <fmt/format.h>
 
@@ -77,11 +78,9 @@ Json groupSchema(const Block& block)
     return schema;
 }
 
-constexpr double kMostAmperes = 1e5;
-
 Json temperatureSchema(const char* description)
 {
-    return numberSchema(description, -273.0, 1000.0);
+    return numberSchema(description, kColdest, kHottest);
 }
 
 // An object of values by rail.
@@ -114,7 +113,7 @@ std::pair<Json, Json> deviceAndStaticSchema()
 
 Json environmentSchema()
 {
-    const Json theta = numberSchema("from the junction to the air, degrees per watt", 0.0, 1000.0);
+    const Json theta = numberSchema("from the junction to the air, degrees per watt", 0.0, kMostThetaJA);
     const Json cooling{
         {"type", "array"},
         {"description", "airflow and heat sink cases; the first is the design's, the others are compared"},
@@ -156,7 +155,7 @@ Json designSchema()
                 {"description", textSchema("for people")}};
     fields["device"] = device;
     fields["environment"] = environmentSchema();
-    fields["rails"] = railsSchema(numberSchema("volts", 0.0, 100.0));
+    fields["rails"] = railsSchema(numberSchema("volts", 0.0, kMostVolts));
     fields["regulators"] = railsSchema(objectSchema({{"maxCurrent", amperes}}, {"maxCurrent"}));
     fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes)},
                                       {"junctionTemperature", temperatureSchema("degrees Celsius")},
