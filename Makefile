@@ -6,7 +6,7 @@ PRESET ?= release
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo test build bench docs format format-check tidy analyze asan asan-tool tsan coverage clean
+.PHONY: demo test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan coverage clean
 
 demo: $(BUILD)/build.ninja
 	cmake --build --preset $(PRESET) --target zelm
@@ -54,11 +54,14 @@ format:
 format-check:
 	tools/format --check
 
-tidy: build
-	tools/tidy $(BUILD) $(TIDY)
+build/tidy: $(BUILD)/build.ninja
+	cmake --preset $(PRESET) -B $@ -D ZELM_ROOMS_TOGETHER=OFF
 
-analyze: build
-	CHECKS='-*,clang-analyzer-*' tools/tidy $(BUILD) $(TIDY)
+tidy: build/tidy
+	tools/tidy $< $(TIDY)
+
+analyze: build/tidy
+	CHECKS='-*,clang-analyzer-*' tools/tidy $< $(TIDY)
 
 clean:
 	rm -rf build
