@@ -1,8 +1,7 @@
 #include "clocking/ZelmOrvaneDpllModel.h"
 
 #include "clocking/GeneratorFixture.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 namespace {
 
@@ -30,17 +29,6 @@ protected:
         params[Params::VCCRAM] = 0.25f;
     }
 };
-
-TEST(Dpll, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneDpllModel>("Dpll");
-}
-
-TEST(Dpll, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneDpllModel>(
-        {.intInputs = 6, .floatInputs = 4, .floatOutputs = 3, .floatIntermediates = 22});
-}
 
 TEST(Dpll, OutputFamilyIsMembersTimesMetrics)
 {

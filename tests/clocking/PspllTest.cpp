@@ -1,8 +1,6 @@
 #include "clocking/ZelmOrvanePspllModel.h"
 
-#include "support/BlockContract.h"
 #include "support/BlockFixture.h"
-#include "support/Vectors.h"
 
 namespace {
 
@@ -24,17 +22,6 @@ protected:
         params[Params::M_COUNTER] = 4;
     }
 };
-
-TEST(Pspll, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvanePspllModel>("Pspll");
-}
-
-TEST(Pspll, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvanePspllModel>(
-        {.intInputs = 3, .floatInputs = 1, .floatOutputs = 2, .intIntermediates = 1, .floatIntermediates = 11});
-}
 
 TEST_F(PspllTest, DefaultFrequencies)
 {

@@ -1,8 +1,7 @@
 #include "clocking/ZelmOrvaneRuskModel.h"
 
 #include "clocking/GeneratorFixture.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 namespace {
 
@@ -29,17 +28,6 @@ protected:
         params[Params::VCCINTIO] = 0.25f;
     }
 };
-
-TEST(Rusk, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneRuskModel>("Rusk");
-}
-
-TEST(Rusk, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneRuskModel>(
-        {.intInputs = 7, .floatInputs = 3, .floatOutputs = 2, .floatIntermediates = 21});
-}
 
 TEST(Rusk, OutputFamilyIsMembersTimesMetrics)
 {

@@ -1,8 +1,7 @@
 #include "clocking/ZelmOrvaneVekoModel.h"
 
 #include "clocking/GeneratorFixture.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 namespace {
 
@@ -30,17 +29,6 @@ protected:
         params[Params::VCCRAM] = 0.25f;
     }
 };
-
-TEST(Veko, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneVekoModel>("Veko");
-}
-
-TEST(Veko, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneVekoModel>(
-        {.intInputs = 9, .floatInputs = 3, .stringInputs = 1, .floatOutputs = 2, .floatIntermediates = 25});
-}
 
 TEST(Veko, OutputFamilyIsMembersTimesMetrics)
 {

@@ -1,23 +1,12 @@
 #include "dsp/ZelmOrvaneDspConfigModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneDspConfigParams;
 using Data = ZelmOrvaneDspConfigData;
-
-TEST(DspConfig, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneDspConfigModel>("DspConfig");
-}
-
-TEST(DspConfig, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneDspConfigModel>({.stringInputs = 1, .stringOutputs = 1});
-}
 
 TEST(DspConfig, TheModeIsHandedOnAsItStands)
 {

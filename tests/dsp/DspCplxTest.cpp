@@ -43,21 +43,8 @@ protected:
     }
 };
 
-TEST(DspCplx, AgreesWithVectors)
+TEST(DspCplx, HasNoCurrentOfTheWholePair)
 {
-    expectVectorsAgree<Model>("DspCplx");
-}
-
-TEST(DspCplx, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 1,
-                                .floatInputs = 13,
-                                .stringInputs = 4,
-                                .floatOutputs = 5,
-                                .stringOutputs = 3,
-                                .floatIntermediates = 154,
-                                .stringIntermediates = 1},
-                               {{"DYNAMIC_VCCINT_MACBC_POWER", "DynamicVccintMacbCPower"}});
     EXPECT_EQ(Params::string_to_float_enum("DYNAMIC_VCCINT_CURRENT"), Params::LastFloat);
 }
 

@@ -55,22 +55,6 @@ constexpr double k16BitsA = 1 + 12.8 * 2 + 52.9 * 3, k16BitsB = 4 + 12.8 * 5 + 5
 constexpr double kExponents = (2 + 5 + 8 + 8) / 4.0, kMantissas = (3 + 6 + 1 + 6) / 4.0, kSigns = (1 + 4 + 7 + 7) / 4.0;
 constexpr double kInmode = 8;
 
-TEST(DspFp32, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("DspFp32");
-}
-
-TEST(DspFp32, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 1,
-                                .floatInputs = 17,
-                                .stringInputs = 5,
-                                .floatOutputs = 3,
-                                .stringOutputs = 1,
-                                .floatIntermediates = 198,
-                                .stringIntermediates = 1});
-}
-
 TEST(DspFp32, FamiliesAreModesTimesComponents)
 {
     expectDspFamilies(kRows, "FP32", kModes, kDspParts, {"componentCurrent", "toggleRate"});

@@ -35,22 +35,6 @@ protected:
     }
 };
 
-TEST(DspInt24, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("DspInt24");
-}
-
-TEST(DspInt24, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 1,
-                                .floatInputs = 10,
-                                .stringInputs = 7,
-                                .floatOutputs = 3,
-                                .stringOutputs = 1,
-                                .floatIntermediates = 200,
-                                .stringIntermediates = 1});
-}
-
 TEST(DspInt24, FamiliesAreModesTimesComponents)
 {
     expectDspFamilies(kRows, "INT24", kModes, kDspParts,

@@ -24,22 +24,6 @@ protected:
     }
 };
 
-TEST(DspInt8, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("DspInt8");
-}
-
-TEST(DspInt8, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 1,
-                                .floatInputs = 10,
-                                .stringInputs = 6,
-                                .floatOutputs = 3,
-                                .stringOutputs = 1,
-                                .floatIntermediates = 182,
-                                .stringIntermediates = 1});
-}
-
 TEST(DspInt8, FamiliesAreModesTimesComponents)
 {
     expectDspFamilies(kRows, "INT8", kModes, kDspParts,

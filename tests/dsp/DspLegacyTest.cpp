@@ -34,22 +34,6 @@ protected:
     }
 };
 
-TEST(DspLegacy, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("DspLegacy");
-}
-
-TEST(DspLegacy, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 1,
-                                .floatInputs = 10,
-                                .stringInputs = 7,
-                                .floatOutputs = 3,
-                                .stringOutputs = 1,
-                                .floatIntermediates = 209,
-                                .stringIntermediates = 1});
-}
-
 TEST(DspLegacy, FamiliesAreModesTimesComponents)
 {
     expectDspFamilies(kRows, "LEGACY_INT24", kModes, partsWithXor(),

@@ -1,28 +1,13 @@
 #include "hardblocks/ZelmOrvaneJorlModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
 namespace {
 
 using namespace zelm::test;
 using Params = ZelmOrvaneJorlParams;
 using Jorl = ZelmOrvaneJorlModel;
-using JorlShippedData = ShippedDataTest<Jorl>;
-
-TEST(Jorl, AgreesWithVectors)
-{
-    expectVectorsAgree<Jorl>("Jorl");
-}
-
-TEST(Jorl, KeepsTheBlockContract)
-{
-    expectBlockContract<Jorl>({.intInputs = 1,
-                               .floatInputs = 1,
-                               .stringInputs = 2,
-                               .floatOutputs = 1,
-                               .floatIntermediates = 1,
-                               .stringIntermediates = 1});
-}
+using JorlShippedData = ShippedBlockFixture<Jorl>;
 
 TEST_F(JorlShippedData, DefaultsGiveSixCorrectedChannelsOfTwoWatts)
 {

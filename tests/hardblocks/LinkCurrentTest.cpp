@@ -3,7 +3,7 @@
 #include "hardblocks/ZelmOrvanePcieb5Model.h"
 #include "hardblocks/ZelmOrvanePciebModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
@@ -25,9 +25,9 @@ struct Pcieb5 {
 };
 
 template <class Block>
-class LinkCurrent : public HardBlockTest<typename Block::Model> {
+class LinkCurrent : public BlockFixture<typename Block::Model> {
 protected:
-    LinkCurrent() : HardBlockTest<typename Block::Model>(kGroups) {}
+    LinkCurrent() : BlockFixture<typename Block::Model>(kGroups) {}
 };
 
 using Blocks = testing::Types<Pcieb, Pcieb5>;

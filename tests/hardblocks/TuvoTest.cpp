@@ -1,6 +1,6 @@
 #include "hardblocks/ZelmOrvaneTuvoModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
 #include <map>
 #include <utility>
@@ -10,12 +10,12 @@ namespace {
 using namespace zelm::test;
 using Params = ZelmOrvaneTuvoParams;
 using Tuvo = ZelmOrvaneTuvoModel;
-using TuvoShippedData = ShippedDataTest<Tuvo>;
+using TuvoShippedData = ShippedBlockFixture<Tuvo>;
 
-class TuvoTest : public HardBlockTest<Tuvo> {
+class TuvoTest : public BlockFixture<Tuvo> {
 protected:
     TuvoTest()
-        : HardBlockTest(R"(SIM_VOLTAGE : { VCCINT = 0.44; };
+        : BlockFixture(R"(SIM_VOLTAGE : { VCCINT = 0.44; };
                            CONFIG_PWR_DATA : {
                                FEC_ONLY_100GE : { TYPICAL = 3.0; };
                                FEC_100GE : { TYPICAL = 7.0; IDLE = 2.0; };
@@ -33,16 +33,6 @@ protected:
         calculate();
     }
 };
-
-TEST(Tuvo, AgreesWithVectors)
-{
-    expectVectorsAgree<Tuvo>("Tuvo");
-}
-
-TEST(Tuvo, KeepsTheBlockContract)
-{
-    expectBlockContract<Tuvo>({.floatInputs = 1, .stringInputs = 4, .floatOutputs = 1, .stringIntermediates = 2});
-}
 
 TEST_F(TuvoTest, DefaultsAreErrorCorrectionAlone)
 {

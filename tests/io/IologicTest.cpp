@@ -1,7 +1,6 @@
 #include "io/ZelmOrvaneIologicModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
@@ -12,14 +11,11 @@ using Params = ZelmOrvaneIologicParams;
 using Data = ZelmOrvaneIologicData;
 using Model = ZelmOrvaneIologicModel;
 
-class IologicTest : public testing::Test {
+class IologicTest : public BlockFixture<Model> {
 protected:
     IologicTest()
     {
-        m_directory.write("ZelmOrvaneIologicData",
-                          "ZelmOrvaneIologicData : { FINAL_DATA : { IDDR_CURR = 0.25; ODDR_CURR = 0.75; };"
-                          " SIM_VOLTAGE : { VCCINT_IO = 0.5; }; };");
-        Data::getMutableGlobal().reset();
+        load("FINAL_DATA : { IDDR_CURR = 0.25; ODDR_CURR = 0.75; }; SIM_VOLTAGE : { VCCINT_IO = 0.5; };");
         params[Params::FREQUENCY] = 8.0f;
     }
 
@@ -29,23 +25,7 @@ protected:
         Model::getGlobal().calculate(params);
         return params[Params::VCC_IO_PWR];
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Iologic, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Iologic");
-}
-
-TEST(Iologic, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>(
-        {.floatInputs = 2, .stringInputs = 1, .floatOutputs = 1, .floatIntermediates = 1, .stringIntermediates = 1});
-}
 
 TEST_F(IologicTest, TheModeIsTheTablesKey)
 {

@@ -1,8 +1,6 @@
 #include "memories/ZelmOrvaneBramModel.h"
 
-#include "support/BlockContract.h"
 #include "support/BlockFixture.h"
-#include "support/Vectors.h"
 
 #include <array>
 
@@ -60,21 +58,6 @@ protected:
     }
     using BlockFixture::calculate;
 };
-
-TEST(Bram, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneBramModel>("Bram");
-}
-
-TEST(Bram, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneBramModel>({.intInputs = 4,
-                                              .floatInputs = 10,
-                                              .stringInputs = 3,
-                                              .floatOutputs = 2,
-                                              .intIntermediates = 4,
-                                              .floatIntermediates = 53});
-}
 
 TEST(Bram, FamiliesAreMembersTimesMetrics)
 {

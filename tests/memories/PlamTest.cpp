@@ -1,8 +1,6 @@
 #include "memories/ZelmOrvanePlamModel.h"
 
-#include "support/BlockContract.h"
 #include "support/BlockFixture.h"
-#include "support/Vectors.h"
 
 #include <cfloat>
 #include <cmath>
@@ -47,17 +45,6 @@ protected:
         params[Params::CLOCK_FREQ] = 2000.0f; // 2000 x 0.5 / 1000 = 1 on VCCINT, 0.5 on VCCRAM
     }
 };
-
-TEST(Plam, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvanePlamModel>("Plam");
-}
-
-TEST(Plam, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvanePlamModel>(
-        {.intInputs = 11, .floatInputs = 12, .stringInputs = 7, .floatOutputs = 4, .floatIntermediates = 27});
-}
 
 TEST(Plam, PortFamilyIsMembersTimesMetrics)
 {

@@ -1,7 +1,6 @@
 #include "network/ZelmOrvaneGorbModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
@@ -10,7 +9,7 @@ namespace {
 using namespace zelm::test;
 using Params = ZelmOrvaneGorbParams;
 
-class GorbTest : public testing::Test {
+class GorbTest : public BlockFixture<ZelmOrvaneGorbModel> {
 protected:
     GorbTest()
     {
@@ -20,36 +19,14 @@ protected:
 
     void write(const std::string& simVoltage)
     {
-        m_directory.write("ZelmOrvaneGorbData", R"(ZelmOrvaneGorbData : {
+        load(R"(
             GORB_POWER_PARAM : { OCM_CONTROLLER_DYNAMIC_VCCINT_PSLP = 0.5; OCM_CONTROLLER_STATIC_VCCINT_PSLP = 7.0;
                                  OCM_MEM_STATIC_VCCINT_PSLP = 3.0; OCM_MEM_READ_DYNAMIC_VCCINT_PSLP = 0.25;
                                  OCM_MEM_WRITE_DYNAMIC_VCCINT_PSLP = 0.75; };
-            SIM_CONDITIONS : { PSIM_VOLTAGE = )" + simVoltage +
-                                                    "; }; };");
-        ZelmOrvaneGorbData::getMutableGlobal().reset();
+            SIM_CONDITIONS : { PSIM_VOLTAGE = )" +
+             simVoltage + "; };");
     }
-
-    void calculate()
-    {
-        ZelmOrvaneGorbModel::getGlobal().calculate(params);
-    }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Gorb, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneGorbModel>("Gorb");
-}
-
-TEST(Gorb, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneGorbModel>(
-        {.intInputs = 15, .floatInputs = 5, .floatOutputs = 19, .floatIntermediates = 12});
-}
 
 TEST(Gorb, FamilyIsInterfacesTimesMetrics)
 {
