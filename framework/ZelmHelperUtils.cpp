@@ -2,6 +2,7 @@
 
 #include "framework/LibconfigAutoConvert.h"
 #include "framework/ZelmArithmetic.h"
+#include "framework/ZelmCLocale.h"
 #include "framework/ZelmLookUpMisses.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 #include <cmath>
 #include <cstdio>
 #include <iostream>
-#include <locale.h>
 #include <stdexcept>
 #include <unordered_set>
 
@@ -150,27 +150,6 @@ bool loadBehindGap(libconfig::Config& cfg, const libconfig::Setting& group, std:
     }
     return true;
 }
-
-// This thread reads and writes numbers as in the C locale while one lives: a host may have set one with decimal commas.
-class InCLocale {
-public:
-    InCLocale() : m_before(uselocale(cLocale())) {}
-    ~InCLocale()
-    {
-        uselocale(m_before);
-    }
-    InCLocale(const InCLocale&) = delete;
-    InCLocale& operator=(const InCLocale&) = delete;
-
-private:
-    static locale_t cLocale()
-    {
-        static const locale_t locale = newlocale(LC_ALL_MASK, "C", locale_t());
-        return locale;
-    }
-
-    locale_t m_before;
-};
 
 bool isSpace(char c)
 {
@@ -419,7 +398,7 @@ std::string ZelmHelperUtils::ToString(float value)
 
 float ZelmHelperUtils::s2f(const std::string& text)
 {
-    const InCLocale inCLocale;
+    const zelm::InCLocale inCLocale;
     try {
         return text.empty() ? zelm::unsetFloat : std::stof(text);
     } catch (const std::logic_error&) { // std::invalid_argument and std::out_of_range alike
@@ -429,7 +408,7 @@ float ZelmHelperUtils::s2f(const std::string& text)
 
 int ZelmHelperUtils::s2i(const std::string& text)
 {
-    const InCLocale inCLocale;
+    const zelm::InCLocale inCLocale;
     try {
         return text.empty() ? zelm::notANumberInt : std::stoi(text);
     } catch (const std::logic_error&) {
@@ -448,7 +427,7 @@ void ZelmHelperUtils::numToTightStr(float value, std::string& out, float toleran
 {
     if (!(tolerancePercent < 1000.0f))
         return;
-    const InCLocale inCLocale;
+    const zelm::InCLocale inCLocale;
     constexpr int maxPrecision = 5;
     std::array<char, 64> text{}; // the longest float has 39 digits before the point
     for (int precision = 0; precision <= maxPrecision; ++precision) {
