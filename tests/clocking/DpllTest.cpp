@@ -3,9 +3,8 @@
 #include "clocking/GeneratorFixture.h"
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::dpllTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDpllParams;
 
 std::string tables(std::string_view vccintSim = "0.7", std::string_view voltages = "VCCINT = 0.5; VCCRAM = 0.25;")
@@ -134,4 +133,4 @@ TEST(Dpll, ShippedDataGiveTensOfMilliwatts)
     }
 }
 
-} // namespace
+} // namespace zelm::test::dpllTest

@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::pspllTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePspllParams;
 
 constexpr std::string_view kTables = R"(COMMON_DATA : {
@@ -100,4 +99,4 @@ TEST(Pspll, ShippedDataGiveAboutTenMilliamperes)
     }
 }
 
-} // namespace
+} // namespace zelm::test::pspllTest

@@ -3,9 +3,8 @@
 #include "clocking/GeneratorFixture.h"
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::ruskTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneRuskParams;
 
 std::string tables(std::string_view factor = "2.0", std::string_view simVoltage = "0.5")
@@ -103,4 +102,4 @@ TEST(Rusk, ShippedDataGiveTensOfMilliwatts)
     EXPECT_LT(params[Params::VCCINTIO_PWR], 30.0f);
 }
 
-} // namespace
+} // namespace zelm::test::ruskTest

@@ -3,9 +3,8 @@
 #include "clocking/GeneratorFixture.h"
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::vekoTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneVekoParams;
 
 std::string tables(std::string_view factor = "2.0", std::string_view simVoltage = "0.5")
@@ -110,4 +109,4 @@ TEST(Veko, ShippedDataGiveTensOfMilliwatts)
     EXPECT_LT(params[Params::VCCRAM_PWR], 50.0f);
 }
 
-} // namespace
+} // namespace zelm::test::vekoTest

@@ -11,9 +11,8 @@
 #include <map>
 #include <set>
 
-namespace {
+namespace zelm::test::contractTest {
 
-using namespace zelm::test;
 namespace fs = std::filesystem;
 
 class Contract : public EachBlock {};
@@ -110,4 +109,4 @@ TEST(AllBlocks, HaveARowInBlocksDef)
     EXPECT_EQ(rows, files);
 }
 
-} // namespace
+} // namespace zelm::test::contractTest

@@ -5,9 +5,7 @@
 #include "support/Bits.h"
 #include "support/DataDirectory.h"
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::vectorsTest {
 
 class Vectors : public EachBlock {
 protected:
@@ -71,4 +69,4 @@ TEST_P(Vectors, Agree)
 
 INSTANTIATE_TEST_SUITE_P(All, Vectors, testing::ValuesIn(allBlocks()), nameOfBlock);
 
-} // namespace
+} // namespace zelm::test::vectorsTest

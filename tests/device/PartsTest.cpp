@@ -5,9 +5,8 @@
 #include <algorithm>
 #include <set>
 
-namespace {
+namespace zelm::test::partsTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePartsParams;
 using Data = ZelmOrvanePartsData;
 
@@ -228,4 +227,4 @@ TEST_F(ShippedPartsTest, ResourcesFitTogether)
     }
 }
 
-} // namespace
+} // namespace zelm::test::partsTest

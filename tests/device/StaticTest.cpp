@@ -10,9 +10,8 @@
 #include <sstream>
 #include <tuple>
 
-namespace {
+namespace zelm::test::staticTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneStaticParams;
 using Data = ZelmOrvaneStaticData;
 using Model = ZelmOrvaneStaticModel;
@@ -1069,4 +1068,4 @@ TEST_F(StaticTest, TwoParameterBlocksDontInfluenceEachOther)
     EXPECT_EQ(twin.reflect(), params.reflect());
 }
 
-} // namespace
+} // namespace zelm::test::staticTest

@@ -4,9 +4,8 @@
 
 #include <limits>
 
-namespace {
+namespace zelm::test::sysmonTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSysmonParams;
 
 constexpr std::string_view kPowers = R"(SYSMON_DATA : {
@@ -188,4 +187,4 @@ TEST(Sysmon, ShippedNetworksDrawTenthsOfAWatt)
     }
 }
 
-} // namespace
+} // namespace zelm::test::sysmonTest

@@ -10,9 +10,8 @@
 #include <set>
 #include <stdexcept>
 
-namespace {
+namespace zelm::test::dspActivityTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDspActivityParams;
 using Data = ZelmOrvaneDspActivityData;
 
@@ -200,4 +199,4 @@ TEST(DspActivity, ShippedTablesServeEveryUsage)
     EXPECT_EQ(Data::getGlobal().getCfgKeys({"OPERATIONAL_MODE_MAP"}, true).size(), 45u);
 }
 
-} // namespace
+} // namespace zelm::test::dspActivityTest

@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::dspConfigTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDspConfigParams;
 using Data = ZelmOrvaneDspConfigData;
 
@@ -36,4 +35,4 @@ TEST(DspConfig, ShippedTablesKnowEachFamilysModeAndBlock)
     EXPECT_EQ(data.getDspConfigMap("NO_SUCH_FAMILY"), zelm::unsetString);
 }
 
-} // namespace
+} // namespace zelm::test::dspConfigTest

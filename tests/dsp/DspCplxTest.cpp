@@ -2,9 +2,8 @@
 
 #include "DspTables.h"
 
-namespace {
+namespace zelm::test::dspCplxTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneDspCplxModel;
 using Params = ZelmOrvaneDspCplxParams;
 using Data = ZelmOrvaneDspCplxData;
@@ -194,4 +193,4 @@ TEST(DspCplx, ShippedDataIsWholeAndBelievable)
     EXPECT_TRUE(stages > 0.02f * power && stages < 0.3f * power) << stages;
 }
 
-} // namespace
+} // namespace zelm::test::dspCplxTest

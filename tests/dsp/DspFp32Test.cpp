@@ -2,9 +2,8 @@
 
 #include "DspTables.h"
 
-namespace {
+namespace zelm::test::dspFp32Test {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneDspFp32Model;
 using Params = ZelmOrvaneDspFp32Params;
 using Data = ZelmOrvaneDspFp32Data;
@@ -296,4 +295,4 @@ TEST(DspFp32, ShippedDataIsWholeAndBelievable)
     EXPECT_LT(shippedDspPower<Model>(params), sum);
 }
 
-} // namespace
+} // namespace zelm::test::dspFp32Test

@@ -4,9 +4,8 @@
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::dspInt24Test {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneDspInt24Model;
 using Params = ZelmOrvaneDspInt24Params;
 using Data = ZelmOrvaneDspInt24Data;
@@ -345,4 +344,4 @@ TEST(DspInt24, ShippedDataIsWholeAndBelievable)
     EXPECT_LT(shippedDspPower<Model>(params), 8.0f);
 }
 
-} // namespace
+} // namespace zelm::test::dspInt24Test

@@ -2,9 +2,8 @@
 
 #include "DspTables.h"
 
-namespace {
+namespace zelm::test::dspInt8Test {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneDspInt8Model;
 using Params = ZelmOrvaneDspInt8Params;
 using Data = ZelmOrvaneDspInt8Data;
@@ -131,4 +130,4 @@ TEST(DspInt8, ShippedDataIsWholeAndBelievable)
     EXPECT_GT(shippedDspPower<Model>(params), power);
 }
 
-} // namespace
+} // namespace zelm::test::dspInt8Test

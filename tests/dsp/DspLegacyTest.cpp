@@ -2,9 +2,8 @@
 
 #include "DspTables.h"
 
-namespace {
+namespace zelm::test::dspLegacyTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneDspLegacyModel;
 using Params = ZelmOrvaneDspLegacyParams;
 using Data = ZelmOrvaneDspLegacyData;
@@ -205,4 +204,4 @@ TEST(DspLegacy, ShippedDataIsWholeAndBelievable)
     EXPECT_GT(shippedDspPower<Model>(params), adder + wideXor);
 }
 
-} // namespace
+} // namespace zelm::test::dspLegacyTest

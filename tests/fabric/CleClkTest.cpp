@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::cleClkTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneCleClkModel;
 using Params = Model::Params;
 
@@ -115,4 +114,4 @@ TEST(CleClk, ShippedDataGiveBelievablePower)
     EXPECT_GT(params[Params::FF_CLK_POWER], params[Params::MODULATION_POWER]);
 }
 
-} // namespace
+} // namespace zelm::test::cleClkTest

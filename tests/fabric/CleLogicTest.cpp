@@ -5,9 +5,8 @@
 #include <cfloat>
 #include <set>
 
-namespace {
+namespace zelm::test::cleLogicTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneCleLogicModel;
 using Params = Model::Params;
 
@@ -313,4 +312,4 @@ TEST(CleLogic, ShippedDataGiveBelievablePower)
     }
 }
 
-} // namespace
+} // namespace zelm::test::cleLogicTest

@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::clkDistTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneClkDistModel;
 using Params = Model::Params;
 
@@ -262,4 +261,4 @@ TEST(ClkDist, ShippedDataGiveBelievablePower)
     }
 }
 
-} // namespace
+} // namespace zelm::test::clkDistTest

@@ -8,9 +8,8 @@
 #include <cfloat>
 #include <limits>
 
-namespace {
+namespace zelm::test::clockTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneClockModel;
 using Params = Model::Params;
 
@@ -320,4 +319,4 @@ TEST(Clock, ShippedDataGiveANetOfTenThousandLoadsTensOfMilliwatts)
     EXPECT_THAT(inSlices + inNetwork, testing::AllOf(testing::Gt(10.0f), testing::Lt(60.0f)));
 }
 
-} // namespace
+} // namespace zelm::test::clockTest

@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::iriClkTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneIriClkModel;
 using Params = Model::Params;
 
@@ -118,4 +117,4 @@ TEST(IriClk, ShippedDataGiveBelievablePower)
     EXPECT_THAT(params[Params::CNODE_CTRLMUX_CLOCK_POWER], testing::AllOf(testing::Gt(0.2f), testing::Lt(5.0f)));
 }
 
-} // namespace
+} // namespace zelm::test::iriClkTest

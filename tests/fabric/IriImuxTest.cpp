@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::iriImuxTest {
 
-using namespace zelm::test;
 using Model = ZelmOrvaneIriImuxModel;
 using Params = Model::Params;
 
@@ -100,4 +99,4 @@ TEST(IriImux, ShippedDataGiveBelievablePower)
     }
 }
 
-} // namespace
+} // namespace zelm::test::iriImuxTest

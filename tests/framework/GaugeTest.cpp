@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::gaugeTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneGaugeParams;
 using Data = ZelmOrvaneGaugeData;
 using Model = ZelmOrvaneGaugeModel;
@@ -151,4 +150,4 @@ TEST(Void, EmptyGroupsHaveMarkersAlone)
     EXPECT_EQ(Void().reflect(), "");
 }
 
-} // namespace
+} // namespace zelm::test::gaugeTest

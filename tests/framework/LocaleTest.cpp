@@ -8,9 +8,8 @@
 #include <cstdlib>
 #include <locale>
 
-namespace {
+namespace zelm::test::localeTest {
 
-using namespace zelm::test;
 using Utils = ZelmHelperUtils;
 
 class DecimalComma : public testing::Test {
@@ -68,4 +67,4 @@ TEST_F(DecimalComma, BlocksDontSeeIt)
     EXPECT_NE(params.reflect().find("VCCINT = 0.72\n"), std::string::npos) << params.reflect();
 }
 
-} // namespace
+} // namespace zelm::test::localeTest

@@ -8,9 +8,8 @@
 #include <type_traits>
 #include <unordered_map>
 
-namespace {
+namespace zelm::test::paramBlockTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSignalParams;
 
 TEST(ParamBlock, AFreshBlockHoldsTheSentinels)
@@ -221,4 +220,4 @@ TEST(Exception, TellsMessageAndFunction)
     static_assert(!std::is_base_of_v<std::exception, ZelmException>);
 }
 
-} // namespace
+} // namespace zelm::test::paramBlockTest

@@ -4,9 +4,8 @@
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::signalTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSignalParams;
 
 class SignalTest : public BlockFixture<ZelmOrvaneSignalModel> {
@@ -123,4 +122,4 @@ TEST_F(SignalTest, OtherDriversHaveTheirOwnCapacitance)
     EXPECT_THAT(params[Params::WIRE_CAPACITANCE], IsBits(2.25f)); // 9 x 0.25
 }
 
-} // namespace
+} // namespace zelm::test::signalTest

@@ -8,9 +8,8 @@
 #include <limits>
 #include <stdexcept>
 
-namespace {
+namespace zelm::test::spreadsheetTest {
 
-using namespace zelm::test;
 using Utils = ZelmHelperUtils;
 
 constexpr float kUnset = 3.4028235e38f;
@@ -338,4 +337,4 @@ TEST(Arithmetic, IntsWrapAndFloatsTruncate)
     EXPECT_THAT(zelm::ratioOrZero(1.0f, 0.0f), IsBits(0.0f));
 }
 
-} // namespace
+} // namespace zelm::test::spreadsheetTest

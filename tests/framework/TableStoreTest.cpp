@@ -15,9 +15,8 @@
 #include <thread>
 #include <typeinfo>
 
-namespace {
+namespace zelm::test::tableStoreTest {
 
-using namespace zelm::test;
 using Utils = ZelmHelperUtils;
 namespace fs = std::filesystem;
 
@@ -560,4 +559,4 @@ TEST(DataReflect, PrintsEachTableAsAContainerOfPairs)
     EXPECT_EQ(data.ZelmData::className(), "ZelmData");
 }
 
-} // namespace
+} // namespace zelm::test::tableStoreTest

@@ -14,9 +14,7 @@ __attribute__((visibility("default"))) void libconfig::Config::readFile(const ch
     throw std::string("no such device");
 }
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::thrownTextTest {
 
 TEST(ReadFile, AThrownTextIsToldOnStandardOutputAndThrownOn)
 {
@@ -29,4 +27,4 @@ TEST(ReadFile, AThrownTextIsToldOnStandardOutputAndThrownOn)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-} // namespace
+} // namespace zelm::test::thrownTextTest

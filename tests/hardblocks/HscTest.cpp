@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::hscTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneHscParams;
 using Hsc = ZelmOrvaneHscModel;
 using HscShippedData = ShippedBlockFixture<Hsc>;
@@ -62,4 +61,4 @@ TEST_F(HscShippedData, TheSlowSpeedTakesAboutHalf)
     EXPECT_LT(params[Params::VCCINT_POWER], 0.7f * normal);
 }
 
-} // namespace
+} // namespace zelm::test::hscTest

@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::ilknTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneIlknParams;
 using Ilkn = ZelmOrvaneIlknModel;
 using IlknShippedData = ShippedBlockFixture<Ilkn>;
@@ -20,4 +19,4 @@ TEST_F(IlknShippedData, DefaultsGiveACorrectedCoreOfOneToTwoWatts)
     EXPECT_LT(params[Params::VCCINT_POWER], 2000.0f);
 }
 
-} // namespace
+} // namespace zelm::test::ilknTest

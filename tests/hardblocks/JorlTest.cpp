@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::jorlTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneJorlParams;
 using Jorl = ZelmOrvaneJorlModel;
 using JorlShippedData = ShippedBlockFixture<Jorl>;
@@ -20,4 +19,4 @@ TEST_F(JorlShippedData, DefaultsGiveSixCorrectedChannelsOfTwoWatts)
     EXPECT_LT(params[Params::VCCINT_POWER], 3000.0f);
 }
 
-} // namespace
+} // namespace zelm::test::jorlTest

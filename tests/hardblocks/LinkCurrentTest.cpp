@@ -7,9 +7,7 @@
 
 #include <cmath>
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::linkCurrentTest {
 
 constexpr std::string_view kGroups = R"(DYNAMIC_CURRENTS : {
                                             GEN1x1 : { AVG_CURRENT_A = 0.25; PEAK_CURRENT_A = 9.0; };
@@ -103,4 +101,4 @@ TYPED_TEST(LinkCurrent, ShippedCurrentsRiseWithSpeedAndWidth)
     }
 }
 
-} // namespace
+} // namespace zelm::test::linkCurrentTest

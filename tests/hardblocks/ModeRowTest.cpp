@@ -7,9 +7,7 @@
 
 #include <cmath>
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::modeRowTest {
 
 struct Mac {
     using Model = ZelmOrvaneJorlModel;
@@ -118,4 +116,4 @@ TYPED_TEST(ModeRow, ShippedRowsPayForCorrection)
     }
 }
 
-} // namespace
+} // namespace zelm::test::modeRowTest

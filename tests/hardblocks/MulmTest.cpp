@@ -3,9 +3,8 @@
 #include "hardblocks/Supply.h"
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::mulmTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneMulmParams;
 using Mulm = ZelmOrvaneMulmModel;
 using MulmShippedData = ShippedBlockFixture<Mulm>;
@@ -85,4 +84,4 @@ TEST_F(MulmShippedData, PowerRisesWithSpeedAndWidth)
     }
 }
 
-} // namespace
+} // namespace zelm::test::mulmTest

@@ -5,9 +5,8 @@
 
 #include <algorithm>
 
-namespace {
+namespace zelm::test::nemtTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneNemtParams;
 using Nemt = ZelmOrvaneNemtModel;
 using NemtShippedData = ShippedBlockFixture<Nemt>;
@@ -256,4 +255,4 @@ TEST_F(NemtShippedData, EveryDieStatesItsShimsAndStreams)
     }
 }
 
-} // namespace
+} // namespace zelm::test::nemtTest

@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::pcieb5Test {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePcieb5Params;
 using Pcieb5 = ZelmOrvanePcieb5Model;
 using Pcieb5ShippedData = ShippedBlockFixture<Pcieb5>;
@@ -18,4 +17,4 @@ TEST_F(Pcieb5ShippedData, SixteenLanesOfTheFifthGenerationTakeAboutAWatt)
     EXPECT_LT(params[Params::POWER], 2500.0f);
 }
 
-} // namespace
+} // namespace zelm::test::pcieb5Test

@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::pciebTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePciebParams;
 using Pcieb = ZelmOrvanePciebModel;
 using PciebShippedData = ShippedBlockFixture<Pcieb>;
@@ -18,4 +17,4 @@ TEST_F(PciebShippedData, EightLanesOfTheFourthGenerationTakeHalfAWatt)
     EXPECT_LT(params[Params::POWER], 800.0f);
 }
 
-} // namespace
+} // namespace zelm::test::pciebTest

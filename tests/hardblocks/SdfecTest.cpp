@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::sdfecTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSdfecParams;
 using Sdfec = ZelmOrvaneSdfecModel;
 using SdfecShippedData = ShippedBlockFixture<Sdfec>;
@@ -88,4 +87,4 @@ TEST_F(SdfecShippedData, AGigabitTakesSomeHundredMilliwatts)
     }
 }
 
-} // namespace
+} // namespace zelm::test::sdfecTest

@@ -5,9 +5,8 @@
 #include <map>
 #include <utility>
 
-namespace {
+namespace zelm::test::tuvoTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneTuvoParams;
 using Tuvo = ZelmOrvaneTuvoModel;
 using TuvoShippedData = ShippedBlockFixture<Tuvo>;
@@ -116,4 +115,4 @@ TEST_F(TuvoShippedData, EveryConfigurationHasAllActivities)
     }
 }
 
-} // namespace
+} // namespace zelm::test::tuvoTest

@@ -5,9 +5,8 @@
 
 #include <sstream>
 
-namespace {
+namespace zelm::test::wist5Test {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneWist5Params;
 using Wist5 = ZelmOrvaneWist5Model;
 using Wist5ShippedData = ShippedBlockFixture<Wist5>;
@@ -301,4 +300,4 @@ TEST_F(Wist5ShippedData, AModuleTakesSomeWatts)
     EXPECT_GT(params[Params::DYNAMIC_PWR_VCC_WIST5], 500.0f);
 }
 
-} // namespace
+} // namespace zelm::test::wist5Test

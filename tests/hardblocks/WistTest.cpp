@@ -3,9 +3,8 @@
 #include "hardblocks/Supply.h"
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::wistTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneWistParams;
 using Wist = ZelmOrvaneWistModel;
 using WistShippedData = ShippedBlockFixture<Wist>;
@@ -237,4 +236,4 @@ TEST_F(WistShippedData, EveryLinkOfUpToSixteenLanesIsKnown)
     EXPECT_LT(params[Params::VCCAUX_POWER], 30.0f);
 }
 
-} // namespace
+} // namespace zelm::test::wistTest

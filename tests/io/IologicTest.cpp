@@ -4,9 +4,8 @@
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::iologicTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneIologicParams;
 using Data = ZelmOrvaneIologicData;
 using Model = ZelmOrvaneIologicModel;
@@ -74,4 +73,4 @@ TEST(Iologic, ShippedDataGivesBelievablePower)
     }
 }
 
-} // namespace
+} // namespace zelm::test::iologicTest

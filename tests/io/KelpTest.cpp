@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::kelpTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneKelpParams;
 using Data = ZelmOrvaneKelpData;
 using Model = ZelmOrvaneKelpModel;
@@ -166,4 +165,4 @@ TEST(Kelp, ShippedDataGivesBelievablePower)
                 0.3f * params[Params::RP_TOTAL_POWER]);
 }
 
-} // namespace
+} // namespace zelm::test::kelpTest

@@ -5,9 +5,8 @@
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::naltTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneNaltParams;
 using Data = ZelmOrvaneNaltData;
 using Model = ZelmOrvaneNaltModel;
@@ -379,4 +378,4 @@ TEST(Nalt, ShippedDataHasEveryKeyOfEveryStandard)
         EXPECT_NE(Data::getGlobal().getIoList("OUTPUT", standard), zelm::unsetString) << standard;
 }
 
-} // namespace
+} // namespace zelm::test::naltTest

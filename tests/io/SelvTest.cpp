@@ -7,9 +7,8 @@
 #include <cmath>
 #include <map>
 
-namespace {
+namespace zelm::test::selvTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSelvParams;
 using Data = ZelmOrvaneSelvData;
 using Model = ZelmOrvaneSelvModel;
@@ -852,4 +851,4 @@ TEST(Selv, ShippedDataHasEveryKeyOfEveryStandard)
         EXPECT_NE(Data::getGlobal().getIoList("OUTPUT", standard), zelm::unsetString) << standard;
 }
 
-} // namespace
+} // namespace zelm::test::selvTest

@@ -4,9 +4,8 @@
 
 #include <array>
 
-namespace {
+namespace zelm::test::bramTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneBramParams;
 using Data = ZelmOrvaneBramData;
 
@@ -399,4 +398,4 @@ TEST(Bram, ShippedDataServeEveryKey)
     }
 }
 
-} // namespace
+} // namespace zelm::test::bramTest

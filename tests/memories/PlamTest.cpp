@@ -5,9 +5,8 @@
 #include <cfloat>
 #include <cmath>
 
-namespace {
+namespace zelm::test::plamTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePlamParams;
 using Data = ZelmOrvanePlamData;
 
@@ -413,4 +412,4 @@ TEST(Plam, ShippedDataGiveTensOfMilliwattsPerMemory)
     EXPECT_LT(idle[Params::VCCINT_ACTIVE_POWER], params[Params::VCCINT_ACTIVE_POWER]);
 }
 
-} // namespace
+} // namespace zelm::test::plamTest

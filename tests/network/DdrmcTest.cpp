@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::ddrmcTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDdrmcParams;
 
 class DdrmcTest : public BlockFixture<ZelmOrvaneDdrmcModel> {
@@ -215,4 +214,4 @@ TEST_F(DdrmcTest, SupplyScalesWithTheSquareFormedInDouble)
     EXPECT_THAT(params[Params::VOLTAGE_SCALING], IsBits(1.0f));
 }
 
-} // namespace
+} // namespace zelm::test::ddrmcTest

@@ -4,9 +4,8 @@
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::gorbTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneGorbParams;
 
 class GorbTest : public BlockFixture<ZelmOrvaneGorbModel> {
@@ -178,4 +177,4 @@ TEST_F(GorbTest, TheUsersBandwidthDoublesAsAnInteger)
     EXPECT_THAT(params[Params::PL_INTERFACE_1_READ_EFFICIENCY], IsBits(0.5f * (-2147483648.0f / 24000.0f)));
 }
 
-} // namespace
+} // namespace zelm::test::gorbTest

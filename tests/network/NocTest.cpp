@@ -2,9 +2,8 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::nocTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneNocParams;
 
 class NocTest : public BlockFixture<ZelmOrvaneNocModel> {
@@ -218,4 +217,4 @@ TEST_F(NocTest, DefaultClockBuffersAreForTheHostToPull)
     EXPECT_EQ(model.calculateDefaultClockBuffers(params, data), 9);
 }
 
-} // namespace
+} // namespace zelm::test::nocTest

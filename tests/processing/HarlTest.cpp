@@ -6,9 +6,8 @@
 #include <cmath>
 #include <set>
 
-namespace {
+namespace zelm::test::harlTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneHarlParams;
 using Data = ZelmOrvaneHarlData;
 using Model = ZelmOrvaneHarlModel;
@@ -489,4 +488,4 @@ TEST(Harl, ShippedDataIsBelievable)
     }
 }
 
-} // namespace
+} // namespace zelm::test::harlTest

@@ -6,9 +6,8 @@
 #include <cmath>
 #include <set>
 
-namespace {
+namespace zelm::test::yondTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneYondParams;
 using Data = ZelmOrvaneYondData;
 using Model = ZelmOrvaneYondModel;
@@ -656,4 +655,4 @@ TEST(Yond, ShippedDataIsBelievable)
                 0.1);
 }
 
-} // namespace
+} // namespace zelm::test::yondTest

@@ -4,9 +4,7 @@
 
 // The formulas that both transceivers share are tested on both; what sets the enhanced one apart, in LorvpTest.
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::lorvTest {
 
 template <class Block>
 class LorvTest : public LorvFixture<Block> {
@@ -373,4 +371,4 @@ TEST_F(LorvOnlyTest, AChannelBearsItsPartOfAllQuads)
     }
 }
 
-} // namespace
+} // namespace zelm::test::lorvTest

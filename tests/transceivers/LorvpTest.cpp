@@ -1,8 +1,6 @@
 #include "LorvFixture.h"
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::lorvpTest {
 
 class LorvpTest : public LorvFixture<Lorvp> {};
 
@@ -49,4 +47,4 @@ TEST_F(LorvpTest, CountsAreForTheHostToPull)
     }
 }
 
-} // namespace
+} // namespace zelm::test::lorvpTest

@@ -4,9 +4,8 @@
 
 #include <cfloat>
 
-namespace {
+namespace zelm::test::sarnTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSarnParams;
 
 class SarnTest : public BlockFixture<ZelmOrvaneSarnModel> {
@@ -436,4 +435,4 @@ TEST_F(SarnTest, CountsAndLimitsAreForTheHostToPull)
     }
 }
 
-} // namespace
+} // namespace zelm::test::sarnTest
