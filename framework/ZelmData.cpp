@@ -45,8 +45,10 @@ bool ZelmData::readFile(libconfig::Config* cfg, std::string fileName)
     const std::string path = getQTADataDir(relative) + "/" + relative;
     zelm::setAutoConvert(*cfg, true);
     try {
-        // libconfig's scanner ends the process when it is given a directory.
-        if (boost::filesystem::is_directory(path))
+        // libconfig's scanner ends the process when it is given a directory. A path that can't be examined is
+        // libconfig's to refuse, so the filesystem's error isn't ours to throw.
+        boost::system::error_code unexamined;
+        if (boost::filesystem::is_directory(path, unexamined))
             throw libconfig::FileIOException();
         cfg->readFile(path.c_str());
     } catch (const libconfig::FileIOException&) {

@@ -2,6 +2,7 @@
 
 #include "framework/LibconfigAutoConvert.h"
 #include "framework/ZelmArithmetic.h"
+#include "framework/ZelmCLocale.h"
 #include "framework/ZelmLookUpMisses.h"
 
 #include <algorithm>
@@ -9,9 +10,7 @@
 #include <cctype>
 #include <cmath>
 #include <cstdio>
-#include <iomanip>
 #include <iostream>
-#include <sstream>
 #include <stdexcept>
 #include <unordered_set>
 
@@ -136,6 +135,22 @@ void loadSetting(const libconfig::Setting& setting, std::string& key, std::size_
     }
 }
 
+// The children of the group at a path that ends in an empty part. The gap takes the separator away, so a child is
+// sought under the group's name with its own stuck to it.
+template <class T>
+bool loadBehindGap(libconfig::Config& cfg, const libconfig::Setting& group, std::vector<std::string>& path,
+                   ZelmHelperUtils::Table<T>& table)
+{
+    for (int i = 0; i < group.getLength(); ++i) {
+        path.emplace_back(group[i].getName());
+        const bool loaded = ZelmHelperUtils::loadCfgDataToVar(&cfg, path, table, false);
+        path.pop_back();
+        if (!loaded)
+            return false;
+    }
+    return true;
+}
+
 bool isSpace(char c)
 {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
@@ -155,9 +170,15 @@ bool ZelmHelperUtils::loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::
     const bool convertedBefore = zelm::autoConvert(*cfg);
     if (topLevel)
         zelm::setAutoConvert(*cfg, true);
-    std::string key = mergeStrVect(path, kTablePathLength, ".");
-    loadSetting(cfg->lookup(joined), key, kTablePathLength - std::min(kTablePathLength, path.size()),
-                path.size() > kTablePathLength && !path.back().empty(), table);
+    const libconfig::Setting& setting = cfg->lookup(joined);
+    if (setting.isGroup() && !joined.empty() && path.back().empty()) {
+        if (!loadBehindGap(*cfg, setting, path, table))
+            return false; // with the option left on
+    } else {
+        std::string key = mergeStrVect(path, kTablePathLength, ".");
+        loadSetting(setting, key, kTablePathLength - std::min(kTablePathLength, path.size()),
+                    path.size() > kTablePathLength, table);
+    }
     if (topLevel)
         zelm::setAutoConvert(*cfg, convertedBefore);
     return true;
@@ -377,6 +398,7 @@ std::string ZelmHelperUtils::ToString(float value)
 
 float ZelmHelperUtils::s2f(const std::string& text)
 {
+    const zelm::InCLocale inCLocale;
     try {
         return text.empty() ? zelm::unsetFloat : std::stof(text);
     } catch (const std::logic_error&) { // std::invalid_argument and std::out_of_range alike
@@ -386,6 +408,7 @@ float ZelmHelperUtils::s2f(const std::string& text)
 
 int ZelmHelperUtils::s2i(const std::string& text)
 {
+    const zelm::InCLocale inCLocale;
     try {
         return text.empty() ? zelm::notANumberInt : std::stoi(text);
     } catch (const std::logic_error&) {
@@ -395,15 +418,16 @@ int ZelmHelperUtils::s2i(const std::string& text)
 
 std::string ZelmHelperUtils::i2s(int value, int width, char fill)
 {
-    std::ostringstream out;
-    out << std::setfill(fill) << std::setw(width) << value;
-    return out.str();
+    std::string text = std::to_string(value);
+    const int missing = width - static_cast<int>(text.size());
+    return text.insert(0, static_cast<std::size_t>(std::max(missing, 0)), fill);
 }
 
 void ZelmHelperUtils::numToTightStr(float value, std::string& out, float tolerancePercent)
 {
     if (!(tolerancePercent < 1000.0f))
         return;
+    const zelm::InCLocale inCLocale;
     constexpr int maxPrecision = 5;
     std::array<char, 64> text{}; // the longest float has 39 digits before the point
     for (int precision = 0; precision <= maxPrecision; ++precision) {

@@ -11,6 +11,10 @@
 #include <unordered_map>
 #include <vector>
 
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
+
 namespace libconfig {
 class Config;
 }
@@ -22,6 +26,28 @@ class ZELM_EXPORT ZelmHelperUtils {
     static constexpr float kNotAveraged = -FLT_MAX;
     static constexpr float kNotInMin = FLT_MAX;
     static constexpr float kNotInMax = FLT_MIN; // positive on purpose, see MAX
+
+    // One step of MIN or MAX: the second operand stays if the first equals it or is a NaN. The machine's own minimum
+    // does just that, without the jumps that compilers make of comparisons with the defaults.
+#ifdef __SSE__
+    static float lesser(float value, float least)
+    {
+        return _mm_cvtss_f32(_mm_min_ss(_mm_set_ss(value), _mm_set_ss(least)));
+    }
+    static float greater(float value, float greatest)
+    {
+        return _mm_cvtss_f32(_mm_max_ss(_mm_set_ss(value), _mm_set_ss(greatest)));
+    }
+#else
+    static float lesser(float value, float least)
+    {
+        return value < least ? value : least;
+    }
+    static float greater(float value, float greatest)
+    {
+        return value > greatest ? value : greatest;
+    }
+#endif
 
 public:
     template <class T>
@@ -85,10 +111,8 @@ public:
     static float MIN(float a, float b = kNotInMin, float c = kNotInMin, float d = kNotInMin, float e = kNotInMin,
                      float f = kNotInMin, float g = kNotInMin, float h = kNotInMin, float i = kNotInMin)
     {
-        float least = FLT_MAX;
-        for (const float value : {a, b, c, d, e, f, g, h, i})
-            least = value < least ? value : least;
-        return least;
+        const float abc = lesser(c, lesser(b, lesser(a, FLT_MAX)));
+        return lesser(i, lesser(h, lesser(g, lesser(f, lesser(e, lesser(d, abc))))));
     }
 
     /// The greatest argument; an unset cell wins, NaNs are passed over. With fewer than nine arguments the smallest
@@ -96,10 +120,8 @@ public:
     static float MAX(float a, float b = kNotInMax, float c = kNotInMax, float d = kNotInMax, float e = kNotInMax,
                      float f = kNotInMax, float g = kNotInMax, float h = kNotInMax, float i = kNotInMax)
     {
-        float greatest = -FLT_MAX;
-        for (const float value : {a, b, c, d, e, f, g, h, i})
-            greatest = value > greatest ? value : greatest;
-        return greatest;
+        const float abc = greater(c, greater(b, greater(a, -FLT_MAX)));
+        return greater(i, greater(h, greater(g, greater(f, greater(e, greater(d, abc))))));
     }
 
     /// Floats: all that aren't unset. Ints: all but 0x7ffffffe, wrapping; an unset cell is added as a number.
@@ -159,7 +181,7 @@ public:
             return zelm::isUnset(value);
     }
 
-    // ---- Conversions and text ----
+    // ---- Conversions and text; numbers are written and read as in the C locale, whichever the process has set ----
 
     static std::string ToString(std::string value);
     /// Empty for 0x7ffffffe.

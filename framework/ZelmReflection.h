@@ -1,5 +1,6 @@
 #pragma once
 
+#include <locale>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -14,6 +15,7 @@ class Reflection {
 public:
     Reflection()
     {
+        m_out.imbue(std::locale::classic()); // whichever locale the host has set
         m_out << std::boolalpha;
     }
 

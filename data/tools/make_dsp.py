@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the data files of the five arithmetic DSP models: data/tools/make_dsp.py
+"""Writes the data files of the five arithmetic DSP models.
 
 The numbers are illustrative and follow one law. A component in full use draws a base current per megahertz at the
 measurement's toggle rate. A mode that doesn't use it leaves a residue; a register that is bypassed lets glitches through
@@ -145,7 +145,7 @@ def rows(measured, indent):
 
 
 def write(block, title, family, usages, modes, measure, extra=()):
-    lines = [f"// {title} Illustrative numbers, written by tools/make_dsp.py.",
+    lines = [f"// {title} Illustrative numbers, written by data/tools/make_dsp.py.",
              f"ZelmOrvane{block}Data :", "{",
              "  // conditions of the measurement: V, toggles per clock cycle; exponent of the currents' voltage ratio",
              "  SCALE_FACTORS :", "  {", "    CURRENT_VOLTAGE_EXPONENTIAL_FACTOR = 1.3;",

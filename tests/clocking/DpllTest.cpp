@@ -1,12 +1,10 @@
 #include "clocking/ZelmOrvaneDpllModel.h"
 
 #include "clocking/GeneratorFixture.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::dpllTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDpllParams;
 
 std::string tables(std::string_view vccintSim = "0.7", std::string_view voltages = "VCCINT = 0.5; VCCRAM = 0.25;")
@@ -30,17 +28,6 @@ protected:
         params[Params::VCCRAM] = 0.25f;
     }
 };
-
-TEST(Dpll, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneDpllModel>("Dpll");
-}
-
-TEST(Dpll, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneDpllModel>(
-        {.intInputs = 6, .floatInputs = 4, .floatOutputs = 3, .floatIntermediates = 22});
-}
 
 TEST(Dpll, OutputFamilyIsMembersTimesMetrics)
 {
@@ -146,4 +133,4 @@ TEST(Dpll, ShippedDataGiveTensOfMilliwatts)
     }
 }
 
-} // namespace
+} // namespace zelm::test::dpllTest

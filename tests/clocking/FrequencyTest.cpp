@@ -4,9 +4,7 @@
 
 #include "support/BlockFixture.h"
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::frequencyTest {
 
 template <class Model>
 class ClockGenerator : public testing::Test {
@@ -82,4 +80,4 @@ TYPED_TEST(ClockGenerator, OutputsCountFromADivideOfTwoOn)
     EXPECT_THAT(params[Params::CLOCKOUT3], IsBits(0.0f));
 }
 
-} // namespace
+} // namespace zelm::test::frequencyTest

@@ -1,12 +1,9 @@
 #include "clocking/ZelmOrvanePspllModel.h"
 
-#include "support/BlockContract.h"
 #include "support/BlockFixture.h"
-#include "support/Vectors.h"
 
-namespace {
+namespace zelm::test::pspllTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePspllParams;
 
 constexpr std::string_view kTables = R"(COMMON_DATA : {
@@ -24,17 +21,6 @@ protected:
         params[Params::M_COUNTER] = 4;
     }
 };
-
-TEST(Pspll, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvanePspllModel>("Pspll");
-}
-
-TEST(Pspll, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvanePspllModel>(
-        {.intInputs = 3, .floatInputs = 1, .floatOutputs = 2, .intIntermediates = 1, .floatIntermediates = 11});
-}
 
 TEST_F(PspllTest, DefaultFrequencies)
 {
@@ -113,4 +99,4 @@ TEST(Pspll, ShippedDataGiveAboutTenMilliamperes)
     }
 }
 
-} // namespace
+} // namespace zelm::test::pspllTest

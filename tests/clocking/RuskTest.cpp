@@ -1,12 +1,10 @@
 #include "clocking/ZelmOrvaneRuskModel.h"
 
 #include "clocking/GeneratorFixture.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::ruskTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneRuskParams;
 
 std::string tables(std::string_view factor = "2.0", std::string_view simVoltage = "0.5")
@@ -29,17 +27,6 @@ protected:
         params[Params::VCCINTIO] = 0.25f;
     }
 };
-
-TEST(Rusk, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneRuskModel>("Rusk");
-}
-
-TEST(Rusk, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneRuskModel>(
-        {.intInputs = 7, .floatInputs = 3, .floatOutputs = 2, .floatIntermediates = 21});
-}
 
 TEST(Rusk, OutputFamilyIsMembersTimesMetrics)
 {
@@ -115,4 +102,4 @@ TEST(Rusk, ShippedDataGiveTensOfMilliwatts)
     EXPECT_LT(params[Params::VCCINTIO_PWR], 30.0f);
 }
 
-} // namespace
+} // namespace zelm::test::ruskTest

@@ -1,12 +1,10 @@
 #include "clocking/ZelmOrvaneVekoModel.h"
 
 #include "clocking/GeneratorFixture.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::vekoTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneVekoParams;
 
 std::string tables(std::string_view factor = "2.0", std::string_view simVoltage = "0.5")
@@ -30,17 +28,6 @@ protected:
         params[Params::VCCRAM] = 0.25f;
     }
 };
-
-TEST(Veko, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneVekoModel>("Veko");
-}
-
-TEST(Veko, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneVekoModel>(
-        {.intInputs = 9, .floatInputs = 3, .stringInputs = 1, .floatOutputs = 2, .floatIntermediates = 25});
-}
 
 TEST(Veko, OutputFamilyIsMembersTimesMetrics)
 {
@@ -122,4 +109,4 @@ TEST(Veko, ShippedDataGiveTensOfMilliwatts)
     EXPECT_LT(params[Params::VCCRAM_PWR], 50.0f);
 }
 
-} // namespace
+} // namespace zelm::test::vekoTest

@@ -1,22 +1,20 @@
 #include "device/ZelmOrvanePartsModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <algorithm>
 #include <set>
 
-namespace {
+namespace zelm::test::partsTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePartsParams;
 using Data = ZelmOrvanePartsData;
 
-class PartsTest : public testing::Test {
+class PartsTest : public BlockFixture<ZelmOrvanePartsModel> {
 protected:
     PartsTest()
     {
-        m_directory.write("ZelmOrvanePartsData", R"(ZelmOrvanePartsData : {
+        load(R"(
           DEVICE_TO_FAMILY_MAP : { ab12 = "Halden Rim Series"; };
           DEVICE_CORE_VOLTAGE_MAP : { ab12 = "0.80"; };
           FAMILY_TO_DEFAULT_DEVICE : { RIM = "ab12"; };
@@ -27,14 +25,7 @@ protected:
             FAMILY_BASE_SERIES_DATA : { ab12_p1_1 = "base"; };
             FAMILY_CREST_SERIES_DATA : { ab12_p1_1 = "crest"; only_crest = "last"; };
           };
-          RESOURCE_DATA : { ab1_ : { LUT = 70; FF = 0; }; ab12_p1 : { LUT = 1; }; zq441_ : { LUT = 900; }; };
-        };)");
-        Data::getMutableGlobal().reset();
-    }
-
-    void calculate()
-    {
-        ZelmOrvanePartsModel::getGlobal().calculate(params);
+          RESOURCE_DATA : { ab1_ : { LUT = 70; FF = 0; }; ab12_p1 : { LUT = 1; }; zq441_ : { LUT = 900; }; };)");
     }
 
     std::string supportedIn(const std::string& family, const std::string& part)
@@ -44,22 +35,10 @@ protected:
         calculate();
         return params[Params::IS_PART_SUPPORTED];
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
 
-TEST(Parts, AgreesWithVectors)
+TEST(Parts, HasNoFloats)
 {
-    expectVectorsAgree<ZelmOrvanePartsModel>("Parts");
-}
-
-TEST(Parts, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvanePartsModel>(
-        {.stringInputs = 3, .intOutputs = 1, .stringOutputs = 2, .stringIntermediates = 3});
     EXPECT_EQ(Params::LastFloat, 6); // markers alone
 }
 
@@ -156,7 +135,6 @@ TEST_F(PartsTest, ASecondPartIsComputedAfresh)
 
 TEST_F(PartsTest, TheHostsTablesAreServed)
 {
-    const Data& data = Data::getGlobal();
     EXPECT_EQ(data.getDeviceToFamilyMap("ab12"), "Halden Rim Series");
     EXPECT_EQ(data.getDeviceCoreVoltageMap("ab12"), "0.80");
     EXPECT_EQ(data.getFamilyToDefaultDevice("RIM"), "ab12");
@@ -249,4 +227,4 @@ TEST_F(ShippedPartsTest, ResourcesFitTogether)
     }
 }
 
-} // namespace
+} // namespace zelm::test::partsTest

@@ -12,9 +12,8 @@
 #include <cmath>
 #include <map>
 
-namespace {
+namespace zelm::test::staticDataTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneStaticParams;
 using Data = ZelmOrvaneStaticData;
 using Model = ZelmOrvaneStaticModel;
@@ -249,4 +248,4 @@ TEST_F(ShippedStaticTest, CalculateDoesntAllocateOnceWarm)
     EXPECT_GT(before, 0u) << "nothing counted";
 }
 
-} // namespace
+} // namespace zelm::test::staticDataTest

@@ -1,7 +1,6 @@
 #include "device/ZelmOrvaneStaticModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,9 +10,8 @@
 #include <sstream>
 #include <tuple>
 
-namespace {
+namespace zelm::test::staticTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneStaticParams;
 using Data = ZelmOrvaneStaticData;
 using Model = ZelmOrvaneStaticModel;
@@ -125,7 +123,7 @@ std::vector<Set> sets()
 
 // ---- Tiny tables ----
 
-class StaticTest : public testing::Test {
+class StaticTest : public BlockFixture<Model> {
 protected:
     StaticTest()
     {
@@ -143,22 +141,16 @@ protected:
 
     void load()
     {
-        std::string text = "ZelmOrvaneStaticData : {\n";
+        std::string text;
         for (const ZelmTableInfo& table : Data::tables())
             text += std::string(table.group) + " : { " + m_tables[std::string(table.group)] + " };\n";
-        m_directory.write("ZelmOrvaneStaticData", text + "};");
-        ASSERT_TRUE(Data::getMutableGlobal().reset());
+        BlockFixture::load(text);
     }
 
     // A curve that gives the same current at every temperature.
     void leak(const std::string& key, const std::string& rail, const std::string& amperes, const std::string& process)
     {
         put("VT_COEFFICIENT", key + " : { " + process + " : { " + rail + " : { CONST = " + amperes + "; }; }; };");
-    }
-
-    void calculate()
-    {
-        model.calculate(params);
     }
 
     // Clears what calculate clears, without pulling anything.
@@ -192,30 +184,9 @@ protected:
         return sum;
     }
 
-    Params params;
-    const Model& model = Model::getGlobal();
-    const Data& data = Data::getGlobal();
-
 private:
-    TemporaryDataDirectory m_directory;
     std::map<std::string, std::string> m_tables;
 };
-
-TEST(Static, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Static");
-}
-
-TEST(Static, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 23,
-                                .floatInputs = 52,
-                                .stringInputs = 9,
-                                .floatOutputs = 148,
-                                .intIntermediates = 45,
-                                .floatIntermediates = 1294,
-                                .stringIntermediates = 54});
-}
 
 // ---- The cells against sites x metrics ----
 
@@ -1097,4 +1068,4 @@ TEST_F(StaticTest, TwoParameterBlocksDontInfluenceEachOther)
     EXPECT_EQ(twin.reflect(), params.reflect());
 }
 
-} // namespace
+} // namespace zelm::test::staticTest

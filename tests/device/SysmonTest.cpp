@@ -1,13 +1,11 @@
 #include "device/ZelmOrvaneSysmonModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <limits>
 
-namespace {
+namespace zelm::test::sysmonTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSysmonParams;
 
 constexpr std::string_view kPowers = R"(SYSMON_DATA : {
@@ -17,7 +15,7 @@ DEVICE_DATA : {
   T60 : { NUM_SAT = 20; SLICE_COUNT = 2; DECOMMISSIONED_SATS = 4; AVG_SATELLITE_ANALOG_POWER = 3.9; };
   FEW : { NUM_SAT = 4.99; SLICE_COUNT = 2; DECOMMISSIONED_SATS = 1; AVG_SATELLITE_ANALOG_POWER = 3; }; };)";
 
-class SysmonTest : public testing::Test {
+class SysmonTest : public BlockFixture<ZelmOrvaneSysmonModel> {
 protected:
     SysmonTest()
     {
@@ -26,32 +24,9 @@ protected:
 
     void load(const std::string& conditions)
     {
-        m_directory.write("ZelmOrvaneSysmonData", "ZelmOrvaneSysmonData : { " + std::string(kPowers) +
-                                                      " SIM_CONDITIONS : { " + conditions + " }; };");
-        ZelmOrvaneSysmonData::getMutableGlobal().reset();
+        BlockFixture::load(std::string(kPowers) + " SIM_CONDITIONS : { " + conditions + " };");
     }
-
-    void calculate()
-    {
-        ZelmOrvaneSysmonModel::getGlobal().calculate(params);
-    }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Sysmon, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneSysmonModel>("Sysmon");
-}
-
-TEST(Sysmon, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneSysmonModel>(
-        {.floatInputs = 7, .stringInputs = 2, .floatOutputs = 15, .intIntermediates = 4});
-}
 
 TEST_F(SysmonTest, PowersFollowTheCounts)
 {
@@ -212,4 +187,4 @@ TEST(Sysmon, ShippedNetworksDrawTenthsOfAWatt)
     }
 }
 
-} // namespace
+} // namespace zelm::test::sysmonTest

@@ -5,19 +5,17 @@
 #include "dsp/ZelmOrvaneDspInt8Data.h"
 #include "dsp/ZelmOrvaneDspLegacyData.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <set>
 #include <stdexcept>
 
-namespace {
+namespace zelm::test::dspActivityTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDspActivityParams;
 using Data = ZelmOrvaneDspActivityData;
 
-class DspActivityTest : public testing::Test {
+class DspActivityTest : public BlockFixture<ZelmOrvaneDspActivityModel> {
 protected:
     DspActivityTest()
     {
@@ -28,9 +26,7 @@ protected:
 
     void load(const std::string& modes, const std::string& config)
     {
-        m_directory.write(Data::name, std::string(Data::name) + " : { OPERATIONAL_MODE_MAP : { " + modes +
-                                          " }; DSP_CONFIG_DATA : { " + config + " }; };");
-        Data::getMutableGlobal().reset();
+        BlockFixture::load("OPERATIONAL_MODE_MAP : { " + modes + " }; DSP_CONFIG_DATA : { " + config + " };");
     }
 
     void loadToggle(const std::string& text)
@@ -56,24 +52,7 @@ protected:
             return std::string("out of range: ") + error.what();
         }
     }
-
-    Params params;
-    const ZelmOrvaneDspActivityModel& model = ZelmOrvaneDspActivityModel::getGlobal();
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(DspActivity, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneDspActivityModel>("DspActivity");
-}
-
-TEST(DspActivity, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneDspActivityModel>(
-        {.floatInputs = 4, .stringInputs = 8, .floatOutputs = 1, .stringOutputs = 3});
-}
 
 TEST_F(DspActivityTest, DefaultsAreAnAdder)
 {
@@ -220,4 +199,4 @@ TEST(DspActivity, ShippedTablesServeEveryUsage)
     EXPECT_EQ(Data::getGlobal().getCfgKeys({"OPERATIONAL_MODE_MAP"}, true).size(), 45u);
 }
 
-} // namespace
+} // namespace zelm::test::dspActivityTest

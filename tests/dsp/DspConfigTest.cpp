@@ -1,23 +1,11 @@
 #include "dsp/ZelmOrvaneDspConfigModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::dspConfigTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDspConfigParams;
 using Data = ZelmOrvaneDspConfigData;
-
-TEST(DspConfig, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneDspConfigModel>("DspConfig");
-}
-
-TEST(DspConfig, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneDspConfigModel>({.stringInputs = 1, .stringOutputs = 1});
-}
 
 TEST(DspConfig, TheModeIsHandedOnAsItStands)
 {
@@ -47,4 +35,4 @@ TEST(DspConfig, ShippedTablesKnowEachFamilysModeAndBlock)
     EXPECT_EQ(data.getDspConfigMap("NO_SUCH_FAMILY"), zelm::unsetString);
 }
 
-} // namespace
+} // namespace zelm::test::dspConfigTest

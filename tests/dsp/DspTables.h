@@ -1,7 +1,6 @@
 #pragma once
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <algorithm>
 #include <map>
@@ -35,7 +34,7 @@ struct DspTables {
     std::map<std::string, std::string> parts{}; ///< dynamic currents that differ
     std::string topRow{};
 
-    std::string text(std::string_view className) const
+    std::string text() const
     {
         const auto row = [](const std::string& name, const std::string& dynamicText, const std::string& offText) {
             return name + " : { DYNAMIC_MA_MHZ = " + dynamicText + "; OFF_CURRENT_MA = " + offText + "; };\n";
@@ -47,20 +46,21 @@ struct DspTables {
         std::string levels;
         for (const std::string& opmode : opmodeUsages)
             levels += opmode + " : {\n" + rows + "};\n";
-        return std::string(className) + " : { SCALE_FACTORS : { VCCINT_NORMALIZED = " + normalized +
+        return "SCALE_FACTORS : { VCCINT_NORMALIZED = " + normalized +
                "; CURRENT_VOLTAGE_EXPONENTIAL_FACTOR = " + exponent + "; SIMULATED_TR = " + simulated +
                "; };\nOPERATIONAL_MODE_MAP : { " + family + " : { " + usage + " = \"" + mode +
                "\"; }; };\nDYNAMIC_DATA : { " + topRow + family + " : { " + mode + " : {\n" +
-               (opmodeUsages.empty() ? rows : levels) + "}; }; };\n};\n";
+               (opmodeUsages.empty() ? rows : levels) + "}; }; };\n";
     }
 };
 
 /// A model on hand-made tables. Inputs and cells go by name.
 template <class Model>
-class DspSliceTest : public testing::Test {
+class DspSliceTest : public BlockFixture<Model> {
 protected:
-    using Params = typename Model::Params;
-    using Data = typename Model::Data;
+    using typename BlockFixture<Model>::Params;
+    using BlockFixture<Model>::calculate;
+    using BlockFixture<Model>::params;
 
     explicit DspSliceTest(DspTables defaults) : tables(std::move(defaults))
     {
@@ -69,8 +69,7 @@ protected:
 
     void load()
     {
-        m_directory.write(Data::name, tables.text(Data::name));
-        Data::getMutableGlobal().reset();
+        BlockFixture<Model>::load(tables.text());
     }
 
     /// The default usage key now stands for mode.
@@ -78,11 +77,6 @@ protected:
     {
         tables.mode = mode;
         load();
-    }
-
-    void calculate()
-    {
-        Model::getGlobal().calculate(params);
     }
 
     void set(const std::string& cell, float value)
@@ -114,7 +108,7 @@ protected:
     float after(const std::string& name)
     {
         calculate();
-        Model::getGlobal().pull(Params::string_to_float_enum(name), params, Data::getGlobal());
+        this->model.pull(Params::string_to_float_enum(name), params, this->data);
         return cell(name);
     }
 
@@ -136,10 +130,6 @@ protected:
     }
 
     DspTables tables;
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
 
 /// A family's row: its cell, and the member and metric that stand for it.

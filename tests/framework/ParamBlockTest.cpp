@@ -5,11 +5,11 @@
 
 #include <stdexcept>
 #include <thread>
+#include <type_traits>
 #include <unordered_map>
 
-namespace {
+namespace zelm::test::paramBlockTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSignalParams;
 
 TEST(ParamBlock, AFreshBlockHoldsTheSentinels)
@@ -215,6 +215,9 @@ TEST(Exception, TellsMessageAndFunction)
     EXPECT_STREQ(exception.what(), "Zelm Exception: no such part [ in function: selectPart ]");
     const ZelmException copy = exception;
     EXPECT_STREQ(copy.what(), exception.what());
+    static_assert(std::is_polymorphic_v<ZelmException> && !std::has_virtual_destructor_v<ZelmException>,
+                  "what is its one virtual operation");
+    static_assert(!std::is_base_of_v<std::exception, ZelmException>);
 }
 
-} // namespace
+} // namespace zelm::test::paramBlockTest

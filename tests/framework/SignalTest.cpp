@@ -1,46 +1,20 @@
 #include "framework/ZelmOrvaneSignalModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::signalTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSignalParams;
 
-class SignalTest : public testing::Test {
+class SignalTest : public BlockFixture<ZelmOrvaneSignalModel> {
 protected:
     SignalTest()
     {
-        m_directory.write("ZelmOrvaneSignalData",
-                          R"(ZelmOrvaneSignalData : { PER_NODE_CAP : { OTHER = 1.0; LUT = 0.25; }; };)");
-        ZelmOrvaneSignalData::getMutableGlobal().reset();
+        load(R"( PER_NODE_CAP : { OTHER = 1.0; LUT = 0.25; };)");
     }
-
-    void calculate()
-    {
-        ZelmOrvaneSignalModel::getGlobal().calculate(params);
-    }
-
-    Params params;
-    const ZelmOrvaneSignalModel& model = ZelmOrvaneSignalModel::getGlobal();
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Signal, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneSignalModel>("Signal");
-}
-
-TEST(Signal, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneSignalModel>(
-        {.intInputs = 1, .floatInputs = 4, .stringInputs = 1, .floatOutputs = 1, .floatIntermediates = 2});
-}
 
 TEST(Signal, EnumsHaveThePublishedOrdinals)
 {
@@ -148,4 +122,4 @@ TEST_F(SignalTest, OtherDriversHaveTheirOwnCapacitance)
     EXPECT_THAT(params[Params::WIRE_CAPACITANCE], IsBits(2.25f)); // 9 x 0.25
 }
 
-} // namespace
+} // namespace zelm::test::signalTest

@@ -8,9 +8,8 @@
 #include <limits>
 #include <stdexcept>
 
-namespace {
+namespace zelm::test::spreadsheetTest {
 
-using namespace zelm::test;
 using Utils = ZelmHelperUtils;
 
 constexpr float kUnset = 3.4028235e38f;
@@ -44,6 +43,10 @@ TEST(Min, UnsetNeverWinsAndNanIsPassedOver)
     EXPECT_THAT(Utils::MIN(kNan, 2.0f), IsBits(2.0f));
     EXPECT_THAT(Utils::MIN(kNan), IsBits(kUnset));
     EXPECT_THAT(Utils::MIN(kInf), IsBits(kUnset));
+    EXPECT_THAT(Utils::MIN(9.0f, 8.0f, 7.0f, 6.0f, 5.0f, 4.0f, 3.0f, 2.0f, 1.0f), IsBits(1.0f));
+    EXPECT_THAT(Utils::MIN(0.0f, -0.0f), IsBits(0.0f)); // the first of two equals
+    EXPECT_THAT(Utils::MIN(-0.0f, 0.0f), IsBits(-0.0f));
+    EXPECT_THAT(Utils::MIN(1.0f, kNan, 2.0f), IsBits(1.0f));
 }
 
 TEST(Max, UnsetWinsAndNothingPositiveGivesTheSmallestNormal)
@@ -53,7 +56,10 @@ TEST(Max, UnsetWinsAndNothingPositiveGivesTheSmallestNormal)
     EXPECT_THAT(Utils::MAX(0.0f, 0.0f), IsBits(kTiny));
     EXPECT_THAT(Utils::MAX(2.0f, 3.0f), IsBits(3.0f));
     EXPECT_THAT(Utils::MAX(kNan, 2.0f), IsBits(2.0f));
+    EXPECT_THAT(Utils::MAX(3.0f, kNan, 2.0f), IsBits(3.0f));
+    EXPECT_THAT(Utils::MAX(kInf, kUnset), IsBits(kInf));
     // All nine given: no default takes part.
+    EXPECT_THAT(Utils::MAX(-0.0f, 0.0f, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f), IsBits(-0.0f));
     EXPECT_THAT(Utils::MAX(-9.0f, -8.0f, -7.0f, -6.0f, -5.0f, -4.0f, -3.0f, -2.0f, -1.5f), IsBits(-1.5f));
 }
 
@@ -75,6 +81,10 @@ TEST(Text, FindCountsFromZero)
     EXPECT_EQ(Utils::FIND("x", "abc", 0), -1);
     EXPECT_EQ(Utils::FIND("a", "abc", -1), -1);
     EXPECT_EQ(Utils::FIND("", "abc", 1), 1);
+    EXPECT_EQ(Utils::FIND("c", "abc", 3), -1); // at the end
+    EXPECT_EQ(Utils::FIND("a", "abc", 4), -1); // beyond it
+    EXPECT_EQ(Utils::FIND("", "abc", 3), 3);
+    EXPECT_EQ(Utils::FIND("", "abc", 4), -1);
 }
 
 TEST(Text, LeftAndRightRefuseMoreThanThereIs)
@@ -122,6 +132,22 @@ TEST(Rounding, RoundTakesHalvesUpward)
     EXPECT_THAT(Utils::ROUND(1.25f, 1), IsBits(1.3f)); // floor(12.5 + 0.5) / 10
     // 0.35f is 0.349999994, but its product with 10 is rounded to 3.5 before the half is added.
     EXPECT_THAT(Utils::ROUND(0.35f, 1), IsBits(0.4f));
+}
+
+TEST(Rounding, WhatIsNoNumberStaysSo)
+{
+    for (const unsigned int digits : {0u, 2u}) {
+        EXPECT_TRUE(std::isnan(Utils::ROUND(kNan, digits)));
+        EXPECT_TRUE(std::isnan(Utils::ROUNDUP(kNan, digits)));
+        EXPECT_THAT(Utils::ROUND(kInf, digits), IsBits(kInf));
+        EXPECT_THAT(Utils::ROUND(-kInf, digits), IsBits(-kInf));
+        EXPECT_THAT(Utils::ROUNDUP(kInf, digits), IsBits(kInf));
+        EXPECT_THAT(Utils::ROUNDUP(-kInf, digits), IsBits(-kInf));
+    }
+    // An unset cell times 100 is infinite in a float; times 1 it is itself.
+    EXPECT_THAT(Utils::ROUND(kUnset, 2), IsBits(kInf));
+    EXPECT_THAT(Utils::ROUNDUP(kUnset, 2), IsBits(kInf));
+    EXPECT_THAT(Utils::ROUNDUP(kUnset, 0), IsBits(kUnset));
 }
 
 TEST(Unique, KeepsFirstAppearancesAndDropsBlanksOnRequest)
@@ -209,6 +235,8 @@ TEST(Conversion, NumbersToText)
     EXPECT_EQ(Utils::i2s(42, 5, '0'), "00042");
     EXPECT_EQ(Utils::i2s(-7, 4, '*'), "**-7");
     EXPECT_EQ(Utils::i2s(12345, 3, '0'), "12345");
+    EXPECT_EQ(Utils::i2s(5, 0, '0'), "5");
+    EXPECT_EQ(Utils::i2s(5, -3, '0'), "5");
 }
 
 TEST(Conversion, TightNumbersKeepTheTolerance)
@@ -238,6 +266,29 @@ TEST(Conversion, TextToNumbersSwallowsFailures)
     EXPECT_EQ(Utils::s2i("a"), 2147483646);
     EXPECT_EQ(Utils::s2i("2147483648"), 2147483646);
     EXPECT_EQ(Utils::ToString(Utils::s2i("a")), "");
+}
+
+TEST(Conversion, TextToNumbersKnowsSignsHexAndWords)
+{
+    EXPECT_THAT(Utils::s2f(" \t+1.5"), IsBits(1.5f));
+    EXPECT_THAT(Utils::s2f("-.5e1x"), IsBits(-5.0f));
+    EXPECT_THAT(Utils::s2f("0x1.8p3"), IsBits(12.0f)); // 1.5 x 8
+    EXPECT_THAT(Utils::s2f("0xg"), IsBits(0.0f));      // the 0 in front of the x
+    EXPECT_THAT(Utils::s2f("inf"), IsBits(kInf));
+    EXPECT_THAT(Utils::s2f("-INFINITY"), IsBits(-kInf));
+    EXPECT_TRUE(std::isnan(Utils::s2f("nan")));
+    EXPECT_TRUE(std::isnan(Utils::s2f("NaN(1)")));
+    EXPECT_THAT(Utils::s2f("-1e39"), IsBits(kUnset)); // out of range, whatever the sign
+    EXPECT_THAT(Utils::s2f("1e-50"), IsBits(kUnset)); // and so is what is too small
+    EXPECT_EQ(Utils::s2i(" \n+7"), 7);
+    EXPECT_EQ(Utils::s2i("0x1F"), 0); // decimal: the 0 in front of the x
+    EXPECT_EQ(Utils::s2i("017"), 17);
+    EXPECT_EQ(Utils::s2i("1e3"), 1);
+    EXPECT_EQ(Utils::s2i("inf"), 2147483646);
+    EXPECT_EQ(Utils::s2i("nan"), 2147483646);
+    EXPECT_EQ(Utils::s2i("- 1"), 2147483646);
+    EXPECT_EQ(Utils::s2i("-2147483648"), std::numeric_limits<int>::min());
+    EXPECT_EQ(Utils::s2i("-2147483649"), 2147483646);
 }
 
 TEST(Conversion, TextHelpers)
@@ -286,4 +337,4 @@ TEST(Arithmetic, IntsWrapAndFloatsTruncate)
     EXPECT_THAT(zelm::ratioOrZero(1.0f, 0.0f), IsBits(0.0f));
 }
 
-} // namespace
+} // namespace zelm::test::spreadsheetTest

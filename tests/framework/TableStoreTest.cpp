@@ -4,16 +4,19 @@
 #include "framework/ZelmOrvaneGauge.h"
 #include "framework/ZelmOrvaneSignalModel.h"
 
-#include "support/BlockContract.h"
+#include "support/BlockFixture.h"
+
+#include <boost/filesystem.hpp>
 
 #include <algorithm>
 #include <fstream>
+#include <latch>
 #include <stdexcept>
 #include <thread>
+#include <typeinfo>
 
-namespace {
+namespace zelm::test::tableStoreTest {
 
-using namespace zelm::test;
 using Utils = ZelmHelperUtils;
 namespace fs = std::filesystem;
 
@@ -72,9 +75,36 @@ TEST(DataDirectory, AnUnsetVariableIsALogicError)
         ZelmData::getQTADataDir("powercfg");
         FAIL() << "no exception";
     } catch (const std::logic_error& error) {
+        EXPECT_TRUE(typeid(error) == typeid(std::logic_error)) << typeid(error).name(); // none derived from it
         EXPECT_STREQ(error.what(), "basic_string::_M_construct null not valid");
     }
     EXPECT_THROW(ZelmOrvaneSignalData(), std::logic_error);
+}
+
+TEST(DataDirectory, EmptyTokensAreDropped)
+{
+    const TemporaryDataDirectory holder;
+    holder.write("ZelmOrvaneSignalData", "");
+    const fs::path before = fs::current_path();
+    fs::current_path(holder.path()); // where an empty token would find the file
+    {
+        const DataDirVariable variable("::/no/such/directory:");
+        EXPECT_EQ(ZelmData::getQTADataDir("powercfg/orvane/ZelmOrvaneSignalData.cfg"), "");
+        EXPECT_EQ(ZelmData::getQTADataDir(""), "/no/such/directory");
+    }
+    const DataDirVariable variable(":::");
+    EXPECT_EQ(ZelmData::getQTADataDir("powercfg"), "");
+    EXPECT_EQ(ZelmData::getQTADataDir(""), "");
+    fs::current_path(before);
+}
+
+TEST(DataDirectory, AFilesystemErrorPropagates)
+{
+    const TemporaryDataDirectory holder;
+    const DataDirVariable variable(holder.path().string());
+    EXPECT_THROW(ZelmData::getQTADataDir(std::string(5000, 'x')), boost::filesystem::filesystem_error);
+    libconfig::Config cfg;
+    EXPECT_THROW(ZelmData::readFile(&cfg, std::string(5000, 'x')), boost::filesystem::filesystem_error);
 }
 
 // ---- Reading files ----
@@ -94,6 +124,27 @@ TEST(ReadFile, AutoConversionIsOnAfterwards)
     float value = 0.0f;
     EXPECT_TRUE(cfg.lookupValue("ZelmOrvaneSignalData.WHOLE", value));
     EXPECT_THAT(value, IsBits(3.0f));
+}
+
+TEST(ReadFile, APathThatCantBeExaminedIsAnUnreadableFile)
+{
+    const DataDirVariable variable(""); // no directory is tested, so the file is the first that is
+    libconfig::Config cfg;
+    testing::internal::CaptureStderr();
+    EXPECT_THROW(ZelmData::readFile(&cfg, std::string(5000, 'x')), libconfig::FileIOException);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "I/O error while reading file.\n");
+}
+
+TEST(ReadFile, AnErrorInAnIncludedFileIsToldWithThatFilesName)
+{
+    const TemporaryDataDirectory directory;
+    const fs::path included = directory.path() / "included.cfg";
+    std::ofstream(included) << "A = 1;\nB = ;\n";
+    directory.write("ZelmOrvaneSignalData", "@include \"" + included.string() + "\"\n");
+    libconfig::Config cfg;
+    testing::internal::CaptureStderr();
+    EXPECT_THROW(ZelmData::readFile(&cfg, "orvane/ZelmOrvaneSignalData.cfg"), libconfig::ParseException);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Parse error at " + included.string() + ":2 - syntax error\n");
 }
 
 struct BrokenFile {
@@ -179,6 +230,69 @@ INSTANTIATE_TEST_SUITE_P(
                                true, " - syntax error"}),
     [](const auto& broken) { return std::string(broken.param.what); });
 
+TEST(FirstLoad, OneThatThrowsLeavesTheCellsAndTheNextOneWorks)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            const TemporaryDataDirectory directory;
+            using Params = ZelmOrvaneSignalParams;
+            Params params;
+            params[Params::SIGNAL_COUNT] = 2;
+            params[Params::WIRE_CAPACITANCE] = 3.0f;
+            params[Params::SIGNAL_POWER] = 4.0f;
+            const std::string before = params.reflect();
+            bool thrown = false;
+            try {
+                ZelmOrvaneSignalModel::getGlobal().calculate(params);
+            } catch (const libconfig::FileIOException&) {
+                thrown = true;
+            }
+            const bool untouched = params.reflect() == before;
+            directory.write("ZelmOrvaneSignalData", kWhole);
+            ZelmOrvaneSignalModel::getGlobal().calculate(params);
+            const bool works = params[Params::WIRE_CAPACITANCE] == 18.0f; // 9 nodes x 2 signals x 1 pF
+            std::exit(thrown && untouched && works ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+// Each load of the file prints one line, for it has one array.
+TEST(FirstLoad, RacingThreadsGetOneInstanceLoadedOnce)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            const TemporaryDataDirectory directory;
+            std::string rows; // enough that a load lasts
+            for (int i = 0; i < 5000; ++i)
+                rows += "R" + std::to_string(i) + " = 1.0; ";
+            directory.write("ZelmOrvaneGaugeData",
+                            "ZelmOrvaneGaugeData : { ENABLED : { A = [1]; }; LONG_KEY : { " + rows + "}; };");
+            testing::internal::CaptureStdout();
+            constexpr int count = 16;
+            std::latch start(count);
+            std::vector<const ZelmOrvaneGaugeData*> seen(count);
+            std::vector<std::thread> threads;
+            for (int i = 0; i < count; ++i) {
+                threads.emplace_back([&, i] {
+                    start.arrive_and_wait();
+                    const ZelmOrvaneGaugeData& data = ZelmOrvaneGaugeData::getGlobal();
+                    if (data.findLongKey("R4999", "", "", "", "") == 1.0f) // loaded whole
+                        seen[static_cast<std::size_t>(i)] = &data;
+                });
+            }
+            for (std::thread& thread : threads)
+                thread.join();
+            const std::string printed = testing::internal::GetCapturedStdout();
+            const bool one = seen == std::vector<const ZelmOrvaneGaugeData*>(count, &ZelmOrvaneGaugeData::getGlobal());
+            const auto loads = std::count(printed.begin(), printed.end(), '\n');
+            std::cerr << loads << " loads, " << (one ? "one instance" : "several instances") << std::endl;
+            std::exit(one && loads == 1 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "1 loads, one instance");
+}
+
 // ---- Loading tables ----
 
 TEST(LoadTable, NestedGroupsBecomeDottedKeysWithoutTheLeadingTwo)
@@ -211,6 +325,45 @@ TEST(LoadTable, IntegersBecomeFloatsAndTheOptionIsRestored)
 {
     const char* text = "Block : { TABLE : { WHOLE = 3; BIG = 5000000000L; PART = 0.25; }; };";
     EXPECT_EQ(load<float>(text), (Utils::Table<float>{{"WHOLE", 3.0f}, {"BIG", 5e9f}, {"PART", 0.25f}}));
+}
+
+TEST(LoadTable, BelowTheTopLevelTheOptionIsLeftAlone)
+{
+    libconfig::Config cfg;
+    cfg.readString("Block : { TABLE : { WHOLE = 3; PART = 0.25; }; };");
+    std::vector<std::string> path{"Block", "TABLE"};
+    Utils::Table<float> table;
+    zelm::setAutoConvert(cfg, false);
+    EXPECT_TRUE(Utils::loadCfgDataToVar(&cfg, path, table, false));
+    EXPECT_EQ(table, (Utils::Table<float>{{"PART", 0.25f}})) << "an int was converted";
+    EXPECT_FALSE(zelm::autoConvert(cfg));
+    zelm::setAutoConvert(cfg, true);
+    EXPECT_TRUE(Utils::loadCfgDataToVar(&cfg, path, table, false));
+    EXPECT_EQ(table, (Utils::Table<float>{{"WHOLE", 3.0f}, {"PART", 0.25f}}));
+    EXPECT_TRUE(zelm::autoConvert(cfg));
+}
+
+// An empty last part takes the separator in front of a child's name away: the child X of B.T is sought as B.TX.
+TEST(LoadTable, BehindAPathThatEndsInAnEmptyPartNoChildIsFound)
+{
+    libconfig::Config cfg;
+    cfg.readString(
+        "B : { T : { X = 1; G : { Y = 2; }; }; EMPTY : { }; ONE = 7; U : { V : { Z = 4; }; }; UV : { Z = 3; }; };");
+    const auto load = [&](std::vector<std::string> path, bool expected) {
+        zelm::setAutoConvert(cfg, false);
+        Utils::Table<int> table;
+        const std::vector<std::string> before = path;
+        EXPECT_EQ(Utils::loadCfgDataToVar(&cfg, path, table, true), expected) << testing::PrintToString(before);
+        EXPECT_EQ(path, before);
+        EXPECT_NE(zelm::autoConvert(cfg), expected) << "a load that fails leaves the option on";
+        return table;
+    };
+    EXPECT_TRUE(load({"B", "T", ""}, false).empty());
+    EXPECT_TRUE(load({"B", "T", "", ""}, false).empty());
+    EXPECT_TRUE(load({"B", ""}, false).empty());
+    EXPECT_TRUE(load({"B", "EMPTY", ""}, true).empty()); // it has no child to be missing
+    EXPECT_EQ(load({"B", "ONE", ""}, true), (Utils::Table<int>{{"", 7}}));
+    EXPECT_EQ(load({"B", "U", ""}, true), (Utils::Table<int>{{"V.Z", 3}})); // B.UV stands where B.U's V is sought
 }
 
 TEST(LoadTable, AValueThatDoesNotConvertIsLeftOutWithoutAWord)
@@ -406,4 +559,4 @@ TEST(DataReflect, PrintsEachTableAsAContainerOfPairs)
     EXPECT_EQ(data.ZelmData::className(), "ZelmData");
 }
 
-} // namespace
+} // namespace zelm::test::tableStoreTest

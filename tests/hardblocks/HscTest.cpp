@@ -1,31 +1,19 @@
 #include "hardblocks/ZelmOrvaneHscModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::hscTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneHscParams;
 using Hsc = ZelmOrvaneHscModel;
-using HscShippedData = ShippedDataTest<Hsc>;
+using HscShippedData = ShippedBlockFixture<Hsc>;
 
-class HscTest : public HardBlockTest<Hsc> {
+class HscTest : public BlockFixture<Hsc> {
 protected:
-    HscTest() : HardBlockTest("NORMAL_MODE_POWER : { VALUE = 0.7; OTHER = 9.0; }; SLOW_MODE_POWER : { VALUE = 30.0; };")
+    HscTest() : BlockFixture("NORMAL_MODE_POWER : { VALUE = 0.7; OTHER = 9.0; }; SLOW_MODE_POWER : { VALUE = 30.0; };")
     {
     }
 };
-
-TEST(Hsc, AgreesWithVectors)
-{
-    expectVectorsAgree<Hsc>("Hsc");
-}
-
-TEST(Hsc, KeepsTheBlockContract)
-{
-    expectBlockContract<Hsc>(
-        {.intInputs = 1, .floatInputs = 1, .stringInputs = 1, .floatOutputs = 1, .floatIntermediates = 1});
-}
 
 TEST_F(HscTest, EachSpeedReadsItsTable)
 {
@@ -73,4 +61,4 @@ TEST_F(HscShippedData, TheSlowSpeedTakesAboutHalf)
     EXPECT_LT(params[Params::VCCINT_POWER], 0.7f * normal);
 }
 
-} // namespace
+} // namespace zelm::test::hscTest

@@ -1,28 +1,12 @@
 #include "hardblocks/ZelmOrvaneIlknModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::ilknTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneIlknParams;
 using Ilkn = ZelmOrvaneIlknModel;
-using IlknShippedData = ShippedDataTest<Ilkn>;
-
-TEST(Ilkn, AgreesWithVectors)
-{
-    expectVectorsAgree<Ilkn>("Ilkn");
-}
-
-TEST(Ilkn, KeepsTheBlockContract)
-{
-    expectBlockContract<Ilkn>({.intInputs = 1,
-                               .floatInputs = 1,
-                               .stringInputs = 2,
-                               .floatOutputs = 1,
-                               .floatIntermediates = 1,
-                               .stringIntermediates = 1});
-}
+using IlknShippedData = ShippedBlockFixture<Ilkn>;
 
 TEST_F(IlknShippedData, DefaultsGiveACorrectedCoreOfOneToTwoWatts)
 {
@@ -35,4 +19,4 @@ TEST_F(IlknShippedData, DefaultsGiveACorrectedCoreOfOneToTwoWatts)
     EXPECT_LT(params[Params::VCCINT_POWER], 2000.0f);
 }
 
-} // namespace
+} // namespace zelm::test::ilknTest

@@ -1,28 +1,12 @@
 #include "hardblocks/ZelmOrvaneJorlModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::jorlTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneJorlParams;
 using Jorl = ZelmOrvaneJorlModel;
-using JorlShippedData = ShippedDataTest<Jorl>;
-
-TEST(Jorl, AgreesWithVectors)
-{
-    expectVectorsAgree<Jorl>("Jorl");
-}
-
-TEST(Jorl, KeepsTheBlockContract)
-{
-    expectBlockContract<Jorl>({.intInputs = 1,
-                               .floatInputs = 1,
-                               .stringInputs = 2,
-                               .floatOutputs = 1,
-                               .floatIntermediates = 1,
-                               .stringIntermediates = 1});
-}
+using JorlShippedData = ShippedBlockFixture<Jorl>;
 
 TEST_F(JorlShippedData, DefaultsGiveSixCorrectedChannelsOfTwoWatts)
 {
@@ -35,4 +19,4 @@ TEST_F(JorlShippedData, DefaultsGiveSixCorrectedChannelsOfTwoWatts)
     EXPECT_LT(params[Params::VCCINT_POWER], 3000.0f);
 }
 
-} // namespace
+} // namespace zelm::test::jorlTest

@@ -3,13 +3,11 @@
 #include "hardblocks/ZelmOrvanePcieb5Model.h"
 #include "hardblocks/ZelmOrvanePciebModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::linkCurrentTest {
 
 constexpr std::string_view kGroups = R"(DYNAMIC_CURRENTS : {
                                             GEN1x1 : { AVG_CURRENT_A = 0.25; PEAK_CURRENT_A = 9.0; };
@@ -25,9 +23,9 @@ struct Pcieb5 {
 };
 
 template <class Block>
-class LinkCurrent : public HardBlockTest<typename Block::Model> {
+class LinkCurrent : public BlockFixture<typename Block::Model> {
 protected:
-    LinkCurrent() : HardBlockTest<typename Block::Model>(kGroups) {}
+    LinkCurrent() : BlockFixture<typename Block::Model>(kGroups) {}
 };
 
 using Blocks = testing::Types<Pcieb, Pcieb5>;
@@ -103,4 +101,4 @@ TYPED_TEST(LinkCurrent, ShippedCurrentsRiseWithSpeedAndWidth)
     }
 }
 
-} // namespace
+} // namespace zelm::test::linkCurrentTest

@@ -3,13 +3,11 @@
 #include "hardblocks/ZelmOrvaneIlknModel.h"
 #include "hardblocks/ZelmOrvaneJorlModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::modeRowTest {
 
 struct Mac {
     using Model = ZelmOrvaneJorlModel;
@@ -22,12 +20,12 @@ struct Interlaken {
 };
 
 template <class Block>
-class ModeRow : public HardBlockTest<typename Block::Model> {
+class ModeRow : public BlockFixture<typename Block::Model> {
 protected:
     using Params = typename Block::Model::Params;
 
     ModeRow()
-        : HardBlockTest<typename Block::Model>(R"(MODE_TABLE : {
+        : BlockFixture<typename Block::Model>(R"(MODE_TABLE : {
               KEY_2x    : { POWER_WO_FEC = 25.0; POWER_W_FEC = 40.0; };
               KEY_third : { POWER_WO_FEC = 0.3; POWER_W_FEC = 0.7; };
               KEY_minus : { POWER_WO_FEC = 5.0; POWER_W_FEC = -5.0; };
@@ -107,15 +105,15 @@ TYPED_TEST(ModeRow, AMissingRowFlowsOn)
 TYPED_TEST(ModeRow, ShippedRowsPayForCorrection)
 {
     const DataDirVariable variable(shippedDataDirectory());
-    auto& data = TypeParam::Model::Data::getMutableGlobal();
-    data.reset();
-    const auto keys = data.getCfgKeys({"MODE_TABLE"}, false);
+    auto& shipped = TypeParam::Model::Data::getMutableGlobal();
+    shipped.reset();
+    const auto keys = shipped.getCfgKeys({"MODE_TABLE"}, false);
     EXPECT_GE(keys.size(), 4u);
     for (const std::string& key : keys) {
-        EXPECT_GT(data.getModeTable(key, "POWER_WO_FEC"), 200.0f) << key;
-        EXPECT_GT(data.getModeTable(key, "POWER_W_FEC"), data.getModeTable(key, "POWER_WO_FEC")) << key;
-        EXPECT_LT(data.getModeTable(key, "POWER_W_FEC"), 2500.0f) << key;
+        EXPECT_GT(shipped.getModeTable(key, "POWER_WO_FEC"), 200.0f) << key;
+        EXPECT_GT(shipped.getModeTable(key, "POWER_W_FEC"), shipped.getModeTable(key, "POWER_WO_FEC")) << key;
+        EXPECT_LT(shipped.getModeTable(key, "POWER_W_FEC"), 2500.0f) << key;
     }
 }
 
-} // namespace
+} // namespace zelm::test::modeRowTest

@@ -1,33 +1,22 @@
 #include "hardblocks/ZelmOrvaneMulmModel.h"
 
-#include "HardBlockTest.h"
+#include "hardblocks/Supply.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::mulmTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneMulmParams;
 using Mulm = ZelmOrvaneMulmModel;
-using MulmShippedData = ShippedDataTest<Mulm>;
+using MulmShippedData = ShippedBlockFixture<Mulm>;
 
-class MulmTest : public HardBlockTest<Mulm> {
+class MulmTest : public BlockFixture<Mulm> {
 protected:
     MulmTest()
-        : HardBlockTest(R"(POWER_DATA : { PCIE_A0_CH8_GEN4 = 0.7; PCIE_A1_CH8_GEN4 = 0.9; PIPE_CH-2_GEN1 = 5.0; };
+        : BlockFixture(R"(POWER_DATA : { PCIE_A0_CH8_GEN4 = 0.7; PCIE_A1_CH8_GEN4 = 0.9; PIPE_CH-2_GEN1 = 5.0; };
                            FACTORS : { VCCINT_SIM = 0.39; };)")
     {
     }
 };
-
-TEST(Mulm, AgreesWithVectors)
-{
-    expectVectorsAgree<Mulm>("Mulm");
-}
-
-TEST(Mulm, KeepsTheBlockContract)
-{
-    expectBlockContract<Mulm>(
-        {.intInputs = 1, .floatInputs = 1, .stringInputs = 2, .floatOutputs = 1, .stringIntermediates = 2});
-}
 
 TEST_F(MulmTest, DefaultsAreEightLanesOfTheFirstController)
 {
@@ -95,4 +84,4 @@ TEST_F(MulmShippedData, PowerRisesWithSpeedAndWidth)
     }
 }
 
-} // namespace
+} // namespace zelm::test::mulmTest

@@ -1,15 +1,15 @@
 #include "hardblocks/ZelmOrvaneNemtModel.h"
 
-#include "HardBlockTest.h"
+#include "hardblocks/Supply.h"
+#include "support/BlockFixture.h"
 
 #include <algorithm>
 
-namespace {
+namespace zelm::test::nemtTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneNemtParams;
 using Nemt = ZelmOrvaneNemtModel;
-using NemtShippedData = ShippedDataTest<Nemt>;
+using NemtShippedData = ShippedBlockFixture<Nemt>;
 
 // The default supply is twice the reference.
 constexpr std::string_view kGroups = R"(
@@ -24,9 +24,9 @@ constexpr std::string_view kGroups = R"(
     SHIM_DATA : { ZQ20T60 : { SHIM_B = 5; }; OTHER : { SHIM_B = 50; }; };
     NEMT_STREAMS : { ZQ20T60 : { PL_STREAMS = 30; NOC_STREAMS = 12; }; };)";
 
-class NemtTest : public HardBlockTest<Nemt> {
+class NemtTest : public BlockFixture<Nemt> {
 protected:
-    NemtTest() : HardBlockTest(kGroups) {}
+    NemtTest() : BlockFixture(kGroups) {}
 
     // At the reference supply, where the voltage factor is 1, with round numbers.
     void workAtReference(const char* kernel = "Int16")
@@ -46,21 +46,6 @@ protected:
                 params[Params::NEMT_TILE_FFT], params[Params::NEMT_TILE_CPLX_BIT]};
     }
 };
-
-TEST(Nemt, AgreesWithVectors)
-{
-    expectVectorsAgree<Nemt>("Nemt");
-}
-
-TEST(Nemt, KeepsTheBlockContract)
-{
-    expectBlockContract<Nemt>({.intInputs = 5,
-                               .floatInputs = 5,
-                               .stringInputs = 2,
-                               .floatOutputs = 10,
-                               .intIntermediates = 3,
-                               .floatIntermediates = 12});
-}
 
 TEST_F(NemtTest, EachKernelFillsItsOwnCell)
 {
@@ -237,7 +222,6 @@ TEST_F(NemtTest, StreamLimitsWaitForAPull)
     calculate();
     EXPECT_EQ(params[Params::PL_STREAMS], zelm::unsetInt);
     EXPECT_EQ(params[Params::NOC_STREAMS], zelm::unsetInt);
-    const auto& data = ZelmOrvaneNemtData::getGlobal();
     EXPECT_EQ(model.calculatePlStreams(params, data), 30);
     EXPECT_EQ(model.calculateNocStreams(params, data), 12);
 }
@@ -271,4 +255,4 @@ TEST_F(NemtShippedData, EveryDieStatesItsShimsAndStreams)
     }
 }
 
-} // namespace
+} // namespace zelm::test::nemtTest

@@ -1,24 +1,12 @@
 #include "hardblocks/ZelmOrvanePcieb5Model.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::pcieb5Test {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePcieb5Params;
 using Pcieb5 = ZelmOrvanePcieb5Model;
-using Pcieb5ShippedData = ShippedDataTest<Pcieb5>;
-
-TEST(Pcieb5, AgreesWithVectors)
-{
-    expectVectorsAgree<Pcieb5>("Pcieb5");
-}
-
-TEST(Pcieb5, KeepsTheBlockContract)
-{
-    expectBlockContract<Pcieb5>(
-        {.floatInputs = 1, .stringInputs = 2, .floatOutputs = 1, .floatIntermediates = 1, .stringIntermediates = 1});
-}
+using Pcieb5ShippedData = ShippedBlockFixture<Pcieb5>;
 
 TEST_F(Pcieb5ShippedData, SixteenLanesOfTheFifthGenerationTakeAboutAWatt)
 {
@@ -29,4 +17,4 @@ TEST_F(Pcieb5ShippedData, SixteenLanesOfTheFifthGenerationTakeAboutAWatt)
     EXPECT_LT(params[Params::POWER], 2500.0f);
 }
 
-} // namespace
+} // namespace zelm::test::pcieb5Test

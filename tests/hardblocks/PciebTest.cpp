@@ -1,24 +1,12 @@
 #include "hardblocks/ZelmOrvanePciebModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::pciebTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePciebParams;
 using Pcieb = ZelmOrvanePciebModel;
-using PciebShippedData = ShippedDataTest<Pcieb>;
-
-TEST(Pcieb, AgreesWithVectors)
-{
-    expectVectorsAgree<Pcieb>("Pcieb");
-}
-
-TEST(Pcieb, KeepsTheBlockContract)
-{
-    expectBlockContract<Pcieb>(
-        {.floatInputs = 1, .stringInputs = 2, .floatOutputs = 1, .floatIntermediates = 1, .stringIntermediates = 1});
-}
+using PciebShippedData = ShippedBlockFixture<Pcieb>;
 
 TEST_F(PciebShippedData, EightLanesOfTheFourthGenerationTakeHalfAWatt)
 {
@@ -29,4 +17,4 @@ TEST_F(PciebShippedData, EightLanesOfTheFourthGenerationTakeHalfAWatt)
     EXPECT_LT(params[Params::POWER], 800.0f);
 }
 
-} // namespace
+} // namespace zelm::test::pciebTest

@@ -1,32 +1,21 @@
 #include "hardblocks/ZelmOrvaneSdfecModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::sdfecTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSdfecParams;
 using Sdfec = ZelmOrvaneSdfecModel;
-using SdfecShippedData = ShippedDataTest<Sdfec>;
+using SdfecShippedData = ShippedBlockFixture<Sdfec>;
 
-class SdfecTest : public HardBlockTest<Sdfec> {
+class SdfecTest : public BlockFixture<Sdfec> {
 protected:
     SdfecTest()
-        : HardBlockTest(R"(DYNAMIC_CURRENTS : { Turbo_LTE = 1.17; LDPC = 2.34; };
+        : BlockFixture(R"(DYNAMIC_CURRENTS : { Turbo_LTE = 1.17; LDPC = 2.34; };
                            SCALE : { VCCINT_SIM = 0.5; POWER_FACTOR = 3.0; };)")
     {
     }
 };
-
-TEST(Sdfec, AgreesWithVectors)
-{
-    expectVectorsAgree<Sdfec>("Sdfec");
-}
-
-TEST(Sdfec, KeepsTheBlockContract)
-{
-    expectBlockContract<Sdfec>({.floatInputs = 2, .stringInputs = 1, .floatOutputs = 1, .floatIntermediates = 1});
-}
 
 TEST_F(SdfecTest, DefaultsAreTheTurboDecoderAtOneGigabit)
 {
@@ -98,4 +87,4 @@ TEST_F(SdfecShippedData, AGigabitTakesSomeHundredMilliwatts)
     }
 }
 
-} // namespace
+} // namespace zelm::test::sdfecTest

@@ -1,21 +1,20 @@
 #include "hardblocks/ZelmOrvaneTuvoModel.h"
 
-#include "HardBlockTest.h"
+#include "support/BlockFixture.h"
 
 #include <map>
 #include <utility>
 
-namespace {
+namespace zelm::test::tuvoTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneTuvoParams;
 using Tuvo = ZelmOrvaneTuvoModel;
-using TuvoShippedData = ShippedDataTest<Tuvo>;
+using TuvoShippedData = ShippedBlockFixture<Tuvo>;
 
-class TuvoTest : public HardBlockTest<Tuvo> {
+class TuvoTest : public BlockFixture<Tuvo> {
 protected:
     TuvoTest()
-        : HardBlockTest(R"(SIM_VOLTAGE : { VCCINT = 0.44; };
+        : BlockFixture(R"(SIM_VOLTAGE : { VCCINT = 0.44; };
                            CONFIG_PWR_DATA : {
                                FEC_ONLY_100GE : { TYPICAL = 3.0; };
                                FEC_100GE : { TYPICAL = 7.0; IDLE = 2.0; };
@@ -33,16 +32,6 @@ protected:
         calculate();
     }
 };
-
-TEST(Tuvo, AgreesWithVectors)
-{
-    expectVectorsAgree<Tuvo>("Tuvo");
-}
-
-TEST(Tuvo, KeepsTheBlockContract)
-{
-    expectBlockContract<Tuvo>({.floatInputs = 1, .stringInputs = 4, .floatOutputs = 1, .stringIntermediates = 2});
-}
 
 TEST_F(TuvoTest, DefaultsAreErrorCorrectionAlone)
 {
@@ -126,4 +115,4 @@ TEST_F(TuvoShippedData, EveryConfigurationHasAllActivities)
     }
 }
 
-} // namespace
+} // namespace zelm::test::tuvoTest

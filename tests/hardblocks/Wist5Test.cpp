@@ -1,15 +1,15 @@
 #include "hardblocks/ZelmOrvaneWist5Model.h"
 
-#include "HardBlockTest.h"
+#include "hardblocks/Supply.h"
+#include "support/BlockFixture.h"
 
 #include <sstream>
 
-namespace {
+namespace zelm::test::wist5Test {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneWist5Params;
 using Wist5 = ZelmOrvaneWist5Model;
-using Wist5ShippedData = ShippedDataTest<Wist5>;
+using Wist5ShippedData = ShippedBlockFixture<Wist5>;
 
 // Powers per MHz, dynamic and clock: DMA 3, L2 5, bottom 9, top 17, PCIE 33, CMN 65 and its parts 129, 257 and 513.
 // The default supply is twice the reference.
@@ -28,9 +28,9 @@ constexpr std::string_view kGroups = R"(
         PLL_DYNAMIC_POWER_2160MHZ_VCCINT = 4.0; PLL_DYNAMIC_POWER_4320MHZ_VCCINT = 9.0; };
     SIM_CONDITIONS : { PSIM_VOLTAGE = 0.44; };)";
 
-class Wist5Test : public HardBlockTest<Wist5> {
+class Wist5Test : public BlockFixture<Wist5> {
 protected:
-    Wist5Test() : HardBlockTest(kGroups) {}
+    Wist5Test() : BlockFixture(kGroups) {}
 
     // Links as "mode speed width".
     void links(const char* a0, const char* a1 = "WIST5_CCIX GEN5 x8")
@@ -41,17 +41,6 @@ protected:
         calculate();
     }
 };
-
-TEST(Wist5, AgreesWithVectors)
-{
-    expectVectorsAgree<Wist5>("Wist5");
-}
-
-TEST(Wist5, KeepsTheBlockContract)
-{
-    expectBlockContract<Wist5>(
-        {.floatInputs = 2, .stringInputs = 6, .intOutputs = 8, .floatOutputs = 13, .stringOutputs = 2});
-}
 
 TEST_F(Wist5Test, DefaultsRunTheFastClocksWithoutDma)
 {
@@ -311,4 +300,4 @@ TEST_F(Wist5ShippedData, AModuleTakesSomeWatts)
     EXPECT_GT(params[Params::DYNAMIC_PWR_VCC_WIST5], 500.0f);
 }
 
-} // namespace
+} // namespace zelm::test::wist5Test

@@ -1,13 +1,13 @@
 #include "hardblocks/ZelmOrvaneWistModel.h"
 
-#include "HardBlockTest.h"
+#include "hardblocks/Supply.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::wistTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneWistParams;
 using Wist = ZelmOrvaneWistModel;
-using WistShippedData = ShippedDataTest<Wist>;
+using WistShippedData = ShippedBlockFixture<Wist>;
 
 // Full activity at GEN1_x2_A2, characterised at 0.44 V, so that the default supply is twice the reference:
 // A0 2 x 100, A1 3 x 100, interconnect 0.5 x 400, DMA 4 x 200, coherent L2 (0.25 + 0.125) x 800.
@@ -30,9 +30,9 @@ constexpr std::string_view kGroups = R"(
         GEN4_x2_A2 : { ARTERIS = 400; }; };
     FACTORS : { VCCINT_SIM = 0.44; };)";
 
-class WistTest : public HardBlockTest<Wist> {
+class WistTest : public BlockFixture<Wist> {
 protected:
-    WistTest() : HardBlockTest(kGroups) {}
+    WistTest() : BlockFixture(kGroups) {}
 
     void loadWith(std::string_view before, std::string_view after)
     {
@@ -46,22 +46,6 @@ protected:
         params[Params::VCCINT] = 0.44f;
     }
 };
-
-TEST(Wist, AgreesWithVectors)
-{
-    expectVectorsAgree<Wist>("Wist");
-}
-
-TEST(Wist, KeepsTheBlockContract)
-{
-    expectBlockContract<Wist>({.intInputs = 3,
-                               .floatInputs = 2,
-                               .stringInputs = 4,
-                               .floatOutputs = 3,
-                               .intIntermediates = 8,
-                               .floatIntermediates = 9,
-                               .stringIntermediates = 4});
-}
 
 TEST_F(WistTest, PartsPayPerMegahertz)
 {
@@ -252,4 +236,4 @@ TEST_F(WistShippedData, EveryLinkOfUpToSixteenLanesIsKnown)
     EXPECT_LT(params[Params::VCCAUX_POWER], 30.0f);
 }
 
-} // namespace
+} // namespace zelm::test::wistTest

@@ -1,25 +1,20 @@
 #include "io/ZelmOrvaneIologicModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::iologicTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneIologicParams;
 using Data = ZelmOrvaneIologicData;
 using Model = ZelmOrvaneIologicModel;
 
-class IologicTest : public testing::Test {
+class IologicTest : public BlockFixture<Model> {
 protected:
     IologicTest()
     {
-        m_directory.write("ZelmOrvaneIologicData",
-                          "ZelmOrvaneIologicData : { FINAL_DATA : { IDDR_CURR = 0.25; ODDR_CURR = 0.75; };"
-                          " SIM_VOLTAGE : { VCCINT_IO = 0.5; }; };");
-        Data::getMutableGlobal().reset();
+        load("FINAL_DATA : { IDDR_CURR = 0.25; ODDR_CURR = 0.75; }; SIM_VOLTAGE : { VCCINT_IO = 0.5; };");
         params[Params::FREQUENCY] = 8.0f;
     }
 
@@ -29,23 +24,7 @@ protected:
         Model::getGlobal().calculate(params);
         return params[Params::VCC_IO_PWR];
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Iologic, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Iologic");
-}
-
-TEST(Iologic, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>(
-        {.floatInputs = 2, .stringInputs = 1, .floatOutputs = 1, .floatIntermediates = 1, .stringIntermediates = 1});
-}
 
 TEST_F(IologicTest, TheModeIsTheTablesKey)
 {
@@ -94,4 +73,4 @@ TEST(Iologic, ShippedDataGivesBelievablePower)
     }
 }
 
-} // namespace
+} // namespace zelm::test::iologicTest

@@ -1,16 +1,14 @@
 #include "io/ZelmOrvaneKelpModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::kelpTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneKelpParams;
 using Data = ZelmOrvaneKelpData;
 using Model = ZelmOrvaneKelpModel;
 
-class KelpTest : public testing::Test {
+class KelpTest : public BlockFixture<Model> {
 protected:
     KelpTest()
     {
@@ -21,12 +19,10 @@ protected:
 
     void load(double simVoltage)
     {
-        m_directory.write("ZelmOrvaneKelpData",
-                          "ZelmOrvaneKelpData : { BITSLICE_DATA : { SIM_VOLTAGE = " + std::to_string(simVoltage) +
-                              "; RX_BITSLICE_DATA = 0.75; TX_BITSLICE_DATA = 0.5; TX_BITSLICE_TRI_DATA = 0.25;"
-                              " RX_BITSLICE_CONTROL_DATA = 0.125; TX_BITSLICE_CONTROL_DATA = 0.0625;"
-                              " RX_DP_DELTA_PER_BS_DATA = 0.25; TX_DP_DELTA_PER_BS_DATA = 0.125; }; };");
-        Data::getMutableGlobal().reset();
+        BlockFixture::load("BITSLICE_DATA : { SIM_VOLTAGE = " + std::to_string(simVoltage) +
+                           "; RX_BITSLICE_DATA = 0.75; TX_BITSLICE_DATA = 0.5; TX_BITSLICE_TRI_DATA = 0.25;"
+                           " RX_BITSLICE_CONTROL_DATA = 0.125; TX_BITSLICE_CONTROL_DATA = 0.0625;"
+                           " RX_DP_DELTA_PER_BS_DATA = 0.25; TX_DP_DELTA_PER_BS_DATA = 0.125; };");
     }
 
     void calculate(int rx, int tx, int rxtx)
@@ -36,27 +32,7 @@ protected:
         params[Params::NUM_RXTX_IOS] = rxtx;
         Model::getGlobal().calculate(params);
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Kelp, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Kelp");
-}
-
-TEST(Kelp, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 5,
-                                .floatInputs = 2,
-                                .intOutputs = 1,
-                                .floatOutputs = 7,
-                                .intIntermediates = 1,
-                                .floatIntermediates = 16});
-}
 
 TEST_F(KelpTest, DefaultsAreAnEmptyNibble)
 {
@@ -189,4 +165,4 @@ TEST(Kelp, ShippedDataGivesBelievablePower)
                 0.3f * params[Params::RP_TOTAL_POWER]);
 }
 
-} // namespace
+} // namespace zelm::test::kelpTest

@@ -1,14 +1,12 @@
 #include "io/ZelmOrvaneNaltModel.h"
 
 #include "BufferRows.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::naltTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneNaltParams;
 using Data = ZelmOrvaneNaltData;
 using Model = ZelmOrvaneNaltModel;
@@ -27,23 +25,23 @@ constexpr std::string_view kOutputEntries =
     "VCCINT_IO_DC = -0.5; VCCINT_IO_AC = 0.25; VCCAUX_AC = 5.0; VCCO_AC = 8.0; VCCO_DC = 4.0; OBUF_LOAD = 6.0; "
     "PW = 0.25; TERM = 25.0;";
 
-std::string file(std::string_view outputEntries)
+std::string tables(std::string_view outputEntries)
 {
-    return "ZelmOrvaneNaltData : { CAP_DATA : { CIO_HP = 2.0; CPKG = 0.5; };\n"
+    return "CAP_DATA : { CIO_HP = 2.0; CPKG = 0.5; };\n"
            "OBUF : { " +
            sameRows(kOutputs, outputEntries) +
            " };\n"
            "IBUF : { " +
            sameRows(kInputs, kInputEntries) +
            " };\n"
-           "IO_LIST : { INPUT : { LVTTL = \"3.3\"; }; }; };";
+           "IO_LIST : { INPUT : { LVTTL = \"3.3\"; }; };";
 }
 
-class NaltTest : public testing::Test {
+class NaltTest : public BlockFixture<Model> {
 protected:
     NaltTest()
     {
-        load(file(kOutputEntries));
+        load(tables(kOutputEntries));
         // A quarter of the supply of 2 V through 25 ohms against 75.
         params[Params::VCCO] = 2.0f;
         params[Params::VCCINT] = 0.75f;
@@ -53,39 +51,13 @@ protected:
         params[Params::CLOCK_FREQ] = 64.0f; // x 0.125 x 0.5 = 4 MHz
     }
 
-    void load(const std::string& text)
-    {
-        m_directory.write("ZelmOrvaneNaltData", text);
-        Data::getMutableGlobal().reset();
-    }
-
-    void calculate()
-    {
-        Model::getGlobal().calculate(params);
-    }
-
     float cell(const std::string& name)
     {
         const auto found = Params::string_to_float_enum(name);
         EXPECT_NE(found, Params::LastFloat) << name;
         return params[found];
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Nalt, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Nalt");
-}
-
-TEST(Nalt, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.floatInputs = 11, .stringInputs = 4, .floatOutputs = 21, .floatIntermediates = 275});
-}
 
 TEST(Nalt, StandardsTimesMetricsAreTheListedCells)
 {
@@ -258,7 +230,7 @@ TEST_F(NaltTest, OutputGuards)
 
     std::string entries(kOutputEntries);
     entries.replace(entries.find("OBUF_LOAD = 6.0"), 15, "OBUF_LOAD = -2.0");
-    load(file(entries));
+    load(tables(entries));
     calculate();
     EXPECT_THAT(params[Params::OBUF_LVTTL_4_AC_VCCO_CURRENT], IsBits(0.0f));
 }
@@ -357,7 +329,7 @@ TEST_F(NaltTest, RailsAddInputAndOutput)
 
 TEST_F(NaltTest, AMissingRowSpoilsItsOwnCellsAlone)
 {
-    std::string text = file(kOutputEntries);
+    std::string text = tables(kOutputEntries);
     text.replace(text.find("LVTTL_8 :"), 7, "GONE_08");
     load(text);
     calculate();
@@ -406,4 +378,4 @@ TEST(Nalt, ShippedDataHasEveryKeyOfEveryStandard)
         EXPECT_NE(Data::getGlobal().getIoList("OUTPUT", standard), zelm::unsetString) << standard;
 }
 
-} // namespace
+} // namespace zelm::test::naltTest

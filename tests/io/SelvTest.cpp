@@ -1,16 +1,14 @@
 #include "io/ZelmOrvaneSelvModel.h"
 
 #include "BufferRows.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cfloat>
 #include <cmath>
 #include <map>
 
-namespace {
+namespace zelm::test::selvTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSelvParams;
 using Data = ZelmOrvaneSelvData;
 using Model = ZelmOrvaneSelvModel;
@@ -97,9 +95,9 @@ constexpr std::string_view kOutputEntries =
     "VCCINT_IO_DC = -0.5; VCCINT_IO_AC = -0.25; VCCAUX_AC = 5.0; VCCO_PREDRV_DC = -0.75; VCCO_PREDRV_AC = 2.0; "
     "VCCO_AC = 8.0; VCCO_DC = 4.0; OBUF_LOAD = 6.0; VCCO = 1.0; PW = 0.25; TERM = 100.0; RDRV = 50.0;";
 
-std::string file(std::string_view inputEntries, std::string_view outputEntries)
+std::string tables(std::string_view inputEntries, std::string_view outputEntries)
 {
-    return "ZelmOrvaneSelvData : { MIPI_DATA : { MIPI_LP_DATARATE = 8.0; };\n"
+    return "MIPI_DATA : { MIPI_LP_DATARATE = 8.0; };\n"
            "CAP_DATA : { CIO_HP = 2.0; CPKG = 0.5; CPKG_LS = 1.5; };\n"
            "SIM_DATA : { SIM_VOLTAGE = 0.5; };\n"
            "OBUF : { " +
@@ -108,29 +106,18 @@ std::string file(std::string_view inputEntries, std::string_view outputEntries)
            "IBUF : { " +
            sameRows(kInputs, inputEntries) +
            " };\n"
-           "IO_LIST : { INPUT : { SSTL12 = \"1.2\"; }; }; };";
+           "IO_LIST : { INPUT : { SSTL12 = \"1.2\"; }; };";
 }
 
-class SelvTest : public testing::Test {
+class SelvTest : public BlockFixture<Model> {
 protected:
     SelvTest()
     {
-        load(file(kInputEntries, kOutputEntries));
+        load(tables(kInputEntries, kOutputEntries));
         // The levels below come from 25 ohms against 75: a quarter and three quarters of the supply of 1 V.
         params[Params::INPUT_TERMINATION] = 25.0f;
         params[Params::OUTPUT_IMPEDANCE] = 25.0f;
         params[Params::OFFCHIP_TERMINATION] = 75.0f;
-    }
-
-    void load(const std::string& text)
-    {
-        m_directory.write("ZelmOrvaneSelvData", text);
-        Data::getMutableGlobal().reset();
-    }
-
-    void calculate()
-    {
-        Model::getGlobal().calculate(params);
     }
 
     float cell(const std::string& name)
@@ -139,26 +126,11 @@ protected:
         EXPECT_NE(found, Params::LastFloat) << name;
         return params[found];
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
 
 void expectClose(float actual, double expected, const std::string& what)
 {
     EXPECT_NEAR(actual, expected, 2e-6 * std::max(1.0, std::fabs(expected))) << what;
-}
-
-TEST(Selv, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Selv");
-}
-
-TEST(Selv, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.floatInputs = 12, .stringInputs = 5, .floatOutputs = 24, .floatIntermediates = 889});
 }
 
 TEST(Selv, StandardsTimesMetricsAreTheListedCells)
@@ -592,7 +564,7 @@ TEST_F(SelvTest, ALoadThatCancelsThePadGivesNoCurrent)
 {
     std::string entries(kOutputEntries);
     entries.replace(entries.find("OBUF_LOAD = 6.0"), 15, "OBUF_LOAD = -2.0");
-    load(file(kInputEntries, entries));
+    load(tables(kInputEntries, entries));
     calculate();
     EXPECT_THAT(params[Params::OBUF_SSTL12_AC_VCCO_CURRENT], IsBits(0.0f));
 }
@@ -648,7 +620,7 @@ TEST_F(SelvTest, AnOutputHasNoInputPowerButAllInputCells)
 
 TEST_F(SelvTest, AMissingRowSpoilsItsOwnCellsAlone)
 {
-    std::string text = file(kInputEntries, kOutputEntries);
+    std::string text = tables(kInputEntries, kOutputEntries);
     const std::size_t row = text.find("POD10 : { VCCAUX_DC", text.find("LVDS15_FIR"));
     text.replace(row, 5, "GONE0");
     load(text);
@@ -780,7 +752,7 @@ TEST_F(SelvTest, ALowPowerMipiOutputWorksWhileTheFastOneIsOff)
 
 TEST_F(SelvTest, ASimulatedVoltageOfZeroScalesToNothing)
 {
-    std::string text = file(kInputEntries, kOutputEntries);
+    std::string text = tables(kInputEntries, kOutputEntries);
     text.replace(text.find("SIM_VOLTAGE = 0.5"), 17, "SIM_VOLTAGE = 0.0");
     load(text);
     calculate();
@@ -879,4 +851,4 @@ TEST(Selv, ShippedDataHasEveryKeyOfEveryStandard)
         EXPECT_NE(Data::getGlobal().getIoList("OUTPUT", standard), zelm::unsetString) << standard;
 }
 
-} // namespace
+} // namespace zelm::test::selvTest

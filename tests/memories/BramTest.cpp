@@ -1,14 +1,11 @@
 #include "memories/ZelmOrvaneBramModel.h"
 
-#include "support/BlockContract.h"
 #include "support/BlockFixture.h"
-#include "support/Vectors.h"
 
 #include <array>
 
-namespace {
+namespace zelm::test::bramTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneBramParams;
 using Data = ZelmOrvaneBramData;
 
@@ -60,21 +57,6 @@ protected:
     }
     using BlockFixture::calculate;
 };
-
-TEST(Bram, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneBramModel>("Bram");
-}
-
-TEST(Bram, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneBramModel>({.intInputs = 4,
-                                              .floatInputs = 10,
-                                              .stringInputs = 3,
-                                              .floatOutputs = 2,
-                                              .intIntermediates = 4,
-                                              .floatIntermediates = 53});
-}
 
 TEST(Bram, FamiliesAreMembersTimesMetrics)
 {
@@ -416,4 +398,4 @@ TEST(Bram, ShippedDataServeEveryKey)
     }
 }
 
-} // namespace
+} // namespace zelm::test::bramTest

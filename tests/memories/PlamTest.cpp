@@ -1,15 +1,12 @@
 #include "memories/ZelmOrvanePlamModel.h"
 
-#include "support/BlockContract.h"
 #include "support/BlockFixture.h"
-#include "support/Vectors.h"
 
 #include <cfloat>
 #include <cmath>
 
-namespace {
+namespace zelm::test::plamTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvanePlamParams;
 using Data = ZelmOrvanePlamData;
 
@@ -47,17 +44,6 @@ protected:
         params[Params::CLOCK_FREQ] = 2000.0f; // 2000 x 0.5 / 1000 = 1 on VCCINT, 0.5 on VCCRAM
     }
 };
-
-TEST(Plam, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvanePlamModel>("Plam");
-}
-
-TEST(Plam, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvanePlamModel>(
-        {.intInputs = 11, .floatInputs = 12, .stringInputs = 7, .floatOutputs = 4, .floatIntermediates = 27});
-}
 
 TEST(Plam, PortFamilyIsMembersTimesMetrics)
 {
@@ -426,4 +412,4 @@ TEST(Plam, ShippedDataGiveTensOfMilliwattsPerMemory)
     EXPECT_LT(idle[Params::VCCINT_ACTIVE_POWER], params[Params::VCCINT_ACTIVE_POWER]);
 }
 
-} // namespace
+} // namespace zelm::test::plamTest

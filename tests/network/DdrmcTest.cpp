@@ -1,14 +1,12 @@
 #include "network/ZelmOrvaneDdrmcModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::ddrmcTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneDdrmcParams;
 
-class DdrmcTest : public testing::Test {
+class DdrmcTest : public BlockFixture<ZelmOrvaneDdrmcModel> {
 protected:
     DdrmcTest()
     {
@@ -19,20 +17,15 @@ protected:
 
     void write(const std::string& simConditions)
     {
-        m_directory.write("ZelmOrvaneDdrmcData", R"(ZelmOrvaneDdrmcData : {
+        load(R"(
             DDRMC_DATA : {
                 HIGHEST_DATA_RATE_DDR4_1CH_X24_ECC_ENABLED : { DATARATE = 3200.0; DYNAMIC_POWER = 450.0; };
                 HIGHEST_DATA_RATE_DDR4_1CH_X16_ECC_DISABLED : { DATARATE = 3200.0; DYNAMIC_POWER = 350.0; };
                 HIGHEST_DATA_RATE_DDR4_2CH_X16_ECC_ENABLED : { DATARATE = 0.0; DYNAMIC_POWER = 350.0; }; };
-            SIM_CONDITIONS : { )" + simConditions +
-                                                     R"( };
-            NSU_CLOCK : { CLK_FREQ = 1.0; }; };)");
-        ZelmOrvaneDdrmcData::getMutableGlobal().reset();
-    }
-
-    void calculate()
-    {
-        ZelmOrvaneDdrmcModel::getGlobal().calculate(params);
+            SIM_CONDITIONS : { )" +
+             simConditions +
+             R"( };
+            NSU_CLOCK : { CLK_FREQ = 1.0; };)");
     }
 
     // Megabytes per second that take that share of a 16-bit bus at 3200 Mb/s, 6400 MB/s.
@@ -42,28 +35,7 @@ protected:
         params[Params::READ_BAND_WIDTH] = readShare * 6400.0f;
         params[Params::WRITE_BAND_WIDTH] = writeShare * 6400.0f;
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Ddrmc, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneDdrmcModel>("Ddrmc");
-}
-
-TEST(Ddrmc, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneDdrmcModel>({.intInputs = 2,
-                                               .floatInputs = 5,
-                                               .stringInputs = 3,
-                                               .floatOutputs = 1,
-                                               .intIntermediates = 1,
-                                               .floatIntermediates = 4,
-                                               .stringIntermediates = 4});
-}
 
 TEST(Ddrmc, ShippedDataGivesHundredsOfMilliwattsForAUsedController)
 {
@@ -198,7 +170,6 @@ TEST_F(DdrmcTest, EccBitsFollowWidthAndStandardOfOneChannel)
 
 TEST_F(DdrmcTest, NamesComposeFromTheChoices)
 {
-    const ZelmOrvaneDdrmcData& data = ZelmOrvaneDdrmcData::getGlobal();
     params[Params::COMMAND_BUS_OPTION] = "FEW";
     params[Params::DDR_STANDARD] = "LP4";
     params[Params::NUM_CHANNELS] = 2;
@@ -212,8 +183,6 @@ TEST_F(DdrmcTest, NamesComposeFromTheChoices)
 
 TEST_F(DdrmcTest, ReadOnlyDataRateIsForTheHostToPull)
 {
-    const ZelmOrvaneDdrmcModel& model = ZelmOrvaneDdrmcModel::getGlobal();
-    const ZelmOrvaneDdrmcData& data = ZelmOrvaneDdrmcData::getGlobal();
     calculate();
     EXPECT_THAT(params[Params::READ_ONLY_DATARATE], IsBits(zelm::unsetFloat));
     EXPECT_THAT(model.calculateReadOnlyDatarate(params, data), IsBits(3200.0f));
@@ -245,4 +214,4 @@ TEST_F(DdrmcTest, SupplyScalesWithTheSquareFormedInDouble)
     EXPECT_THAT(params[Params::VOLTAGE_SCALING], IsBits(1.0f));
 }
 
-} // namespace
+} // namespace zelm::test::ddrmcTest

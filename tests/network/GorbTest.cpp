@@ -1,16 +1,14 @@
 #include "network/ZelmOrvaneGorbModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::gorbTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneGorbParams;
 
-class GorbTest : public testing::Test {
+class GorbTest : public BlockFixture<ZelmOrvaneGorbModel> {
 protected:
     GorbTest()
     {
@@ -20,36 +18,14 @@ protected:
 
     void write(const std::string& simVoltage)
     {
-        m_directory.write("ZelmOrvaneGorbData", R"(ZelmOrvaneGorbData : {
+        load(R"(
             GORB_POWER_PARAM : { OCM_CONTROLLER_DYNAMIC_VCCINT_PSLP = 0.5; OCM_CONTROLLER_STATIC_VCCINT_PSLP = 7.0;
                                  OCM_MEM_STATIC_VCCINT_PSLP = 3.0; OCM_MEM_READ_DYNAMIC_VCCINT_PSLP = 0.25;
                                  OCM_MEM_WRITE_DYNAMIC_VCCINT_PSLP = 0.75; };
-            SIM_CONDITIONS : { PSIM_VOLTAGE = )" + simVoltage +
-                                                    "; }; };");
-        ZelmOrvaneGorbData::getMutableGlobal().reset();
+            SIM_CONDITIONS : { PSIM_VOLTAGE = )" +
+             simVoltage + "; };");
     }
-
-    void calculate()
-    {
-        ZelmOrvaneGorbModel::getGlobal().calculate(params);
-    }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Gorb, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneGorbModel>("Gorb");
-}
-
-TEST(Gorb, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneGorbModel>(
-        {.intInputs = 15, .floatInputs = 5, .floatOutputs = 19, .floatIntermediates = 12});
-}
 
 TEST(Gorb, FamilyIsInterfacesTimesMetrics)
 {
@@ -201,4 +177,4 @@ TEST_F(GorbTest, TheUsersBandwidthDoublesAsAnInteger)
     EXPECT_THAT(params[Params::PL_INTERFACE_1_READ_EFFICIENCY], IsBits(0.5f * (-2147483648.0f / 24000.0f)));
 }
 
-} // namespace
+} // namespace zelm::test::gorbTest

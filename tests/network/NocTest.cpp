@@ -1,18 +1,16 @@
 #include "network/ZelmOrvaneNocModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
-namespace {
+namespace zelm::test::nocTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneNocParams;
 
-class NocTest : public testing::Test {
+class NocTest : public BlockFixture<ZelmOrvaneNocModel> {
 protected:
     NocTest()
     {
-        m_directory.write("ZelmOrvaneNocData", R"(ZelmOrvaneNocData : {
+        load(R"(
             DEVICE_INT_NAMES : { ZQ4410 = "ZQ20T60"; SMALL = "ZQ01T01"; BARE = "ZQ02T02"; };
             CLOCK_BUFFER_MAX : { ZQ20T60 = 50; ZQ01T01 = 20000000; };
             CLOCK_BUFFER_DDR : { ZQ20T60 = 10; ZQ01T01 = 3; };
@@ -20,14 +18,8 @@ protected:
                             NPS_DYNAMIC = 0.125; NPS_STAT = 0.5; NOC_CLK_DYANMIC = 4.0; };
             DEVICE_DATA : { ZQ20T60 : { PS_TO_DDRC : { AVG_SW = 4; }; PL_TO_PL : { AVG_SW = 9; }; };
                             ZQ01T01 : { PS_TO_DDRC : { AVG_SW = 1; }; };
-                            ZQ02T02 : { PS_TO_DDRC : { AVG_SW = 2; }; }; }; };)");
-        ZelmOrvaneNocData::getMutableGlobal().reset();
+                            ZQ02T02 : { PS_TO_DDRC : { AVG_SW = 2; }; }; };)");
         params[Params::VCC_SOC] = 0.88f;
-    }
-
-    void calculate()
-    {
-        ZelmOrvaneNocModel::getGlobal().calculate(params);
     }
 
     // 8 Gb/s each way in transactions of one beat: 8 x (1 + 1) / 1 + 8 x (2 + 1) / 1 = 40 Gb/s
@@ -36,30 +28,7 @@ protected:
         params[Params::BANDWITH_READ] = params[Params::BANDWITH_WRITE] = 1000.0f;
         params[Params::TRANSACTION_READ_SIZE] = params[Params::TRANSACTION_WRITE_SIZE] = 16;
     }
-
-    Params params;
-    const ZelmOrvaneNocModel& model = ZelmOrvaneNocModel::getGlobal();
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Noc, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneNocModel>("Noc");
-}
-
-TEST(Noc, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneNocModel>({.intInputs = 8,
-                                             .floatInputs = 4,
-                                             .stringInputs = 2,
-                                             .intOutputs = 1,
-                                             .floatOutputs = 4,
-                                             .intIntermediates = 3,
-                                             .floatIntermediates = 4,
-                                             .stringIntermediates = 1});
-}
 
 TEST(Noc, ShippedDataGivesTensOfMilliwattsForABusyPath)
 {
@@ -240,7 +209,6 @@ TEST_F(NocTest, ASetSwitchCountHoldsOverTheTable)
 
 TEST_F(NocTest, DefaultClockBuffersAreForTheHostToPull)
 {
-    const ZelmOrvaneNocData& data = ZelmOrvaneNocData::getGlobal();
     calculate();
     EXPECT_EQ(params[Params::DEFAULT_CLOCK_BUFFERS], zelm::unsetInt);
     EXPECT_EQ(model.calculateDefaultClockBuffers(params, data), 6); // 4 switches
@@ -249,4 +217,4 @@ TEST_F(NocTest, DefaultClockBuffersAreForTheHostToPull)
     EXPECT_EQ(model.calculateDefaultClockBuffers(params, data), 9);
 }
 
-} // namespace
+} // namespace zelm::test::nocTest

@@ -1,15 +1,13 @@
 #include "processing/ZelmOrvaneHarlModel.h"
 
 #include "processing/ProcessingTables.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 #include <set>
 
-namespace {
+namespace zelm::test::harlTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneHarlParams;
 using Data = ZelmOrvaneHarlData;
 using Model = ZelmOrvaneHarlModel;
@@ -31,7 +29,7 @@ const Peripheral kPeripherals[] = {{"HARL_USB0", "HARL_USB0_BANK0", "VCCHARLIO0"
                                    {"HARL_DED_IO", "DED_IO", "VCCFIO", "DED_IO_FIO"}};
 
 // The core rail at the characterisation voltage, and tables of small numbers: what comes out is exact.
-class HarlTest : public testing::Test {
+class HarlTest : public BlockFixture<Model> {
 protected:
     HarlTest()
     {
@@ -40,9 +38,7 @@ protected:
 
     void calculate()
     {
-        m_directory.write("ZelmOrvaneHarlData", "ZelmOrvaneHarlData : {" + tableText("HARL_DATA", harl) +
-                                                    tableText("SIM_CONDITIONS", conditions) + "};");
-        Data::getMutableGlobal().reset();
+        load(tableText("HARL_DATA", harl) + tableText("SIM_CONDITIONS", conditions));
         model.calculate(params);
     }
 
@@ -129,23 +125,7 @@ protected:
                    {"TRNG_ANALOG_DYNAMIC_VCCINT", 1000000.0f},
                    {"AMS_SATELLITE_PS_CORE_DYNAMIC_VCCINT_HARL", 512.0f}};
     TableRows conditions{{"PSIM_VOLTAGE", 1.0f}};
-    Params params;
-    const Model& model = Model::getGlobal();
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Harl, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Harl");
-}
-
-TEST(Harl, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>(
-        {.intInputs = 27, .floatInputs = 24, .stringInputs = 14, .floatOutputs = 46, .floatIntermediates = 26});
-}
 
 TEST(Harl, FamiliesAreMembersTimesMetrics)
 {
@@ -508,4 +488,4 @@ TEST(Harl, ShippedDataIsBelievable)
     }
 }
 
-} // namespace
+} // namespace zelm::test::harlTest

@@ -1,21 +1,19 @@
 #include "processing/ZelmOrvaneYondModel.h"
 
 #include "processing/ProcessingTables.h"
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cmath>
 #include <set>
 
-namespace {
+namespace zelm::test::yondTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneYondParams;
 using Data = ZelmOrvaneYondData;
 using Model = ZelmOrvaneYondModel;
 
 // Both rails at the characterisation voltage, and tables of small numbers: what comes out is exact.
-class YondTest : public testing::Test {
+class YondTest : public BlockFixture<Model> {
 protected:
     YondTest()
     {
@@ -25,14 +23,11 @@ protected:
 
     void load()
     {
-        m_directory.write("ZelmOrvaneYondData",
-                          "ZelmOrvaneYondData : {" + tableText("YOND_DATA", yond) +
-                              tableText("SIM_CONDITIONS", conditions) +
-                              "MIO_BANK_DISTRIBUTION : {"
-                              "LPD_GEM0 : { INPUT = 3; OUTPUT = 2; BIDI = 4; BIAS = 6; LOAD = 15; };"
-                              "LPD_GEM1 : { INPUT = 1; OUTPUT = 5; BIDI = 2; BIAS = 7; LOAD = 20; };"
-                              "LPD_IOU_BANK1 : { INPUT = 8; OUTPUT = 9; BIDI = 10; BIAS = 11; LOAD = 12; }; }; };");
-        Data::getMutableGlobal().reset();
+        BlockFixture::load(tableText("YOND_DATA", yond) + tableText("SIM_CONDITIONS", conditions) +
+                           "MIO_BANK_DISTRIBUTION : {"
+                           "LPD_GEM0 : { INPUT = 3; OUTPUT = 2; BIDI = 4; BIAS = 6; LOAD = 15; };"
+                           "LPD_GEM1 : { INPUT = 1; OUTPUT = 5; BIDI = 2; BIAS = 7; LOAD = 20; };"
+                           "LPD_IOU_BANK1 : { INPUT = 8; OUTPUT = 9; BIDI = 10; BIAS = 11; LOAD = 12; }; };");
     }
 
     void calculate()
@@ -91,27 +86,7 @@ protected:
                    {"LPD_GEM1_DYNAMIC_VCC_HARLIO_2_25", 26.0f},
                    {"LPD_GEM1_DYNAMIC_VCC_HARLIO_2_33", 34.0f}};
     TableRows conditions{{"PSIM_VOLTAGE", 1.0f}};
-    Params params;
-    const Model& model = Model::getGlobal();
-
-private:
-    TemporaryDataDirectory m_directory;
 };
-
-TEST(Yond, AgreesWithVectors)
-{
-    expectVectorsAgree<Model>("Yond");
-}
-
-TEST(Yond, KeepsTheBlockContract)
-{
-    expectBlockContract<Model>({.intInputs = 26,
-                                .floatInputs = 36,
-                                .stringInputs = 3,
-                                .floatOutputs = 44,
-                                .intIntermediates = 9,
-                                .floatIntermediates = 15});
-}
 
 TEST(Yond, FamiliesAreMembersTimesMetrics)
 {
@@ -414,7 +389,6 @@ TEST_F(YondTest, BankCellsComeFromTheDistribution)
     EXPECT_EQ(params[Params::GEM1_INPUTS], 1);
     EXPECT_EQ(params[Params::GEM1_OUTPUTS], 5);
     // What no pulled formula reads is filled by a direct pull only.
-    const Data& data = Data::getGlobal();
     EXPECT_EQ(params[Params::GEM1_BIDIS], zelm::unsetInt);
     EXPECT_EQ(params[Params::LPD_IOU_BANK1_INPUTS], zelm::unsetInt);
     EXPECT_EQ(params[Params::LPD_IOU_BANK1_OUTPUTS], zelm::unsetInt);
@@ -457,7 +431,6 @@ TEST_F(YondTest, PadPowerPerBankVoltage)
     EXPECT_THAT(params[Params::LPD_GEM0_MIO_33_POWER], IsBits(886.0f));
 
     // GEM1 at 20 pF has the same cells, with load factors 1.75, 2.5, 3.25, but nothing pulls them.
-    const Data& data = Data::getGlobal();
     EXPECT_THAT(params[Params::LPD_GEM1_MIO_18_POWER], IsBits(zelm::unsetFloat));
     EXPECT_THAT(params[Params::LPD_GEM1_MIO_25_POWER], IsBits(zelm::unsetFloat));
     EXPECT_THAT(params[Params::LPD_GEM1_MIO_33_POWER], IsBits(zelm::unsetFloat));
@@ -682,4 +655,4 @@ TEST(Yond, ShippedDataIsBelievable)
                 0.1);
 }
 
-} // namespace
+} // namespace zelm::test::yondTest

@@ -14,19 +14,19 @@ namespace zelm::test {
 /// A block over hand-made tables: the text between the braces of its data file.
 template <class Model>
 class BlockFixture : public testing::Test {
+    TemporaryDataDirectory m_directory;
+
 protected:
     using Params = typename Model::Params;
     using Data = typename Model::Data;
 
-    explicit BlockFixture(std::string_view tables)
-    {
-        load(tables);
-    }
+    explicit BlockFixture(std::string_view tables = {}) : data(load(tables)) {}
 
-    void load(std::string_view tables)
+    const Data& load(std::string_view tables)
     {
         m_directory.write(Data::name, std::string(Data::name) + " : { " + std::string(tables) + " };");
         Data::getMutableGlobal().reset();
+        return Data::getGlobal();
     }
 
     void calculate()
@@ -36,12 +36,33 @@ protected:
 
     Params params;
     const Model& model = Model::getGlobal();
-
-private:
-    TemporaryDataDirectory m_directory;
+    const Data& data;
 };
 
 /// A block over the data that the project ships.
+template <class Model>
+class ShippedBlockFixture : public testing::Test {
+protected:
+    using Params = typename Model::Params;
+
+    ShippedBlockFixture()
+    {
+        Model::Data::getMutableGlobal().reset();
+    }
+
+    void calculate()
+    {
+        Model::getGlobal().calculate(params);
+    }
+
+private:
+    DataDirVariable m_variable{shippedDataDirectory()};
+
+protected:
+    Params params;
+};
+
+/// The cells of a block over the data that the project ships.
 template <class Model>
 typename Model::Params calculateShipped(typename Model::Params params = {})
 {

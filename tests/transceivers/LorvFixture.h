@@ -1,7 +1,6 @@
 #pragma once
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include "transceivers/ZelmOrvaneLorvModel.h"
 #include "transceivers/ZelmOrvaneLorvpModel.h"
@@ -22,11 +21,10 @@ struct Lorvp {
 
 /// A channel of either transceiver on a small table of whole numbers, at supplies that scale by 1: every step is exact.
 template <class Block>
-class LorvFixture : public testing::Test {
+class LorvFixture : public BlockFixture<typename Block::Model> {
 protected:
     using Params = typename Block::Params;
-    using Model = typename Block::Model;
-    using Data = typename Model::Data;
+    using BlockFixture<typename Block::Model>::params;
 
     LorvFixture()
     {
@@ -38,7 +36,7 @@ protected:
 
     void write(const std::string& lcpllRange, const std::string& margins)
     {
-        m_directory.write(Data::name, std::string(Data::name) + R"( : {
+        this->load(R"(
             CHTX_FIXED_POWER_DATA : { DRVBIAS_VCCAUX = 1.0; };
             CHTX_DATA : { SER_AVCC : { SLOPE = 2.0; OFFSET = 3.0; }; PREDRV_AVCC : { SLOPE = 4.0; OFFSET = 5.0; };
                           DRIVER_AVTT : { SLOPE = 0.5; OFFSET = 7.0; }; CLKBUF_AVTT : { SLOPE = 8.0; OFFSET = 9.0; }; };
@@ -62,13 +60,7 @@ protected:
                            HS_CLKDIST_AVTT_SLOPE = 2.0; HS_CLKDIST_AVTT_OFFSET = 3.0; };
             RPLL_DATA : { CPLL_AVCC : { SLOPE = 3.0; OFFSET = 7.0; }; CPLL_AVTT : { SLOPE = 5.0; OFFSET = 11.0; }; };
             COMMON_DATA : { RPLL_VCO_MIN = 4.0; REFCLK_AVCC = 20.0; BIAS_AVTT = 30.0; )" +
-                                          lcpllRange + " }; PVT_SCALING_DATA : { " + margins + " }; };");
-        Data::getMutableGlobal().reset();
-    }
-
-    void calculate()
-    {
-        Model::getGlobal().calculate(params);
+                   lcpllRange + " }; PVT_SCALING_DATA : { " + margins + " };");
     }
 
     void setRates(float rate)
@@ -80,11 +72,6 @@ protected:
     {
         params[Params::RX_CLOCK_SOURCE] = params[Params::TX_CLOCK_SOURCE] = source;
     }
-
-    Params params;
-
-private:
-    TemporaryDataDirectory m_directory;
 };
 
 } // namespace zelm::test

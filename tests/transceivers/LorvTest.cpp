@@ -4,30 +4,13 @@
 
 // The formulas that both transceivers share are tested on both; what sets the enhanced one apart, in LorvpTest.
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::lorvTest {
 
 template <class Block>
 class LorvTest : public LorvFixture<Block> {
 };
 using Blocks = testing::Types<Lorv, Lorvp>;
 TYPED_TEST_SUITE(LorvTest, Blocks);
-
-TEST(Lorv, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneLorvModel>("Lorv");
-}
-
-TEST(Lorv, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneLorvModel>({.intInputs = 5,
-                                              .floatInputs = 6,
-                                              .stringInputs = 9,
-                                              .floatOutputs = 15,
-                                              .intIntermediates = 1,
-                                              .floatIntermediates = 36});
-}
 
 TYPED_TEST(LorvTest, ShippedDataGivesBelievablePower)
 {
@@ -105,10 +88,8 @@ TYPED_TEST(LorvTest, ScalesWithSuppliesAndMargins)
     // Copies of the linear scales that nothing reads: these two rails are never squared.
     EXPECT_THAT(cells[P::SCALE_AVTT_CMOS], IsBits(zelm::unsetFloat));
     EXPECT_THAT(cells[P::SCALE_VCCAUX_CMOS], IsBits(zelm::unsetFloat));
-    const auto& model = TypeParam::Model::getGlobal();
-    const auto& data = TypeParam::Model::Data::getGlobal();
-    EXPECT_THAT(model.calculateScaleAvttCmos(cells, data), IsBits(0.5f));
-    EXPECT_THAT(model.calculateScaleVccauxCmos(cells, data), IsBits(4.0f));
+    EXPECT_THAT(this->model.calculateScaleAvttCmos(cells, this->data), IsBits(0.5f));
+    EXPECT_THAT(this->model.calculateScaleVccauxCmos(cells, this->data), IsBits(4.0f));
 }
 
 TYPED_TEST(LorvTest, VcoSearchTakesTheSmallestMultipleInRange)
@@ -390,4 +371,4 @@ TEST_F(LorvOnlyTest, AChannelBearsItsPartOfAllQuads)
     }
 }
 
-} // namespace
+} // namespace zelm::test::lorvTest

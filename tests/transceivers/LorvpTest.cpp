@@ -1,25 +1,8 @@
 #include "LorvFixture.h"
 
-namespace {
-
-using namespace zelm::test;
+namespace zelm::test::lorvpTest {
 
 class LorvpTest : public LorvFixture<Lorvp> {};
-
-TEST(Lorvp, AgreesWithVectors)
-{
-    expectVectorsAgree<ZelmOrvaneLorvpModel>("Lorvp");
-}
-
-TEST(Lorvp, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneLorvpModel>({.intInputs = 5,
-                                               .floatInputs = 6,
-                                               .stringInputs = 9,
-                                               .floatOutputs = 15,
-                                               .intIntermediates = 3,
-                                               .floatIntermediates = 36});
-}
 
 TEST(Lorvp, HasTheTablesAndFloatsOfTheTransceiver)
 {
@@ -48,8 +31,6 @@ TEST_F(LorvpTest, CountsAreForTheHostToPull)
     struct Row {
         int channels, sharing, duals, octals, lcplls;
     };
-    const auto& model = ZelmOrvaneLorvpModel::getGlobal();
-    const auto& data = ZelmOrvaneLorvpData::getGlobal();
     for (const Row row : {Row{5, 2, 3, 1, 3}, Row{2, 4, 1, 1, 1}, Row{1, 2, 1, 1, 1}, Row{0, 2, 0, 0, 0},
                           Row{9, 4, 5, 2, 3}, // 9 / 4, rounded up
                           Row{4, 4, 2, 1, 2}, // as many sharers as channels: pairs
@@ -66,4 +47,4 @@ TEST_F(LorvpTest, CountsAreForTheHostToPull)
     }
 }
 
-} // namespace
+} // namespace zelm::test::lorvpTest

@@ -1,16 +1,14 @@
 #include "transceivers/ZelmOrvaneSarnModel.h"
 
-#include "support/BlockContract.h"
-#include "support/Vectors.h"
+#include "support/BlockFixture.h"
 
 #include <cfloat>
 
-namespace {
+namespace zelm::test::sarnTest {
 
-using namespace zelm::test;
 using Params = ZelmOrvaneSarnParams;
 
-class SarnTest : public testing::Test {
+class SarnTest : public BlockFixture<ZelmOrvaneSarnModel> {
 protected:
     SarnTest()
     {
@@ -23,7 +21,7 @@ protected:
     // Whole numbers, so that every step is exact while the supplies scale by 1.
     void write(const std::string& margins)
     {
-        m_directory.write("ZelmOrvaneSarnData", R"(ZelmOrvaneSarnData : {
+        load(R"(
             PAM4_DATARATES : { SPEED_1 : { MAX = 58.0; }; SPEED_2 : { MAX = 100.0; }; SPEED_3 : { MAX = 112.0; }; };
             NRZ_DATARATES : { SPEED_1 : { MAX = 25.0; }; SPEED_2 : { MAX = 28.0; }; SPEED_3 : { MAX = 32.0; }; };
             PAM4_DATARATE_RANGES : { RANGE_1 : { MIN = 10.0; }; };
@@ -70,13 +68,8 @@ protected:
             LCPLL_DATA : { QPLL_AVCC = 40.0; QPLL_VCCAUX = 60.0; IQGEN_AVTT = 10.0;
                            HS_CLKDIST_AVTT_SLOPE = 2.0; HS_CLKDIST_AVTT_OFFSET = 3.0; };
             COMMON_DATA : { LCPLL_VCO_MIN = 8.0; LCPLL_VCO_MAX = 20.0; REFCLK_AVCC = 20.0; BIAS_AVTT = 30.0; };
-            PVT_SCALING_DATA : { )" + margins + " }; };");
-        ZelmOrvaneSarnData::getMutableGlobal().reset();
-    }
-
-    void calculate()
-    {
-        model.calculate(params);
+            PVT_SCALING_DATA : { )" +
+             margins + " };");
     }
 
     // The cells of the receiver's families that aren't 0, by name.
@@ -89,27 +82,10 @@ protected:
                 kept.push_back(name);
         return kept;
     }
-
-    Params params;
-    const ZelmOrvaneSarnModel& model = ZelmOrvaneSarnModel::getGlobal();
-
-private:
-    TemporaryDataDirectory m_directory;
 };
 
-TEST(Sarn, AgreesWithVectors)
+TEST(Sarn, HasNineteenTables)
 {
-    expectVectorsAgree<ZelmOrvaneSarnModel>("Sarn");
-}
-
-TEST(Sarn, KeepsTheBlockContract)
-{
-    expectBlockContract<ZelmOrvaneSarnModel>({.intInputs = 6,
-                                              .floatInputs = 7,
-                                              .stringInputs = 4,
-                                              .floatOutputs = 19,
-                                              .intIntermediates = 6,
-                                              .floatIntermediates = 45});
     EXPECT_EQ(ZelmOrvaneSarnData::tables().size(), 19u);
 }
 
@@ -218,7 +194,6 @@ TEST_F(SarnTest, ScalesWithSuppliesAndMargins)
 
     EXPECT_THAT(params[Params::SCALE_AVTT_CMOS], IsBits(zelm::unsetFloat)); // copies that nothing reads
     EXPECT_THAT(params[Params::SCALE_VCCAUX_CMOS], IsBits(zelm::unsetFloat));
-    const ZelmOrvaneSarnData& data = ZelmOrvaneSarnData::getGlobal();
     EXPECT_THAT(model.calculateScaleAvttCmos(params, data), IsBits(0.5f));
     EXPECT_THAT(model.calculateScaleVccauxCmos(params, data), IsBits(4.0f));
 }
@@ -431,7 +406,6 @@ TEST_F(SarnTest, WithoutChannelsNoRailHasPower)
 
 TEST_F(SarnTest, CountsAndLimitsAreForTheHostToPull)
 {
-    const ZelmOrvaneSarnData& data = ZelmOrvaneSarnData::getGlobal();
     params[Params::NUM_SARNQUAD_CHANNELS] = 9;
     params[Params::LCPLL_SHARING] = 4;
     calculate();
@@ -461,4 +435,4 @@ TEST_F(SarnTest, CountsAndLimitsAreForTheHostToPull)
     }
 }
 
-} // namespace
+} // namespace zelm::test::sarnTest

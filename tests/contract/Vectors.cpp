@@ -1,4 +1,4 @@
-#include "support/Vectors.h"
+#include "contract/Vectors.h"
 
 #include <nlohmann/json.hpp>
 
