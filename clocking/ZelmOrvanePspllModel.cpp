@@ -1,127 +1,116 @@
 #include "clocking/ZelmOrvanePspllModel.h"
 
+#include "clocking/ZelmClockGeneratorSheet.h"
 #include "framework/ZelmModelBlockImpl.h"
 
 #include <cmath>
 
-template class ZelmModelBlock<ZelmOrvanePspllModel, ZelmOrvanePspllParams, ZelmOrvanePspllData>;
-
 #define ZELM_MODEL ZelmOrvanePspllModel
 #define ZELM_CELL_ROWS "clocking/ZelmOrvanePspllCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "clocking/ZelmOrvanePspllTables.def"
 
-void ZelmOrvanePspllModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccAuxCurrent(params, data);
-    calculateVccintCurrent(params, data);
-}
+struct ZelmOrvanePspllModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvanePspllModel> {
+#include "framework/ZelmAccessors.inc"
 
-// ---- Frequencies; the input isn't divided, D_COUNTER or not ----
+    void pullOutputs() const
+    {
+        VccAuxCurrent();
+        VccintCurrent();
+    }
 
-float ZelmOrvanePspllModel::calculatePfdClock(Params& params, const Data& data) const
-{
-    return once(params[Params::PFD_CLOCK], [&] { return getInputFrequency(params, data); });
-}
+    // ---- Frequencies; the input isn't divided, D_COUNTER or not ----
 
-float ZelmOrvanePspllModel::calculateFvco(Params& params, const Data& data) const
-{
-    return once(params[Params::FVCO], [&] {
-        const float input = getInputFrequency(params, data);
-        const int multiply = getMCounter(params, data);
+    float computePfdClock() const
+    {
+        return InputFrequency();
+    }
+
+    float computeFvco() const
+    {
+        const float input = InputFrequency();
+        const int multiply = MCounter();
         return input * static_cast<float>(multiply);
-    });
-}
+    }
 
-int ZelmOrvanePspllModel::calculateClkoutDivide(Params& params, const Data& data) const
-{
-    return once(params[Params::CLKOUT_DIVIDE], [&] {
-        const double exponent = getClkoutDivideExp(params, data);
+    int computeClkoutDivide() const
+    {
+        const double exponent = ClkoutDivideExp();
         return zelm::truncate(std::pow(2.0, exponent));
-    });
-}
+    }
 
-float ZelmOrvanePspllModel::calculateClockout(Params& params, const Data& data) const
-{
-    return once(params[Params::CLOCKOUT], [&] {
-        const float vco = calculateFvco(params, data);
-        const int divide = calculateClkoutDivide(params, data);
+    float computeClockout() const
+    {
+        const float vco = Fvco();
+        const int divide = ClkoutDivide();
         return zelm::ratioOrZero(vco, static_cast<float>(divide));
-    });
-}
+    }
 
-// ---- VCC_AUX ----
+    // ---- VCC_AUX ----
 
-float ZelmOrvanePspllModel::calculateVccAuxBaseCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_BASE_CURRENT], [&] {
-        return sumOfRows(data, {"IVCC_AUX_AVDD_REGULATOR", "IVCC_AUX_CHARGE_PUMP", "IVCC_AUX_LFDRV_KVCO"});
-    });
-}
+    float computeVccAuxBaseCurrent() const
+    {
+        return sumOfRows({"IVCC_AUX_AVDD_REGULATOR", "IVCC_AUX_CHARGE_PUMP", "IVCC_AUX_LFDRV_KVCO"});
+    }
 
-float ZelmOrvanePspllModel::calculateVccAuxVcoCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_VCO_CURRENT],
-                [&] { return calculateFvco(params, data) * row(data, "IVCC_AUX_VCO_RING"); });
-}
+    float computeVccAuxVcoCurrent() const
+    {
+        return Fvco() * row("IVCC_AUX_VCO_RING");
+    }
 
-float ZelmOrvanePspllModel::calculateVccAuxIntCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_INT_CURRENT], [&] {
-        const float base = calculateVccAuxBaseCurrent(params, data);
-        const float vco = calculateVccAuxVcoCurrent(params, data);
+    float computeVccAuxIntCurrent() const
+    {
+        const float base = VccAuxBaseCurrent();
+        const float vco = VccAuxVcoCurrent();
         return base + vco;
-    });
-}
+    }
 
-float ZelmOrvanePspllModel::calculateVccAuxCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_CURRENT],
-                [&] { return row(data, "FUDGE_FACTOR") * calculateVccAuxIntCurrent(params, data); });
-}
+    float computeVccAuxCurrent() const
+    {
+        return row("FUDGE_FACTOR") * VccAuxIntCurrent();
+    }
 
-// ---- VCCINT ----
+    // ---- VCCINT ----
 
-float ZelmOrvanePspllModel::calculateVccintBaseCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_BASE_CURRENT], [&] {
-        return sumOfRows(data, {"IVCCINT_FREQ_COMP", "IVCCINT_CTRL_LOGIC"});
-    });
-}
+    float computeVccintBaseCurrent() const
+    {
+        return sumOfRows({"IVCCINT_FREQ_COMP", "IVCCINT_CTRL_LOGIC"});
+    }
 
-float ZelmOrvanePspllModel::calculateVccintVcoCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_VCO_CURRENT],
-                [&] { return calculateFvco(params, data) * 4.0f * row(data, "IVCCINT_VCO_RING_VCO_LS"); });
-}
+    float computeVccintVcoCurrent() const
+    {
+        return Fvco() * 4.0f * row("IVCCINT_VCO_RING_VCO_LS");
+    }
 
-// The driver's row is in the plural here alone.
-float ZelmOrvanePspllModel::calculateVccintClkoutCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_CLKOUT_CURRENT], [&] {
-        const float counters = row(data, "IVCCINT_OUTPUT_COUNTERS");
-        const float divide = static_cast<float>(calculateClkoutDivide(params, data));
-        const float drivers = row(data, "IVCCINT_OUTPUT_DRIVERS");
-        const float clock = calculateClockout(params, data);
+    // The driver's row is in the plural here alone.
+    float computeVccintClkoutCurrent() const
+    {
+        const float counters = row("IVCCINT_OUTPUT_COUNTERS");
+        const float divide = static_cast<float>(ClkoutDivide());
+        const float drivers = row("IVCCINT_OUTPUT_DRIVERS");
+        const float clock = Clockout();
         return (counters * divide + drivers) * clock;
-    });
-}
+    }
 
-float ZelmOrvanePspllModel::calculateVccintIntCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_INT_CURRENT], [&] {
-        const float base = calculateVccintBaseCurrent(params, data);
-        const float vco = calculateVccintVcoCurrent(params, data);
-        const float input = calculateVccintPfdClockCurrent(params, data);
-        const float output = calculateVccintClkoutCurrent(params, data);
+    float computeVccintIntCurrent() const
+    {
+        const float base = VccintBaseCurrent();
+        const float vco = VccintVcoCurrent();
+        const float input = VccintPfdClockCurrent();
+        const float output = VccintClkoutCurrent();
         return base + vco + input + output;
-    });
-}
+    }
 
-float ZelmOrvanePspllModel::calculateVccintCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_CURRENT], [&] {
-        const float current = calculateVccintIntCurrent(params, data);
-        const double calibrated = current * row(data, "FUDGE_FACTOR") * row(data, "VCCINT_SIM");
+    double computeVccintCurrent() const
+    {
+        const float current = VccintIntCurrent();
+        const double calibrated = current * row("FUDGE_FACTOR") * row("VCCINT_SIM");
         return calibrated / 0.925;
-    });
-}
+    }
+
+    float computeVccintPfdClockCurrent() const
+    {
+        return inputCurrent();
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -1,130 +1,116 @@
 #include "clocking/ZelmOrvaneRuskModel.h"
 
+#include "clocking/ZelmClockGeneratorSheet.h"
 #include "framework/ZelmModelBlockImpl.h"
-
-template class ZelmModelBlock<ZelmOrvaneRuskModel, ZelmOrvaneRuskParams, ZelmOrvaneRuskData>;
-
-constinit const ZelmOrvaneRuskModel::Output ZelmOrvaneRuskModel::kOutputs[] = {
-    {&ZelmOrvaneRuskModel::getClkout0Divide, 0},
-    {&ZelmOrvaneRuskModel::getClkout1Divide, 1},
-    {&ZelmOrvaneRuskModel::getClkout2Divide, 2},
-    {&ZelmOrvaneRuskModel::getClkout3Divide, 3}};
 
 #define ZELM_MODEL ZelmOrvaneRuskModel
 #define ZELM_CELL_ROWS "clocking/ZelmOrvaneRuskCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "clocking/ZelmOrvaneRuskTables.def"
 
-void ZelmOrvaneRuskModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccintioPwr(params, data);
-    calculateVccauxPwr(params, data);
-}
+struct ZelmOrvaneRuskModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneRuskModel> {
+#include "framework/ZelmAccessors.inc"
 
-// The divide of the I/O PHY clock has no value for "not used": 1 counts.
-float ZelmOrvaneRuskModel::calculateKelpClock(Params& params, const Data& data) const
-{
-    return once(params[Params::KELP_CLOCK], [&] {
-        const float vco = calculateFvco(params, data);
-        const float divide = static_cast<float>(getKelpDivide(params, data));
+    static constexpr int kOutputs = 4;
+
+    void pullOutputs() const
+    {
+        VccintioPwr();
+        VccauxPwr();
+    }
+
+    // The divide of the I/O PHY clock has no value for "not used": 1 counts.
+    float computeKelpClock() const
+    {
+        const float vco = Fvco();
+        const float divide = static_cast<float>(KelpDivide());
         return zelm::ratioOrZero(vco, divide);
-    });
-}
+    }
 
-// ---- VCCAUX ----
+    // ---- VCCAUX ----
 
-// The frequency compensation, an IVCCINT row, hangs on VCCAUX in this PLL.
-float ZelmOrvaneRuskModel::calculateVccAuxBaseCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_BASE_CURRENT], [&] {
+    // The frequency compensation, an IVCCINT row, hangs on VCCAUX in this PLL.
+    float computeVccAuxBaseCurrent() const
+    {
         return sumOfRows(
-            data, {"IVCC_AUX_DVDD_REGULATOR", "IVCC_AUX_CHARGE_PUMP", "IVCC_AUX_LFDRV_KVCO", "IVCCINT_FREQ_COMP"});
-    });
-}
+            {"IVCC_AUX_DVDD_REGULATOR", "IVCC_AUX_CHARGE_PUMP", "IVCC_AUX_LFDRV_KVCO", "IVCCINT_FREQ_COMP"});
+    }
 
-float ZelmOrvaneRuskModel::calculateVccAuxVcoCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_VCO_CURRENT], [&] {
-        const float ring = row(data, "IVCC_AUX_VCO_RING");
-        const float levelShifter = row(data, "IVCC_AUX_VCO_RING_VCO_LS");
-        return (ring + 4.0f * levelShifter) * calculateFvco(params, data);
-    });
-}
+    float computeVccAuxVcoCurrent() const
+    {
+        const float ring = row("IVCC_AUX_VCO_RING");
+        const float levelShifter = row("IVCC_AUX_VCO_RING_VCO_LS");
+        return (ring + 4.0f * levelShifter) * Fvco();
+    }
 
-float ZelmOrvaneRuskModel::calculateVccAuxKelpClockCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_KELP_CLOCK_CURRENT],
-                [&] { return calculateKelpClock(params, data) * row(data, "IAVDD_KELP_OUTPUT_DRIVER"); });
-}
+    float computeVccAuxKelpClockCurrent() const
+    {
+        return KelpClock() * row("IAVDD_KELP_OUTPUT_DRIVER");
+    }
 
-float ZelmOrvaneRuskModel::calculateVccAuxIntCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_AUX_INT_CURRENT], [&] {
-        const float base = calculateVccAuxBaseCurrent(params, data);
-        const float vco = calculateVccAuxVcoCurrent(params, data);
-        const float kelp = calculateVccAuxKelpClockCurrent(params, data);
-        return lessCalibrationOffset(base + vco + kelp, data);
-    });
-}
+    float computeVccAuxIntCurrent() const
+    {
+        const float base = VccAuxBaseCurrent();
+        const float vco = VccAuxVcoCurrent();
+        const float kelp = VccAuxKelpClockCurrent();
+        return lessCalibrationOffset(base + vco + kelp);
+    }
 
-float ZelmOrvaneRuskModel::calculateVccauxPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCAUX_PWR], [&] {
-        const float current = calculateVccAuxIntCurrent(params, data);
-        return powerAt(getVccaux(params, data), current, data);
-    });
-}
+    float computeVccauxPwr() const
+    {
+        const float current = VccAuxIntCurrent();
+        return powerAt(Vccaux(), current);
+    }
 
-// ---- VCCINTIO ----
+    // ---- VCCINTIO ----
 
-float ZelmOrvaneRuskModel::calculateVccintioBaseCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINTIO_BASE_CURRENT], [&] { return row(data, "IVCCINT_CTRL_LOGIC"); });
-}
+    float computeVccintioBaseCurrent() const
+    {
+        return row("IVCCINT_CTRL_LOGIC");
+    }
 
-float ZelmOrvaneRuskModel::calculateVccintioClockfboutCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINTIO_CLOCKFBOUT_CURRENT], [&] {
-        const float multiply = static_cast<float>(getMCounter(params, data));
-        const float clock = calculateClockfbout(params, data);
-        return multiply * clock * row(data, "IVCCINT_OUTPUT_COUNTERS");
-    });
-}
+    float computeVccintioClockfboutCurrent() const
+    {
+        const float multiply = static_cast<float>(MCounter());
+        const float clock = Clockfbout();
+        return multiply * clock * row("IVCCINT_OUTPUT_COUNTERS");
+    }
 
-float ZelmOrvaneRuskModel::outputCurrent(const Output& output, Params& params, const Data& data) const
-{
-    return once(output.cell(params, Params::VCCINTIO_CLKOUT0_CURRENT), [&] {
-        const float divide = static_cast<float>((this->*output.divide)(params, data));
-        const float perDivide = sumOfRows(data, {"IVCCINT_INTERPOLATOR", "IVCCINT_OUTPUT_COUNTERS"});
-        const float driver = row(data, "IVCCINT_OUTPUT_DRIVER");
-        const float clock = outputClock(output, params, data);
+    float outputCurrent(int output) const
+    {
+        const float divide = static_cast<float>(divideOf(output));
+        const float perDivide = sumOfRows({"IVCCINT_INTERPOLATOR", "IVCCINT_OUTPUT_COUNTERS"});
+        const float driver = row("IVCCINT_OUTPUT_DRIVER");
+        const float clock = clockOf(output);
         return divide == 1.0f ? 0.0f : (perDivide * divide + driver) * clock;
-    });
-}
+    }
 
-float ZelmOrvaneRuskModel::calculateVccintioKelpClkCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINTIO_KELP_CLK_CURRENT],
-                [&] { return calculateKelpClock(params, data) * row(data, "IVCCINT_KELP_OUTPUT_DRIVER"); });
-}
+    float computeVccintioKelpClkCurrent() const
+    {
+        return KelpClock() * row("IVCCINT_KELP_OUTPUT_DRIVER");
+    }
 
-float ZelmOrvaneRuskModel::calculateVccintioIntCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINTIO_INT_CURRENT], [&] {
-        const float base = calculateVccintioBaseCurrent(params, data);
-        const float input = calculateVccintioPfdClockCurrent(params, data);
-        const float feedback = calculateVccintioClockfboutCurrent(params, data);
+    float computeVccintioIntCurrent() const
+    {
+        const float base = VccintioBaseCurrent();
+        const float input = VccintioPfdClockCurrent();
+        const float feedback = VccintioClockfboutCurrent();
         float sum = base + input + feedback;
-        for (const Output& output : kOutputs)
-            sum += outputCurrent(output, params, data);
-        sum += calculateVccintioKelpClkCurrent(params, data);
-        return sum * row(data, "FUDGE_FACTOR_INT");
-    });
-}
+        for (int output = 0; output < kOutputs; ++output)
+            sum += value(zelm::cellBehind(Params::VCCINTIO_CLKOUT0_CURRENT, output));
+        sum += VccintioKelpClkCurrent();
+        return sum * row("FUDGE_FACTOR_INT");
+    }
 
-float ZelmOrvaneRuskModel::calculateVccintioPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINTIO_PWR], [&] {
-        const float current = calculateVccintioIntCurrent(params, data);
-        return powerAt(getVccintio(params, data), row(data, "VCCINTIO_SIM"), current, data);
-    });
-}
+    float computeVccintioPwr() const
+    {
+        const float current = VccintioIntCurrent();
+        return powerAt(Vccintio(), row("VCCINTIO_SIM"), current);
+    }
+
+    float computeVccintioPfdClockCurrent() const
+    {
+        return inputCurrent();
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

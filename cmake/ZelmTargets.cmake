@@ -11,17 +11,23 @@ target_compile_options(
             -ffp-contract=off -fno-fast-math -fno-builtin-pow -fno-builtin-powf -fno-builtin-exp -fno-builtin-expf)
 
 # Adds the triples of resource kinds in this folder to the library: zelm_blocks(Bram Plam)
-# A folder's data blocks compile together, and so do its parameter blocks: each source only instantiates its base.
+# Models have a source each. What instantiates the data and parameter blocks is the same for all but for the names, and
+# the build writes it, one source for all data blocks of the folder and one for all parameter blocks.
 function(zelm_blocks)
   get_filename_component(subsystem "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
-  foreach(block IN LISTS ARGN)
-    foreach(part Data Params Model)
-      set(source "${CMAKE_CURRENT_SOURCE_DIR}/ZelmOrvane${block}${part}.cpp")
-      target_sources(zelmorvane PRIVATE "${source}")
-      if(NOT part STREQUAL "Model")
-        set_source_files_properties("${source}" TARGET_DIRECTORY zelmorvane PROPERTIES UNITY_GROUP ${subsystem}${part})
-      endif()
+  foreach(part Data Params)
+    file(READ "${PROJECT_SOURCE_DIR}/cmake/ZelmBlock${part}.cpp.in" template)
+    set(text "")
+    foreach(block IN LISTS ARGN)
+      string(CONFIGURE "${template}" instance @ONLY)
+      string(APPEND text "${instance}")
     endforeach()
+    set(source "${CMAKE_CURRENT_BINARY_DIR}/${subsystem}${part}.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "${text}" @ONLY)
+    target_sources(zelmorvane PRIVATE "${source}")
+  endforeach()
+  foreach(block IN LISTS ARGN)
+    target_sources(zelmorvane PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/ZelmOrvane${block}Model.cpp")
   endforeach()
 endfunction()
 

@@ -1,316 +1,316 @@
 #include "device/ZelmOrvaneStaticModel.h"
 
 #include "device/ZelmOrvaneStaticNetwork.h"
-
 #include "framework/ZelmModelBlockImpl.h"
 
 #include <cmath>
-
-template class ZelmModelBlock<ZelmOrvaneStaticModel, ZelmOrvaneStaticParams, ZelmOrvaneStaticData>;
-
-using namespace zelm::staticpower;
+#include <optional>
 
 #define ZELM_MODEL ZelmOrvaneStaticModel
 #define ZELM_CELL_ROWS "device/ZelmOrvaneStaticCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "device/ZelmOrvaneStaticTables.def"
+
+using namespace zelm::staticpower;
 
 namespace {
 
-// By the letters of TermA to TermE.
-constexpr std::string_view kTermKeys[] = {"A", "B", "C", "CONST", "D", "E"};
-constexpr std::string_view kVoltageKeys[] = {"C1", "C2"};
-
-constexpr FloatCell curveCell(const Site& site, CurveCell which)
-{
-    return zelm::cellBehind(site.firstCurveCell, which);
-}
-
-constexpr FloatCell voltageCell(const Site& site, VoltageTerm which)
-{
-    return zelm::cellBehind(site.firstVoltageCell, which);
-}
+// The last keys of VT_COEFFICIENT and VOLTAGE_SCALING.
+constexpr zelm::Key kTermA = "A";
+constexpr zelm::Key kTermB = "B";
+constexpr zelm::Key kTermC = "C";
+constexpr zelm::Key kTermConst = "CONST";
+constexpr zelm::Key kTermD = "D";
+constexpr zelm::Key kTermE = "E";
+constexpr zelm::Key kVoltageC1 = "C1";
+constexpr zelm::Key kVoltageC2 = "C2";
 
 } // namespace
 
-void ZelmOrvaneStaticModel::pullOutputs(Params& params, const Data& data) const
-{
-    for (const FloatCell cell : kOutputs)
-        pull(cell, params, data);
-}
+struct ZelmOrvaneStaticModel::Sheet : zelm::Sheet<ZelmOrvaneStaticModel> {
+#include "framework/ZelmAccessors.inc"
 
-float ZelmOrvaneStaticModel::valueOf(Params::FloatEnum cell, Params& params, const Data& data) const
-{
-    pull(cell, params, data);
-    return params[cell];
-}
+    void pullOutputs() const
+    {
+        for (const FloatCell cell : kOutputs)
+            value(cell);
+    }
 
-int ZelmOrvaneStaticModel::valueOf(Params::IntEnum cell, Params& params, const Data& data) const
-{
-    pull(cell, params, data);
-    return params[cell];
-}
+    float sumOf(const Addends& addends, float start) const
+    {
+        float sum = start;
+        for (const FloatCell cell : addends)
+            sum += value(cell);
+        return sum;
+    }
 
-float ZelmOrvaneStaticModel::sumOf(const Addends& addends, float start, Params& params, const Data& data) const
-{
-    float sum = start;
-    for (const FloatCell cell : addends)
-        sum += valueOf(cell, params, data);
-    return sum;
-}
+    // ---- SKU and corner ----
 
-// ---- SKU and corner ----
+    std::string computeSpeedGradeStr() const
+    {
+        return "SPEED_" + std::string(SpeedGrade());
+    }
 
-std::string_view ZelmOrvaneStaticModel::viewSpeedGradeStr(Params& params, const Data& data) const
-{
-    return once(params[Params::SPEED_GRADE_STR], [&] { return "SPEED_" + getSpeedGrade(params, data); });
-}
+    std::string_view computeSkuName() const
+    {
+        const Key& speed = SpeedGradeStr();
+        const Key& voltage = VoltageGrade();
+        const Key& screen = PowerScreen();
+        const Key& temperature = TempGrade();
+        const Key& overDrive = OverDrive();
+        return findSkuList(speed, voltage, screen, temperature, overDrive);
+    }
 
-std::string_view ZelmOrvaneStaticModel::viewSkuName(Params& params, const Data& data) const
-{
-    return once(params[Params::SKU_NAME], [&] {
-        const std::string_view speed = viewSpeedGradeStr(params, data);
-        const std::string_view voltage = viewVoltageGrade(params, data);
-        const std::string_view screen = viewPowerScreen(params, data);
-        const std::string_view temperature = viewTempGrade(params, data);
-        const std::string_view overDrive = viewOverDrive(params, data);
-        return data.findSkuList(speed, voltage, screen, temperature, overDrive);
-    });
-}
+    std::string_view computeVoltageCorner() const
+    {
+        return "NOM";
+    }
 
-std::string_view ZelmOrvaneStaticModel::viewVoltageCorner(Params& params, const Data&) const
-{
-    return once(params[Params::VOLTAGE_CORNER], [] { return "NOM"; });
-}
+    // ---- Rails ----
 
-// ---- Rails ----
+    std::string_view rangeKey(const Rail& rail) const
+    {
+        return rail.key.text();
+    }
 
-std::string_view ZelmOrvaneStaticModel::rangeKey(const Rail& rail, Params& params, const Data&) const
-{
-    return once(params[rail.rangeKey], [&] { return rail.key; });
-}
+    float nominalVolts(const Rail& rail) const
+    {
+        const Key& corner = VoltageCorner();
+        const Key& key = value(rail.rangeKey);
+        const Key& sku = SkuName();
+        return IFERROR(findVoltageRange(corner, key, sku), 0);
+    }
 
-float ZelmOrvaneStaticModel::nominalVolts(const Rail& rail, Params& params, const Data& data) const
-{
-    const std::string_view corner = viewVoltageCorner(params, data);
-    const std::string_view key = rangeKey(rail, params, data);
-    const std::string_view sku = viewSkuName(params, data);
-    return ZelmHelperUtils::IFERROR(data.findVoltageRange(corner, key, sku), 0);
-}
+    float validMin(const Rail& rail) const
+    {
+        return IFERROR(findVoltageRange("MIN", rail.key, SkuName()), 0);
+    }
 
-float ZelmOrvaneStaticModel::validMin(const Rail& rail, Params& params, const Data& data) const
-{
-    return once(params[rail.validMin], [&] {
-        return ZelmHelperUtils::IFERROR(data.findVoltageRange("MIN", rail.key, viewSkuName(params, data)), 0);
-    });
-}
+    float validMax(const Rail& rail) const
+    {
+        return IFERROR(findVoltageRange("MAX", rail.key, SkuName()), 0);
+    }
 
-float ZelmOrvaneStaticModel::validMax(const Rail& rail, Params& params, const Data& data) const
-{
-    return once(params[rail.validMax], [&] {
-        return ZelmHelperUtils::IFERROR(data.findVoltageRange("MAX", rail.key, viewSkuName(params, data)), 0);
-    });
-}
-
-float ZelmOrvaneStaticModel::railCurrent(const Rail& rail, Params& params, const Data& data) const
-{
-    return once(params[rail.staticCurrent], [&] {
-        const float volts = valueOf(rail.volts, params, data);
-        const float sum = sumOf(rail.leaks, -0.0f, params, data);
+    float railCurrent(const Rail& rail) const
+    {
+        const float volts = value(rail.volts);
+        const float sum = sumOf(rail.leaks, -0.0f);
         return volts == 0.0f ? 0.0f : sum;
-    });
-}
+    }
 
-float ZelmOrvaneStaticModel::railPower(const Rail& rail, Params& params, const Data& data) const
-{
-    return once(params[rail.staticPower], [&] {
-        const float volts = valueOf(rail.volts, params, data);
-        const float current = railCurrent(rail, params, data);
+    float railPower(const Rail& rail) const
+    {
+        const float volts = value(rail.volts);
+        const float current = value(rail.railCurrent);
         return volts * current;
-    });
-}
+    }
 
-float ZelmOrvaneStaticModel::railPowerupCurrent(const Rail& rail, Params& params, const Data& data) const
-{
-    return once(params[rail.powerupCurrent], [&] {
-        const float sum = sumOf(rail.powersUp, -0.0f, params, data);
+    float railPowerupCurrent(const Rail& rail) const
+    {
+        const float sum = sumOf(rail.powersUp, -0.0f);
         if (!rail.powerupNeedsVolts)
             return sum;
-        const float volts = valueOf(rail.volts, params, data);
+        const float volts = value(rail.volts);
         return volts == 0.0f ? 0.0f : sum;
-    });
-}
+    }
 
-// ---- Leakage of a site ----
+    // ---- Leakage of a site ----
 
-std::string_view ZelmOrvaneStaticModel::curveKey(const Site& site, Params& params, const Data& data) const
-{
-    return site.curveKey.empty() ? viewDeviceName(params, data) : site.curveKey;
-}
+    const Key& curveKey(const Site& site) const
+    {
+        return site.curveKey.empty() ? DeviceName() : site.curveKey;
+    }
 
-template <CurveCell which>
-float ZelmOrvaneStaticModel::term(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[curveCell(site, which)], [&] {
-        const std::string_view key = curveKey(site, params, data);
-        const std::string_view process = viewProcess(params, data);
-        const std::string_view letter = kTermKeys[which - TermA];
-        return ZelmHelperUtils::IFERROR(data.findVtCoefficient(key, process, site.railKey, letter), 0);
-    });
-}
+    template <const Key& letter>
+    float term(const Site& site) const
+    {
+        const Key& key = curveKey(site);
+        const Key& process = Process();
+        return IFERROR(findVtCoefficient(key, process, site.railKey, letter), 0);
+    }
 
-float ZelmOrvaneStaticModel::leakage(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[curveCell(site, Leakage)], [&] {
-        const float a = term<TermA>(site, params, data);
-        const float b = term<TermB>(site, params, data);
-        const float c = term<TermC>(site, params, data);
-        const float d = term<TermD>(site, params, data);
-        const float e = term<TermE>(site, params, data);
-        const float constant = term<TermConst>(site, params, data);
-        const float temperature = getJunctionTemperature(params, data);
+    float termA(const Site& site) const
+    {
+        return term<kTermA>(site);
+    }
+
+    float termB(const Site& site) const
+    {
+        return term<kTermB>(site);
+    }
+
+    float termC(const Site& site) const
+    {
+        return term<kTermC>(site);
+    }
+
+    float termConst(const Site& site) const
+    {
+        return term<kTermConst>(site);
+    }
+
+    float termD(const Site& site) const
+    {
+        return term<kTermD>(site);
+    }
+
+    float termE(const Site& site) const
+    {
+        return term<kTermE>(site);
+    }
+
+    // Powers of the junction temperature.
+    struct Powers {
+        double second;
+        double third;
+        double fourth;
+        double fifth;
+    };
+
+    // The same for all sites: computed once.
+    const Powers& powersOf(double t) const
+    {
+        if (!m_powers)
+            m_powers = {t * t, std::pow(t, 3.0), std::pow(t, 4.0), std::pow(t, 5.0)};
+        return *m_powers;
+    }
+
+    double leakage(const Site& site) const
+    {
+        const float a = value(site.termA);
+        const float b = value(site.termB);
+        const float c = value(site.termC);
+        const float d = value(site.termD);
+        const float e = value(site.termE);
+        const float constant = value(site.termConst);
+        const float temperature = JunctionTemperature();
         // All in double but for E x T.
-        const double t = temperature;
-        return a * std::pow(t, 5.0) + b * std::pow(t, 4.0) + c * std::pow(t, 3.0) + d * (t * t) +
-               static_cast<double>(e * temperature) + constant;
-    });
-}
+        const Powers& t = powersOf(temperature);
+        return a * t.fifth + b * t.fourth + c * t.third + d * t.second + static_cast<double>(e * temperature) +
+               constant;
+    }
 
-float ZelmOrvaneStaticModel::leakageAt25(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[curveCell(site, Leakage25)], [&] {
-        const float a = term<TermA>(site, params, data);
-        const float b = term<TermB>(site, params, data);
-        const float c = term<TermC>(site, params, data);
-        const float d = term<TermD>(site, params, data);
-        const float e = term<TermE>(site, params, data);
-        const float constant = term<TermConst>(site, params, data);
+    double leakageAt25(const Site& site) const
+    {
+        const float a = value(site.termA);
+        const float b = value(site.termB);
+        const float c = value(site.termC);
+        const float d = value(site.termD);
+        const float e = value(site.termE);
+        const float constant = value(site.termConst);
         return a * 9765625.0 + b * 390625.0 + c * 15625.0 + d * 625.0 + static_cast<double>(e * 25.0f) + constant;
-    });
-}
+    }
 
-template <VoltageTerm which>
-float ZelmOrvaneStaticModel::voltageTerm(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[voltageCell(site, which)], [&] {
-        const std::string_view key = curveKey(site, params, data);
-        const std::string_view process = viewProcess(params, data);
-        return ZelmHelperUtils::IFERROR(data.findVoltageScaling(key, process, site.railKey, kVoltageKeys[which]), 0);
-    });
-}
+    template <const Key& term>
+    float voltageTerm(const Site& site) const
+    {
+        const Key& key = curveKey(site);
+        const Key& process = Process();
+        return IFERROR(findVoltageScaling(key, process, site.railKey, term), 0);
+    }
 
-float ZelmOrvaneStaticModel::calculateCommonVccauxVC3(Params& params, const Data& data) const
-{
-    return once(params[Params::COMMON_VCCAUX_V_C3], [&] {
-        const std::string_view device = viewDeviceName(params, data);
-        const std::string_view process = viewProcess(params, data);
-        return ZelmHelperUtils::IFERROR(data.findVoltageScaling(device, process, "VCCAUX", "C3"), 0);
-    });
-}
+    float voltageC1(const Site& site) const
+    {
+        return voltageTerm<kVoltageC1>(site);
+    }
 
-float ZelmOrvaneStaticModel::voltageScaling(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[site.scaling], [&] {
-        const float c1 = voltageTerm<VoltageC1>(site, params, data);
-        const float c2 = voltageTerm<VoltageC2>(site, params, data);
-        const float volts = valueOf(site.volts, params, data);
+    float voltageC2(const Site& site) const
+    {
+        return voltageTerm<kVoltageC2>(site);
+    }
+
+    float computeCommonVccauxVC3() const
+    {
+        const Key& device = DeviceName();
+        const Key& process = Process();
+        return IFERROR(findVoltageScaling(device, process, "VCCAUX", "C3"), 0);
+    }
+
+    float voltageScaling(const Site& site) const
+    {
+        const float c1 = value(site.voltageC1);
+        const float c2 = value(site.voltageC2);
+        const float volts = value(site.volts);
         const float own = c1 * std::exp(c2 * volts);
         if (!site.followsCore)
             return c1 == 0.0f ? 1.0f : own;
-        const float c3 = calculateCommonVccauxVC3(params, data);
-        const float core = getVccint(params, data);
+        const float c3 = CommonVccauxVC3();
+        const float core = Vccint();
         return c1 == 0.0f ? 1.0f : own * std::exp(c3 * core);
-    });
-}
+    }
 
-float ZelmOrvaneStaticModel::binning(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[curveCell(site, Binning)], [&] {
-        const std::string_view key = site.binningKey.empty() ? viewDeviceName(params, data) : site.binningKey;
-        const std::string_view process = viewProcess(params, data);
-        const std::string_view sku = viewSkuName(params, data);
-        return ZelmHelperUtils::IFERROR(data.findBinningFactors(key, process, site.railKey, sku), 1);
-    });
-}
+    float binning(const Site& site) const
+    {
+        const Key& key = site.binningKey.empty() ? DeviceName() : site.binningKey;
+        const Key& process = Process();
+        const Key& sku = SkuName();
+        return IFERROR(findBinningFactors(key, process, site.railKey, sku), 1);
+    }
 
-float ZelmOrvaneStaticModel::share(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[site.share], [&] {
+    float share(const Site& site) const
+    {
         if (!site.needsHarlIo)
             return 1.0f;
-        return viewHasHarlIo(params, data) == "YES" ? 1.0f : 0.0f;
-    });
-}
+        return HasHarlIo() == "YES" ? 1.0f : 0.0f;
+    }
 
-int ZelmOrvaneStaticModel::units(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[site.units], [&] {
-        const int count = valueOf(site.count, params, data);
+    int units(const Site& site) const
+    {
+        const int count = value(site.count);
         return site.countedInFours ? zelm::truncate(0.25f * static_cast<float>(count)) : count;
-    });
-}
+    }
 
-int ZelmOrvaneStaticModel::calculateAvailableLorvQuads(Params& params, const Data& data) const
-{
-    return once(params[Params::AVAILABLE_LORV_QUADS], [&] {
-        return ZelmHelperUtils::IFERROR(data.findUnbondedGtInfo(viewDeviceName(params, data), "LORV"), 0);
-    });
-}
+    int computeAvailableLorvQuads() const
+    {
+        return IFERROR(findUnbondedGtInfo(DeviceName(), "LORV"), 0);
+    }
 
-int ZelmOrvaneStaticModel::calculateAvailableSarnQuads(Params& params, const Data& data) const
-{
-    return once(params[Params::AVAILABLE_SARN_QUADS], [&] {
-        return ZelmHelperUtils::IFERROR(data.findUnbondedGtInfo(viewDeviceName(params, data), "SARN_56G"), 0);
-    });
-}
+    int computeAvailableSarnQuads() const
+    {
+        return IFERROR(findUnbondedGtInfo(DeviceName(), "SARN_56G"), 0);
+    }
 
-float ZelmOrvaneStaticModel::multiplier(const Site& site, Params& params, const Data& data) const
-{
-    return site.share != LastFloat ? share(site, params, data) : static_cast<float>(units(site, params, data));
-}
+    float multiplier(const Site& site) const
+    {
+        return site.share != LastFloat ? value(site.share) : static_cast<float>(value(site.units));
+    }
 
-float ZelmOrvaneStaticModel::siteCurrent(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[site.staticCurrent], [&] {
-        const float leaks = leakage(site, params, data);
-        const float scaling = voltageScaling(site, params, data);
-        const float bin = binning(site, params, data);
-        const float count = multiplier(site, params, data);
+    float siteCurrent(const Site& site) const
+    {
+        const float leaks = value(site.leakage);
+        const float scaling = value(site.voltageScaling);
+        const float bin = value(site.binning);
+        const float count = multiplier(site);
         return leaks * scaling * bin * count;
-    });
-}
+    }
 
-// ---- Power-up current of a site ----
+    // ---- Power-up current of a site ----
 
-float ZelmOrvaneStaticModel::totalPowerFactor(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[site.totalPowerFactor],
-                [&] { return data.findTotalPowerFactors(viewDeviceName(params, data), site.railKey); });
-}
+    float totalPowerFactor(const Site& site) const
+    {
+        return findTotalPowerFactors(DeviceName(), site.railKey);
+    }
 
-float ZelmOrvaneStaticModel::powerupConst(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[site.powerupConst], [&] {
+    float powerupConst(const Site& site) const
+    {
         if (site.inrush == Inrush::none)
             return 0.0f;
         // A missing row isn't replaced: it gives a current that nobody takes for real.
-        const float milliamperes = data.findPowerupCurrent(viewDeviceName(params, data), site.railKey);
+        const float milliamperes = findPowerupCurrent(DeviceName(), site.railKey);
         if (site.inrush == Inrush::tabled)
             return milliamperes / 1000.0f;
-        const float quads = static_cast<float>(valueOf(site.count, params, data));
+        const float quads = static_cast<float>(value(site.count));
         return quads * milliamperes / 1000.0f;
-    });
-}
+    }
 
-float ZelmOrvaneStaticModel::powerupCurrent(const Site& site, Params& params, const Data& data) const
-{
-    return once(params[site.powerupCurrent], [&] {
-        const float leaks = leakageAt25(site, params, data);
-        const float scaling = voltageScaling(site, params, data);
-        const float bin = binning(site, params, data);
-        const float count = multiplier(site, params, data);
-        const float factor = totalPowerFactor(site, params, data);
-        const float inrush = powerupConst(site, params, data);
-        const bool isMax = viewProcess(params, data) == "MAX";
+    float powerupCurrent(const Site& site) const
+    {
+        const float leaks = value(site.leakageAt25);
+        const float scaling = value(site.voltageScaling);
+        const float bin = value(site.binning);
+        const float count = multiplier(site);
+        const float factor = value(site.totalPowerFactor);
+        const float inrush = value(site.powerupConst);
+        const bool isMax = Process() == "MAX";
         const float used = leaks * scaling * bin * count * factor;
         // Four gates for like sites; results must match the characterisation workbook.
         bool open = isMax;
@@ -319,7 +319,7 @@ float ZelmOrvaneStaticModel::powerupCurrent(const Site& site, Params& params, co
             open = isMax && count > 0.0f;
             break;
         case Gate::anyUse:
-            open = isMax && valueOf(site.count, params, data) != 0;
+            open = isMax && value(site.count) != 0;
             break;
         case Gate::none:
             break;
@@ -327,38 +327,49 @@ float ZelmOrvaneStaticModel::powerupCurrent(const Site& site, Params& params, co
             return isMax ? used + (leaks == 0.0f ? 0.0f : inrush) : 0.0f;
         }
         return open ? used + inrush : 0.0f;
-    });
-}
+    }
 
-// ---- Outputs made of other cells ----
+    // ---- Outputs made of other cells ----
 
-float ZelmOrvaneStaticModel::copiedCurrent(const Copy& copy, Params& params, const Data& data) const
-{
-    return once(params[copy.to], [&] { return valueOf(copy.from, params, data); });
-}
+    float copiedCurrent(const Copy& copy) const
+    {
+        return value(copy.from);
+    }
 
-float ZelmOrvaneStaticModel::sharePower(const Share& share, Params& params, const Data& data) const
-{
-    return once(params[share.power], [&] {
-        const float volts = valueOf(share.volts, params, data);
-        const float current = valueOf(share.current, params, data);
+    float sharePower(const Share& share) const
+    {
+        const float volts = value(share.volts);
+        const float current = value(share.current);
         return volts * current;
-    });
-}
+    }
 
-float ZelmOrvaneStaticModel::total(const Total& total, Params& params, const Data& data) const
-{
-    return once(params[total.cell], [&] { return sumOf(total.addends, total.start, params, data); });
-}
+    float total(const Total& total) const
+    {
+        return sumOf(total.addends, total.start);
+    }
 
-float ZelmOrvaneStaticModel::calculatePlStaticPower(Params& params, const Data& data) const
-{
-    return once(params[Params::PL_STATIC_POWER], [&] {
-        const float rails = sumOf(kFabricRails, 0.0f, params, data);
+    float computePlStaticPower() const
+    {
+        const float rails = sumOf(kFabricRails, 0.0f);
         // VCCME's current is part of VCCINT's. It is taken out at VCCME's voltage, which leaves a rest where the two
         // voltages differ; results must match the characterisation workbook.
-        const float computeArray = calculateNemtStaticPower(params, data);
-        const float wist5 = calculateVccwist5StaticPower(params, data);
+        const float computeArray = NemtStaticPower();
+        const float wist5 = Vccwist5StaticPower();
         return rails - computeArray + wist5;
-    });
-}
+    }
+
+private:
+    mutable std::optional<Powers> m_powers;
+};
+
+// The member that a family's row names has the row's cell for the row's metric.
+#define ZELM_FAMILY(cell, member, metric)                                                                              \
+    static_assert((member).metric == cell, "the member's " #metric " is not " #cell);
+#define MO_FLOAT_FAMILY(cell, function, unit, goes, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
+#define IC_INT_FAMILY(cell, function, unit, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
+#define IC_FLOAT_FAMILY(cell, function, unit, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
+#define IC_STRING_FAMILY(cell, function, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
+#include ZELM_CELL_ROWS
+#undef ZELM_FAMILY
+
+#include "framework/ZelmModelBodies.inc"

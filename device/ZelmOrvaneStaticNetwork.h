@@ -1,13 +1,13 @@
 #pragma once
 
 // The network of the static power: a row for each rail, leaking site and total with all that sets it apart. The model's
-// formulas take a row.
+// formulas take a row. A row holds the cell of each metric that it has under the metric's name.
 
 #include "device/ZelmOrvaneStaticParams.h"
+#include "framework/ZelmSheet.h"
 
 #include <array>
 #include <cstddef>
-#include <string_view>
 
 namespace zelm::staticpower {
 
@@ -41,14 +41,14 @@ constexpr Addends sum(Cells... cells)
 
 /// A supply rail.
 struct Rail {
-    std::string_view key; ///< in the tables
+    Key key; ///< in the tables
     FloatCell volts;
     StringCell rangeKey;
     FloatCell validMin;
     FloatCell validMax;
-    FloatCell staticCurrent;
-    FloatCell staticPower;
-    FloatCell powerupCurrent;
+    FloatCell railCurrent;
+    FloatCell railPower;
+    FloatCell railPowerupCurrent;
     Addends leaks;
     Addends powersUp;
     bool powerupNeedsVolts; ///< at 0 V no power-up current
@@ -72,14 +72,25 @@ enum class Gate {
 /// What leaks on one rail: the device itself (curve under its name) or a kind of resource (curve shared by all
 /// devices).
 struct Site {
-    std::string_view curveKey;   ///< of VT_COEFFICIENT and VOLTAGE_SCALING; empty: the device's name
-    std::string_view binningKey; ///< of BINNING_FACTORS; empty: the device's name
-    std::string_view railKey;
-    FloatCell volts;            ///< that the leakage scales with
-    FloatCell firstCurveCell;   ///< CurveCell counts from here
-    FloatCell firstVoltageCell; ///< VoltageTerm counts from here
-    FloatCell scaling;
-    FloatCell staticCurrent;
+    Key curveKey;   ///< of VT_COEFFICIENT and VOLTAGE_SCALING; empty: the device's name
+    Key binningKey; ///< of BINNING_FACTORS; empty: the device's name
+    Key railKey;
+    FloatCell volts; ///< that the leakage scales with
+
+    FloatCell binning; ///< the curve's cells follow it
+    FloatCell termA = cellBehind(binning, 1);
+    FloatCell termB = cellBehind(binning, 2);
+    FloatCell termC = cellBehind(binning, 3);
+    FloatCell termConst = cellBehind(binning, 4);
+    FloatCell termD = cellBehind(binning, 5);
+    FloatCell termE = cellBehind(binning, 6);
+    FloatCell leakage = cellBehind(binning, 7);
+    FloatCell leakageAt25 = cellBehind(binning, 8);
+
+    FloatCell voltageC1;
+    FloatCell voltageC2 = cellBehind(voltageC1, 1);
+    FloatCell voltageScaling;
+    FloatCell siteCurrent;
 
     FloatCell share = LastFloat; ///< the device's multiplier
     IntCell units = LastInt;     ///< a resource's multiplier, taken from count
@@ -96,27 +107,22 @@ struct Site {
     bool followsCore = false;    ///< scales with VCCINT too
 };
 
-/// A site's cells that follow each other from VOLT_BINNING on.
-enum CurveCell : int { Binning, TermA, TermB, TermC, TermConst, TermD, TermE, Leakage, Leakage25 };
-/// A site's cells that follow each other from V_C1 on.
-enum VoltageTerm : int { VoltageC1, VoltageC2 };
-
 /// An output that repeats another cell.
 struct Copy {
-    FloatCell to;
+    FloatCell copiedCurrent;
     FloatCell from;
 };
 
 /// A resource's share of a rail's power.
 struct Share {
-    FloatCell power;
+    FloatCell sharePower;
     FloatCell volts;
     FloatCell current;
 };
 
 /// A sum of rails. Sums start with -0, which leaves every value as it is, or with +0, which makes +0 of -0.
 struct Total {
-    FloatCell cell;
+    FloatCell total;
     float start;
     Addends addends;
 };
@@ -131,9 +137,9 @@ struct Total {
                               .rangeKey = cells##_VR_STRING,                                                         \
                               .validMin = cells##_VALID_MIN,                                                         \
                               .validMax = cells##_VALID_MAX,                                                         \
-                              .staticCurrent = cells##_STATIC_CURRENT,                                               \
-                              .staticPower = cells##_STATIC_POWER,                                                   \
-                              .powerupCurrent = cells##_POWERUP_CURRENT,                                             \
+                              .railCurrent = cells##_STATIC_CURRENT,                                                 \
+                              .railPower = cells##_STATIC_POWER,                                                     \
+                              .railPowerupCurrent = cells##_POWERUP_CURRENT,                                         \
                               .leaks = leaks_,                                                                       \
                               .powersUp = powersUp_,                                                                 \
                               .powerupNeedsVolts = needsVolts};
@@ -214,14 +220,14 @@ RAIL(kDacavtt,       DACAVTT,       DACAVTT,       false,      sum(COMMON_DACAVT
 
 // The device on each rail that it leaks on. The last arguments set properties apart from their defaults.
 #define DEVICE(row, rail, ...)                                                                                       \
-    inline constexpr Site row{.curveKey = "",                                                                        \
-                              .binningKey = "",                                                                      \
+    inline constexpr Site row{.curveKey = {},                                                                        \
+                              .binningKey = {},                                                                      \
                               .railKey = #rail,                                                                      \
                               .volts = rail,                                                                         \
-                              .firstCurveCell = COMMON_##rail##_VOLT_BINNING,                                        \
-                              .firstVoltageCell = COMMON_##rail##_V_C1,                                              \
-                              .scaling = COMMON_##rail##_V_SCALING,                                                  \
-                              .staticCurrent = COMMON_##rail##_STATIC_CURRENT,                                       \
+                              .binning = COMMON_##rail##_VOLT_BINNING,                                               \
+                              .voltageC1 = COMMON_##rail##_V_C1,                                                     \
+                              .voltageScaling = COMMON_##rail##_V_SCALING,                                           \
+                              .siteCurrent = COMMON_##rail##_STATIC_CURRENT,                                         \
                               .share = COMMON_##rail##_MULTIPLIER,                                                   \
                               .totalPowerFactor = COMMON_##rail##_TOTAL_POWER_FACTOR,                                \
                               .powerupConst = COMMON_##rail##_POWERUP_CONST,                                         \
@@ -267,10 +273,10 @@ DEVICE(kCommonDacavtt,     DACAVTT)
                               .binningKey = binningKey_,                                                             \
                               .railKey = #rail,                                                                      \
                               .volts = rail,                                                                         \
-                              .firstCurveCell = cells##_VOLT_BINNING,                                                \
-                              .firstVoltageCell = cells##_V_C1,                                                      \
-                              .scaling = cells##_V_SCALING,                                                          \
-                              .staticCurrent = leaks,                                                                \
+                              .binning = cells##_VOLT_BINNING,                                                       \
+                              .voltageC1 = cells##_V_C1,                                                             \
+                              .voltageScaling = cells##_V_SCALING,                                                   \
+                              .siteCurrent = leaks,                                                                  \
                               .units = cells##_MULTIPLIER,                                                           \
                               .count = count_ __VA_OPT__(,) __VA_ARGS__};
 //       row                       cells                       rail        curve key                            binning key            count                   leaks
@@ -306,10 +312,10 @@ RESOURCE(kDacCoreActiveDacavccaux, DAC_CORE_ACTIVE_DACAVCCAUX, DACAVCCAUX, "DAC_
                               .binningKey = key,                                                                     \
                               .railKey = #rail,                                                                      \
                               .volts = rail,                                                                         \
-                              .firstCurveCell = cells##_VOLT_BINNING,                                                \
-                              .firstVoltageCell = cells##_V_C1,                                                      \
-                              .scaling = cells##_V_SCALING,                                                          \
-                              .staticCurrent = leaks,                                                                \
+                              .binning = cells##_VOLT_BINNING,                                                       \
+                              .voltageC1 = cells##_V_C1,                                                             \
+                              .voltageScaling = cells##_V_SCALING,                                                   \
+                              .siteCurrent = leaks,                                                                  \
                               .units = cells##_MULTIPLIER,                                                           \
                               .count = count_,                                                                       \
                               .totalPowerFactor = cells##_TOTAL_POWER_FACTOR,                                        \

@@ -2,11 +2,9 @@
 
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneSysmonModel, ZelmOrvaneSysmonParams, ZelmOrvaneSysmonData>;
-
 #define ZELM_MODEL ZelmOrvaneSysmonModel
 #define ZELM_CELL_ROWS "device/ZelmOrvaneSysmonCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "device/ZelmOrvaneSysmonTables.def"
 
 namespace {
 
@@ -20,187 +18,177 @@ double squareLaw(float volts, float reference)
     return ratio * ratio;
 }
 
-float characterisationVolts(const ZelmOrvaneSysmonData& data)
-{
-    return data.findSimConditions("PSIM_VOLTAGE");
-}
-
-float satellitePower(const ZelmOrvaneSysmonData& data)
-{
-    const float dynamic = data.findSysmonData("SATELLITE_DYNAMIC");
-    const float leakage = data.findSysmonData("SATELLITE_LEAKAGE");
-    return dynamic + leakage;
-}
-
 } // namespace
 
-void ZelmOrvaneSysmonModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccpslpScaling(params, data);
-    calculateVccpsfpScaling(params, data);
-    calculateVccsocScaling(params, data);
-    calculateVccharlScaling(params, data);
-    calculateVccauxharlScaling(params, data);
-    calculateVccauxsmonScaling(params, data);
-    calculateVccauxScaling(params, data);
-    calculateTotalStaticPower(params, data);
-    calculateVccharlPower(params, data);
-    calculateVccpslpPower(params, data);
-    calculateVccpsfpPower(params, data);
-    calculateVccsocPower(params, data);
-    calculateVccauxharlPower(params, data);
-    calculateVccauxsysmonPower(params, data);
-    calculateVccauxPower(params, data);
-}
+struct ZelmOrvaneSysmonModel::Sheet : zelm::Sheet<ZelmOrvaneSysmonModel> {
+#include "framework/ZelmAccessors.inc"
 
-// ---- Counts ----
+    void pullOutputs() const
+    {
+        VccpslpScaling();
+        VccpsfpScaling();
+        VccsocScaling();
+        VccharlScaling();
+        VccauxharlScaling();
+        VccauxsmonScaling();
+        VccauxScaling();
+        TotalStaticPower();
+        VccharlPower();
+        VccpslpPower();
+        VccpsfpPower();
+        VccsocPower();
+        VccauxharlPower();
+        VccauxsysmonPower();
+        VccauxPower();
+    }
 
-int ZelmOrvaneSysmonModel::count(std::string_view key, Params& params, const Data& data) const
-{
-    return zelm::truncate(data.findDeviceData(viewDevice(params, data), key));
-}
+    // ---- Counts ----
 
-int ZelmOrvaneSysmonModel::calculateNumSatellite(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_SATELLITE], [&] { return count("NUM_SAT", params, data); });
-}
+    int count(const Key& key) const
+    {
+        return zelm::truncate(findDeviceData(Device(), key));
+    }
 
-int ZelmOrvaneSysmonModel::calculateNumSlices(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_SLICES], [&] { return count("SLICE_COUNT", params, data); });
-}
+    int computeNumSatellite() const
+    {
+        return count("NUM_SAT");
+    }
 
-int ZelmOrvaneSysmonModel::calculateNumDecommissionedSats(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_DECOMMISSIONED_SATS], [&] { return count("DECOMMISSIONED_SATS", params, data); });
-}
+    int computeNumSlices() const
+    {
+        return count("SLICE_COUNT");
+    }
 
-int ZelmOrvaneSysmonModel::calculateAnalogPower(Params& params, const Data& data) const
-{
-    return once(params[Params::ANALOG_POWER], [&] { return count("AVG_SATELLITE_ANALOG_POWER", params, data); });
-}
+    int computeNumDecommissionedSats() const
+    {
+        return count("DECOMMISSIONED_SATS");
+    }
 
-// ---- Scaling ----
+    int computeAnalogPower() const
+    {
+        return count("AVG_SATELLITE_ANALOG_POWER");
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccpslpScaling(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCPSLP_SCALING],
-                [&] { return squareLaw(getVccpslp(params, data), characterisationVolts(data)); });
-}
+    // ---- Scaling ----
 
-float ZelmOrvaneSysmonModel::calculateVccpsfpScaling(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCPSFP_SCALING],
-                [&] { return squareLaw(getVccpsfp(params, data), characterisationVolts(data)); });
-}
+    double scaling(float volts) const
+    {
+        return squareLaw(volts, findSimConditions("PSIM_VOLTAGE"));
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccsocScaling(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCSOC_SCALING],
-                [&] { return squareLaw(getVccsoc(params, data), characterisationVolts(data)); });
-}
+    double computeVccpslpScaling() const
+    {
+        return scaling(Vccpslp());
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccharlScaling(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCHARL_SCALING],
-                [&] { return squareLaw(getVccharl(params, data), characterisationVolts(data)); });
-}
+    double computeVccpsfpScaling() const
+    {
+        return scaling(Vccpsfp());
+    }
 
-// The three auxiliary rails feed through regulators: their voltages influence nothing and stay unread.
+    double computeVccsocScaling() const
+    {
+        return scaling(Vccsoc());
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccauxharlScaling(Params& params, const Data&) const
-{
-    return once(params[Params::VCCAUXHARL_SCALING], [] { return 1.0f; });
-}
+    double computeVccharlScaling() const
+    {
+        return scaling(Vccharl());
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccauxsmonScaling(Params& params, const Data&) const
-{
-    return once(params[Params::VCCAUXSMON_SCALING], [] { return 1.0f; });
-}
+    // The three auxiliary rails feed through regulators: their voltages influence nothing and stay unread.
 
-float ZelmOrvaneSysmonModel::calculateVccauxScaling(Params& params, const Data&) const
-{
-    return once(params[Params::VCCAUX_SCALING], [] { return 1.0f; });
-}
+    float computeVccauxharlScaling() const
+    {
+        return 1.0f;
+    }
 
-// ---- Powers, without scaling ----
+    float computeVccauxsmonScaling() const
+    {
+        return 1.0f;
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccpslpPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCPSLP_POWER], [&] { return satellitePower(data); });
-}
+    float computeVccauxScaling() const
+    {
+        return 1.0f;
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccpsfpPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCPSFP_POWER], [&] { return satellitePower(data); });
-}
+    // ---- Powers, without scaling ----
 
-float ZelmOrvaneSysmonModel::calculateVccharlPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCHARL_POWER], [&] {
-        const float rootDynamic = data.findSysmonData("ROOT_DYNAMIC");
-        const float dynamic = data.findSysmonData("SATELLITE_DYNAMIC");
-        const float rootLeakage = data.findSysmonData("ROOT_LEAKAGE");
-        const float leakage = data.findSysmonData("SATELLITE_LEAKAGE");
-        const float slices = static_cast<float>(calculateNumSlices(params, data));
+    float satellitePower() const
+    {
+        const float dynamic = findSysmonData("SATELLITE_DYNAMIC");
+        const float leakage = findSysmonData("SATELLITE_LEAKAGE");
+        return dynamic + leakage;
+    }
+
+    float computeVccpslpPower() const
+    {
+        return satellitePower();
+    }
+
+    float computeVccpsfpPower() const
+    {
+        return satellitePower();
+    }
+
+    float computeVccharlPower() const
+    {
+        const float rootDynamic = findSysmonData("ROOT_DYNAMIC");
+        const float dynamic = findSysmonData("SATELLITE_DYNAMIC");
+        const float rootLeakage = findSysmonData("ROOT_LEAKAGE");
+        const float leakage = findSysmonData("SATELLITE_LEAKAGE");
+        const float slices = static_cast<float>(NumSlices());
         return (rootDynamic + 2.0f * dynamic + rootLeakage + 2.0f * leakage) * slices;
-    });
-}
+    }
 
-int ZelmOrvaneSysmonModel::fabricSatellites(Params& params, const Data& data) const
-{
-    const int satellites = calculateNumSatellite(params, data);
-    const int slices = calculateNumSlices(params, data);
-    return zelm::wrapSubtract(zelm::wrapSubtract(satellites, 3), slices);
-}
+    int fabricSatellites() const
+    {
+        const int satellites = NumSatellite();
+        const int slices = NumSlices();
+        return zelm::wrapSubtract(zelm::wrapSubtract(satellites, 3), slices);
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccsocPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCSOC_POWER], [&] {
-        const float power = satellitePower(data);
-        return power * static_cast<float>(fabricSatellites(params, data));
-    });
-}
+    float computeVccsocPower() const
+    {
+        const float power = satellitePower();
+        return power * static_cast<float>(fabricSatellites());
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccauxharlPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCAUXHARL_POWER], [&] {
-        const float root = data.findSysmonData("ROOT_STATIC_FROM_VCCAUX_HARL");
-        return root * static_cast<float>(calculateNumSlices(params, data));
-    });
-}
+    float computeVccauxharlPower() const
+    {
+        const float root = findSysmonData("ROOT_STATIC_FROM_VCCAUX_HARL");
+        return root * static_cast<float>(NumSlices());
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccauxsysmonPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCAUXSYSMON_POWER], [&] {
-        const float root = data.findSysmonData("ROOT_STATIC_FROM_VCCUAX_SYSMON"); // the key's letters are the file's
-        const float slices = static_cast<float>(calculateNumSlices(params, data));
-        const float analog = static_cast<float>(calculateAnalogPower(params, data));
+    float computeVccauxsysmonPower() const
+    {
+        const float root = findSysmonData("ROOT_STATIC_FROM_VCCUAX_SYSMON"); // the key's letters are the file's
+        const float slices = static_cast<float>(NumSlices());
+        const float analog = static_cast<float>(AnalogPower());
         return root * slices + analog;
-    });
-}
+    }
 
-float ZelmOrvaneSysmonModel::calculateVccauxPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCAUX_POWER], [&] {
+    float computeVccauxPower() const
+    {
         // Negative on a device with few satellites; results must match the characterisation workbook.
-        const int decommissioned = calculateNumDecommissionedSats(params, data);
-        const int satellites = zelm::wrapSubtract(fabricSatellites(params, data), decommissioned);
-        const int analog = calculateAnalogPower(params, data);
+        const int decommissioned = NumDecommissionedSats();
+        const int satellites = zelm::wrapSubtract(fabricSatellites(), decommissioned);
+        const int analog = AnalogPower();
         return static_cast<float>(zelm::wrapMultiply(satellites, analog));
-    });
-}
+    }
 
-float ZelmOrvaneSysmonModel::calculateTotalStaticPower(Params& params, const Data& data) const
-{
-    return once(params[Params::TOTAL_STATIC_POWER], [&] {
-        const float harl = calculateVccharlPower(params, data) * calculateVccharlScaling(params, data);
-        const float pslp = calculateVccpslpPower(params, data) * calculateVccpslpScaling(params, data);
-        const float psfp = calculateVccpsfpPower(params, data) * calculateVccpsfpScaling(params, data);
-        const float soc = calculateVccsocPower(params, data) * calculateVccsocScaling(params, data);
-        const float auxharl = calculateVccauxharlPower(params, data) * calculateVccauxharlScaling(params, data);
-        const float auxsmon = calculateVccauxsysmonPower(params, data) * calculateVccauxsmonScaling(params, data);
-        const float aux = calculateVccauxPower(params, data) * calculateVccauxScaling(params, data);
+    float computeTotalStaticPower() const
+    {
+        const float harl = VccharlPower() * VccharlScaling();
+        const float pslp = VccpslpPower() * VccpslpScaling();
+        const float psfp = VccpsfpPower() * VccpsfpScaling();
+        const float soc = VccsocPower() * VccsocScaling();
+        const float auxharl = VccauxharlPower() * VccauxharlScaling();
+        const float auxsmon = VccauxsysmonPower() * VccauxsmonScaling();
+        const float aux = VccauxPower() * VccauxScaling();
         return harl + pslp + psfp + soc + auxharl + auxsmon + aux;
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -15,11 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "device/ZelmOrvaneSysmonCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    int count(std::string_view key, Params& params, const Data& data) const;
-    /// The satellites on VCCSOC: all but three and one per slice.
-    int fabricSatellites(Params& params, const Data& data) const;
 };

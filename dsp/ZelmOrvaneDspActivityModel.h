@@ -16,6 +16,4 @@ public:
 
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspActivityCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
 };

@@ -2,18 +2,22 @@
 
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneDspConfigModel, ZelmOrvaneDspConfigParams, ZelmOrvaneDspConfigData>;
-
 #define ZELM_MODEL ZelmOrvaneDspConfigModel
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspConfigCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "dsp/ZelmOrvaneDspConfigTables.def"
 
-void ZelmOrvaneDspConfigModel::pullOutputs(Params& params, const Data& data) const
-{
-    viewDspModeUsed(params, data);
-}
+struct ZelmOrvaneDspConfigModel::Sheet : zelm::Sheet<ZelmOrvaneDspConfigModel> {
+#include "framework/ZelmAccessors.inc"
 
-std::string_view ZelmOrvaneDspConfigModel::viewDspModeUsed(Params& params, const Data& data) const
-{
-    return once(params[Params::DSP_MODE_USED], [&] { return viewDspMode(params, data); });
-}
+    void pullOutputs() const
+    {
+        DspModeUsed();
+    }
+
+    std::string_view computeDspModeUsed() const
+    {
+        return DspMode();
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

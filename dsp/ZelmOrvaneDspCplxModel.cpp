@@ -1,204 +1,204 @@
 #include "dsp/ZelmOrvaneDspCplxModel.h"
 
-#include "dsp/ZelmDspIntegerToggles.h"
-
-template class ZelmModelBlock<ZelmOrvaneDspCplxModel, ZelmOrvaneDspCplxParams, ZelmOrvaneDspCplxData>;
+#include "dsp/ZelmDspIntegerSheet.h"
+#include "framework/ZelmModelBlockImpl.h"
 
 #define ZELM_MODEL ZelmOrvaneDspCplxModel
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspCplxCells.def"
+#define ZELM_TABLE_ROWS "dsp/ZelmOrvaneDspCplxTables.def"
 
 namespace {
 
-using Model = ZelmOrvaneDspCplxModel;
-using Params = Model::Params;
-using Data = Model::Data;
+using enum zelm::DspComponent;
 
-struct Traits {
-    static constexpr double fpAddControls = 1.13333;
-};
-
-using T = ZelmDspIntegerToggles<Model, Traits>;
-
-float inputsAb(const Model& model, Params& params, const Data& data)
-{
-    const float a = model.getATr(params, data);
-    const float b = model.getBTr(params, data);
-    return T::MIN(0.5f, T::AVERAGE(a, b));
-}
-
-float preaddPath(const Model& model, Params& params, const Data& data)
-{
-    const double adder = model.calculatePreaddTr(params, data);
-    const double stage0 = model.calculateComplexStg0Tr(params, data);
-    const float d = model.getDFromACplxTr(params, data);
-    return T::MIN(0.5f, T::AVERAGE(static_cast<float>(adder * 0.63 + stage0 * 0.37), d));
-}
-
-float aluControls(const Model& model, Params& params, const Data& data)
-{
-    return T::MIN(0.5f, T::controls(model, params, data, 1.1333, 2.833));
-}
-
-float aluInputs(const Model& model, Params& params, const Data& data)
-{
-    const std::string_view usage = model.viewOpmodeUsage(params, data);
-    const float c = model.calculateCDataTr(params, data);
-    const float m = model.calculateMDataTr(params, data);
-    const float out = model.calculateOutputTr(params, data);
-    const float carry = model.getAluCtrlCarryinTr(params, data);
-    const float inputs = T::AVERAGE(c, m, out);
-    return usage == "DYNAMIC" ? T::MIN(0.5f, (inputs * 58.0f + carry * 10.0f) / 58.0f) : T::MIN(0.5f, inputs);
-}
-
-float preadder(const Model& model, Params& params, const Data& data)
-{
-    const float a = model.getATr(params, data);
-    const float d = model.getDFromACplxTr(params, data);
-    const float conjugate = model.getConjInputTr(params, data);
-    return T::MIN(0.5f, (T::meeting(a, d) * 27.0f + conjugate) / 27.0f);
-}
-
-float multiplier(const Model& model, Params& params, const Data& data)
-{
-    const float adder = model.calculatePreaddTr(params, data);
-    const float b = model.getBTr(params, data);
-    const float conjugate = model.getConjInputTr(params, data);
-    return T::MIN(0.5f, (T::meeting(adder, b) * 51.0f + conjugate) / 51.0f);
-}
-
-float products(const Model& model, Params& params, const Data& data)
-{
-    const float product = model.calculateMultTr(params, data);
-    const float stage1 = model.calculateComplexStg1Tr(params, data);
-    return T::MIN(0.5f, T::meeting(product, stage1));
-}
-
-float firstStage(const Model& model, Params& params, const Data& data)
-{
-    const float right = model.getB2B1CplxRTr(params, data);
-    const float left = model.getB2B1CplxLTr(params, data);
-    const float conjugate = model.getConjInputTr(params, data);
-    return T::MIN(0.5f, (T::meeting(right, left) * 18.0f + conjugate) / 18.0f);
-}
-
-float secondStage(const Model& model, Params& params, const Data& data)
-{
-    const float stage0 = model.calculateComplexStg0Tr(params, data);
-    const float leftAb = model.getACplxLBTr(params, data);
-    return T::meeting(stage0, leftAb);
-}
-
-float cascade(const Model& model, Params& params, const Data& data)
-{
-    const float out = model.getPOutputTr(params, data);
-    const float a = model.getATr(params, data);
-    const float b = model.getBTr(params, data);
-    return T::MIN(0.5f, (out * 58.0f + a * 18.0f + 18.0f * b) / 94.0f);
-}
+enum Mode : int { multAlu, multAluNomreg, multAluNoadreg, multAluNomregNoadreg };
+constexpr std::array<zelm::DspMode, 4> kModes{
+    {{"MULT_ALU", 0}, {"MULT_ALU_NOMREG", 0}, {"MULT_ALU_NOADREG", 0}, {"MULT_ALU_NOMREG_NOADREG", 0}}};
 
 } // namespace
 
-struct ZelmOrvaneDspCplxModel::Slice {
-    static constexpr std::string_view family = "CPLX";
-    static constexpr std::array<zelm::DspMode, 4> modes{
-        {{"MULT_ALU", 0}, {"MULT_ALU_NOMREG", 0}, {"MULT_ALU_NOADREG", 0}, {"MULT_ALU_NOMREG_NOADREG", 0}}};
+struct ZelmOrvaneDspCplxModel::Sheet : ZelmDspIntegerSheet<ZelmOrvaneDspCplxModel> {
+#include "framework/ZelmAccessors.inc"
+
+    static constexpr Key familyKey = "CPLX";
+    static constexpr auto modes = kModes;
+#include "dsp/ZelmDspCells.inc"
+
     /// The complex stages have powers of their own.
     static constexpr auto components = zelm::dspComponents(cascDelay);
     // kept: the complex stages count half among the rates, and whole in the sum of currents that divides them
     static constexpr auto aggregate = zelm::dspAggregate({{complexStg0, 0.5f}, {complexStg1, 0.5f}, {cascDelay, 1.0f}});
-    // clang-format off
-    static constexpr auto toggles = zelm::dspToggles<Model, 1>({
-        {abData,      inputsAb},
-        {preaddData,  preaddPath},
-        {cData,       T::inputC},
-        {alureg,      aluControls},
-        {alumux,      aluInputs},
-        {aluadd,      T::outputP},
-        {preadd,      preadder},
-        {mult,        multiplier},
-        {mData,       products},
-        {patdet,      T::outputP},
-        {fpExp,       T::abDataRate},
-        {fpAdd,       T::fpAdd},
-        {fpNorm,      T::aluaddRate},
-        {output,      T::outputP},
-        {optinv,      aluControls},
-        {complexStg0, firstStage},
-        {complexStg1, secondStage},
-        {cascDelay,   cascade},
-    });
-    // clang-format on
-#include "dsp/ZelmDspCells.inc"
+
+    static constexpr double fpAddControls = 1.13333;
+
+    void pullOutputs() const
+    {
+        MultUsed();
+        PreaddUsed();
+        DynamicVccintPower();
+        DynamicVccintMacbCPower();
+        DynamicVccintStage0Power();
+        DynamicVccintStage1Power();
+        OperationalMode();
+        VoltageScaling();
+    }
+
+    std::string_view computeMultUsed() const
+    {
+        return "YES";
+    }
+
+    std::string_view computePreaddUsed() const
+    {
+        return "YES";
+    }
+
+    std::string computeDspUsage() const
+    {
+        const Key& mreg = MregUsed();
+        const Key& adreg = AdregUsed();
+        return zelm::dspUsage({"MULT_YES_MREG_", mreg, "_PREADD_YES_ADREG_", adreg});
+    }
+
+    // ---- Toggle formulas ----
+
+    float inputsAb() const
+    {
+        const float a = ATr();
+        const float b = BTr();
+        return MIN(0.5f, AVERAGE(a, b));
+    }
+
+    float preaddPath() const
+    {
+        const double adder = PreaddTr();
+        const double stage0 = ComplexStg0Tr();
+        const float d = DFromACplxTr();
+        return MIN(0.5f, AVERAGE(static_cast<float>(adder * 0.63 + stage0 * 0.37), d));
+    }
+
+    float aluControls() const
+    {
+        return MIN(0.5f, controls(1.1333, 2.833));
+    }
+
+    float aluInputs() const
+    {
+        const Key& usage = OpmodeUsage();
+        const float c = CDataTr();
+        const float m = MDataTr();
+        const float out = OutputTr();
+        const float carry = AluCtrlCarryinTr();
+        const float inputs = AVERAGE(c, m, out);
+        return usage == "DYNAMIC" ? MIN(0.5f, (inputs * 58.0f + carry * 10.0f) / 58.0f) : MIN(0.5f, inputs);
+    }
+
+    float preadder() const
+    {
+        const float a = ATr();
+        const float d = DFromACplxTr();
+        const float conjugate = ConjInputTr();
+        return MIN(0.5f, (zelm::meeting(a, d) * 27.0f + conjugate) / 27.0f);
+    }
+
+    float multiplier() const
+    {
+        const float adder = PreaddTr();
+        const float b = BTr();
+        const float conjugate = ConjInputTr();
+        return MIN(0.5f, (zelm::meeting(adder, b) * 51.0f + conjugate) / 51.0f);
+    }
+
+    float products() const
+    {
+        const float product = MultTr();
+        const float stage1 = ComplexStg1Tr();
+        return MIN(0.5f, zelm::meeting(product, stage1));
+    }
+
+    float firstStage() const
+    {
+        const float right = B2B1CplxRTr();
+        const float left = B2B1CplxLTr();
+        const float conjugate = ConjInputTr();
+        return MIN(0.5f, (zelm::meeting(right, left) * 18.0f + conjugate) / 18.0f);
+    }
+
+    float secondStage() const
+    {
+        const float stage0 = ComplexStg0Tr();
+        const float leftAb = ACplxLBTr();
+        return zelm::meeting(stage0, leftAb);
+    }
+
+    float cascade() const
+    {
+        const float out = POutputTr();
+        const float a = ATr();
+        const float b = BTr();
+        return MIN(0.5f, (out * 58.0f + a * 18.0f + 18.0f * b) / 94.0f);
+    }
+
+    float ownRate(Component component, std::size_t group) const
+    {
+        using S = Sheet;
+        // clang-format off
+        static constexpr auto toggles = zelm::dspToggles<S>({
+            {abData,      &S::inputsAb},
+            {preaddData,  &S::preaddPath},
+            {cData,       &S::CTr},
+            {alureg,      &S::aluControls},
+            {alumux,      &S::aluInputs},
+            {aluadd,      &S::POutputTr},
+            {preadd,      &S::preadder},
+            {mult,        &S::multiplier},
+            {mData,       &S::products},
+            {patdet,      &S::POutputTr},
+            {fpExp,       &S::AbDataTr},
+            {fpAdd,       &S::fpAdder},
+            {fpNorm,      &S::AluaddTr},
+            {output,      &S::POutputTr},
+            {optinv,      &S::aluControls},
+            {complexStg0, &S::firstStage},
+            {complexStg1, &S::secondStage},
+            {cascDelay,   &S::cascade},
+        });
+        // clang-format on
+        return (this->*toggles(component)[group])();
+    }
+
+    // ---- Power ----
+
+    float computeDynamicVccintMacbCPower() const
+    {
+        const float vccint = Vccint();
+        const float current = componentsCurrent();
+        const float rest = TotalComponentAdjCurrent();
+        return vccint * (current + rest);
+    }
+
+    float computeDynamicVccintStage0Power() const
+    {
+        const float current = ComplexStg0Current();
+        const float vccint = Vccint();
+        return current * vccint;
+    }
+
+    float computeDynamicVccintStage1Power() const
+    {
+        const float current = ComplexStg1Current();
+        const float vccint = Vccint();
+        return current * vccint;
+    }
+
+    // kept: one complex unit whatever NUM_DSP says, two slices and one pair of stages
+    float computeDynamicVccintPower() const
+    {
+        const float macbC = DynamicVccintMacbCPower();
+        const float stage0 = DynamicVccintStage0Power();
+        const float stage1 = DynamicVccintStage1Power();
+        return 2.0f * macbC + stage0 + stage1;
+    }
 };
 
-#include "framework/ZelmCellBodies.inc"
-
-void ZelmOrvaneDspCplxModel::pullOutputs(Params& params, const Data& data) const
-{
-    viewMultUsed(params, data);
-    viewPreaddUsed(params, data);
-    calculateDynamicVccintPower(params, data);
-    calculateDynamicVccintMacbCPower(params, data);
-    calculateDynamicVccintStage0Power(params, data);
-    calculateDynamicVccintStage1Power(params, data);
-    viewOperationalMode(params, data);
-    calculateVoltageScaling(params, data);
-}
-
-std::string_view ZelmOrvaneDspCplxModel::viewMultUsed(Params& params, const Data&) const
-{
-    return once(params[Params::MULT_USED], [] { return "YES"; });
-}
-
-std::string_view ZelmOrvaneDspCplxModel::viewPreaddUsed(Params& params, const Data&) const
-{
-    return once(params[Params::PREADD_USED], [] { return "YES"; });
-}
-
-std::string_view ZelmOrvaneDspCplxModel::viewDspUsage(Params& params, const Data& data) const
-{
-    return once(params[Params::DSP_USAGE], [&] {
-        const std::string_view mreg = viewMregUsed(params, data);
-        const std::string_view adreg = viewAdregUsed(params, data);
-        return zelm::dspKey({"MULT_YES_MREG_", mreg, "_PREADD_YES_ADREG_", adreg});
-    });
-}
-
-float ZelmOrvaneDspCplxModel::calculateDynamicVccintMacbCPower(Params& params, const Data& data) const
-{
-    return once(params[Params::DYNAMIC_VCCINT_MACBC_POWER], [&] {
-        const float vccint = getVccint(params, data);
-        const float current = componentsCurrent(params, data);
-        const float rest = calculateTotalComponentAdjCurrent(params, data);
-        return vccint * (current + rest);
-    });
-}
-
-float ZelmOrvaneDspCplxModel::calculateDynamicVccintStage0Power(Params& params, const Data& data) const
-{
-    return once(params[Params::DYNAMIC_VCCINT_STAGE0_POWER], [&] {
-        const float current = calculateComplexStg0Current(params, data);
-        const float vccint = getVccint(params, data);
-        return current * vccint;
-    });
-}
-
-float ZelmOrvaneDspCplxModel::calculateDynamicVccintStage1Power(Params& params, const Data& data) const
-{
-    return once(params[Params::DYNAMIC_VCCINT_STAGE1_POWER], [&] {
-        const float current = calculateComplexStg1Current(params, data);
-        const float vccint = getVccint(params, data);
-        return current * vccint;
-    });
-}
-
-// kept: one complex unit whatever NUM_DSP says, two slices and one pair of stages
-float ZelmOrvaneDspCplxModel::calculateDynamicVccintPower(Params& params, const Data& data) const
-{
-    return once(params[Params::DYNAMIC_VCCINT_POWER], [&] {
-        const float macbC = calculateDynamicVccintMacbCPower(params, data);
-        const float stage0 = calculateDynamicVccintStage0Power(params, data);
-        const float stage1 = calculateDynamicVccintStage1Power(params, data);
-        return 2.0f * macbC + stage0 + stage1;
-    });
-}
+#include "framework/ZelmModelBodies.inc"

@@ -1,17 +1,37 @@
 #include "dsp/ZelmOrvaneDspFp32Model.h"
 
-#include "dsp/ZelmDspModelImpl.h"
-
-template class ZelmModelBlock<ZelmOrvaneDspFp32Model, ZelmOrvaneDspFp32Params, ZelmOrvaneDspFp32Data>;
+#include "dsp/ZelmDspSheet.h"
+#include "framework/ZelmModelBlockImpl.h"
 
 #define ZELM_MODEL ZelmOrvaneDspFp32Model
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspFp32Cells.def"
+#define ZELM_TABLE_ROWS "dsp/ZelmOrvaneDspFp32Tables.def"
 
 namespace {
 
-using Model = ZelmOrvaneDspFp32Model;
-using Params = Model::Params;
-using Data = Model::Data;
+using enum zelm::DspComponent;
+
+enum Mode : int {
+    multAdd,
+    multAddNofpmpipereg,
+    multOnly,
+    multOnlyNofpmpipereg,
+    addOnly,
+    b16MultAdd,
+    b16MultAddNofpmpipereg,
+    b16Mult,
+    b16MultNofpmpipereg
+};
+enum Group : std::size_t { product, sum, product16, sum16, adderAlone };
+constexpr std::array<zelm::DspMode, 9> kModes{{{"MULT_ADD", sum},
+                                               {"MULT_ADD_NOFPMPIPEREG", sum},
+                                               {"MULT_ONLY", product},
+                                               {"MULT_ONLY_NOFPMPIPEREG", product},
+                                               {"ADD_ONLY", adderAlone},
+                                               {"B16_MULT_ADD", sum16},
+                                               {"B16_MULT_ADD_NOFPMPIPEREG", sum16},
+                                               {"B16_MULT", product16},
+                                               {"B16_MULT_NOFPMPIPEREG", product16}}};
 
 // A format of the factors. The 16-bit one changes more of its bits at a time, and computes in double.
 struct Single {
@@ -41,309 +61,274 @@ struct Fields {
     }
 };
 
-// The toggle formulas; spreadsheet functions by their bare names.
-struct Toggles : ZelmHelperUtils {
-    static Fields a(const Model& model, Params& params, const Data& data)
+/// Three streams that meet: the mean of all and of the busiest.
+float meeting(float x, float y, float z)
+{
+    return ZelmHelperUtils::AVERAGE(x, y, z, ZelmHelperUtils::MAX(x, y, z));
+}
+
+/// A twice, B and D.
+template <class Format, class Number = typename Format::Number>
+float inputBits(const Fields& a, Number bBits, Number dBits)
+{
+    constexpr Number exponentBits = 2 * Format::exponent;
+    constexpr Number mantissaBits = 2 * Format::mantissa;
+    const Number bits = 2.0f * a.sign + exponentBits * a.exponent + mantissaBits * a.mantissa + bBits + dBits;
+    return ZelmHelperUtils::MIN(0.5f, static_cast<float>(bits * Number{0.0078125f}));
+}
+
+/// The output beside A and the busier of B and D.
+template <class Format, class Number = typename Format::Number>
+float cascadeBits(float out, Number aBits, Number bBits, Number dBits)
+{
+    const Number busier = ZelmHelperUtils::MAX(static_cast<float>(bBits), static_cast<float>(dBits));
+    return static_cast<float>((out * 32.0f + aBits + busier) / 96);
+}
+
+} // namespace
+
+struct ZelmOrvaneDspFp32Model::Sheet : ZelmDspSheet<ZelmOrvaneDspFp32Model> {
+#include "framework/ZelmAccessors.inc"
+
+    static constexpr Key familyKey = "FP32";
+    static constexpr auto modes = kModes;
+#include "dsp/ZelmDspCells.inc"
+
+    static constexpr auto components = zelm::dspComponents(complex, cascDelay);
+    static constexpr auto aggregate = zelm::dspAggregate({{complex, 1.0f}, {cascDelay, 1.0f}});
+
+    std::string computeDspUsage() const
     {
-        return {model.getASignTr(params, data), model.getAExpTr(params, data), model.getAManTr(params, data)};
+        const Key& b16 = B16Used();
+        const Key& multUsed = MultUsed();
+        const Key& addUsed = AddUsed();
+        const Key& pipeline = FpmpiperegUsed();
+        return zelm::dspUsage({"B16_", b16, "_MULT_", multUsed, "_ADD_", addUsed, "_FPMPIPEREG_", pipeline});
     }
 
-    static Fields b(const Model& model, Params& params, const Data& data)
+    // ---- Measured currents: the tables know no usage level here, and have no cells of their own ----
+
+    float measured(Component component, const Key& measure) const
     {
-        return {model.getBSignTr(params, data), model.getBExpTr(params, data), model.getBManTr(params, data)};
+        const Key& mode = OperationalMode();
+        return findDynamicData(familyKey, mode, zelm::kDspKeys(component), measure);
     }
 
-    static Fields d(const Model& model, Params& params, const Data& data)
+    float dynamicOf(Component component) const
     {
-        return {model.getDSignTr(params, data), model.getDExpTr(params, data), model.getDManTr(params, data)};
+        return dynamicCurrent(component);
     }
 
-    /// Three streams that meet: the mean of all and of the busiest.
-    static float meeting(float x, float y, float z)
+    float offOf(Component component) const
     {
-        return AVERAGE(x, y, z, MAX(x, y, z));
+        return offCurrent(component);
     }
 
-    static float signs(const Model& model, Params& params, const Data& data)
+    // ---- Inputs ----
+
+    Fields a() const
     {
-        return meeting(a(model, params, data).sign, b(model, params, data).sign, d(model, params, data).sign);
+        return {ASignTr(), AExpTr(), AManTr()};
     }
 
-    static float exponents(const Model& model, Params& params, const Data& data)
+    Fields b() const
     {
-        return meeting(a(model, params, data).exponent, b(model, params, data).exponent,
-                       d(model, params, data).exponent);
+        return {BSignTr(), BExpTr(), BManTr()};
     }
 
-    static float mantissas(const Model& model, Params& params, const Data& data)
+    Fields d() const
     {
-        return meeting(a(model, params, data).mantissa, b(model, params, data).mantissa,
-                       d(model, params, data).mantissa);
+        return {DSignTr(), DExpTr(), DManTr()};
     }
 
-    // ---- Rates that a component takes over ----
-
-    static float abDataRate(const Model& model, Params& params, const Data& data)
+    float meetingOf(float Fields::*field) const
     {
-        return model.calculateAbDataTr(params, data);
+        const Fields fieldsOfA = a();
+        const Fields fieldsOfB = b();
+        const Fields fieldsOfD = d();
+        return meeting(fieldsOfA.*field, fieldsOfB.*field, fieldsOfD.*field);
     }
 
-    static float abDataRateCapped(const Model& model, Params& params, const Data& data)
+    float exponents() const
     {
-        return MIN(0.5f, model.calculateAbDataTr(params, data));
+        return meetingOf(&Fields::exponent);
     }
 
-    static float preaddDataRate(const Model& model, Params& params, const Data& data)
+    float mantissas() const
     {
-        return model.calculatePreaddDataTr(params, data);
+        return meetingOf(&Fields::mantissa);
     }
 
-    static float aluregRate(const Model& model, Params& params, const Data& data)
+    // ---- Toggle formulas ----
+
+    float abDataCapped() const
     {
-        return model.calculateAluregTr(params, data);
+        return MIN(0.5f, AbDataTr());
     }
 
-    static float alumuxRate(const Model& model, Params& params, const Data& data)
+    float inputsOfAdder() const
     {
-        return model.calculateAlumuxTr(params, data);
+        return MIN(0.5f, d().bits<Single>() * 0.03125f);
     }
 
-    static float multRate(const Model& model, Params& params, const Data& data)
+    float inputsOfProduct() const
     {
-        return model.calculateMultTr(params, data);
-    }
-
-    static float outputRate(const Model& model, Params& params, const Data& data)
-    {
-        return model.calculateOutputTr(params, data);
-    }
-
-    static float inputC(const Model& model, Params& params, const Data& data)
-    {
-        return model.getCTr(params, data);
-    }
-
-    static float opmode(const Model& model, Params& params, const Data& data)
-    {
-        return model.getFpopmodeTr(params, data);
-    }
-
-    static float adderOut(const Model& model, Params& params, const Data& data)
-    {
-        return model.getFpaOutTr(params, data);
-    }
-
-    static float multOut(const Model& model, Params& params, const Data& data)
-    {
-        return model.getFpmOutTr(params, data);
-    }
-
-    static float bothOut(const Model& model, Params& params, const Data& data)
-    {
-        const float adder = model.getFpaOutTr(params, data);
-        const float multiplier = model.getFpmOutTr(params, data);
-        return AVERAGE(adder, multiplier);
-    }
-
-    // ---- Formulas named by their component ----
-
-    static float abDataOfAdder(const Model& model, Params& params, const Data& data)
-    {
-        return MIN(0.5f, d(model, params, data).bits<Single>() * 0.03125f);
-    }
-
-    template <class Format, class Number = typename Format::Number>
-    static float abDataOf(const Fields& doubled, Number bBits, Number dBits)
-    {
-        constexpr Number exponentBits = 2 * Format::exponent;
-        constexpr Number mantissaBits = 2 * Format::mantissa;
-        const Number bits =
-            2.0f * doubled.sign + exponentBits * doubled.exponent + mantissaBits * doubled.mantissa + bBits + dBits;
-        return MIN(0.5f, static_cast<float>(bits * Number{0.0078125f}));
-    }
-
-    static float abDataOfProduct(const Model& model, Params& params, const Data& data)
-    {
-        return abDataOf<Single>(a(model, params, data), b(model, params, data).bitsWithoutMantissa(),
-                                d(model, params, data).bits<Single>());
-    }
-
-    template <class Format>
-    static float abData(const Model& model, Params& params, const Data& data)
-    {
-        return abDataOf<Format>(a(model, params, data), b(model, params, data).template bits<Format>(),
-                                d(model, params, data).template bits<Format>());
+        const Fields fieldsOfA = a();
+        const float bBits = b().bitsWithoutMantissa();
+        const float dBits = d().bits<Single>();
+        return inputBits<Single>(fieldsOfA, bBits, dBits);
     }
 
     template <class Format, class Number = typename Format::Number>
-    static float preaddDataOfProduct(const Model& model, Params& params, const Data& data)
+    float inputs() const
     {
-        const Number exponent = exponents(model, params, data);
-        const Number inmode = model.getFpinmodeTr(params, data);
+        const Fields fieldsOfA = a();
+        const Number bBits = b().bits<Format>();
+        const Number dBits = d().bits<Format>();
+        return inputBits<Format>(fieldsOfA, bBits, dBits);
+    }
+
+    template <class Format, class Number = typename Format::Number>
+    float pathOfProduct() const
+    {
+        const Number exponent = exponents();
+        const Number inmode = FpinmodeTr();
         return MIN(0.5f, static_cast<float>((exponent * Format::exponent + inmode) / 9));
     }
 
     // kept: the two sums differ in the order of their terms, and so in rounding
-    static float preaddDataOfSum(const Model& model, Params& params, const Data& data)
+    float pathOfSum() const
     {
-        const float c = model.getCTr(params, data);
-        const float exponent = exponents(model, params, data);
-        const float inmode = model.getFpinmodeTr(params, data);
+        const float c = CTr();
+        const float exponent = exponents();
+        const float inmode = FpinmodeTr();
         return MIN(0.5f, (32.0f * c + exponent * 8.0f + inmode) / 41.0f);
     }
 
-    static float preaddDataOfSum16(const Model& model, Params& params, const Data& data)
+    float pathOfSum16() const
     {
-        const double exponent = exponents(model, params, data);
-        const float c = model.getCTr(params, data);
-        const double inmode = model.getFpinmodeTr(params, data);
+        const double exponent = exponents();
+        const float c = CTr();
+        const double inmode = FpinmodeTr();
         return MIN(0.5f, static_cast<float>((exponent * 12.8 + 32.0f * c + inmode) / 41.0));
     }
 
-    static float alumuxOfAdder(const Model& model, Params& params, const Data& data)
+    float aluInputsOfAdder() const
     {
-        const float c = model.calculateCDataTr(params, data);
-        const float out = model.calculateOutputTr(params, data);
+        const float c = CDataTr();
+        const float out = OutputTr();
         return MIN(0.5f, AVERAGE(c, out));
     }
 
     template <class Format, class Number = typename Format::Number>
-    static float alumux(const Model& model, Params& params, const Data& data)
+    float aluInputs() const
     {
-        const Number mantissa = mantissas(model, params, data);
-        const Number inmode = model.getFpinmodeTr(params, data);
+        const Number mantissa = mantissas();
+        const Number inmode = FpinmodeTr();
         return MIN(0.5f, static_cast<float>((mantissa * Format::mantissa + inmode) / 23));
     }
 
     template <class Format, class Number = typename Format::Number>
-    static float preadd(const Model& model, Params& params, const Data& data)
+    float preadder() const
     {
-        const Number exponent = exponents(model, params, data);
-        const Number inmode = model.getFpinmodeTr(params, data);
+        const Number exponent = exponents();
+        const Number inmode = FpinmodeTr();
         return MIN(0.5f, static_cast<float>((exponent * Format::exponent + inmode) * Number{0.125f}));
     }
 
     template <class Format, class Number = typename Format::Number>
-    static float mult(const Model& model, Params& params, const Data& data)
+    float multiplier() const
     {
-        const Number mantissa = mantissas(model, params, data);
-        const Number inmode = model.getFpinmodeTr(params, data);
-        const float out = model.getFpmOutTr(params, data);
+        const Number mantissa = mantissas();
+        const Number inmode = FpinmodeTr();
+        const float out = FpmOutTr();
         return MIN(0.5f, AVERAGE(static_cast<float>((mantissa * Format::mantissa + inmode) / Format::multBits), out));
     }
 
     template <class Format, class Number = typename Format::Number>
-    static float fpExp(const Model& model, Params& params, const Data& data)
+    float exponentPath() const
     {
-        const Number exponent = exponents(model, params, data);
-        const Number sign = signs(model, params, data);
+        const Number exponent = exponents();
+        const Number sign = meetingOf(&Fields::sign);
+        const Fields fieldsOfB = b();
+        const Fields fieldsOfD = d();
         // kept: 0.5 stands where A's mantissa would
-        const Number mantissa = meeting(0.5f, b(model, params, data).mantissa, d(model, params, data).mantissa);
-        const Number inmode = model.getFpinmodeTr(params, data);
+        const Number mantissa = meeting(0.5f, fieldsOfB.mantissa, fieldsOfD.mantissa);
+        const Number inmode = FpinmodeTr();
         const Number bits = exponent * Format::exponent + sign + mantissa * Format::mantissa + inmode;
         return MIN(0.5f, static_cast<float>(bits * Number{0.03125f}));
     }
 
-    static float complex(const Model& model, Params& params, const Data& data)
+    float bothOut() const
     {
-        const float ab = model.calculateAbDataTr(params, data);
-        const float path = model.calculatePreaddDataTr(params, data);
+        const float adder = FpaOutTr();
+        const float ofMultiplier = FpmOutTr();
+        return AVERAGE(adder, ofMultiplier);
+    }
+
+    float complexStage() const
+    {
+        const float ab = AbDataTr();
+        const float path = PreaddDataTr();
         return AVERAGE(ab, path);
     }
 
-    /// The output beside A and the busier of B and D.
+    float cascadeOfProduct() const
+    {
+        const float out = bothOut();
+        const float aBits = a().bits<Single>();
+        const float bBits = b().bitsWithoutMantissa();
+        const float dBits = d().bits<Single>();
+        return cascadeBits<Single>(out, aBits, bBits, dBits);
+    }
+
     template <class Format, class Number = typename Format::Number>
-    static float cascadeOf(float out, Number aBits, Number bBits, Number dBits)
+    float cascadeBehind(float out) const
     {
-        const Number busier = MAX(static_cast<float>(bBits), static_cast<float>(dBits));
-        return static_cast<float>((out * 32.0f + aBits + busier) / 96);
+        const Number aBits = a().bits<Format>();
+        const Number bBits = b().bits<Format>();
+        const Number dBits = d().bits<Format>();
+        return cascadeBits<Format>(out, aBits, bBits, dBits);
     }
 
-    static float cascadeOfProduct(const Model& model, Params& params, const Data& data)
+    float cascadeOfProduct16() const
     {
-        return cascadeOf<Single>(bothOut(model, params, data), a(model, params, data).bits<Single>(),
-                                 b(model, params, data).bitsWithoutMantissa(), d(model, params, data).bits<Single>());
-    }
-
-    static float cascadeOfProduct16(const Model& model, Params& params, const Data& data)
-    {
-        return cascadeOf<B16>(multOut(model, params, data), a(model, params, data).bits<B16>(),
-                              b(model, params, data).bits<B16>(), d(model, params, data).bits<B16>());
+        return cascadeBehind<B16>(FpmOutTr());
     }
 
     template <class Format>
-    static float cascade(const Model& model, Params& params, const Data& data)
+    float cascade() const
     {
-        return cascadeOf<Format>(bothOut(model, params, data), a(model, params, data).template bits<Format>(),
-                                 b(model, params, data).template bits<Format>(),
-                                 d(model, params, data).template bits<Format>());
+        return cascadeBehind<Format>(bothOut());
+    }
+
+    float ownRate(Component component, std::size_t group) const
+    {
+        using S = Sheet;
+        // clang-format off
+        static constexpr auto toggles = zelm::dspToggles<S>({
+            // component product                    sum                       product16               sum16                  adderAlone
+            {abData,     &S::inputsOfProduct,       &S::inputs<Single>,       &S::inputs<B16>,        &S::inputs<B16>,       &S::inputsOfAdder},
+            {preaddData, &S::pathOfProduct<Single>, &S::pathOfSum,            &S::pathOfProduct<B16>, &S::pathOfSum16,       &S::AbDataTr},
+            {cData,      &S::PreaddDataTr,          &S::CTr,                  &S::PreaddDataTr,       &S::CTr,               &S::CTr},
+            {alureg,     &S::AbDataTr,              &S::FpopmodeTr,           &S::AbDataTr,           &S::FpopmodeTr,        &S::FpopmodeTr},
+            {alumux,     &S::aluInputs<Single>,     &S::aluInputs<Single>,    &S::aluInputs<B16>,     &S::aluInputs<B16>,    &S::aluInputsOfAdder},
+            {aluadd,     &S::AlumuxTr,              &S::AlumuxTr,             &S::AlumuxTr,           &S::AlumuxTr,          &S::AluregTr},
+            {preadd,     &S::preadder<Single>,      &S::preadder<Single>,     &S::preadder<B16>,      &S::preadder<B16>,     &S::abDataCapped},
+            {mult,       &S::multiplier<Single>,    &S::multiplier<Single>,   &S::multiplier<B16>,    &S::multiplier<B16>,   &S::abDataCapped},
+            {mData,      &S::MultTr},
+            {patdet,     &S::OutputTr},
+            {fpExp,      &S::exponentPath<Single>,  &S::exponentPath<Single>, &S::exponentPath<B16>,  &S::exponentPath<B16>, &S::abDataCapped},
+            {fpAdd,      &S::AbDataTr,              &S::FpaOutTr,             &S::AluregTr,           &S::FpaOutTr,          &S::FpaOutTr},
+            {fpNorm,     &S::FpmOutTr,              &S::FpmOutTr,             &S::FpmOutTr,           &S::FpmOutTr,          &S::AbDataTr},
+            {output,     &S::FpmOutTr,              &S::bothOut,              &S::FpmOutTr,           &S::bothOut,           &S::FpaOutTr},
+            {optinv,     &S::AluregTr},
+            {complex,    &S::PreaddDataTr,          &S::complexStage,         &S::complexStage,       &S::complexStage,      &S::complexStage},
+            {cascDelay,  &S::cascadeOfProduct,      &S::cascade<Single>,      &S::cascadeOfProduct16, &S::cascade<B16>,      &S::FpaOutTr},
+        });
+        // clang-format on
+        return (this->*toggles(component)[group])();
     }
 };
 
-} // namespace
-
-struct ZelmOrvaneDspFp32Model::Slice {
-    using T = Toggles;
-    enum Group { product, sum, product16, sum16, adderAlone };
-
-    static constexpr std::string_view family = "FP32";
-    static constexpr std::array<zelm::DspMode, 9> modes{{{"MULT_ADD", sum},
-                                                         {"MULT_ADD_NOFPMPIPEREG", sum},
-                                                         {"MULT_ONLY", product},
-                                                         {"MULT_ONLY_NOFPMPIPEREG", product},
-                                                         {"ADD_ONLY", adderAlone},
-                                                         {"B16_MULT_ADD", sum16},
-                                                         {"B16_MULT_ADD_NOFPMPIPEREG", sum16},
-                                                         {"B16_MULT", product16},
-                                                         {"B16_MULT_NOFPMPIPEREG", product16}}};
-    static constexpr auto components = zelm::dspComponents(complex, cascDelay);
-    static constexpr auto aggregate = zelm::dspAggregate({{complex, 1.0f}, {cascDelay, 1.0f}});
-    // clang-format off
-    static constexpr auto toggles = zelm::dspToggles<Model, 5>({
-        // component product                         sum                 product16                    sum16                 adderAlone
-        {abData,     T::abDataOfProduct,             T::abData<Single>,  T::abData<B16>,              T::abData<B16>,       T::abDataOfAdder},
-        {preaddData, T::preaddDataOfProduct<Single>, T::preaddDataOfSum, T::preaddDataOfProduct<B16>, T::preaddDataOfSum16, T::abDataRate},
-        {cData,      T::preaddDataRate,              T::inputC,          T::preaddDataRate,           T::inputC,            T::inputC},
-        {alureg,     T::abDataRate,                  T::opmode,          T::abDataRate,               T::opmode,            T::opmode},
-        {alumux,     T::alumux<Single>,              T::alumux<Single>,  T::alumux<B16>,              T::alumux<B16>,       T::alumuxOfAdder},
-        {aluadd,     T::alumuxRate,                  T::alumuxRate,      T::alumuxRate,               T::alumuxRate,        T::aluregRate},
-        {preadd,     T::preadd<Single>,              T::preadd<Single>,  T::preadd<B16>,              T::preadd<B16>,       T::abDataRateCapped},
-        {mult,       T::mult<Single>,                T::mult<Single>,    T::mult<B16>,                T::mult<B16>,         T::abDataRateCapped},
-        {mData,      T::multRate},
-        {patdet,     T::outputRate},
-        {fpExp,      T::fpExp<Single>,               T::fpExp<Single>,   T::fpExp<B16>,               T::fpExp<B16>,        T::abDataRateCapped},
-        {fpAdd,      T::abDataRate,                  T::adderOut,        T::aluregRate,               T::adderOut,          T::adderOut},
-        {fpNorm,     T::multOut,                     T::multOut,         T::multOut,                  T::multOut,           T::abDataRate},
-        {output,     T::multOut,                     T::bothOut,         T::multOut,                  T::bothOut,           T::adderOut},
-        {optinv,     T::aluregRate},
-        {complex,    T::preaddDataRate,              T::complex,         T::complex,                  T::complex,           T::complex},
-        {cascDelay,  T::cascadeOfProduct,            T::cascade<Single>, T::cascadeOfProduct16,       T::cascade<B16>,      T::adderOut},
-    });
-    // clang-format on
-#include "dsp/ZelmDspCells.inc"
-};
-
-#include "framework/ZelmCellBodies.inc"
-
-std::string_view ZelmOrvaneDspFp32Model::viewDspUsage(Params& params, const Data& data) const
-{
-    return once(params[Params::DSP_USAGE], [&] {
-        const std::string_view b16 = viewB16Used(params, data);
-        const std::string_view multUsed = viewMultUsed(params, data);
-        const std::string_view addUsed = viewAddUsed(params, data);
-        const std::string_view pipeline = viewFpmpiperegUsed(params, data);
-        return zelm::dspKey({"B16_", b16, "_MULT_", multUsed, "_ADD_", addUsed, "_FPMPIPEREG_", pipeline});
-    });
-}
-
-float ZelmOrvaneDspFp32Model::dynamicCurrent(Component component, Params& params, const Data& data) const
-{
-    const std::string_view mode = viewOperationalMode(params, data);
-    return data.findDynamicData(Slice::family, mode, zelm::keyOf(component), "DYNAMIC_MA_MHZ");
-}
-
-float ZelmOrvaneDspFp32Model::offCurrent(Component component, Params& params, const Data& data) const
-{
-    const std::string_view mode = viewOperationalMode(params, data);
-    return data.findDynamicData(Slice::family, mode, zelm::keyOf(component), "OFF_CURRENT_MA");
-}
+#include "framework/ZelmModelBodies.inc"

@@ -1,17 +1,26 @@
 #include "dsp/ZelmOrvaneDspInt24Model.h"
 
-#include "dsp/ZelmDspIntegerToggles.h"
-
-template class ZelmModelBlock<ZelmOrvaneDspInt24Model, ZelmOrvaneDspInt24Params, ZelmOrvaneDspInt24Data>;
+#include "dsp/ZelmDspIntegerSheet.h"
+#include "framework/ZelmModelBlockImpl.h"
 
 #define ZELM_MODEL ZelmOrvaneDspInt24Model
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspInt24Cells.def"
+#define ZELM_TABLE_ROWS "dsp/ZelmOrvaneDspInt24Tables.def"
 
 namespace {
 
-using Model = ZelmOrvaneDspInt24Model;
+using enum zelm::DspComponent;
+using enum zelm::DspInt24Mode;
 
-struct Traits {
+} // namespace
+
+struct ZelmOrvaneDspInt24Model::Sheet : ZelmDspIntegerSheet<ZelmOrvaneDspInt24Model> {
+#include "framework/ZelmAccessors.inc"
+
+    static constexpr Key familyKey = "INT24";
+    static constexpr auto modes = zelm::kDspInt24Modes;
+#include "dsp/ZelmDspCells.inc"
+
     static constexpr float inmodeBits = 6.0f;
     static constexpr float preaddDataCap = 50.0f; // kept: not the 0.5 of the others
     static constexpr float aluBits = 58.0f;
@@ -22,46 +31,44 @@ struct Traits {
     {
         return static_cast<float>(a * 1.2593);
     }
+
     static float multControls(float inmode)
     {
-        return ZelmHelperUtils::MIN(0.5f, 8.0f * inmode);
+        return MIN(0.5f, 8.0f * inmode);
     }
+
     static float multBehindPreaddControls(float inmode)
     {
-        return ZelmHelperUtils::MIN(0.5f, static_cast<float>(inmode * 1.33));
+        return MIN(0.5f, static_cast<float>(inmode * 1.33));
+    }
+
+    float ownRate(Component component, std::size_t group) const
+    {
+        using S = Sheet;
+        // clang-format off
+        static constexpr auto toggles = zelm::dspToggles<S>({
+            // component  withMult            withPreadd            aluAlone
+            {abData,      &S::abDataOfInputs, &S::abDataOfInputs,   &S::abDataOfAluAlone},
+            {preaddData,  &S::preaddPath},
+            {cData,       &S::CTr},
+            {alureg,      &S::aluControls,    &S::aluControls,      &S::AluCtrlCarryinTr},
+            {alumux,      &S::aluInputs},
+            {aluadd,      &S::POutputTr},
+            {preadd,      &S::abDataCapped,   &S::preadder,         &S::abDataCapped},
+            {mult,        &S::multiplier,     &S::multBehindPreadd, &S::AbDataTr},
+            {mData,       &S::MultTr},
+            {patdet,      &S::POutputTr},
+            {fpExp,       &S::AbDataTr},
+            {fpAdd,       &S::fpAdder},
+            {fpNorm,      &S::AluaddTr},
+            {output,      &S::POutputTr},
+            {optinv,      &S::aluControls,    &S::aluControls,      &S::AluCtrlCarryinTr},
+            {complex,     &S::complexStage},
+            {cascDelay,   &S::cascade},
+        });
+        // clang-format on
+        return (this->*toggles(component)[group])();
     }
 };
 
-using T = ZelmDspIntegerToggles<Model, Traits>;
-
-} // namespace
-
-struct ZelmOrvaneDspInt24Model::Slice : ZelmDspIntegerSlice {
-    static constexpr std::string_view family = "INT24";
-    static constexpr auto modes = kDspInt24Modes;
-    // clang-format off
-    static constexpr auto toggles = zelm::dspToggles<Model, 3>({
-        // component  withMult             withPreadd           aluAlone
-        {abData,      T::abData,           T::abData,           T::abDataAluAlone},
-        {preaddData,  T::preaddData},
-        {cData,       T::inputC},
-        {alureg,      T::aluControls,      T::aluControls,      T::carry},
-        {alumux,      T::alumux},
-        {aluadd,      T::outputP},
-        {preadd,      T::abDataRateCapped, T::preadd,           T::abDataRateCapped},
-        {mult,        T::mult,             T::multBehindPreadd, T::abDataRate},
-        {mData,       T::multRate},
-        {patdet,      T::outputP},
-        {fpExp,       T::abDataRate},
-        {fpAdd,       T::fpAdd},
-        {fpNorm,      T::aluaddRate},
-        {output,      T::outputP},
-        {optinv,      T::aluControls,      T::aluControls,      T::carry},
-        {complex,     T::complex},
-        {cascDelay,   T::cascDelay},
-    });
-    // clang-format on
-#include "dsp/ZelmDspCells.inc"
-};
-
-#include "framework/ZelmCellBodies.inc"
+#include "framework/ZelmModelBodies.inc"

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <string_view>
+#include "framework/ZelmKey.h"
 
 namespace zelm {
 
-/// A measured current, a straight line over frequency in single precision. Data has the lines in the table CURRENT.
-template <class Data>
-float interfaceCurrent(const Data& data, std::string_view node, float frequency)
+/// A measured current, a straight line over frequency in single precision. The sheet has the lines in the table
+/// CURRENT.
+template <class Sheet>
+float interfaceCurrent(const Sheet& sheet, const Key& node, float frequency)
 {
-    const float slope = data.findCurrent(node, "SLOPE");
-    const float constant = data.findCurrent(node, "CONST");
+    const float slope = sheet.findCurrent(node, "SLOPE");
+    const float constant = sheet.findCurrent(node, "CONST");
     return slope * frequency + constant;
 }
 

@@ -3,113 +3,105 @@
 #include "fabric/ZelmCapFreqPower.h"
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneCleClkModel, ZelmOrvaneCleClkParams, ZelmOrvaneCleClkData>;
-
-using Model = ZelmOrvaneCleClkModel;
-
-// What a clock drives in a number of slices.
-struct Model::Load {
-    int (Model::*slices)(Params&, const Data&) const;
-    float (Model::*capFreq)(Params&, const Data&) const;
-    Params::FloatEnum cell;
-};
-
-// clang-format off
-const Model::Load
-    Model::kModulation        {&Model::getNumClockedSlices, &Model::calculateModulationCapFreq, Params::MODULATION_POWER},
-    Model::kRegisters         {&Model::getNumFfSlices,      &Model::calculateFfClkCapFreq,      Params::FF_CLK_POWER},
-    Model::kInputMultiplexers {&Model::getNumImuxSlices,    &Model::calculateImuxClkCapFreq,    Params::IMUX_CLK_POWER},
-    Model::kLutMemories       {&Model::getNumLutramSlices,  &Model::calculateLutramClkCapFreq,  Params::LUTRAM_CLK_POWER},
-    Model::kShiftRegisters    {&Model::getNumSrlSlices,     &Model::calculateSrlClkCapFreq,     Params::SRL_CLK_POWER};
-// clang-format on
-
 #define ZELM_MODEL ZelmOrvaneCleClkModel
 #define ZELM_CELL_ROWS "fabric/ZelmOrvaneCleClkCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "fabric/ZelmOrvaneCleClkTables.def"
 
-void ZelmOrvaneCleClkModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateCleClockPower(params, data);
-    calculateModulationPower(params, data);
-    calculateFfClkPower(params, data);
-    calculateImuxClkPower(params, data);
-    calculateLutramClkPower(params, data);
-    calculateSrlClkPower(params, data);
-}
+namespace {
 
-float ZelmOrvaneCleClkModel::power(const Load& load, Params& params, const Data& data) const
-{
-    return once(params[load.cell], [&] {
-        const float vccint = getVccint(params, data);
-        const float slices = static_cast<float>((this->*load.slices)(params, data));
-        const float capFreq = (this->*load.capFreq)(params, data);
+using Params = ZelmOrvaneCleClkParams;
+
+// What a clock drives in a number of slices.
+struct Load {
+    Params::IntEnum slices;
+    Params::FloatEnum capFreq;
+};
+
+constexpr Load kModulation{Params::NUM_CLOCKED_SLICES, Params::MODULATION_CAP_FREQ};
+constexpr Load kRegisters{Params::NUM_FF_SLICES, Params::FF_CLK_CAP_FREQ};
+constexpr Load kInputMultiplexers{Params::NUM_IMUX_SLICES, Params::IMUX_CLK_CAP_FREQ};
+constexpr Load kLutMemories{Params::NUM_LUTRAM_SLICES, Params::LUTRAM_CLK_CAP_FREQ};
+constexpr Load kShiftRegisters{Params::NUM_SRL_SLICES, Params::SRL_CLK_CAP_FREQ};
+
+} // namespace
+
+struct ZelmOrvaneCleClkModel::Sheet : zelm::Sheet<ZelmOrvaneCleClkModel> {
+#include "framework/ZelmAccessors.inc"
+
+    void pullOutputs() const
+    {
+        CleClockPower();
+        ModulationPower();
+        FfClkPower();
+        ImuxClkPower();
+        LutramClkPower();
+        SrlClkPower();
+    }
+
+    double power(const Load& load) const
+    {
+        const float vccint = Vccint();
+        const float slices = static_cast<float>(value(load.slices));
+        const float capFreq = value(load.capFreq);
         return zelm::capFreqPower(vccint, slices * capFreq);
-    });
-}
+    }
 
-float ZelmOrvaneCleClkModel::calculateModulationCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::MODULATION_CAP_FREQ], [&] {
-        const float delay = data.findClkCap("PROG_DELAY");
-        const float delayUsed = getProbPdelayUsed(params, data);
-        const float buffer = data.findClkCap("CLKIN_BUF");
-        const double dualEdge = getProbDualEdgeClocking(params, data);
-        const double modeSelect = data.findClkCap("CLK_MODE_SEL");
-        const double clockFreq = getClockFreq(params, data);
+    double computeModulationCapFreq() const
+    {
+        const float delay = findClkCap("PROG_DELAY");
+        const float delayUsed = ProbPdelayUsed();
+        const float buffer = findClkCap("CLKIN_BUF");
+        const double dualEdge = ProbDualEdgeClocking();
+        const double modeSelect = findClkCap("CLK_MODE_SEL");
+        const double clockFreq = ClockFreq();
         const double behindModeSelect = delay * delayUsed + buffer;
         // Dual-edge clocking halves the frequency behind the mode select, not at it.
         return (behindModeSelect * (1.0 - dualEdge * 0.5) + modeSelect) * clockFreq;
-    });
-}
+    }
 
-float ZelmOrvaneCleClkModel::calculateFfClkCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::FF_CLK_CAP_FREQ], [&] {
-        const float control = data.findClkCap("CLEFF_CLK_CTRL");
-        const float groups = getAvgCeFfGroupsPerSlice(params, data);
-        const float enabled = getProbSliceCe(params, data);
-        const float delay = data.findClkCap("CLEFF_CLK_DEL");
-        const float clockFreq = getClockFreq(params, data);
+    float computeFfClkCapFreq() const
+    {
+        const float control = findClkCap("CLEFF_CLK_CTRL");
+        const float groups = AvgCeFfGroupsPerSlice();
+        const float enabled = ProbSliceCe();
+        const float delay = findClkCap("CLEFF_CLK_DEL");
+        const float clockFreq = ClockFreq();
         return (control * groups * enabled + delay) * clockFreq;
-    });
-}
+    }
 
-float ZelmOrvaneCleClkModel::calculateImuxClkCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::IMUX_CLK_CAP_FREQ], [&] {
-        const float dataControl = data.findClkCap("IMUX_DATA_CTRL");
-        const float groups = getAvgCeImuxGroupsPerSlice(params, data);
-        const float enabled = getProbSliceCe(params, data);
-        const float controlUsed = getProbCtrlImuxUsed(params, data);
-        const float controlControl = data.findClkCap("IMUX_CTRL_CTRL");
-        const float setReset = data.findClkCap("IMUX_CLK_SR");
-        const float clockFreq = getClockFreq(params, data);
+    float computeImuxClkCapFreq() const
+    {
+        const float dataControl = findClkCap("IMUX_DATA_CTRL");
+        const float groups = AvgCeImuxGroupsPerSlice();
+        const float enabled = ProbSliceCe();
+        const float controlUsed = ProbCtrlImuxUsed();
+        const float controlControl = findClkCap("IMUX_CTRL_CTRL");
+        const float setReset = findClkCap("IMUX_CLK_SR");
+        const float clockFreq = ClockFreq();
         return (dataControl * groups * enabled + controlUsed * controlControl + setReset) * clockFreq;
-    });
-}
+    }
 
-float ZelmOrvaneCleClkModel::calculateLutramClkCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::LUTRAM_CLK_CAP_FREQ],
-                [&] { return data.findClkCap("C_WCLKRAM") * getClockFreq(params, data); });
-}
+    float computeLutramClkCapFreq() const
+    {
+        return findClkCap("C_WCLKRAM") * ClockFreq();
+    }
 
-float ZelmOrvaneCleClkModel::calculateSrlClkCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::SRL_CLK_CAP_FREQ],
-                [&] { return data.findClkCap("C_SCLK") * getClockFreq(params, data); });
-}
+    float computeSrlClkCapFreq() const
+    {
+        return findClkCap("C_SCLK") * ClockFreq();
+    }
 
-float ZelmOrvaneCleClkModel::calculateCleClockPower(Params& params, const Data& data) const
-{
-    return once(params[Params::CLE_CLOCK_POWER], [&] {
-        const float modulation = calculateModulationPower(params, data);
-        const float registers = calculateFfClkPower(params, data);
-        const float inputMultiplexers = calculateImuxClkPower(params, data);
-        const float lutMemories = calculateLutramClkPower(params, data);
-        const float shiftRegisters = calculateSrlClkPower(params, data);
+    double computeCleClockPower() const
+    {
+        const float modulation = ModulationPower();
+        const float registers = FfClkPower();
+        const float inputMultiplexers = ImuxClkPower();
+        const float lutMemories = LutramClkPower();
+        const float shiftRegisters = SrlClkPower();
         const float sum = modulation + registers + inputMultiplexers + lutMemories + shiftRegisters;
         // The parts are in uW, the total in mW.
         return static_cast<double>(sum) * 0.001;
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -15,12 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "fabric/ZelmOrvaneCleClkCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    struct Load;
-    static const Load kModulation, kRegisters, kInputMultiplexers, kLutMemories, kShiftRegisters;
-
-    float power(const Load& load, Params& params, const Data& data) const;
 };

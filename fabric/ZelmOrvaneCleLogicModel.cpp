@@ -6,394 +6,367 @@
 #include <array>
 #include <cstddef>
 
-template class ZelmModelBlock<ZelmOrvaneCleLogicModel, ZelmOrvaneCleLogicParams, ZelmOrvaneCleLogicData>;
-
-using Model = ZelmOrvaneCleLogicModel;
-
-struct Model::Pin {
-    std::string_view key; // in the table of capacitance
-    float (Model::*rate)(Params&, const Data&) const;
-    float (Data::*capacitance)(std::string_view) const;
-    Params::FloatEnum frequencyCell;
-    Params::FloatEnum componentCell;
-    std::string_view (Model::*keyCell)(Params&, const Data&) const = nullptr; // names the key, if any
-};
-
-// A pin that switches the internal nodes behind itself and behind all later pins, up to A5's.
-struct Model::AddressPin : Pin {
-    Params::FloatEnum internalCell;
-    std::size_t firstNode; // in kInternalNodes
-};
+#define ZELM_MODEL ZelmOrvaneCleLogicModel
+#define ZELM_CELL_ROWS "fabric/ZelmOrvaneCleLogicCells.def"
+#define ZELM_TABLE_ROWS "fabric/ZelmOrvaneCleLogicTables.def"
 
 namespace {
 
-constexpr std::array<std::string_view, 5> kInternalNodes{"A1INT", "A2INT", "A3INT", "A4INT", "A5INT"};
+using Params = ZelmOrvaneCleLogicParams;
+using zelm::Key;
+
+enum class CapacitanceTable { lut, misc, lookahead };
+
+// A pin of the slice.
+struct Pin {
+    Key key; // in the table of capacitance
+    CapacitanceTable table;
+    Params::FloatEnum rate;
+    Params::FloatEnum frequency;
+    Params::StringEnum keyCell = Params::LastString; // names the key, if any
+};
+
+// A pin that switches the internal nodes behind itself and behind all later pins, up to A5's.
+struct AddressPin : Pin {
+    std::size_t firstNode; // in kInternalNodes
+};
+
+constexpr std::array<Key, 5> kInternalNodes{"A1INT", "A2INT", "A3INT", "A4INT", "A5INT"};
+
+// clang-format off
+using enum CapacitanceTable;
+constexpr AddressPin
+    kA1 {{"A1", lut, Params::A1_SIG_RATE, Params::A1_FREQ}, 0},
+    kA2 {{"A2", lut, Params::A2_SIG_RATE, Params::A2_FREQ}, 1},
+    kA3 {{"A3", lut, Params::A3_SIG_RATE, Params::A3_FREQ}, 2},
+    kA4 {{"A4", lut, Params::A4_SIG_RATE, Params::A4_FREQ}, 3},
+    kA5 {{"",   lut, Params::A5_SIG_RATE, Params::A5_FREQ, Params::A5_PIN_TYPE}, 4};
+
+constexpr Pin
+    kA6    {"A6",    lut,       Params::A6_SIG_RATE,    Params::A6_FREQ},
+    kByp   {"BYP",   misc,      Params::BYP_SIG_RATE,   Params::BYP_FREQ},
+    kCoutb {"COUTB", lookahead, Params::COUTB_SIG_RATE, Params::COUTB_FREQ},
+    kCoutd {"COUTD", lookahead, Params::COUTD_SIG_RATE, Params::COUTD_FREQ},
+    kCoutf {"COUTF", lookahead, Params::COUTF_SIG_RATE, Params::COUTF_FREQ},
+    kCouth {"COUTH", lookahead, Params::COUTH_SIG_RATE, Params::COUTH_FREQ},
+    kOfmux {"OFMUX", misc,      Params::OFMUX_SIG_RATE, Params::OFMUX_FREQ},
+    kOp    {"OP",    lut,       Params::OP_SIG_RATE,    Params::OP_FREQ};
+// clang-format on
 
 } // namespace
 
-// clang-format off
-const Model::AddressPin
-    Model::kA1 {{"A1", &Model::getA1SigRate, &Data::findLutCap, Params::A1_FREQ, Params::A1_PIN_COMPONENT}, Params::A1_INT_COMPONENT, 0},
-    Model::kA2 {{"A2", &Model::getA2SigRate, &Data::findLutCap, Params::A2_FREQ, Params::A2_PIN_COMPONENT}, Params::A2_INT_COMPONENT, 1},
-    Model::kA3 {{"A3", &Model::getA3SigRate, &Data::findLutCap, Params::A3_FREQ, Params::A3_PIN_COMPONENT}, Params::A3_INT_COMPONENT, 2},
-    Model::kA4 {{"A4", &Model::getA4SigRate, &Data::findLutCap, Params::A4_FREQ, Params::A4_PIN_COMPONENT}, Params::A4_INT_COMPONENT, 3},
-    Model::kA5 {{"",   &Model::getA5SigRate, &Data::findLutCap, Params::A5_FREQ, Params::A5_PIN_COMPONENT,
-                 &Model::viewA5PinType}, Params::A5_INT_COMPONENT, 4};
+struct ZelmOrvaneCleLogicModel::Sheet : zelm::Sheet<ZelmOrvaneCleLogicModel> {
+#include "framework/ZelmAccessors.inc"
 
-const Model::Pin
-    Model::kA6    {"A6",    &Model::getA6SigRate,    &Data::findLutCap,       Params::A6_FREQ,    Params::A6_PIN_COMPONENT   },
-    Model::kByp   {"BYP",   &Model::getBypSigRate,   &Data::findMiscCap,      Params::BYP_FREQ,   Params::BYP_PIN_COMPONENT  },
-    Model::kCoutb {"COUTB", &Model::getCoutbSigRate, &Data::findLookaheadCap, Params::COUTB_FREQ, Params::COUTB_PIN_COMPONENT},
-    Model::kCoutd {"COUTD", &Model::getCoutdSigRate, &Data::findLookaheadCap, Params::COUTD_FREQ, Params::COUTD_PIN_COMPONENT},
-    Model::kCoutf {"COUTF", &Model::getCoutfSigRate, &Data::findLookaheadCap, Params::COUTF_FREQ, Params::COUTF_PIN_COMPONENT},
-    Model::kCouth {"COUTH", &Model::getCouthSigRate, &Data::findLookaheadCap, Params::COUTH_FREQ, Params::COUTH_PIN_COMPONENT},
-    Model::kOfmux {"OFMUX", &Model::getOfmuxSigRate, &Data::findMiscCap,      Params::OFMUX_FREQ, Params::OFMUX_PIN_COMPONENT},
-    Model::kOp    {"OP",    &Model::getOpSigRate,    &Data::findLutCap,       Params::OP_FREQ,    Params::OP_PIN_COMPONENT   };
-// clang-format on
+    void pullOutputs() const
+    {
+        TeskLogicPower();
+        LogicPower();
+        LutComponent();
+        OfmuxComponent();
+        MemoryWriteComponent();
+        LutInstancePower();
+        RegInstancePower();
+        OfmuxInstancePower();
+        BypInstancePower();
+        BypComponent();
+        BypOfmuxComponent();
+        BypPower();
+        LookaheadInstancePower();
+        LookaheadComponent();
+        LookaheadOfmuxComponent();
+        LookaheadPower();
+    }
 
-#define ZELM_MODEL ZelmOrvaneCleLogicModel
-#define ZELM_CELL_ROWS "fabric/ZelmOrvaneCleLogicCells.def"
-#include "framework/ZelmCellBodies.inc"
+    // What a signal toggles unless the host knows better.
+    float signalRate() const
+    {
+        const float clockFreq = ClockFreq();
+        const float toggleRate = ToggleRate();
+        return clockFreq * toggleRate;
+    }
 
-void ZelmOrvaneCleLogicModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateTeskLogicPower(params, data);
-    calculateLogicPower(params, data);
-    calculateLutComponent(params, data);
-    calculateOfmuxComponent(params, data);
-    calculateMemoryWriteComponent(params, data);
-    calculateLutInstancePower(params, data);
-    calculateRegInstancePower(params, data);
-    calculateOfmuxInstancePower(params, data);
-    calculateBypInstancePower(params, data);
-    calculateBypComponent(params, data);
-    calculateBypOfmuxComponent(params, data);
-    calculateBypPower(params, data);
-    calculateLookaheadInstancePower(params, data);
-    calculateLookaheadComponent(params, data);
-    calculateLookaheadOfmuxComponent(params, data);
-    calculateLookaheadPower(params, data);
-}
+    float frequency(const Pin& pin) const
+    {
+        return value(pin.rate) * 0.5f;
+    }
 
-// What a signal toggles unless the host knows better.
-float ZelmOrvaneCleLogicModel::signalRate(Params& params, const Data& data) const
-{
-    const float clockFreq = getClockFreq(params, data);
-    const float toggleRate = getToggleRate(params, data);
-    return clockFreq * toggleRate;
-}
+    float capacitance(CapacitanceTable table, const Key& key) const
+    {
+        switch (table) {
+        case lut:
+            return findLutCap(key);
+        case misc:
+            return findMiscCap(key);
+        case lookahead:
+            break;
+        }
+        return findLookaheadCap(key);
+    }
 
-float ZelmOrvaneCleLogicModel::frequency(const Pin& pin, Params& params, const Data& data) const
-{
-    return once(params[pin.frequencyCell], [&] { return (this->*pin.rate)(params, data) * 0.5f; });
-}
+    float pinComponent(const Pin& pin) const
+    {
+        const Key& key = pin.keyCell == Params::LastString ? pin.key : value(pin.keyCell);
+        const float perPin = capacitance(pin.table, key);
+        const float cycles = value(pin.frequency);
+        return perPin * cycles;
+    }
 
-float ZelmOrvaneCleLogicModel::pinComponent(const Pin& pin, Params& params, const Data& data) const
-{
-    return once(params[pin.componentCell], [&] {
-        const std::string_view key = pin.keyCell ? (this->*pin.keyCell)(params, data) : pin.key;
-        const float capacitance = (data.*pin.capacitance)(key);
-        const float cycles = frequency(pin, params, data);
-        return capacitance * cycles;
-    });
-}
-
-float ZelmOrvaneCleLogicModel::internalComponent(const AddressPin& pin, Params& params, const Data& data) const
-{
-    return once(params[pin.internalCell], [&] {
-        const float cycles = frequency(pin, params, data);
-        float capacitance = data.findLutCap(kInternalNodes[pin.firstNode]);
+    float internalComponent(const AddressPin& pin) const
+    {
+        const float cycles = value(pin.frequency);
+        float sum = findLutCap(kInternalNodes[pin.firstNode]);
         for (std::size_t node = pin.firstNode + 1; node < kInternalNodes.size(); ++node)
-            capacitance += data.findLutCap(kInternalNodes[node]);
-        return cycles * capacitance;
-    });
-}
+            sum += findLutCap(kInternalNodes[node]);
+        return cycles * sum;
+    }
 
-float ZelmOrvaneCleLogicModel::calculateA6IntComponent(Params& params, const Data& /*data*/) const
-{
-    return once(params[Params::A6_INT_COMPONENT], [] { return 0.0f; });
-}
+    float computeA6IntComponent() const
+    {
+        return 0.0f;
+    }
 
-float ZelmOrvaneCleLogicModel::calculateMaxIntComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::MAX_INT_COMPONENT], [&] {
-        const float a1 = calculateA1IntComponent(params, data);
-        const float a2 = calculateA2IntComponent(params, data);
-        const float a3 = calculateA3IntComponent(params, data);
-        const float a4 = calculateA4IntComponent(params, data);
-        const float a5 = calculateA5IntComponent(params, data);
-        const float a6 = calculateA6IntComponent(params, data);
-        return ZelmHelperUtils::MAX(a1, a2, a3, a4, a5, a6);
-    });
-}
+    float computeMaxIntComponent() const
+    {
+        const float a1 = A1IntComponent();
+        const float a2 = A2IntComponent();
+        const float a3 = A3IntComponent();
+        const float a4 = A4IntComponent();
+        const float a5 = A5IntComponent();
+        const float a6 = A6IntComponent();
+        return MAX(a1, a2, a3, a4, a5, a6);
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLutCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::LUT_CAP_FREQ], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float a1 = calculateA1PinComponent(params, data);
-        const float a2 = calculateA2PinComponent(params, data);
-        const float a3 = calculateA3PinComponent(params, data);
-        const float a4 = calculateA4PinComponent(params, data);
-        const float a5 = calculateA5PinComponent(params, data);
-        const float a6 = calculateA6PinComponent(params, data);
-        const float op = calculateOpPinComponent(params, data);
-        const float internal = calculateMaxIntComponent(params, data);
-        return type.starts_with("LUT") ? a1 + a2 + a3 + a4 + a5 + a6 + op + internal : 0.0f;
-    });
-}
+    float computeLutCapFreq() const
+    {
+        const Key& type = InstanceType();
+        const float a1 = A1PinComponent();
+        const float a2 = A2PinComponent();
+        const float a3 = A3PinComponent();
+        const float a4 = A4PinComponent();
+        const float a5 = A5PinComponent();
+        const float a6 = A6PinComponent();
+        const float op = OpPinComponent();
+        const float internal = MaxIntComponent();
+        return type.text().starts_with("LUT") ? a1 + a2 + a3 + a4 + a5 + a6 + op + internal : 0.0f;
+    }
 
-float ZelmOrvaneCleLogicModel::calculateMemoryWriteCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::MEMORY_WRITE_CAP_FREQ], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float memoryWrite = data.findLutCap("C_LRAM");
-        const float clockFreq = getClockFreq(params, data);
-        const float writeProbability = getLutWeProb(params, data);
-        const float outputRate = getOpSigRate(params, data);
-        const float shift = data.findLutCap("C_SRL");
+    float computeMemoryWriteCapFreq() const
+    {
+        const Key& type = InstanceType();
+        const float memoryWrite = findLutCap("C_LRAM");
+        const float clockFreq = ClockFreq();
+        const float writeProbability = LutWeProb();
+        const float outputRate = OpSigRate();
+        const float shift = findLutCap("C_SRL");
         if (type == "LUT_DRAM")
             return memoryWrite * clockFreq * writeProbability;
         if (type == "LUT_SRL")
             return outputRate * shift * writeProbability;
         return 0.0f;
-    });
-}
+    }
 
-float ZelmOrvaneCleLogicModel::calculateRegCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::REG_CAP_FREQ], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float capacitance = data.findRegCap(type);
-        const float rate = getQSigRate(params, data);
-        return type.starts_with("REG") ? capacitance * rate : 0.0f;
-    });
-}
+    float computeRegCapFreq() const
+    {
+        const Key& type = InstanceType();
+        const float capacitance = findRegCap(type);
+        const float rate = QSigRate();
+        return type.text().starts_with("REG") ? capacitance * rate : 0.0f;
+    }
 
-float ZelmOrvaneCleLogicModel::calculateOfmuxCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::OFMUX_CAP_FREQ], [&] { return calculateOfmuxPinComponent(params, data); });
-}
+    float computeOfmuxCapFreq() const
+    {
+        return OfmuxPinComponent();
+    }
 
-float ZelmOrvaneCleLogicModel::calculateBypCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::BYP_CAP_FREQ], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float pin = calculateBypPinComponent(params, data);
-        return type.starts_with("BYP") ? pin : 0.0f;
-    });
-}
+    float computeBypCapFreq() const
+    {
+        const Key& type = InstanceType();
+        const float pin = BypPinComponent();
+        return type.text().starts_with("BYP") ? pin : 0.0f;
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLookaheadCapFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::LOOKAHEAD_CAP_FREQ], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float b = calculateCoutbPinComponent(params, data);
-        const float d = calculateCoutdPinComponent(params, data);
-        const float f = calculateCoutfPinComponent(params, data);
-        const float h = calculateCouthPinComponent(params, data);
-        return type.starts_with("LOOKAHEAD") ? b + d + f + h : 0.0f;
-    });
-}
+    float computeLookaheadCapFreq() const
+    {
+        const Key& type = InstanceType();
+        const float b = CoutbPinComponent();
+        const float d = CoutdPinComponent();
+        const float f = CoutfPinComponent();
+        const float h = CouthPinComponent();
+        return type.text().starts_with("LOOKAHEAD") ? b + d + f + h : 0.0f;
+    }
 
-// In uW.
-double ZelmOrvaneCleLogicModel::power(float capFreq, Params& params, const Data& data) const
-{
-    return zelm::capFreqPower(getVccint(params, data), capFreq);
-}
+    // In uW.
+    double power(float capFreq) const
+    {
+        return zelm::capFreqPower(Vccint(), capFreq);
+    }
 
-double ZelmOrvaneCleLogicModel::ofmuxPower(int multiplexers, Params& params, const Data& data) const
-{
-    const float capFreq = calculateOfmuxCapFreq(params, data);
-    return power(static_cast<float>(multiplexers) * capFreq, params, data);
-}
+    double ofmuxPower(int multiplexers) const
+    {
+        const float capFreq = OfmuxCapFreq();
+        return power(static_cast<float>(multiplexers) * capFreq);
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLutComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::LUT_COMPONENT], [&] { return power(calculateLutCapFreq(params, data), params, data); });
-}
+    double computeLutComponent() const
+    {
+        return power(LutCapFreq());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateMemoryWriteComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::MEMORY_WRITE_COMPONENT],
-                [&] { return power(calculateMemoryWriteCapFreq(params, data), params, data); });
-}
+    double computeMemoryWriteComponent() const
+    {
+        return power(MemoryWriteCapFreq());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateOfmuxComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::OFMUX_COMPONENT],
-                [&] { return ofmuxPower(getLutOfmuxInstanceCount(params, data), params, data); });
-}
+    double computeOfmuxComponent() const
+    {
+        return ofmuxPower(LutOfmuxInstanceCount());
+    }
 
-// The output multiplexers count whatever the type, here and for bypass and carry logic.
-float ZelmOrvaneCleLogicModel::calculateLutInstancePower(Params& params, const Data& data) const
-{
-    return once(params[Params::LUT_INSTANCE_POWER], [&] {
-        const float lut = calculateLutComponent(params, data);
-        const float ofmux = calculateOfmuxComponent(params, data);
-        const float memoryWrite = calculateMemoryWriteComponent(params, data);
+    // The output multiplexers count whatever the type, here and for bypass and carry logic.
+    float computeLutInstancePower() const
+    {
+        const float lut = LutComponent();
+        const float ofmux = OfmuxComponent();
+        const float memoryWrite = MemoryWriteComponent();
         return lut + ofmux + memoryWrite;
-    });
-}
+    }
 
-float ZelmOrvaneCleLogicModel::calculateRegInstancePower(Params& params, const Data& data) const
-{
-    return once(params[Params::REG_INSTANCE_POWER], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float capFreq = calculateRegCapFreq(params, data);
-        return type.starts_with("REG") ? power(capFreq, params, data) : 0.0;
-    });
-}
+    double computeRegInstancePower() const
+    {
+        const Key& type = InstanceType();
+        const float capFreq = RegCapFreq();
+        return type.text().starts_with("REG") ? power(capFreq) : 0.0;
+    }
 
-float ZelmOrvaneCleLogicModel::calculateOfmuxInstancePower(Params& params, const Data& data) const
-{
-    return once(params[Params::OFMUX_INSTANCE_POWER], [&] {
-        const int bypasses = getBypOfmuxInstanceCount(params, data);
-        const int lookaheads = getLookaheadOfmuxInstanceCount(params, data);
-        const int luts = getLutOfmuxInstanceCount(params, data);
-        return ofmuxPower(zelm::wrapAdd(zelm::wrapAdd(bypasses, lookaheads), luts), params, data);
-    });
-}
+    double computeOfmuxInstancePower() const
+    {
+        const int bypasses = BypOfmuxInstanceCount();
+        const int lookaheads = LookaheadOfmuxInstanceCount();
+        const int luts = LutOfmuxInstanceCount();
+        return ofmuxPower(zelm::wrapAdd(zelm::wrapAdd(bypasses, lookaheads), luts));
+    }
 
-float ZelmOrvaneCleLogicModel::calculateBypInstancePower(Params& params, const Data& data) const
-{
-    return once(params[Params::BYP_INSTANCE_POWER],
-                [&] { return power(calculateBypCapFreq(params, data), params, data); });
-}
+    double computeBypInstancePower() const
+    {
+        return power(BypCapFreq());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateBypComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::BYP_COMPONENT], [&] { return power(calculateBypCapFreq(params, data), params, data); });
-}
+    double computeBypComponent() const
+    {
+        return power(BypCapFreq());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateBypOfmuxComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::BYP_OFMUX_COMPONENT],
-                [&] { return ofmuxPower(getBypOfmuxInstanceCount(params, data), params, data); });
-}
+    double computeBypOfmuxComponent() const
+    {
+        return ofmuxPower(BypOfmuxInstanceCount());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateBypPower(Params& params, const Data& data) const
-{
-    return once(params[Params::BYP_POWER], [&] {
-        const float path = calculateBypComponent(params, data);
-        const float ofmux = calculateBypOfmuxComponent(params, data);
+    float computeBypPower() const
+    {
+        const float path = BypComponent();
+        const float ofmux = BypOfmuxComponent();
         return path + ofmux;
-    });
-}
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLookaheadInstancePower(Params& params, const Data& data) const
-{
-    return once(params[Params::LOOKAHEAD_INSTANCE_POWER],
-                [&] { return power(calculateLookaheadCapFreq(params, data), params, data); });
-}
+    double computeLookaheadInstancePower() const
+    {
+        return power(LookaheadCapFreq());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLookaheadComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::LOOKAHEAD_COMPONENT],
-                [&] { return power(calculateLookaheadCapFreq(params, data), params, data); });
-}
+    double computeLookaheadComponent() const
+    {
+        return power(LookaheadCapFreq());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLookaheadOfmuxComponent(Params& params, const Data& data) const
-{
-    return once(params[Params::LOOKAHEAD_OFMUX_COMPONENT],
-                [&] { return ofmuxPower(getLookaheadOfmuxInstanceCount(params, data), params, data); });
-}
+    double computeLookaheadOfmuxComponent() const
+    {
+        return ofmuxPower(LookaheadOfmuxInstanceCount());
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLookaheadPower(Params& params, const Data& data) const
-{
-    return once(params[Params::LOOKAHEAD_POWER], [&] {
-        const float carry = calculateLookaheadComponent(params, data);
-        const float ofmux = calculateLookaheadOfmuxComponent(params, data);
+    float computeLookaheadPower() const
+    {
+        const float carry = LookaheadComponent();
+        const float ofmux = LookaheadOfmuxComponent();
         return carry + ofmux;
-    });
-}
+    }
 
-// The elements' powers are in uW, the group's in mW.
-double ZelmOrvaneCleLogicModel::groupPower(float elementPower, Params& params, const Data& data) const
-{
-    const float elements = static_cast<float>(getInstanceCount(params, data));
-    return static_cast<double>(elements * elementPower) * 0.001;
-}
+    // The elements' powers are in uW, the group's in mW.
+    double groupPower(float elementPower) const
+    {
+        const float elements = static_cast<float>(InstanceCount());
+        return static_cast<double>(elements * elementPower) * 0.001;
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLogicPower(Params& params, const Data& data) const
-{
-    return once(params[Params::LOGIC_POWER], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float reg = calculateRegInstancePower(params, data);
-        const float lut = calculateLutInstancePower(params, data);
-        const float ofmux = calculateOfmuxInstancePower(params, data);
-        const float byp = calculateBypInstancePower(params, data);
-        const float lookahead = calculateLookaheadInstancePower(params, data);
-        const float element = type.starts_with("REG")         ? reg
-                              : type.starts_with("LUT")       ? lut
-                              : type.starts_with("OFMUX")     ? ofmux
-                              : type.starts_with("BYP")       ? byp
-                              : type.starts_with("LOOKAHEAD") ? lookahead
-                                                              : 0.0f;
-        return groupPower(element, params, data);
-    });
-}
+    double computeLogicPower() const
+    {
+        const Key& type = InstanceType();
+        const float reg = RegInstancePower();
+        const float lut = LutInstancePower();
+        const float ofmux = OfmuxInstancePower();
+        const float byp = BypInstancePower();
+        const float lookahead = LookaheadInstancePower();
+        const float element = type.text().starts_with("REG")         ? reg
+                              : type.text().starts_with("LUT")       ? lut
+                              : type.text().starts_with("OFMUX")     ? ofmux
+                              : type.text().starts_with("BYP")       ? byp
+                              : type.text().starts_with("LOOKAHEAD") ? lookahead
+                                                                     : 0.0f;
+        return groupPower(element);
+    }
 
-float ZelmOrvaneCleLogicModel::calculateTeskLutPinCap(Params& params, const Data& data) const
-{
-    return once(params[Params::TESK_LUT_PIN_CAP], [&] {
-        const float op = data.findLutCap("OP");
-        const float a1 = data.findLutCap("A1");
-        const float a2 = data.findLutCap("A2");
-        const float a3 = data.findLutCap("A3");
-        const float a4 = data.findLutCap("A4");
-        const float a6 = data.findLutCap("A6");
-        const float a5 =
-            ZelmHelperUtils::AVERAGE(data.findLutCap("A5_PIN"), data.findLutCap("A5_CAS"), data.findLutCap("A5_A6"));
+    float computeTeskLutPinCap() const
+    {
+        const float op = findLutCap("OP");
+        const float a1 = findLutCap("A1");
+        const float a2 = findLutCap("A2");
+        const float a3 = findLutCap("A3");
+        const float a4 = findLutCap("A4");
+        const float a6 = findLutCap("A6");
+        const float a5 = AVERAGE(findLutCap("A5_PIN"), findLutCap("A5_CAS"), findLutCap("A5_A6"));
         return op + (a1 + a2 + a3 + a4 + a6 + a5) * 0.8333333f;
-    });
-}
+    }
 
-float ZelmOrvaneCleLogicModel::calculateTeskLutIntCap(Params& params, const Data& data) const
-{
-    return once(params[Params::TESK_LUT_INT_CAP], [&] {
-        const float a1 = data.findLutCap("A1INT");
-        const float a2 = data.findLutCap("A2INT");
-        const float a3 = data.findLutCap("A3INT");
-        const float a4 = data.findLutCap("A4INT");
-        const float a5 = data.findLutCap("A5INT");
+    float computeTeskLutIntCap() const
+    {
+        const float a1 = findLutCap("A1INT");
+        const float a2 = findLutCap("A2INT");
+        const float a3 = findLutCap("A3INT");
+        const float a4 = findLutCap("A4INT");
+        const float a5 = findLutCap("A5INT");
         return (a1 + 2.0f * a2 + 3.0f * a3 + 4.0f * a4 + 5.0f * a5) / 5.0f;
-    });
-}
+    }
 
-float ZelmOrvaneCleLogicModel::calculateTeskLutCap(Params& params, const Data& data) const
-{
-    return once(params[Params::TESK_LUT_CAP], [&] {
-        const float pin = calculateTeskLutPinCap(params, data);
-        const float internal = calculateTeskLutIntCap(params, data);
+    double computeTeskLutCap() const
+    {
+        const float pin = TeskLutPinCap();
+        const float internal = TeskLutIntCap();
         return static_cast<double>(pin + internal) * 1.01;
-    });
-}
+    }
 
-float ZelmOrvaneCleLogicModel::calculateLutTeskPower(Params& params, const Data& data) const
-{
-    return once(params[Params::LUT_TESK_POWER], [&] {
-        const double vccint = getVccint(params, data);
-        const double capacitance = calculateTeskLutCap(params, data);
-        const double toggleRate = getToggleRate(params, data);
-        const double clockFreq = getClockFreq(params, data);
+    double computeLutTeskPower() const
+    {
+        const double vccint = Vccint();
+        const double capacitance = TeskLutCap();
+        const double toggleRate = ToggleRate();
+        const double clockFreq = ClockFreq();
         const float perToggle = static_cast<float>(vccint * vccint * capacitance * toggleRate * clockFreq);
         return static_cast<double>(perToggle * 0.5f) * 0.001;
-    });
-}
+    }
 
-// Exact types here, where LOGIC_POWER goes by prefixes: other registers and LUTs have no simple estimate.
-float ZelmOrvaneCleLogicModel::calculateTeskLogicPower(Params& params, const Data& data) const
-{
-    return once(params[Params::TESK_LOGIC_POWER], [&] {
-        const std::string_view type = viewInstanceType(params, data);
-        const float reg = calculateRegInstancePower(params, data);
-        const float lut = calculateLutTeskPower(params, data);
-        const float memoryWrite = calculateMemoryWriteComponent(params, data);
+    // Exact types here, where LOGIC_POWER goes by prefixes: other registers and LUTs have no simple estimate.
+    double computeTeskLogicPower() const
+    {
+        const Key& type = InstanceType();
+        const float reg = RegInstancePower();
+        const float lut = LutTeskPower();
+        const float memoryWrite = MemoryWriteComponent();
         const float element = type == "REG_FF"                          ? reg
                               : type == "LUT_LOGIC"                     ? lut
                               : type == "LUT_DRAM" || type == "LUT_SRL" ? lut + memoryWrite
                                                                         : 0.0f;
-        return groupPower(element, params, data);
-    });
-}
+        return groupPower(element);
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -2,171 +2,160 @@
 
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneClkDistModel, ZelmOrvaneClkDistParams, ZelmOrvaneClkDistData>;
+#define ZELM_MODEL ZelmOrvaneClkDistModel
+#define ZELM_CELL_ROWS "fabric/ZelmOrvaneClkDistCells.def"
+#define ZELM_TABLE_ROWS "fabric/ZelmOrvaneClkDistTables.def"
 
-using Model = ZelmOrvaneClkDistModel;
+namespace {
 
-struct Model::Rail {
-    std::string_view key; // in SIM_VOLTAGE
-    float (Model::*volts)(Params&, const Data&) const;
+using Params = ZelmOrvaneClkDistParams;
+using zelm::Key;
+
+struct Rail {
+    Key key; // in SIM_VOLTAGE
+    Params::FloatEnum volts;
 };
 
-struct Model::Segment {
-    std::string_view key; // in CURRENT
-    int (Model::*count)(Params&, const Data&) const;
+struct Segment {
+    Key key; // in CURRENT
+    Params::IntEnum count;
     const Rail& rail;
-    Params::FloatEnum cell;
 };
 
 // A leaf node; the more loads share it, the less each is charged.
-struct Model::Leaf {
-    int (Model::*count)(Params&, const Data&) const;
+struct Leaf {
+    Params::IntEnum count;
     double divisor; // microamperes per milliampere x sharing loads
-    Params::FloatEnum cell;
 };
 
-// clang-format off
-const Model::Rail
-    Model::kVccint {"VCCINT", &Model::getVccint},
-    Model::kVccram {"VCCRAM", &Model::getVccram};
+constexpr Rail kVccint{"VCCINT", Params::VCCINT};
+constexpr Rail kVccram{"VCCRAM", Params::VCCRAM};
 
-const Model::Segment
-    Model::kHd     {"HD",      &Model::getHdCount,     kVccram, Params::HD_CUR     },
-    Model::kHdHsr  {"HD_HSR",  &Model::getHdHsrCount,  kVccram, Params::HD_HSR_CUR },
-    Model::kHdLoc  {"HD_LOC",  &Model::getHdLocCount,  kVccint, Params::HD_LOC_CUR },
-    Model::kHr     {"HR",      &Model::getHrCount,     kVccram, Params::HR_CUR     },
-    Model::kVd     {"VD",      &Model::getVdCount,     kVccram, Params::VD_CUR     },
-    Model::kVdL1   {"VD_L1",   &Model::getVdL1Count,   kVccram, Params::VD_L1_CUR  },
-    Model::kVdL2   {"VD_L2",   &Model::getVdL2Count,   kVccram, Params::VD_L2_CUR  },
-    Model::kVdSsit {"VD_SSIT", &Model::getVdSsitCount, kVccram, Params::VD_SSIT_CUR},
-    Model::kVr     {"VR",      &Model::getVrCount,     kVccram, Params::VR_CUR     },
-    Model::kVrSsit {"VR_SSIT", &Model::getVrSsitCount, kVccram, Params::VR_SSIT_CUR};
+constexpr Segment kHd{"HD", Params::HD_COUNT, kVccram};
+constexpr Segment kHdHsr{"HD_HSR", Params::HD_HSR_COUNT, kVccram};
+constexpr Segment kHdLoc{"HD_LOC", Params::HD_LOC_COUNT, kVccint};
+constexpr Segment kHr{"HR", Params::HR_COUNT, kVccram};
+constexpr Segment kVd{"VD", Params::VD_COUNT, kVccram};
+constexpr Segment kVdL1{"VD_L1", Params::VD_L1_COUNT, kVccram};
+constexpr Segment kVdL2{"VD_L2", Params::VD_L2_COUNT, kVccram};
+constexpr Segment kVdSsit{"VD_SSIT", Params::VD_SSIT_COUNT, kVccram};
+constexpr Segment kVr{"VR", Params::VR_COUNT, kVccram};
+constexpr Segment kVrSsit{"VR_SSIT", Params::VR_SSIT_COUNT, kVccram};
 
-const Model::Leaf
-    Model::kLeaf1 {&Model::getLeaf1Count, 1000.0, Params::LEAF_1_CUR},
-    Model::kLeaf2 {&Model::getLeaf2Count, 2000.0, Params::LEAF_2_CUR},
-    Model::kLeaf4 {&Model::getLeaf4Count, 4000.0, Params::LEAF_4_CUR},
-    Model::kLeaf8 {&Model::getLeaf8Count, 8000.0, Params::LEAF_8_CUR};
-// clang-format on
+constexpr Leaf kLeaf1{Params::LEAF_1_COUNT, 1000.0};
+constexpr Leaf kLeaf2{Params::LEAF_2_COUNT, 2000.0};
+constexpr Leaf kLeaf4{Params::LEAF_4_COUNT, 4000.0};
+constexpr Leaf kLeaf8{Params::LEAF_8_COUNT, 8000.0};
 
-#define ZELM_MODEL ZelmOrvaneClkDistModel
-#define ZELM_CELL_ROWS "fabric/ZelmOrvaneClkDistCells.def"
-#include "framework/ZelmCellBodies.inc"
+} // namespace
 
-void ZelmOrvaneClkDistModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateClkNetworkVccintPwr(params, data);
-    calculateClkNetworkVccramPwr(params, data);
-    calculateClkBufVccramPwr(params, data);
-    calculateBufferCur(params, data);
-    calculateHrCur(params, data);
-    calculateVrCur(params, data);
-    calculateVrSsitCur(params, data);
-    calculateHdCur(params, data);
-    calculateHdHsrCur(params, data);
-    calculateVdCur(params, data);
-    calculateVdL1Cur(params, data);
-    calculateVdL2Cur(params, data);
-    calculateVdSsitCur(params, data);
-    calculateHdLocCur(params, data);
-    calculateLeaf1Cur(params, data);
-    calculateLeaf2Cur(params, data);
-    calculateLeaf4Cur(params, data);
-    calculateLeaf8Cur(params, data);
-}
+struct ZelmOrvaneClkDistModel::Sheet : zelm::Sheet<ZelmOrvaneClkDistModel> {
+#include "framework/ZelmAccessors.inc"
 
-float ZelmOrvaneClkDistModel::gatedMix(std::string_view node, Params& params, const Data& data) const
-{
-    const float gating = getGatingProb(params, data);
-    const float gated = data.findCurrent(node, "GATED");
-    const float ungated = data.findCurrent(node, "UNGATED");
-    return (1.0f - gating) * ungated + gating * gated;
-}
+    void pullOutputs() const
+    {
+        ClkNetworkVccintPwr();
+        ClkNetworkVccramPwr();
+        ClkBufVccramPwr();
+        BufferCur();
+        HrCur();
+        VrCur();
+        VrSsitCur();
+        HdCur();
+        HdHsrCur();
+        VdCur();
+        VdL1Cur();
+        VdL2Cur();
+        VdSsitCur();
+        HdLocCur();
+        Leaf1Cur();
+        Leaf2Cur();
+        Leaf4Cur();
+        Leaf8Cur();
+    }
 
-// A current scales with the voltage, not with its square; the power takes the second factor.
-double ZelmOrvaneClkDistModel::voltageRatio(const Rail& rail, Params& params, const Data& data) const
-{
-    const float volts = (this->*rail.volts)(params, data);
-    const float simulated = data.findSimVoltage(rail.key);
-    return zelm::ratioOrZero(volts, simulated);
-}
+    float gatedMix(const Key& node) const
+    {
+        const float gating = GatingProb();
+        const float gated = findCurrent(node, "GATED");
+        const float ungated = findCurrent(node, "UNGATED");
+        return (1.0f - gating) * ungated + gating * gated;
+    }
 
-// In microamperes.
-double ZelmOrvaneClkDistModel::networkCurrent(std::string_view node, int count, const Rail& rail, Params& params,
-                                              const Data& data) const
-{
-    const float clockFreq = getClockFreq(params, data);
-    const double mix = gatedMix(node, params, data);
-    const double ratio = voltageRatio(rail, params, data);
-    const double rate = static_cast<float>(count) * clockFreq;
-    return mix * (rate * ratio);
-}
+    // A current scales with the voltage, not with its square; the power takes the second factor.
+    double voltageRatio(const Rail& rail) const
+    {
+        const float volts = value(rail.volts);
+        const float simulated = findSimVoltage(rail.key);
+        return zelm::ratioOrZero(volts, simulated);
+    }
 
-float ZelmOrvaneClkDistModel::segmentCurrent(const Segment& segment, Params& params, const Data& data) const
-{
-    return once(params[segment.cell], [&] {
-        const int count = (this->*segment.count)(params, data);
+    // In microamperes.
+    double networkCurrent(const Key& node, int count, const Rail& rail) const
+    {
+        const float clockFreq = ClockFreq();
+        const double mix = gatedMix(node);
+        const double ratio = voltageRatio(rail);
+        const double rate = static_cast<float>(count) * clockFreq;
+        return mix * (rate * ratio);
+    }
+
+    double segmentCurrent(const Segment& segment) const
+    {
+        const int count = value(segment.count);
         // Narrowed in microamperes already, where leaves aren't: results must match the characterisation workbook.
-        const float microamperes = static_cast<float>(networkCurrent(segment.key, count, segment.rail, params, data));
+        const float microamperes = static_cast<float>(networkCurrent(segment.key, count, segment.rail));
         return static_cast<double>(microamperes) / 1000.0;
-    });
-}
+    }
 
-float ZelmOrvaneClkDistModel::leafCurrent(const Leaf& leaf, Params& params, const Data& data) const
-{
-    return once(params[leaf.cell], [&] {
-        const int count = (this->*leaf.count)(params, data);
-        return networkCurrent("LEAF", count, kVccint, params, data) / leaf.divisor;
-    });
-}
+    double leafCurrent(const Leaf& leaf) const
+    {
+        const int count = value(leaf.count);
+        return networkCurrent("LEAF", count, kVccint) / leaf.divisor;
+    }
 
-float ZelmOrvaneClkDistModel::calculateBufferCur(Params& params, const Data& data) const
-{
-    return once(params[Params::BUFFER_CUR], [&] {
-        const double mix = gatedMix(viewBufType(params, data), params, data);
-        const float clockFreq = getClockFreq(params, data);
-        const double ratio = voltageRatio(kVccram, params, data);
+    double computeBufferCur() const
+    {
+        const double mix = gatedMix(BufType());
+        const float clockFreq = ClockFreq();
+        const double ratio = voltageRatio(kVccram);
         // Divided before the product, in single precision, where segments and leaves are divided behind it.
         const double kiloMegahertz = clockFreq / 1000.0f;
         return mix * (kiloMegahertz * ratio);
-    });
-}
+    }
 
-float ZelmOrvaneClkDistModel::calculateClkBufVccramPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::CLK_BUF_VCCRAM_PWR], [&] {
-        const float vccram = getVccram(params, data);
-        const float buffer = calculateBufferCur(params, data);
+    float computeClkBufVccramPwr() const
+    {
+        const float vccram = Vccram();
+        const float buffer = BufferCur();
         return vccram * buffer;
-    });
-}
+    }
 
-float ZelmOrvaneClkDistModel::calculateClkNetworkVccramPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::CLK_NETWORK_VCCRAM_PWR], [&] {
-        const float vccram = getVccram(params, data);
-        const float hr = calculateHrCur(params, data);
-        const float vr = calculateVrCur(params, data);
-        const float vrSsit = calculateVrSsitCur(params, data);
-        const float vd = calculateVdCur(params, data);
-        const float vdSsit = calculateVdSsitCur(params, data);
-        const float vdL1 = calculateVdL1Cur(params, data);
-        const float vdL2 = calculateVdL2Cur(params, data);
-        const float hd = calculateHdCur(params, data);
-        const float hdHsr = calculateHdHsrCur(params, data);
+    float computeClkNetworkVccramPwr() const
+    {
+        const float vccram = Vccram();
+        const float hr = HrCur();
+        const float vr = VrCur();
+        const float vrSsit = VrSsitCur();
+        const float vd = VdCur();
+        const float vdSsit = VdSsitCur();
+        const float vdL1 = VdL1Cur();
+        const float vdL2 = VdL2Cur();
+        const float hd = HdCur();
+        const float hdHsr = HdHsrCur();
         return vccram * (hr + vr + vrSsit + vd + vdSsit + vdL1 + vdL2 + hd + hdHsr);
-    });
-}
+    }
 
-float ZelmOrvaneClkDistModel::calculateClkNetworkVccintPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::CLK_NETWORK_VCCINT_PWR], [&] {
-        const float vccint = getVccint(params, data);
-        const float hdLoc = calculateHdLocCur(params, data);
-        const float leaf1 = calculateLeaf1Cur(params, data);
-        const float leaf2 = calculateLeaf2Cur(params, data);
-        const float leaf4 = calculateLeaf4Cur(params, data);
-        const float leaf8 = calculateLeaf8Cur(params, data);
+    float computeClkNetworkVccintPwr() const
+    {
+        const float vccint = Vccint();
+        const float hdLoc = HdLocCur();
+        const float leaf1 = Leaf1Cur();
+        const float leaf2 = Leaf2Cur();
+        const float leaf4 = Leaf4Cur();
+        const float leaf8 = Leaf8Cur();
         return vccint * (hdLoc + leaf1 + leaf2 + leaf4 + leaf8);
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

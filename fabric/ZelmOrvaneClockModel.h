@@ -15,12 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "fabric/ZelmOrvaneClockCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    template <auto cell, class Value>
-    auto fixed(Value value, Params& params, const Data& data) const;
-    float utilisation(Params& params, const Data& data) const;
-    int shareOfSlices(int loads, Params& params, const Data& data) const;
 };

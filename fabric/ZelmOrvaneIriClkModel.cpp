@@ -3,84 +3,78 @@
 #include "fabric/ZelmInterfaceCurrent.h"
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneIriClkModel, ZelmOrvaneIriClkParams, ZelmOrvaneIriClkData>;
-
 #define ZELM_MODEL ZelmOrvaneIriClkModel
 #define ZELM_CELL_ROWS "fabric/ZelmOrvaneIriClkCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "fabric/ZelmOrvaneIriClkTables.def"
 
-void ZelmOrvaneIriClkModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateClockPower(params, data);
-    calculateIriClockPower(params, data);
-    calculateCnodeCtrlmuxClockPower(params, data);
-}
+struct ZelmOrvaneIriClkModel::Sheet : zelm::Sheet<ZelmOrvaneIriClkModel> {
+#include "framework/ZelmAccessors.inc"
 
-// In milliamperes, of a table in nanoamperes.
-double ZelmOrvaneIriClkModel::nodeCurrent(std::string_view node, Params& params, const Data& data) const
-{
-    const double nanoamperes = zelm::interfaceCurrent(data, node, getClockFreq(params, data));
-    return nanoamperes * 1e-6;
-}
+    void pullOutputs() const
+    {
+        ClockPower();
+        IriClockPower();
+        CnodeCtrlmuxClockPower();
+    }
 
-float ZelmOrvaneIriClkModel::calculateCurrentModeIndependent(Params& params, const Data& data) const
-{
-    return once(params[Params::CURRENT_MODE_INDEPENDENT], [&] {
-        const double testMux = nodeCurrent("CTRL_TST_MUX", params, data);
-        const double optionalInverter = nodeCurrent("CLK_OPT_INV", params, data);
-        const double inverter = nodeCurrent("MC_INV", params, data);
+    // In milliamperes, of a table in nanoamperes.
+    double nodeCurrent(const Key& node) const
+    {
+        const double nanoamperes = zelm::interfaceCurrent(*this, node, ClockFreq());
+        return nanoamperes * 1e-6;
+    }
+
+    double computeCurrentModeIndependent() const
+    {
+        const double testMux = nodeCurrent("CTRL_TST_MUX");
+        const double optionalInverter = nodeCurrent("CLK_OPT_INV");
+        const double inverter = nodeCurrent("MC_INV");
         return testMux + (optionalInverter + inverter);
-    });
-}
+    }
 
-float ZelmOrvaneIriClkModel::calculateCurrentPdelayOnLatchUsed(Params& params, const Data& data) const
-{
-    return once(params[Params::CURRENT_PDELAY_ON_LATCH_USED],
-                [&] { return nodeCurrent("PDELAY_ON_LATCH_USED", params, data); });
-}
+    double computeCurrentPdelayOnLatchUsed() const
+    {
+        return nodeCurrent("PDELAY_ON_LATCH_USED");
+    }
 
-float ZelmOrvaneIriClkModel::calculateCurrentPdelayOnBypassOnly(Params& params, const Data& data) const
-{
-    return once(params[Params::CURRENT_PDELAY_ON_BYPASS_ONLY],
-                [&] { return nodeCurrent("PDELAY_ON_BYPASS_ONLY", params, data); });
-}
+    double computeCurrentPdelayOnBypassOnly() const
+    {
+        return nodeCurrent("PDELAY_ON_BYPASS_ONLY");
+    }
 
-float ZelmOrvaneIriClkModel::calculateIriClockPower(Params& params, const Data& data) const
-{
-    return once(params[Params::IRI_CLOCK_POWER], [&] {
-        const float vccint = getVccint(params, data);
-        const float simulated = data.findFactor("SIM_VOLTAGE");
-        const float latchUsed = calculateCurrentPdelayOnLatchUsed(params, data);
-        const float modeIndependent = calculateCurrentModeIndependent(params, data);
-        const float latchedQuads = static_cast<float>(getNumLatchedQuadsPdelayOn(params, data));
-        const float bypassOnly = calculateCurrentPdelayOnBypassOnly(params, data);
-        const float bypassQuads = static_cast<float>(getNumBypassQuadsPdelayOn(params, data));
+    double computeIriClockPower() const
+    {
+        const float vccint = Vccint();
+        const float simulated = findFactor("SIM_VOLTAGE");
+        const float latchUsed = CurrentPdelayOnLatchUsed();
+        const float modeIndependent = CurrentModeIndependent();
+        const float latchedQuads = static_cast<float>(NumLatchedQuadsPdelayOn());
+        const float bypassOnly = CurrentPdelayOnBypassOnly();
+        const float bypassQuads = static_cast<float>(NumBypassQuadsPdelayOn());
         const double ratio = zelm::ratioOrZero(vccint, simulated);
         const float latched = (latchUsed + modeIndependent) * latchedQuads;
         const float bypassed = (bypassOnly + modeIndependent) * bypassQuads;
         const double current = bypassed + latched;
         return static_cast<double>(vccint) * ratio * current;
-    });
-}
+    }
 
-float ZelmOrvaneIriClkModel::calculateCnodeCtrlmuxClockPower(Params& params, const Data& data) const
-{
-    return once(params[Params::CNODE_CTRLMUX_CLOCK_POWER], [&] {
-        const double clockFreq = getClockFreq(params, data);
-        const double vccint = getVccint(params, data);
-        const double capacitance = data.findCapacitance("CTRLMUX") + data.findCapacitance("CNODE");
-        const double fanout = getNonCleSiteFanout(params, data);
+    double computeCnodeCtrlmuxClockPower() const
+    {
+        const double clockFreq = ClockFreq();
+        const double vccint = Vccint();
+        const double capacitance = findCapacitance("CTRLMUX") + findCapacitance("CNODE");
+        const double fanout = NonCleSiteFanout();
         // MHz to Hz, fF to F, W to mW.
         const double perFemtofarad = clockFreq * 1e6 * vccint * vccint * 1e-15 * 1000.0;
         return capacitance * perFemtofarad * fanout;
-    });
-}
+    }
 
-float ZelmOrvaneIriClkModel::calculateClockPower(Params& params, const Data& data) const
-{
-    return once(params[Params::CLOCK_POWER], [&] {
-        const float quads = calculateIriClockPower(params, data);
-        const float otherLoads = calculateCnodeCtrlmuxClockPower(params, data);
+    float computeClockPower() const
+    {
+        const float quads = IriClockPower();
+        const float otherLoads = CnodeCtrlmuxClockPower();
         return quads + otherLoads;
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

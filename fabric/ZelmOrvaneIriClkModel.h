@@ -15,9 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "fabric/ZelmOrvaneIriClkCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    double nodeCurrent(std::string_view node, Params& params, const Data& data) const;
 };

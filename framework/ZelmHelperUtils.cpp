@@ -56,7 +56,7 @@ ZelmHelperUtils::Found<T> search(const ZelmHelperUtils::Table<T>& table, const s
     const auto entry = table.find(key);
     if (entry != table.end())
         return entry->second;
-    zelm::LookUpMisses::note(&table, key);
+    zelm::Watcher::miss(&table, key);
     if constexpr (std::is_same_v<T, bool>) {
         std::cout << "Boolean error issues";
         return false;

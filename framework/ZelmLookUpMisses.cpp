@@ -2,26 +2,9 @@
 
 namespace zelm {
 
-namespace {
-
-thread_local LookUpMisses* innermost = nullptr;
-
-} // namespace
-
-LookUpMisses::LookUpMisses() : m_outer(innermost)
+void LookUpMisses::onMiss(const void* table, const std::string& key)
 {
-    innermost = this;
-}
-
-LookUpMisses::~LookUpMisses()
-{
-    innermost = m_outer;
-}
-
-void LookUpMisses::note(const void* table, const std::string& key)
-{
-    if (innermost)
-        innermost->m_misses.push_back({table, key});
+    m_misses.push_back({table, key});
 }
 
 } // namespace zelm

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/ZelmExport.h"
+#include "framework/ZelmWatcher.h"
 
 #include <string>
 #include <vector>
@@ -9,16 +9,15 @@ namespace zelm {
 
 /// While one lives, the table look-ups of this thread that find nothing are noted in it. A miss is no error to the
 /// formulas, which go on with a sentinel; this is how a host tells people which row their data lacks. Costs nothing on
-/// a hit. Instances nest: the innermost notes.
-class ZELM_EXPORT LookUpMisses {
+/// a hit.
+class ZELM_EXPORT LookUpMisses final : public Watcher {
 public:
     struct Miss {
         const void* table; ///< the table's address: ZelmDataBlock::groupOf names it
         std::string key;   ///< the joined key
     };
 
-    LookUpMisses();
-    ~LookUpMisses();
+    LookUpMisses() : Watcher(Wants::misses) {}
     LookUpMisses(const LookUpMisses&) = delete;
     LookUpMisses& operator=(const LookUpMisses&) = delete;
 
@@ -28,11 +27,11 @@ public:
         return m_misses;
     }
 
-    static void note(const void* table, const std::string& key);
+    void onMiss(const void* table, const std::string& key) override;
 
 private:
     std::vector<Miss> m_misses;
-    LookUpMisses* m_outer;
+    Watching m_watching{*this};
 };
 
 } // namespace zelm

@@ -2,7 +2,7 @@
 
 // The bodies of ZelmModelBlock, for the one source file that instantiates it for a block.
 
-#include "framework/ZelmModelBlock.h"
+#include "framework/ZelmSheet.h"
 
 template <class Derived, class ParamsT, class DataT>
 const Derived& ZelmModelBlock<Derived, ParamsT, DataT>::getGlobal()
@@ -29,5 +29,48 @@ void ZelmModelBlock<Derived, ParamsT, DataT>::calculate(Params& params) const
     const Data& data = Data::getGlobal();
     params.resetIntermediateCalculations();
     params.resetModelOutputs();
-    static_cast<const Derived&>(*this).pullOutputs(params, data);
+    typename Derived::Sheet(params, data).pullOutputs();
+}
+
+template <class Derived, class ParamsT, class DataT>
+void ZelmModelBlock<Derived, ParamsT, DataT>::pull(typename Params::IntEnum cell, Params& params,
+                                                   const Data& data) const
+{
+    if (cell != Params::LastInt) // the one marker that has no place among the cells
+        pulled(cell, params, data);
+}
+
+template <class Derived, class ParamsT, class DataT>
+void ZelmModelBlock<Derived, ParamsT, DataT>::pull(typename Params::FloatEnum cell, Params& params,
+                                                   const Data& data) const
+{
+    if (cell != Params::LastFloat)
+        pulled(cell, params, data);
+}
+
+template <class Derived, class ParamsT, class DataT>
+void ZelmModelBlock<Derived, ParamsT, DataT>::pull(typename Params::StringEnum cell, Params& params,
+                                                   const Data& data) const
+{
+    if (cell != Params::LastString)
+        typename Derived::Sheet(params, data).value(cell);
+}
+
+template <class Derived, class ParamsT, class DataT>
+int ZelmModelBlock<Derived, ParamsT, DataT>::pulled(typename Params::IntEnum cell, Params& params, const Data& data)
+{
+    return typename Derived::Sheet(params, data).value(cell);
+}
+
+template <class Derived, class ParamsT, class DataT>
+float ZelmModelBlock<Derived, ParamsT, DataT>::pulled(typename Params::FloatEnum cell, Params& params, const Data& data)
+{
+    return typename Derived::Sheet(params, data).value(cell);
+}
+
+template <class Derived, class ParamsT, class DataT>
+std::string ZelmModelBlock<Derived, ParamsT, DataT>::pulled(typename Params::StringEnum cell, Params& params,
+                                                            const Data& data)
+{
+    return std::string(typename Derived::Sheet(params, data).value(cell).text());
 }

@@ -1,35 +1,36 @@
 #include "hardblocks/ZelmOrvaneHscModel.h"
 
 #include "framework/ZelmModelBlockImpl.h"
-#include "hardblocks/ZelmHardBlockFormulas.h"
-
-template class ZelmModelBlock<ZelmOrvaneHscModel, ZelmOrvaneHscParams, ZelmOrvaneHscData>;
+#include "hardblocks/ZelmHardBlockSheet.h"
 
 #define ZELM_MODEL ZelmOrvaneHscModel
 #define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneHscCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "hardblocks/ZelmOrvaneHscTables.def"
 
-void ZelmOrvaneHscModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccintPower(params, data);
-}
+struct ZelmOrvaneHscModel::Sheet : zelm::Sheet<ZelmOrvaneHscModel> {
+#include "framework/ZelmAccessors.inc"
 
-float ZelmOrvaneHscModel::calculateVccintPowerCalc(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_POWER_CALC], [&] {
-        const std::string_view mode = viewMode(params, data);
-        const float normal = data.findNormalModePower("VALUE");
-        const float slow = data.findSlowModePower("VALUE");
-        const float vccint = getVccint(params, data);
-        const int count = getNumHsc(params, data);
+    void pullOutputs() const
+    {
+        VccintPower();
+    }
+
+    double computeVccintPowerCalc() const
+    {
+        const Key& mode = Mode();
+        const float normal = findNormalModePower("VALUE");
+        const float slow = findSlowModePower("VALUE");
+        const float vccint = Vccint();
+        const int count = NumHsc();
         // -1.0 marks an unknown mode; the floor of VCCINT_POWER makes it 0.
         const float power = mode == "Normal" ? normal : mode == "Slow" ? slow : -1.0f;
         return zelm::squaredToSupply(power, vccint, count);
-    });
-}
+    }
 
-float ZelmOrvaneHscModel::calculateVccintPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_POWER],
-                [&] { return zelm::notBelowZero(calculateVccintPowerCalc(params, data)); });
-}
+    float computeVccintPower() const
+    {
+        return zelm::notBelowZero(VccintPowerCalc());
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

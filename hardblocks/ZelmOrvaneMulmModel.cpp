@@ -1,43 +1,41 @@
 #include "hardblocks/ZelmOrvaneMulmModel.h"
 
 #include "framework/ZelmModelBlockImpl.h"
-#include "hardblocks/ZelmHardBlockFormulas.h"
-
-template class ZelmModelBlock<ZelmOrvaneMulmModel, ZelmOrvaneMulmParams, ZelmOrvaneMulmData>;
+#include "hardblocks/ZelmHardBlockSheet.h"
 
 #define ZELM_MODEL ZelmOrvaneMulmModel
 #define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneMulmCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "hardblocks/ZelmOrvaneMulmTables.def"
 
-void ZelmOrvaneMulmModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccintPower(params, data);
-}
+struct ZelmOrvaneMulmModel::Sheet : zelm::Sheet<ZelmOrvaneMulmModel> {
+#include "framework/ZelmAccessors.inc"
 
-std::string_view ZelmOrvaneMulmModel::viewPowerDataTag(Params& params, const Data& data) const
-{
-    return once(params[Params::POWER_DATA_TAG], [&] {
-        const std::string_view mode = viewMulmMode(params, data);
-        const int width = getLinkWidth(params, data);
-        const std::string_view speed = viewLinkSpeed(params, data);
+    void pullOutputs() const
+    {
+        VccintPower();
+    }
+
+    std::string computePowerDataTag() const
+    {
+        const Key& mode = MulmMode();
+        const int width = LinkWidth();
+        const Key& speed = LinkSpeed();
         return std::string(mode).append("_CH").append(std::to_string(width)).append("_").append(speed);
-    });
-}
+    }
 
-std::string_view ZelmOrvaneMulmModel::viewInvalidConfig(Params& params, const Data& data) const
-{
-    return once(params[Params::INVALID_CONFIG], [&] {
-        return ZelmHelperUtils::ISERROR(data.findPowerData(viewPowerDataTag(params, data))) ? "YES" : "NO";
-    });
-}
+    std::string_view computeInvalidConfig() const
+    {
+        return ISERROR(findPowerData(PowerDataTag())) ? "YES" : "NO";
+    }
 
-float ZelmOrvaneMulmModel::calculateVccintPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_POWER], [&] {
-        const bool invalid = viewInvalidConfig(params, data) == "YES";
-        const float row = data.findPowerData(viewPowerDataTag(params, data));
-        const float vccint = getVccint(params, data);
-        const float reference = data.findFactors("VCCINT_SIM");
+    double computeVccintPower() const
+    {
+        const bool invalid = InvalidConfig() == "YES";
+        const float row = findPowerData(PowerDataTag());
+        const float vccint = Vccint();
+        const float reference = findFactors("VCCINT_SIM");
         return (invalid ? 0.0f : row) * zelm::voltageFactor(vccint, reference, zelm::powerOverVoltage);
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

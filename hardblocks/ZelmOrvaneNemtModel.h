@@ -15,18 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneNemtCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    struct Kernel;
-    static const Kernel kInt16;
-    static const Kernel kInt8;
-    static const Kernel kFloating;
-    static const Kernel kComplex;
-
-    int tilesInUse(Params& params, const Data& data) const;
-    float tilePower(const Kernel& kernel, Params& params, const Data& data) const;
-    float trafficPower(int partCount, float load, std::string_view item, Params& params, const Data& data) const;
-    float shimStreamPower(int streamCount, std::string_view item, Params& params, const Data& data) const;
 };

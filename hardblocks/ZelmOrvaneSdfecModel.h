@@ -15,6 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneSdfecCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
 };

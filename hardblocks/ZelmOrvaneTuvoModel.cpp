@@ -2,44 +2,42 @@
 
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneTuvoModel, ZelmOrvaneTuvoParams, ZelmOrvaneTuvoData>;
-
 #define ZELM_MODEL ZelmOrvaneTuvoModel
 #define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneTuvoCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "hardblocks/ZelmOrvaneTuvoTables.def"
 
-void ZelmOrvaneTuvoModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculatePower(params, data);
-}
+struct ZelmOrvaneTuvoModel::Sheet : zelm::Sheet<ZelmOrvaneTuvoModel> {
+#include "framework/ZelmAccessors.inc"
 
-std::string_view ZelmOrvaneTuvoModel::viewTuvoConfiguration(Params& params, const Data& data) const
-{
-    return once(params[Params::TUVO_CONFIGURATION], [&] {
-        const bool bypassed = viewTranscodeBypass(params, data) == "YES";
-        const bool corrects = viewFecUsed(params, data) == "YES";
-        const std::string_view rate = viewPortDataRate(params, data);
+    void pullOutputs() const
+    {
+        Power();
+    }
+
+    std::string computeTuvoConfiguration() const
+    {
+        const bool bypassed = TranscodeBypass() == "YES";
+        const bool corrects = FecUsed() == "YES";
+        const Key& rate = PortDataRate();
         return std::string(bypassed ? "FEC_ONLY_" : corrects ? "FEC_" : "NO_FEC_").append(rate);
-    });
-}
+    }
 
-std::string_view ZelmOrvaneTuvoModel::viewInvalidConfig(Params& params, const Data& data) const
-{
-    return once(params[Params::INVALID_CONFIG], [&] {
-        const bool bypassed = viewTranscodeBypass(params, data) == "YES";
-        const bool corrects = viewFecUsed(params, data) == "YES";
-        const float row = data.findConfigPwrData(viewTuvoConfiguration(params, data), viewActivity(params, data));
+    std::string_view computeInvalidConfig() const
+    {
+        const bool bypassed = TranscodeBypass() == "YES";
+        const bool corrects = FecUsed() == "YES";
+        const float row = findConfigPwrData(TuvoConfiguration(), Activity());
         // Nothing is left to do without error correction on the bypass, whatever the table holds.
-        return (bypassed && !corrects) || ZelmHelperUtils::ISERROR(row) ? "YES" : "NO";
-    });
-}
+        return (bypassed && !corrects) || ISERROR(row) ? "YES" : "NO";
+    }
 
-float ZelmOrvaneTuvoModel::calculatePower(Params& params, const Data& data) const
-{
-    return once(params[Params::POWER], [&] {
-        const bool invalid = viewInvalidConfig(params, data) == "YES";
-        const float row = data.findConfigPwrData(viewTuvoConfiguration(params, data), viewActivity(params, data));
-        const float ratio = zelm::ratioOrZero(getVccint(params, data), data.findSimVoltage("VCCINT"));
+    float computePower() const
+    {
+        const bool invalid = InvalidConfig() == "YES";
+        const float row = findConfigPwrData(TuvoConfiguration(), Activity());
+        const float ratio = zelm::ratioOrZero(Vccint(), findSimVoltage("VCCINT"));
         return (invalid ? 0.0f : row) * (ratio * ratio);
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -1,16 +1,18 @@
 #include "hardblocks/ZelmOrvaneWist5Model.h"
 
 #include "framework/ZelmModelBlockImpl.h"
-#include "hardblocks/ZelmHardBlockFormulas.h"
+#include "hardblocks/ZelmHardBlockSheet.h"
 
 #include <algorithm>
 #include <initializer_list>
 
-template class ZelmModelBlock<ZelmOrvaneWist5Model, ZelmOrvaneWist5Params, ZelmOrvaneWist5Data>;
+#define ZELM_MODEL ZelmOrvaneWist5Model
+#define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneWist5Cells.def"
+#define ZELM_TABLE_ROWS "hardblocks/ZelmOrvaneWist5Tables.def"
 
 namespace {
 
-using Data = ZelmOrvaneWist5Data;
+using zelm::Key;
 
 // A clock rule: the clock's frequency where the condition holds and none before it did.
 struct Rule {
@@ -56,8 +58,8 @@ int controllerClock(std::string_view link, std::string_view speed)
 
 // A part's items of WIST5_DATA: its switching and its clock tree, both per MHz.
 struct Part {
-    std::string_view dynamicItem;
-    std::string_view clockItem;
+    Key dynamicItem;
+    Key clockItem;
 };
 
 constexpr Part kDma{"WIST5_DMA_DYNAMIC_MHZ", "WIST5_DMA_CLOCK_MHZ"};
@@ -70,18 +72,6 @@ constexpr Part kCmnCxla{"WIST5_CMN_CXLA_DYNAMIC_MHZ", "WIST5_CMN_CXLA_CLOCK_MHZ"
 constexpr Part kCmnHnf{"WIST5_CMN_HNF_DYNAMIC_MHZ", "WIST5_CMN_HNF_CLOCK_MHZ"};
 constexpr Part kCmnCxrh{"WIST5_CMN_CXRH_DYNAMIC_MHZ", "WIST5_CMN_CXRH_CLOCK_MHZ"};
 
-float perMegahertz(const Part& part, const Data& data)
-{
-    const float dynamic = data.findWist5Data(part.dynamicItem);
-    const float clock = data.findWist5Data(part.clockItem);
-    return dynamic + clock;
-}
-
-float partPower(const Part& part, int megahertz, const Data& data)
-{
-    return perMegahertz(part, data) * static_cast<float>(megahertz);
-}
-
 // The PLL's power on a rail above its power at 2160 MHz, on a straight line through that at 4320 MHz.
 float pllPowerAbove(float at2160, float at4320, float megahertzAbove)
 {
@@ -90,256 +80,231 @@ float pllPowerAbove(float at2160, float at4320, float megahertzAbove)
 
 } // namespace
 
-#define ZELM_MODEL ZelmOrvaneWist5Model
-#define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneWist5Cells.def"
-#include "framework/ZelmCellBodies.inc"
+struct ZelmOrvaneWist5Model::Sheet : zelm::Sheet<ZelmOrvaneWist5Model> {
+#include "framework/ZelmAccessors.inc"
 
-void ZelmOrvaneWist5Model::pullOutputs(Params& params, const Data& data) const
-{
-    calculateA0ChannelPwr(params, data);
-    calculateA1ChannelPwr(params, data);
-    calculateWist5TopPower(params, data);
-    viewA0Wist5Modes(params, data);
-    viewA1Wist5Modes(params, data);
-    calculateCmnClkFreq(params, data);
-    calculateDma0Frequency(params, data);
-    calculateDma1Frequency(params, data);
-    calculateIntWrapClkBotFreq(params, data);
-    calculateIntWrapClkTopFreq(params, data);
-    calculateL2ClkFrequency(params, data);
-    calculatePciOperationalFrequencyPcie0(params, data);
-    calculatePciOperationalFrequencyPcie1(params, data);
-    calculateWist5CmnPwr(params, data);
-    calculateWist5Dma0Pwr(params, data);
-    calculateWist5Dma1Pwr(params, data);
-    calculateWist5IntWrapBotPwr(params, data);
-    calculateWist5IntWrapTopPwr(params, data);
-    calculateWist5L2Pwr(params, data);
-    calculateWist5Pcie0Pwr(params, data);
-    calculateWist5Pcie1Pwr(params, data);
-    calculateDynamicPwrVccaux(params, data);
-    calculateDynamicPwrVccWist5(params, data);
-}
+    void pullOutputs() const
+    {
+        A0ChannelPwr();
+        A1ChannelPwr();
+        Wist5TopPower();
+        A0Wist5Modes();
+        A1Wist5Modes();
+        CmnClkFreq();
+        Dma0Frequency();
+        Dma1Frequency();
+        IntWrapClkBotFreq();
+        IntWrapClkTopFreq();
+        L2ClkFrequency();
+        PciOperationalFrequencyPcie0();
+        PciOperationalFrequencyPcie1();
+        Wist5CmnPwr();
+        Wist5Dma0Pwr();
+        Wist5Dma1Pwr();
+        Wist5IntWrapBotPwr();
+        Wist5IntWrapTopPwr();
+        Wist5L2Pwr();
+        Wist5Pcie0Pwr();
+        Wist5Pcie1Pwr();
+        DynamicPwrVccaux();
+        DynamicPwrVccWist5();
+    }
 
-// ---- Links: mode, speed and lanes in one name. The clock rules know lanes with a capital X only ----
+    // ---- Links: mode, speed and lanes in one name. The clock rules know lanes with a capital X only ----
 
-std::string_view ZelmOrvaneWist5Model::viewA0Wist5Modes(Params& params, const Data& data) const
-{
-    return once(params[Params::A0_WIST5_MODES], [&] {
-        return linkName(viewA0Modes(params, data), "_A0_", viewA0LinkSpeed(params, data),
-                        viewA0LinkWidth(params, data));
-    });
-}
+    std::string computeA0Wist5Modes() const
+    {
+        return linkName(A0Modes(), "_A0_", A0LinkSpeed(), A0LinkWidth());
+    }
 
-std::string_view ZelmOrvaneWist5Model::viewA1Wist5Modes(Params& params, const Data& data) const
-{
-    return once(params[Params::A1_WIST5_MODES], [&] {
-        return linkName(viewA1Modes(params, data), "_A1_", viewA1LinkSpeed(params, data),
-                        viewA1LinkWidth(params, data));
-    });
-}
+    std::string computeA1Wist5Modes() const
+    {
+        return linkName(A1Modes(), "_A1_", A1LinkSpeed(), A1LinkWidth());
+    }
 
-// ---- Clocks ----
+    // ---- Clocks ----
 
-int ZelmOrvaneWist5Model::calculateCmnClkFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::CMN_CLK_FREQ], [&] {
-        const std::string_view a0Mode = viewA0Modes(params, data);
-        const std::string_view a1Mode = viewA1Modes(params, data);
-        const std::string_view a0Speed = viewA0LinkSpeed(params, data);
-        const std::string_view a1Speed = viewA1LinkSpeed(params, data);
+    int computeCmnClkFreq() const
+    {
+        const Key& a0Mode = A0Modes();
+        const Key& a1Mode = A1Modes();
+        const Key& a0Speed = A0LinkSpeed();
+        const Key& a1Speed = A1LinkSpeed();
         const std::initializer_list<std::string_view> slow = {"ESM20G", "GEN3", "GEN2"};
         return firstOf({{a0Mode != "WIST5_CCIX" && a1Mode != "WIST5_CCIX", 0},
                         {oneOf(a0Speed, slow) || oneOf(a1Speed, slow), 900}},
                        1200);
-    });
-}
+    }
 
-int ZelmOrvaneWist5Model::calculateDma0Frequency(Params& params, const Data& data) const
-{
-    return once(params[Params::DMA0_FREQUENCY], [&] {
-        const std::string_view a0Speed = viewA0LinkSpeed(params, data);
-        const std::string_view a0Link = viewA0Wist5Modes(params, data);
-        const std::string_view a1Link = viewA1Wist5Modes(params, data);
-        const std::string_view a1Speed = viewA1LinkSpeed(params, data);
-        const std::string_view a0Mode = viewA0Modes(params, data);
+    int computeDma0Frequency() const
+    {
+        const Key& a0Speed = A0LinkSpeed();
+        const Key& a0Link = A0Wist5Modes();
+        const Key& a1Link = A1Wist5Modes();
+        const Key& a1Speed = A1LinkSpeed();
+        const Key& a0Mode = A0Modes();
         // Kept: 250 MHz follow from A1's speed, though the engine is A0's.
         return firstOf({{oneOf(a0Speed, {"ESM25G", "ESM20G"}), 0},
                         {a0Speed == "GEN4" || a0Link == "WIST5_DMA_A0_GEN5_X8", 500},
                         {a1Link == "WIST5_CCIX_A1_GEN5_X8" || a1Speed == "GEN3" || a0Mode == "WIST5_PCISTREAM", 250},
                         {a0Speed == "GEN2", 125}},
                        0);
-    });
-}
+    }
 
-int ZelmOrvaneWist5Model::calculateDma1Frequency(Params& params, const Data& data) const
-{
-    return once(params[Params::DMA1_FREQUENCY], [&] {
-        const std::string_view link = viewA1Wist5Modes(params, data);
-        const std::string_view speed = viewA1LinkSpeed(params, data);
+    int computeDma1Frequency() const
+    {
+        const Key& link = A1Wist5Modes();
+        const Key& speed = A1LinkSpeed();
         return firstOf({{link == "NONE" || oneOf(speed, {"ESM25G", "ESM20G"}), 0},
                         {speed == "GEN4" || link == "WIST5_DMA_A1_GEN5_X8", 500},
                         {speed == "GEN3" || link == "WIST5_CCIX_A1_GEN5_X8", 250},
                         {speed == "GEN2", 125}},
                        0);
-    });
-}
+    }
 
-int ZelmOrvaneWist5Model::calculateIntWrapClkBotFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::INT_WRAP_CLK_BOT_FREQ], [&] {
-        const std::string_view link = viewA0Wist5Modes(params, data);
-        const std::string_view speed = viewA0LinkSpeed(params, data);
+    int computeIntWrapClkBotFreq() const
+    {
+        const Key& link = A0Wist5Modes();
+        const Key& speed = A0LinkSpeed();
         return firstOf({{link == "NONE", 0}}, interconnectClock(speed));
-    });
-}
+    }
 
-int ZelmOrvaneWist5Model::calculateIntWrapClkTopFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::INT_WRAP_CLK_TOP_FREQ], [&] {
-        const std::string_view a0Link = viewA0Wist5Modes(params, data);
-        const std::string_view a1Link = viewA1Wist5Modes(params, data);
-        const std::string_view a1Speed = viewA1LinkSpeed(params, data);
+    int computeIntWrapClkTopFreq() const
+    {
+        const Key& a0Link = A0Wist5Modes();
+        const Key& a1Link = A1Wist5Modes();
+        const Key& a1Speed = A1LinkSpeed();
         return firstOf({{a0Link == "NONE", 0}, //
                         {a1Link == "NONE", 100}},
                        interconnectClock(a1Speed));
-    });
-}
+    }
 
-int ZelmOrvaneWist5Model::calculateL2ClkFrequency(Params& params, const Data& data) const
-{
-    return once(params[Params::L2_CLK_FREQUENCY], [&] {
-        const std::string_view mode = viewA0Modes(params, data);
-        const std::string_view link = viewA0Wist5Modes(params, data);
-        const std::string_view speed = viewA0LinkSpeed(params, data);
+    int computeL2ClkFrequency() const
+    {
+        const Key& mode = A0Modes();
+        const Key& link = A0Wist5Modes();
+        const Key& speed = A0LinkSpeed();
         // Kept: the bare word GEN is slow here, and GEN3 isn't.
         return firstOf({{mode == "WIST5_PCISTREAM" || link == "NONE", 0}, //
                         {oneOf(speed, {"ESM20G", "GEN2", "GEN"}), 900}},
                        1200);
-    });
-}
+    }
 
-int ZelmOrvaneWist5Model::calculatePciOperationalFrequencyPcie0(Params& params, const Data& data) const
-{
-    return once(params[Params::PCI_OPERATIONAL_FREQUENCY_PCIE0],
-                [&] { return controllerClock(viewA0Wist5Modes(params, data), viewA0LinkSpeed(params, data)); });
-}
+    int computePciOperationalFrequencyPcie0() const
+    {
+        return controllerClock(A0Wist5Modes(), A0LinkSpeed());
+    }
 
-int ZelmOrvaneWist5Model::calculatePciOperationalFrequencyPcie1(Params& params, const Data& data) const
-{
-    return once(params[Params::PCI_OPERATIONAL_FREQUENCY_PCIE1],
-                [&] { return controllerClock(viewA1Wist5Modes(params, data), viewA1LinkSpeed(params, data)); });
-}
+    int computePciOperationalFrequencyPcie1() const
+    {
+        return controllerClock(A1Wist5Modes(), A1LinkSpeed());
+    }
 
-// ---- Power of the parts ----
+    // ---- Power of the parts ----
 
-float ZelmOrvaneWist5Model::calculateWist5Dma0Pwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_DMA0_PWR],
-                [&] { return partPower(kDma, calculateDma0Frequency(params, data), data); });
-}
+    float perMegahertz(const Part& part) const
+    {
+        const float dynamic = findWist5Data(part.dynamicItem);
+        const float clock = findWist5Data(part.clockItem);
+        return dynamic + clock;
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5Dma1Pwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_DMA1_PWR],
-                [&] { return partPower(kDma, calculateDma1Frequency(params, data), data); });
-}
+    float partPower(const Part& part, int megahertz) const
+    {
+        return perMegahertz(part) * static_cast<float>(megahertz);
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5L2Pwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_L2_PWR],
-                [&] { return partPower(kL2, calculateL2ClkFrequency(params, data), data); });
-}
+    float computeWist5Dma0Pwr() const
+    {
+        return partPower(kDma, Dma0Frequency());
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5IntWrapBotPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_INT_WRAP_BOT_PWR],
-                [&] { return partPower(kIntWrapBot, calculateIntWrapClkBotFreq(params, data), data); });
-}
+    float computeWist5Dma1Pwr() const
+    {
+        return partPower(kDma, Dma1Frequency());
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5IntWrapTopPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_INT_WRAP_TOP_PWR],
-                [&] { return partPower(kIntWrapTop, calculateIntWrapClkTopFreq(params, data), data); });
-}
+    float computeWist5L2Pwr() const
+    {
+        return partPower(kL2, L2ClkFrequency());
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5Pcie0Pwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_PCIE0_PWR],
-                [&] { return partPower(kPcie, calculatePciOperationalFrequencyPcie0(params, data), data); });
-}
+    float computeWist5IntWrapBotPwr() const
+    {
+        return partPower(kIntWrapBot, IntWrapClkBotFreq());
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5Pcie1Pwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_PCIE1_PWR],
-                [&] { return partPower(kPcie, calculatePciOperationalFrequencyPcie1(params, data), data); });
-}
+    float computeWist5IntWrapTopPwr() const
+    {
+        return partPower(kIntWrapTop, IntWrapClkTopFreq());
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5CmnPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_CMN_PWR], [&] {
-        const float cmn = perMegahertz(kCmn, data);
-        const float cxla = perMegahertz(kCmnCxla, data);
-        const float hnf = perMegahertz(kCmnHnf, data);
-        const float cxrh = perMegahertz(kCmnCxrh, data);
-        const float clock = static_cast<float>(calculateCmnClkFreq(params, data));
+    float computeWist5Pcie0Pwr() const
+    {
+        return partPower(kPcie, PciOperationalFrequencyPcie0());
+    }
+
+    float computeWist5Pcie1Pwr() const
+    {
+        return partPower(kPcie, PciOperationalFrequencyPcie1());
+    }
+
+    float computeWist5CmnPwr() const
+    {
+        const float cmn = perMegahertz(kCmn);
+        const float cxla = perMegahertz(kCmnCxla);
+        const float hnf = perMegahertz(kCmnHnf);
+        const float cxrh = perMegahertz(kCmnCxrh);
+        const float clock = static_cast<float>(CmnClkFreq());
         return (cmn + 2.0f * cxla + 2.0f * hnf + 2.0f * cxrh) * clock;
-    });
-}
+    }
 
-// ---- Sums and rails ----
+    // ---- Sums and rails ----
 
-float ZelmOrvaneWist5Model::calculateA0ChannelPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::A0_CHANNEL_PWR], [&] {
-        const float pcie = calculateWist5Pcie0Pwr(params, data);
-        const float dma = calculateWist5Dma0Pwr(params, data);
+    float computeA0ChannelPwr() const
+    {
+        const float pcie = Wist5Pcie0Pwr();
+        const float dma = Wist5Dma0Pwr();
         return pcie + dma;
-    });
-}
+    }
 
-float ZelmOrvaneWist5Model::calculateA1ChannelPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::A1_CHANNEL_PWR], [&] {
-        const float dma = calculateWist5Dma1Pwr(params, data);
-        const float pcie = calculateWist5Pcie1Pwr(params, data);
+    float computeA1ChannelPwr() const
+    {
+        const float dma = Wist5Dma1Pwr();
+        const float pcie = Wist5Pcie1Pwr();
         return dma + pcie;
-    });
-}
+    }
 
-float ZelmOrvaneWist5Model::calculateWist5TopPower(Params& params, const Data& data) const
-{
-    return once(params[Params::WIST5_TOP_POWER], [&] {
-        const float top = calculateWist5IntWrapTopPwr(params, data);
-        const float bottom = calculateWist5IntWrapBotPwr(params, data);
-        const float cmn = calculateWist5CmnPwr(params, data);
-        const float l2 = calculateWist5L2Pwr(params, data);
+    float computeWist5TopPower() const
+    {
+        const float top = Wist5IntWrapTopPwr();
+        const float bottom = Wist5IntWrapBotPwr();
+        const float cmn = Wist5CmnPwr();
+        const float l2 = Wist5L2Pwr();
         return top + bottom + cmn + 2.0f * l2;
-    });
-}
+    }
 
-float ZelmOrvaneWist5Model::calculateDynamicPwrVccaux(Params& params, const Data& data) const
-{
-    return once(params[Params::DYNAMIC_PWR_VCCAUX], [&] {
-        const float at2160 = data.findWist5Data("PLL_DYNAMIC_POWER_2160MHZ_VCCAUX");
-        const float at4320 = data.findWist5Data("PLL_DYNAMIC_POWER_4320MHZ_VCCAUX");
+    float computeDynamicPwrVccaux() const
+    {
+        const float at2160 = findWist5Data("PLL_DYNAMIC_POWER_2160MHZ_VCCAUX");
+        const float at4320 = findWist5Data("PLL_DYNAMIC_POWER_4320MHZ_VCCAUX");
         return pllPowerAbove(at2160, at4320, 440.0f) + at2160;
-    });
-}
+    }
 
-// Kept: this rail takes the PLL at 4320 MHz where the other takes it at 2600 MHz.
-float ZelmOrvaneWist5Model::calculateDynamicPwrVccWist5(Params& params, const Data& data) const
-{
-    return once(params[Params::DYNAMIC_PWR_VCC_WIST5], [&] {
-        const float a0 = calculateA0ChannelPwr(params, data);
-        const float a1 = calculateA1ChannelPwr(params, data);
-        const float top = calculateWist5TopPower(params, data);
-        const float volts = getVccWist5(params, data);
-        const float reference = data.findSimConditions("PSIM_VOLTAGE");
-        const float at2160 = data.findWist5Data("PLL_DYNAMIC_POWER_2160MHZ_VCCINT");
-        const float at4320 = data.findWist5Data("PLL_DYNAMIC_POWER_4320MHZ_VCCINT");
+    // Kept: this rail takes the PLL at 4320 MHz where the other takes it at 2600 MHz.
+    double computeDynamicPwrVccWist5() const
+    {
+        const float a0 = A0ChannelPwr();
+        const float a1 = A1ChannelPwr();
+        const float top = Wist5TopPower();
+        const float volts = VccWist5();
+        const float reference = findSimConditions("PSIM_VOLTAGE");
+        const float at2160 = findWist5Data("PLL_DYNAMIC_POWER_2160MHZ_VCCINT");
+        const float at4320 = findWist5Data("PLL_DYNAMIC_POWER_4320MHZ_VCCINT");
         const float milliwatts = (a0 + a1 + top) * 1000.0f;
         const double parts = milliwatts * zelm::voltageFactor(volts, reference, zelm::powerOverVoltage);
         return parts + at2160 + pllPowerAbove(at2160, at4320, 2160.0f);
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

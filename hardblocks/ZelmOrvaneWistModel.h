@@ -15,9 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneWistCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    double voltageScale(Params& params, const Data& data) const;
 };

@@ -2,38 +2,38 @@
 
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneIologicModel, ZelmOrvaneIologicParams, ZelmOrvaneIologicData>;
-
 #define ZELM_MODEL ZelmOrvaneIologicModel
 #define ZELM_CELL_ROWS "io/ZelmOrvaneIologicCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "io/ZelmOrvaneIologicTables.def"
 
-void ZelmOrvaneIologicModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccIoPwr(params, data);
-}
+struct ZelmOrvaneIologicModel::Sheet : zelm::Sheet<ZelmOrvaneIologicModel> {
+#include "framework/ZelmAccessors.inc"
 
-std::string_view ZelmOrvaneIologicModel::viewModeCurrDataTag(Params& params, const Data& data) const
-{
-    return once(params[Params::MODE_CURR_DATA_TAG], [&] { return std::string(viewMode(params, data)) + "_CURR"; });
-}
+    void pullOutputs() const
+    {
+        VccIoPwr();
+    }
 
-float ZelmOrvaneIologicModel::calculateVccIoCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_IO_CURRENT], [&] {
-        const float perMegahertz = data.findFinalData(viewModeCurrDataTag(params, data));
-        const float frequency = getFrequency(params, data);
+    std::string computeModeCurrDataTag() const
+    {
+        return std::string(Mode().text()) + "_CURR";
+    }
+
+    float computeVccIoCurrent() const
+    {
+        const float perMegahertz = findFinalData(ModeCurrDataTag());
+        const float frequency = Frequency();
         return perMegahertz * frequency;
-    });
-}
+    }
 
-float ZelmOrvaneIologicModel::calculateVccIoPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_IO_PWR], [&] {
-        const float vccIo = getVccIo(params, data);
-        const float simVoltage = data.findSimVoltage("VCCINT_IO");
-        const float current = calculateVccIoCurrent(params, data);
+    float computeVccIoPwr() const
+    {
+        const float vccIo = VccIo();
+        const float simVoltage = findSimVoltage("VCCINT_IO");
+        const float current = VccIoCurrent();
         // The ratio cancels the supply, so the power is that at the characterisation voltage: as in the workbook.
         return vccIo == 0.0f ? 0.0f : vccIo * (simVoltage / vccIo) * current;
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

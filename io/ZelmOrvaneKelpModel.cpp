@@ -2,9 +2,14 @@
 
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvaneKelpModel, ZelmOrvaneKelpParams, ZelmOrvaneKelpData>;
+#define ZELM_MODEL ZelmOrvaneKelpModel
+#define ZELM_CELL_ROWS "io/ZelmOrvaneKelpCells.def"
+#define ZELM_TABLE_ROWS "io/ZelmOrvaneKelpTables.def"
 
 namespace {
+
+using Params = ZelmOrvaneKelpParams;
+using zelm::Key;
 
 constexpr int kIosPerNibble = 6;
 
@@ -21,241 +26,208 @@ float spareCurrent(float ios, float slice, float delta, float spare)
     return ios == 0.0f ? 0.0f : (slice - delta) * spare;
 }
 
-} // namespace
-
 // A current of the table: its cell and its key.
-struct ZelmOrvaneKelpModel::Slice {
-    Params::FloatEnum cell;
-    std::string_view key;
+struct Slice {
+    Params::FloatEnum current;
+    Key key;
 };
-
 // clang-format off
-struct ZelmOrvaneKelpModel::Slices {
-    static constexpr Slice kRx        {Params::RX_BITSLICE_CURRENT,         "RX_BITSLICE_DATA"};
-    static constexpr Slice kRxControl {Params::RX_BITSLICE_CONTROL_CURRENT, "RX_BITSLICE_CONTROL_DATA"};
-    static constexpr Slice kRxDelta   {Params::RX_DP_DELTA_PER_BS_CURRENT,  "RX_DP_DELTA_PER_BS_DATA"};
-    static constexpr Slice kTx        {Params::TX_BITSLICE_CURRENT,         "TX_BITSLICE_DATA"};
-    static constexpr Slice kTxControl {Params::TX_BITSLICE_CONTROL_CURRENT, "TX_BITSLICE_CONTROL_DATA"};
-    static constexpr Slice kTxDelta   {Params::TX_DP_DELTA_PER_BS_CURRENT,  "TX_DP_DELTA_PER_BS_DATA"};
-    static constexpr Slice kTxTri     {Params::TX_BITSLICE_TRI_CURRENT,     "TX_BITSLICE_TRI_DATA"};
-};
+constexpr Slice kRx       {Params::RX_BITSLICE_CURRENT,         "RX_BITSLICE_DATA"};
+constexpr Slice kRxControl{Params::RX_BITSLICE_CONTROL_CURRENT, "RX_BITSLICE_CONTROL_DATA"};
+constexpr Slice kRxDelta  {Params::RX_DP_DELTA_PER_BS_CURRENT,  "RX_DP_DELTA_PER_BS_DATA"};
+constexpr Slice kTx       {Params::TX_BITSLICE_CURRENT,         "TX_BITSLICE_DATA"};
+constexpr Slice kTxControl{Params::TX_BITSLICE_CONTROL_CURRENT, "TX_BITSLICE_CONTROL_DATA"};
+constexpr Slice kTxDelta  {Params::TX_DP_DELTA_PER_BS_CURRENT,  "TX_DP_DELTA_PER_BS_DATA"};
+constexpr Slice kTxTri    {Params::TX_BITSLICE_TRI_CURRENT,     "TX_BITSLICE_TRI_DATA"};
 // clang-format on
 
-#define ZELM_MODEL ZelmOrvaneKelpModel
-#define ZELM_CELL_ROWS "io/ZelmOrvaneKelpCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define IC_FLOAT_FAMILY(cell, function, unit, meaning, member, metric) static_assert(member.current == Params::cell);
+#include ZELM_CELL_ROWS
 
-void ZelmOrvaneKelpModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateTeskTotalPower(params, data);
-    calculateRpTotalPowerCoe(params, data);
-    calculateRpTotalPower(params, data);
-    calculateRxPower(params, data);
-    calculateTxPower(params, data);
-    calculateRxtxPower(params, data);
-    calculateNumIosInNibble(params, data);
-    calculatePowerScaling(params, data);
-}
+} // namespace
 
-float ZelmOrvaneKelpModel::tabulated(const Slice& slice, Params& params, const Data& data) const
-{
-    return once(params[slice.cell], [&] { return data.findBitsliceData(slice.key); });
-}
+struct ZelmOrvaneKelpModel::Sheet : zelm::Sheet<ZelmOrvaneKelpModel> {
+#include "framework/ZelmAccessors.inc"
 
-float ZelmOrvaneKelpModel::spareSlices(Params& params, const Data& data) const
-{
-    const int rx = getNumRxIos(params, data);
-    const int tx = getNumTxIos(params, data);
-    const int rxtx = getNumRxtxIos(params, data);
-    return static_cast<float>(zelm::wrapSubtract(zelm::wrapSubtract(zelm::wrapSubtract(kIosPerNibble, rx), tx), rxtx));
-}
+    void pullOutputs() const
+    {
+        TeskTotalPower();
+        RpTotalPowerCoe();
+        RpTotalPower();
+        RxPower();
+        TxPower();
+        RxtxPower();
+        NumIosInNibble();
+        PowerScaling();
+    }
 
-int ZelmOrvaneKelpModel::calculateNumIosInNibble(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_IOS_IN_NIBBLE], [&] {
-        const int rx = getNumRxIos(params, data);
-        const int tx = getNumTxIos(params, data);
-        const int rxtx = getNumRxtxIos(params, data);
+    float tabulated(const Slice& slice) const
+    {
+        return findBitsliceData(slice.key);
+    }
+
+    float spareSlices() const
+    {
+        const int rx = NumRxIos();
+        const int tx = NumTxIos();
+        const int rxtx = NumRxtxIos();
+        return static_cast<float>(
+            zelm::wrapSubtract(zelm::wrapSubtract(zelm::wrapSubtract(kIosPerNibble, rx), tx), rxtx));
+    }
+
+    int computeNumIosInNibble() const
+    {
+        const int rx = NumRxIos();
+        const int tx = NumTxIos();
+        const int rxtx = NumRxtxIos();
         return zelm::wrapAdd(zelm::wrapAdd(rx, tx), rxtx);
-    });
-}
+    }
 
-float ZelmOrvaneKelpModel::calculatePowerScaling(Params& params, const Data& data) const
-{
-    return once(params[Params::POWER_SCALING], [&] {
-        const float vccIo = getVccIo(params, data);
-        const float simVoltage = data.findBitsliceData("SIM_VOLTAGE");
+    float computePowerScaling() const
+    {
+        const float vccIo = VccIo();
+        const float simVoltage = findBitsliceData("SIM_VOLTAGE");
         return zelm::ratioOrZero(vccIo * vccIo, simVoltage);
-    });
-}
+    }
 
-int ZelmOrvaneKelpModel::calculateDataWidthValue(Params& params, const Data& data) const
-{
-    return once(params[Params::DATA_WIDTH_VALUE], [&] {
-        const auto tx = static_cast<float>(getTxDataWidth(params, data));
-        const auto rx = static_cast<float>(getRxDataWidth(params, data));
-        const int wider = zelm::truncate(ZelmHelperUtils::MAX(tx, rx));
+    int computeDataWidthValue() const
+    {
+        const auto tx = static_cast<float>(TxDataWidth());
+        const auto rx = static_cast<float>(RxDataWidth());
+        const int wider = zelm::truncate(MAX(tx, rx));
         return wider <= 2 ? 4 : wider;
-    });
-}
+    }
 
-float ZelmOrvaneKelpModel::calculateRxtxBitsliceCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::RXTX_BITSLICE_CURRENT], [&] {
-        const float tx = calculateTxBitsliceCurrent(params, data);
-        const float rx = calculateRxBitsliceCurrent(params, data);
-        return ZelmHelperUtils::MAX(tx, rx);
-    });
-}
+    float computeRxtxBitsliceCurrent() const
+    {
+        const float tx = TxBitsliceCurrent();
+        const float rx = RxBitsliceCurrent();
+        return MAX(tx, rx);
+    }
 
-float ZelmOrvaneKelpModel::calculateTxTriCurrentPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::TX_TRI_CURRENT_PER_IO], [&] {
-        const float tristate = calculateTxBitsliceTriCurrent(params, data);
-        const float clockFreq = getClockFreq(params, data);
-        const auto width = static_cast<float>(calculateDataWidthValue(params, data));
-        const int tx = getNumTxIos(params, data);
-        const int rxtx = getNumRxtxIos(params, data);
+    float computeTxTriCurrentPerIo() const
+    {
+        const float tristate = TxBitsliceTriCurrent();
+        const float clockFreq = ClockFreq();
+        const auto width = static_cast<float>(DataWidthValue());
+        const int tx = NumTxIos();
+        const int rxtx = NumRxtxIos();
         const int drivers = zelm::wrapAdd(tx, rxtx);
         return drivers < 1 ? 0.0f : tristate * zelm::ratioOrZero(clockFreq, width) / static_cast<float>(drivers);
-    });
-}
+    }
 
-float ZelmOrvaneKelpModel::calculateBitsliceControlCurrentPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::BITSLICE_CONTROL_CURRENT_PER_IO], [&] {
-        const int ios = calculateNumIosInNibble(params, data);
-        const float rxControl = calculateRxBitsliceControlCurrent(params, data);
-        const float txControl = calculateTxBitsliceControlCurrent(params, data);
-        const float clockFreq = getClockFreq(params, data);
-        const int rx = getNumRxIos(params, data);
-        const int rxtx = getNumRxtxIos(params, data);
+    float computeBitsliceControlCurrentPerIo() const
+    {
+        const int ios = NumIosInNibble();
+        const float rxControl = RxBitsliceControlCurrent();
+        const float txControl = TxBitsliceControlCurrent();
+        const float clockFreq = ClockFreq();
+        const int rx = NumRxIos();
+        const int rxtx = NumRxtxIos();
         const float control = zelm::wrapAdd(rx, rxtx) < 1 ? txControl : rxControl;
         return ios < 1 ? 0.0f : control * clockFreq / static_cast<float>(ios);
-    });
-}
+    }
 
-float ZelmOrvaneKelpModel::calculateRxCurrentPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::RX_CURRENT_PER_IO], [&] {
-        const auto ios = static_cast<float>(getNumRxIos(params, data));
-        const float slice = calculateRxBitsliceCurrent(params, data);
-        const float delta = calculateRxDpDeltaPerBsCurrent(params, data);
-        const float spare = spareSlices(params, data);
-        return currentPerIo(ios, slice, delta, spare, getClockFreq(params, data));
-    });
-}
+    float computeRxCurrentPerIo() const
+    {
+        const auto ios = static_cast<float>(NumRxIos());
+        const float slice = RxBitsliceCurrent();
+        const float delta = RxDpDeltaPerBsCurrent();
+        const float spare = spareSlices();
+        return currentPerIo(ios, slice, delta, spare, ClockFreq());
+    }
 
-float ZelmOrvaneKelpModel::calculateTxCurrentPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::TX_CURRENT_PER_IO], [&] {
-        const auto ios = static_cast<float>(getNumTxIos(params, data));
-        const float slice = calculateTxBitsliceCurrent(params, data);
-        const float delta = calculateTxDpDeltaPerBsCurrent(params, data);
-        const float spare = spareSlices(params, data);
-        return currentPerIo(ios, slice, delta, spare, getClockFreq(params, data));
-    });
-}
+    float computeTxCurrentPerIo() const
+    {
+        const auto ios = static_cast<float>(NumTxIos());
+        const float slice = TxBitsliceCurrent();
+        const float delta = TxDpDeltaPerBsCurrent();
+        const float spare = spareSlices();
+        return currentPerIo(ios, slice, delta, spare, ClockFreq());
+    }
 
-float ZelmOrvaneKelpModel::calculateRxtxCurrentPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::RXTX_CURRENT_PER_IO], [&] {
-        const auto ios = static_cast<float>(getNumRxtxIos(params, data));
-        const float slice = calculateRxtxBitsliceCurrent(params, data);
-        const float txDelta = calculateTxDpDeltaPerBsCurrent(params, data);
-        const float rxDelta = calculateRxDpDeltaPerBsCurrent(params, data);
-        const float spare = spareSlices(params, data);
-        return currentPerIo(ios, slice, (txDelta + rxDelta) * 0.5f, spare, getClockFreq(params, data));
-    });
-}
+    float computeRxtxCurrentPerIo() const
+    {
+        const auto ios = static_cast<float>(NumRxtxIos());
+        const float slice = RxtxBitsliceCurrent();
+        const float txDelta = TxDpDeltaPerBsCurrent();
+        const float rxDelta = RxDpDeltaPerBsCurrent();
+        const float spare = spareSlices();
+        return currentPerIo(ios, slice, (txDelta + rxDelta) * 0.5f, spare, ClockFreq());
+    }
 
-float ZelmOrvaneKelpModel::calculateRxPowerPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::RX_POWER_PER_IO], [&] {
-        const float slices = calculateRxCurrentPerIo(params, data);
-        const float control = calculateBitsliceControlCurrentPerIo(params, data);
-        const float scaling = calculatePowerScaling(params, data);
+    float computeRxPowerPerIo() const
+    {
+        const float slices = RxCurrentPerIo();
+        const float control = BitsliceControlCurrentPerIo();
+        const float scaling = PowerScaling();
         return (slices + control) * scaling;
-    });
-}
+    }
 
-float ZelmOrvaneKelpModel::calculateTxPowerPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::TX_POWER_PER_IO], [&] {
-        const float slices = calculateTxCurrentPerIo(params, data);
-        return drivingPower(slices, params, data);
-    });
-}
+    float computeTxPowerPerIo() const
+    {
+        const float slices = TxCurrentPerIo();
+        return drivingPower(slices);
+    }
 
-float ZelmOrvaneKelpModel::calculateRxtxPowerPerIo(Params& params, const Data& data) const
-{
-    return once(params[Params::RXTX_POWER_PER_IO], [&] {
-        const float slices = calculateRxtxCurrentPerIo(params, data);
-        return drivingPower(slices, params, data);
-    });
-}
+    float computeRxtxPowerPerIo() const
+    {
+        const float slices = RxtxCurrentPerIo();
+        return drivingPower(slices);
+    }
 
-// Power of an I/O that drives, from the current of its slices.
-float ZelmOrvaneKelpModel::drivingPower(float slices, Params& params, const Data& data) const
-{
-    const float tristate = calculateTxTriCurrentPerIo(params, data);
-    const float control = calculateBitsliceControlCurrentPerIo(params, data);
-    const float scaling = calculatePowerScaling(params, data);
-    return (slices + tristate + control) * scaling;
-}
+    // Power of an I/O that drives, from the current of its slices.
+    float drivingPower(float slices) const
+    {
+        const float tristate = TxTriCurrentPerIo();
+        const float control = BitsliceControlCurrentPerIo();
+        const float scaling = PowerScaling();
+        return (slices + tristate + control) * scaling;
+    }
 
-float ZelmOrvaneKelpModel::calculateRxPower(Params& params, const Data& data) const
-{
-    return once(params[Params::RX_POWER], [&] {
-        const float perIo = calculateRxPowerPerIo(params, data);
-        return perIo * static_cast<float>(getNumRxIos(params, data));
-    });
-}
+    float computeRxPower() const
+    {
+        const float perIo = RxPowerPerIo();
+        return perIo * static_cast<float>(NumRxIos());
+    }
 
-float ZelmOrvaneKelpModel::calculateTxPower(Params& params, const Data& data) const
-{
-    return once(params[Params::TX_POWER], [&] {
-        const float perIo = calculateTxPowerPerIo(params, data);
-        return perIo * static_cast<float>(getNumTxIos(params, data));
-    });
-}
+    float computeTxPower() const
+    {
+        const float perIo = TxPowerPerIo();
+        return perIo * static_cast<float>(NumTxIos());
+    }
 
-float ZelmOrvaneKelpModel::calculateRxtxPower(Params& params, const Data& data) const
-{
-    return once(params[Params::RXTX_POWER], [&] {
-        const float perIo = calculateRxtxPowerPerIo(params, data);
-        return perIo * static_cast<float>(getNumRxtxIos(params, data));
-    });
-}
+    float computeRxtxPower() const
+    {
+        const float perIo = RxtxPowerPerIo();
+        return perIo * static_cast<float>(NumRxtxIos());
+    }
 
-float ZelmOrvaneKelpModel::calculateRpTotalPower(Params& params, const Data& data) const
-{
-    return once(params[Params::RP_TOTAL_POWER], [&] {
-        const float rx = calculateRxPower(params, data);
-        const float tx = calculateTxPower(params, data);
-        const float rxtx = calculateRxtxPower(params, data);
+    float computeRpTotalPower() const
+    {
+        const float rx = RxPower();
+        const float tx = TxPower();
+        const float rxtx = RxtxPower();
         return rx + tx + rxtx;
-    });
-}
+    }
 
-float ZelmOrvaneKelpModel::calculateRpTotalPowerCoe(Params& params, const Data& data) const
-{
-    return once(params[Params::RP_TOTAL_POWER_COE], [&] {
-        const auto rx = static_cast<float>(getNumRxIos(params, data));
-        const auto tx = static_cast<float>(getNumTxIos(params, data));
-        const auto rxtx = static_cast<float>(getNumRxtxIos(params, data));
-        const float clockFreq = getClockFreq(params, data);
-        const float spare = spareSlices(params, data);
-        const float rxSlice = calculateRxBitsliceCurrent(params, data);
-        const float rxDelta = calculateRxDpDeltaPerBsCurrent(params, data);
-        const float txSlice = calculateTxBitsliceCurrent(params, data);
-        const float txDelta = calculateTxDpDeltaPerBsCurrent(params, data);
-        const float rxtxSlice = calculateRxtxBitsliceCurrent(params, data);
-        const float tristateSlice = calculateTxBitsliceTriCurrent(params, data);
-        const auto width = static_cast<float>(calculateDataWidthValue(params, data));
-        const float rxControl = calculateRxBitsliceControlCurrent(params, data);
-        const float txControl = calculateTxBitsliceControlCurrent(params, data);
-        const float scaling = calculatePowerScaling(params, data);
+    float computeRpTotalPowerCoe() const
+    {
+        const auto rx = static_cast<float>(NumRxIos());
+        const auto tx = static_cast<float>(NumTxIos());
+        const auto rxtx = static_cast<float>(NumRxtxIos());
+        const float clockFreq = ClockFreq();
+        const float spare = spareSlices();
+        const float rxSlice = RxBitsliceCurrent();
+        const float rxDelta = RxDpDeltaPerBsCurrent();
+        const float txSlice = TxBitsliceCurrent();
+        const float txDelta = TxDpDeltaPerBsCurrent();
+        const float rxtxSlice = RxtxBitsliceCurrent();
+        const float tristateSlice = TxBitsliceTriCurrent();
+        const auto width = static_cast<float>(DataWidthValue());
+        const float rxControl = RxBitsliceControlCurrent();
+        const float txControl = TxBitsliceControlCurrent();
+        const float scaling = PowerScaling();
 
         const float rxSlices = rx * rxSlice;
         const float txSlices = tx * txSlice;
@@ -270,26 +242,26 @@ float ZelmOrvaneKelpModel::calculateRpTotalPowerCoe(Params& params, const Data& 
         const float control = receives ? rxControl : drives ? txControl : 0.0f;
         const float current = slices * clockFreq / 3.0f + zelm::ratioOrZero(tristate * clockFreq, width);
         return (control * clockFreq + current) * scaling;
-    });
-}
+    }
 
-float ZelmOrvaneKelpModel::calculateTeskTotalPower(Params& params, const Data& data) const
-{
-    return once(params[Params::TESK_TOTAL_POWER], [&] {
-        const int rx = getNumRxIos(params, data);
-        const int tx = getNumTxIos(params, data);
-        const int rxtx = getNumRxtxIos(params, data);
-        const float slice = calculateRxtxBitsliceCurrent(params, data);
-        const float clockFreq = getClockFreq(params, data);
-        const float tristateSlice = calculateTxBitsliceTriCurrent(params, data);
-        const auto width = static_cast<float>(getTxDataWidth(params, data));
-        const float control = calculateRxBitsliceControlCurrent(params, data);
-        const float scaling = calculatePowerScaling(params, data);
+    float computeTeskTotalPower() const
+    {
+        const int rx = NumRxIos();
+        const int tx = NumTxIos();
+        const int rxtx = NumRxtxIos();
+        const float slice = RxtxBitsliceCurrent();
+        const float clockFreq = ClockFreq();
+        const float tristateSlice = TxBitsliceTriCurrent();
+        const auto width = static_cast<float>(TxDataWidth());
+        const float control = RxBitsliceControlCurrent();
+        const float scaling = PowerScaling();
 
         const int ios = zelm::wrapAdd(zelm::wrapAdd(rx, tx), rxtx);
-        const int nibbles = ZelmHelperUtils::QUOTIENT(ios, kIosPerNibble) + (ios % kIosPerNibble != 0 ? 1 : 0);
+        const int nibbles = QUOTIENT(ios, kIosPerNibble) + (ios % kIosPerNibble != 0 ? 1 : 0);
         const float slices = static_cast<float>(ios) * slice * clockFreq / 3.0f;
         const float perNibble = control * clockFreq + zelm::ratioOrZero(tristateSlice * clockFreq, width);
         return (static_cast<float>(nibbles) * perNibble + slices) * scaling;
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -16,14 +16,4 @@ public:
 
 #define ZELM_CELL_ROWS "io/ZelmOrvaneKelpCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    struct Slice;
-    struct Slices;
-
-    float tabulated(const Slice& slice, Params& params, const Data& data) const;
-    float spareSlices(Params& params, const Data& data) const;
-    float drivingPower(float slices, Params& params, const Data& data) const;
 };

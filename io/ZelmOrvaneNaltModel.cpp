@@ -1,14 +1,39 @@
 #include "io/ZelmOrvaneNaltModel.h"
 
 #include "framework/ZelmModelBlockImpl.h"
+#include "io/ZelmBufferSheet.h"
 
-template class ZelmModelBlock<ZelmOrvaneNaltModel, ZelmOrvaneNaltParams, ZelmOrvaneNaltData>;
+#define ZELM_MODEL ZelmOrvaneNaltModel
+#define ZELM_CELL_ROWS "io/ZelmOrvaneNaltCells.def"
+#define ZELM_TABLE_ROWS "io/ZelmOrvaneNaltTables.def"
 
-// ---- Input standards ----
+namespace {
 
-// An input standard with all that sets it apart.
-struct ZelmOrvaneNaltModel::Input {
-    using Formula = float (Receiver::*)() const;
+using Params = ZelmOrvaneNaltParams;
+using zelm::Key;
+
+// What is computed for each standard, in the order of its cells.
+struct OfStandard {
+    enum Metric {
+        acVccauxCurrent,
+        acVccioCurrent,
+        acVccoCurrent,
+        dcVccauxCurrent,
+        dcVccioCurrent,
+        dcVccoCurrent,
+        offchipPower,
+        onchipPower,
+        voh,
+        vol
+    };
+};
+
+// An input standard with all that sets it apart. Templates, because only the model can name its sheet.
+template <class Sheet>
+struct InputOf {
+    using Metric = OfStandard::Metric;
+    using enum OfStandard::Metric;
+    using Formula = float (Sheet::*)(const InputOf&) const;
     // How the receiver is terminated: the formulas of its levels, its direct current and where that turns into heat.
     struct Termination {
         Formula vol;
@@ -17,179 +42,403 @@ struct ZelmOrvaneNaltModel::Input {
         Formula onchip;
         Formula offchip;
     };
-    enum Metric {
-        acVccauxCurrentCell,
-        acVccioCurrentCell,
-        acVccoCurrentCell,
-        dcVccauxCurrentCell,
-        dcVccioCurrentCell,
-        dcVccoCurrentCell,
-        offchipPowerCell,
-        onchipPowerCell,
-        vohCell,
-        volCell
-    };
 
-    std::string_view name;
+    Key name;
     Params::FloatEnum firstCell; // ten cells in the order of Metric
     float lines = 1.0f;          // lines that the termination serves
     const Termination& termination;
 
-    float table(const Data& data, std::string_view key) const
+    constexpr Params::FloatEnum cellOf(Metric metric) const
     {
-        return data.findIbuf(name, key);
-    }
-    float& cell(Params& values, Metric metric) const
-    {
-        return values[zelm::cellBehind(firstCell, metric)];
+        return zelm::cellBehind(firstCell, metric);
     }
 };
 
-// One input standard in one run: the formulas that its row chooses from. v is the bank's supply, t the termination in
-// the receiver.
-struct ZelmOrvaneNaltModel::Receiver : zelm::io::Buffer<ZelmOrvaneNaltModel, Input> {
-    float enabled(float current) const
+// An output standard with all that sets it apart.
+template <class Sheet>
+struct OutputOf {
+    using Metric = OfStandard::Metric;
+    using enum OfStandard::Metric;
+    using Formula = float (Sheet::*)(const OutputOf&) const;
+
+    Key name;
+    Params::FloatEnum firstCell; // ten cells in the order of Metric
+    Formula offchip;             // heat on the board
+
+    constexpr Params::FloatEnum cellOf(Metric metric) const
     {
-        return current * model.calculateIbufEnableFactor(params, data);
+        return zelm::cellBehind(firstCell, metric);
+    }
+};
+
+} // namespace
+
+// In the formulas of standards v is the bank's supply.
+struct ZelmOrvaneNaltModel::Sheet : ZelmBufferSheet<ZelmOrvaneNaltModel> {
+#include "framework/ZelmAccessors.inc"
+
+    using Input = InputOf<Sheet>;
+    using Output = OutputOf<Sheet>;
+    using InputPower = zelm::io::SelectedPower<Input, FloatCell>;
+    using OutputPower = zelm::io::SelectedPower<Output, FloatCell>;
+
+    void pullOutputs() const
+    {
+        VccintPower();
+        VccauxPower();
+        VccoPower();
+        OffchipPower();
+        IobFreq();
+        IbufDcVccioPower();
+        IbufAcVccioPower();
+        IbufDcVccauxPower();
+        IbufAcVccauxPower();
+        IbufDcVccoPower();
+        IbufAcVccoPower();
+        IbufOffchipPower();
+        NumInputs();
+        ObufDcVccioPower();
+        ObufAcVccioPower();
+        ObufDcVccauxPower();
+        ObufAcVccauxPower();
+        ObufDcVccoPower();
+        ObufAcVccoPower();
+        ObufOffchipPower();
+        NumOutputs();
+        pullUnselectedCells();
     }
 
-    float auxiliaryToggling() const
+    // Hosts find all cells of all standards filled, also those that no output selects from.
+    void pullUnselectedCells() const
     {
-        return enabled(table("VCCAUX_AC"));
+        for (const Input& standard : kInputs) {
+            low(standard);
+            high(standard);
+            directCurrent(standard);
+        }
+        for (const Output& standard : kOutputs) {
+            low(standard);
+            high(standard);
+            onchip(standard);
+        }
     }
 
-    float coreToggling() const
+    // ---- Of each standard ----
+
+    float table(const Input& standard, const Key& key) const
     {
-        return enabled(table("VCCINT_IO_AC"));
+        return findIbuf(standard.name, key);
     }
 
-    float driverToggling() const
+    float table(const Output& standard, const Key& key) const
     {
-        const float current = table("VCCO_AC");
-        const float vcco = model.getVcco(params, data);
-        return enabled(current * vcco);
+        return findObuf(standard.name, key);
     }
 
-    float auxiliaryDirect() const
+    template <class Standard>
+    float supply(const Standard&) const
     {
-        return enabled(table("VCCAUX_DC"));
+        return Vcco();
     }
 
-    float coreDirect() const
-    {
-        return enabled(table("VCCINT_IO_DC"));
-    }
+    // ---- Receivers: what their rows choose from; t is the termination in the receiver ----
 
-    float dividedLow() const
+    float dividedLow(const Input& standard) const
     {
-        const float v = supply();
-        const float r = boardResistance();
-        const float t = model.getInputTermination(params, data);
+        const float v = supply(standard);
+        const float r = OffchipTermination();
+        const float t = InputTermination();
         return zelm::io::dividedLow(v, r, t, 0.5f);
     }
 
     // Counts both levels alike, whatever the share of time at the high one, and whether the buffer is on or off.
-    float terminationCurrent() const
+    float terminationCurrent(const Input& standard) const
     {
-        const float v = supply();
-        const float voh = high();
-        const float vol = low();
-        const float t = model.getInputTermination(params, data);
+        const float v = supply(standard);
+        const float voh = high(standard);
+        const float vol = low(standard);
+        const float t = InputTermination();
         return t > 0.0f ? ((v - voh) * 0.5f + (v - vol) * 0.5f) / (2.0f * t) * (1000.0f * standard.lines) : 0.0f;
     }
 
     // Heats on while the buffer is off: the enable factor is missing here, as in the workbook.
-    float splitOnchip() const
+    float splitOnchip(const Input& standard) const
     {
-        const float v = supply();
-        const float vol = low();
-        const float voh = high();
-        const float pw = table("PW");
-        const float t = model.getInputTermination(params, data);
+        const float v = supply(standard);
+        const float vol = low(standard);
+        const float voh = high(standard);
+        const float pw = table(standard, "PW");
+        const float t = InputTermination();
         return zelm::io::splitHeat(v, vol, voh, pw, t, 1000.0f * standard.lines);
     }
 
-    float enabledRemainder() const
+    float enabledRemainder(const Input& standard) const
     {
-        return enabled(remainderOffchip());
+        return enabled(remainderOffchip(standard));
     }
-};
 
-// ---- Output standards ----
+    // ---- Metrics of the input standards ----
 
-// An output standard with all that sets it apart.
-struct ZelmOrvaneNaltModel::Output {
-    using Formula = float (Driver::*)() const;
-    using Metric = Input::Metric;
-    using enum Input::Metric;
-
-    std::string_view name;
-    Params::FloatEnum firstCell; // ten cells in the order of Metric
-    Formula offchip;             // heat on the board
-
-    float table(const Data& data, std::string_view key) const
+    float enabled(float current) const
     {
-        return data.findObuf(name, key);
+        return current * IbufEnableFactor();
     }
-    float& cell(Params& values, Metric metric) const
-    {
-        return values[zelm::cellBehind(firstCell, metric)];
-    }
-};
 
-// One output standard in one run. v is the bank's supply, z the driver's impedance.
-struct ZelmOrvaneNaltModel::Driver : zelm::io::Buffer<ZelmOrvaneNaltModel, Output> {
-    float driverToggling() const
+    float acVccauxCurrent(const Input& standard) const
     {
-        const float pad = data.findCapData("CIO_HP");
-        const float load = model.getOutputLoad(params, data);
-        const float package = data.findCapData("CPKG");
-        const float current = table("VCCO_AC");
-        const float characterisedLoad = table("OBUF_LOAD");
+        return enabled(table(standard, "VCCAUX_AC"));
+    }
+
+    float acVccioCurrent(const Input& standard) const
+    {
+        return enabled(table(standard, "VCCINT_IO_AC"));
+    }
+
+    float acVccoCurrent(const Input& standard) const
+    {
+        const float current = table(standard, "VCCO_AC");
+        const float vcco = Vcco();
+        return enabled(current * vcco);
+    }
+
+    float dcVccauxCurrent(const Input& standard) const
+    {
+        return enabled(table(standard, "VCCAUX_DC"));
+    }
+
+    float dcVccioCurrent(const Input& standard) const
+    {
+        return enabled(table(standard, "VCCINT_IO_DC"));
+    }
+
+    float dcVccoCurrent(const Input& standard) const
+    {
+        return (this->*standard.termination.directCurrent)(standard);
+    }
+
+    float offchipPower(const Input& standard) const
+    {
+        return (this->*standard.termination.offchip)(standard);
+    }
+
+    float onchipPower(const Input& standard) const
+    {
+        return (this->*standard.termination.onchip)(standard);
+    }
+
+    float voh(const Input& standard) const
+    {
+        return (this->*standard.termination.voh)(standard);
+    }
+
+    float vol(const Input& standard) const
+    {
+        return (this->*standard.termination.vol)(standard);
+    }
+
+    // ---- Metrics of the output standards; z is the driver's impedance ----
+
+    float acVccauxCurrent(const Output& standard) const
+    {
+        return table(standard, "VCCAUX_AC");
+    }
+
+    float acVccioCurrent(const Output& standard) const
+    {
+        return table(standard, "VCCINT_IO_AC");
+    }
+
+    float acVccoCurrent(const Output& standard) const
+    {
+        const float pad = findCapData("CIO_HP");
+        const float load = OutputLoad();
+        const float package = findCapData("CPKG");
+        const float current = table(standard, "VCCO_AC");
+        const float characterisedLoad = table(standard, "OBUF_LOAD");
         return zelm::io::loadedCurrent(pad, load, package, current, characterisedLoad);
     }
 
-    float driverDirect() const
+    float dcVccauxCurrent(const Output& standard) const
     {
-        const float direct = table("VCCO_DC");
-        const float pw = table("PW");
+        return table(standard, "VCCAUX_DC");
+    }
+
+    float dcVccioCurrent(const Output& standard) const
+    {
+        return table(standard, "VCCINT_IO_DC");
+    }
+
+    float dcVccoCurrent(const Output& standard) const
+    {
+        const float direct = table(standard, "VCCO_DC");
+        const float pw = table(standard, "PW");
         return 2.0f * direct * pw;
     }
 
-    float sunkLow() const
+    float offchipPower(const Output& standard) const
     {
-        const float v = supply();
-        const float direct = table("VCCO_DC");
-        const float ohms = table("TERM");
-        const float z = model.getOutputImpedance(params, data);
-        const float r = boardResistance();
+        return (this->*standard.offchip)(standard);
+    }
+
+    float onchipPower(const Output& standard) const
+    {
+        const float vol = low(standard);
+        const float direct = table(standard, "VCCO_DC");
+        const float pw = table(standard, "PW");
+        const float v = supply(standard);
+        const float voh = high(standard);
+        const float current = directCurrent(standard);
+        const float z = OutputImpedance();
+        return z > 0.0f ? (vol * direct + vol * direct) * (1.0f - pw) + (v - voh) * current : 0.0f;
+    }
+
+    float voh(const Output& standard) const
+    {
+        return complementHigh(standard);
+    }
+
+    float vol(const Output& standard) const
+    {
+        const float v = supply(standard);
+        const float direct = table(standard, "VCCO_DC");
+        const float ohms = table(standard, "TERM");
+        const float z = OutputImpedance();
+        const float r = OffchipTermination();
         return z + r > 0.0f ? v * 0.5f - 2.0f * direct * ohms / 1000.0f : 0.0f;
     }
 
-    float driverHeat() const
+    // ---- Cells of the group ----
+
+    float computeVccintPower() const
     {
-        const float vol = low();
-        const float direct = table("VCCO_DC");
-        const float pw = table("PW");
-        const float v = supply();
-        const float voh = high();
-        const float current = directCurrent();
-        const float z = model.getOutputImpedance(params, data);
-        return z > 0.0f ? (vol * direct + vol * direct) * (1.0f - pw) + (v - voh) * current : 0.0f;
+        return corePower();
     }
-};
 
-// ---- Rows ----
+    float computeVccoPower() const
+    {
+        const float inputDc = IbufDcVccoPower();
+        const float inputAc = IbufAcVccoPower();
+        const float outputDc = ObufDcVccoPower();
+        const float outputAc = ObufAcVccoPower();
+        return total(inputDc + inputAc, outputDc + outputAc);
+    }
 
-// clang-format off
-struct ZelmOrvaneNaltModel::Rows {
-    using M = ZelmOrvaneNaltModel;
-    using R = Receiver;
-    using D = Driver;
+    // ---- Multipliers ----
 
-    // How receivers are terminated:                   VOL             VOH                 direct current          heat on chip     heat on the board
-    static constexpr Input::Termination kReceiveBare  {&R::zero,       &R::zero,           &R::tabulatedCurrent,   &R::zero,        &R::zero};
-    static constexpr Input::Termination kReceiveSplit {&R::dividedLow, &R::complementHigh, &R::terminationCurrent, &R::splitOnchip, &R::enabledRemainder};
+    float computeIbufEnableFactor() const
+    {
+        return 1.0f - IbufDisable();
+    }
+
+    // Share of time that the pin receives: a bidirectional one does while its output doesn't drive.
+    float inputShare() const
+    {
+        const float enable = OutputEnable();
+        const Key& direction = IoDirection();
+        return direction == "BIDI" || direction == "BIDI_INPUT" ? 1.0f - enable : 1.0f;
+    }
+
+    float computeIbufDcVccioMultiplier() const
+    {
+        const float share = inputShare();
+        const float vccint = Vccint();
+        return share * vccint;
+    }
+
+    float computeIbufAcVccioMultiplier() const
+    {
+        const float share = inputShare();
+        const float vccint = Vccint();
+        const float freq = IobFreq();
+        return share * vccint * freq;
+    }
+
+    float computeIbufDcVccauxMultiplier() const
+    {
+        const float share = inputShare();
+        const float vccaux = Vccaux();
+        return share * vccaux;
+    }
+
+    float computeIbufAcVccauxMultiplier() const
+    {
+        const float share = inputShare();
+        const float vccaux = Vccaux();
+        const float freq = IobFreq();
+        return share * vccaux * freq;
+    }
+
+    float computeIbufDcVccoMultiplier() const
+    {
+        return inputShare();
+    }
+
+    float computeIbufOffchipMultiplier() const
+    {
+        return inputShare();
+    }
+
+    float computeIbufAcVccoMultiplier() const
+    {
+        const float share = inputShare();
+        const float freq = IobFreq();
+        return share * freq;
+    }
+
+    float computeObufDcVccioMultiplier() const
+    {
+        const float enable = OutputEnable();
+        const float vccint = Vccint();
+        return enable * vccint;
+    }
+
+    float computeObufAcVccioMultiplier() const
+    {
+        const float enable = OutputEnable();
+        const float vccint = Vccint();
+        const float freq = IobFreq();
+        return enable * vccint * freq;
+    }
+
+    float computeObufDcVccauxMultiplier() const
+    {
+        const float enable = OutputEnable();
+        const float vccaux = Vccaux();
+        return enable * vccaux;
+    }
+
+    float computeObufAcVccauxMultiplier() const
+    {
+        const float freq = IobFreq();
+        const float enable = OutputEnable();
+        const float vccaux = Vccaux();
+        return freq * enable * vccaux;
+    }
+
+    float computeObufDcVccoMultiplier() const
+    {
+        return OutputEnable();
+    }
+
+    float computeObufAcVccoMultiplier() const
+    {
+        const float freq = IobFreq();
+        const float enable = OutputEnable();
+        const float vcco = Vcco();
+        return freq * enable * vcco;
+    }
+
+    float computeObufOffchipMultiplier() const
+    {
+        return OutputEnable();
+    }
+
+    // ---- Rows ----
+
+    // clang-format off
+    // How receivers are terminated:                  VOL                 VOH                     direct current              heat on chip         heat on the board
+    static constexpr Input::Termination kReceiveBare {&Sheet::zero,       &Sheet::zero,           &Sheet::tabulatedCurrent,   &Sheet::zero,        &Sheet::zero};
+    static constexpr Input::Termination kReceiveSplit{&Sheet::dividedLow, &Sheet::complementHigh, &Sheet::terminationCurrent, &Sheet::splitOnchip, &Sheet::enabledRemainder};
 
 #define INPUT(S) .name = #S, .firstCell = Params::IBUF_##S##_AC_VCCAUX_CURRENT
     static constexpr Input kInputs[] = {
@@ -210,38 +459,38 @@ struct ZelmOrvaneNaltModel::Rows {
 
 #define OUTPUT(S) .name = #S, .firstCell = Params::OBUF_##S##_AC_VCCAUX_CURRENT
     static constexpr Output kOutputs[] = {
-        {OUTPUT(SSTL18_I),     .offchip = &D::remainderOffchip},
-        {OUTPUT(LVTTL_4),      .offchip = &D::zero},
-        {OUTPUT(LVTTL_8),      .offchip = &D::zero},
-        {OUTPUT(LVTTL_12),     .offchip = &D::zero},
-        {OUTPUT(LVCMOS33_4),   .offchip = &D::zero},
-        {OUTPUT(LVCMOS33_8),   .offchip = &D::zero},
-        {OUTPUT(LVCMOS33_12),  .offchip = &D::zero},
-        {OUTPUT(LVCMOS25_4),   .offchip = &D::zero},
-        {OUTPUT(LVCMOS25_8),   .offchip = &D::zero},
-        {OUTPUT(LVCMOS25_12),  .offchip = &D::zero},
-        {OUTPUT(LVCMOS18_4),   .offchip = &D::zero},
-        {OUTPUT(LVCMOS18_8),   .offchip = &D::zero},
-        {OUTPUT(LVCMOS18_12),  .offchip = &D::zero},
-        {OUTPUT(HSTL_I_18),    .offchip = &D::remainderOffchip},
+        {OUTPUT(SSTL18_I),     .offchip = &Sheet::remainderOffchip},
+        {OUTPUT(LVTTL_4),      .offchip = &Sheet::zero},
+        {OUTPUT(LVTTL_8),      .offchip = &Sheet::zero},
+        {OUTPUT(LVTTL_12),     .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS33_4),   .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS33_8),   .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS33_12),  .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS25_4),   .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS25_8),   .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS25_12),  .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS18_4),   .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS18_8),   .offchip = &Sheet::zero},
+        {OUTPUT(LVCMOS18_12),  .offchip = &Sheet::zero},
+        {OUTPUT(HSTL_I_18),    .offchip = &Sheet::remainderOffchip},
     };
 #undef OUTPUT
 
-    static constexpr InputPower kIbufAcVccaux{Params::IBUF_AC_VCCAUX_POWER, &M::acVccauxCurrent,  &M::calculateIbufAcVccauxMultiplier};
-    static constexpr InputPower kIbufAcVccio {Params::IBUF_AC_VCCIO_POWER,  &M::acVccioCurrent,   &M::calculateIbufAcVccioMultiplier};
-    static constexpr InputPower kIbufAcVcco  {Params::IBUF_AC_VCCO_POWER,   &M::acVccoCurrent,    &M::calculateIbufAcVccoMultiplier};
-    static constexpr InputPower kIbufDcVccaux{Params::IBUF_DC_VCCAUX_POWER, &M::dcVccauxCurrent,  &M::calculateIbufDcVccauxMultiplier};
-    static constexpr InputPower kIbufDcVccio {Params::IBUF_DC_VCCIO_POWER,  &M::dcVccioCurrent,   &M::calculateIbufDcVccioMultiplier};
-    static constexpr InputPower kIbufDcVcco  {Params::IBUF_DC_VCCO_POWER,   &M::onchipPower,      &M::calculateIbufDcVccoMultiplier}; // the heat on chip
-    static constexpr InputPower kIbufOffchip {Params::IBUF_OFFCHIP_POWER,   &M::offchipPower,     &M::calculateIbufOffchipMultiplier};
+    static constexpr InputPower kIbufAcVccaux{Params::IBUF_AC_VCCAUX_POWER, Input::acVccauxCurrent,  Params::IBUF_AC_VCCAUX_MULTIPLIER};
+    static constexpr InputPower kIbufAcVccio {Params::IBUF_AC_VCCIO_POWER,  Input::acVccioCurrent,   Params::IBUF_AC_VCCIO_MULTIPLIER};
+    static constexpr InputPower kIbufAcVcco  {Params::IBUF_AC_VCCO_POWER,   Input::acVccoCurrent,    Params::IBUF_AC_VCCO_MULTIPLIER};
+    static constexpr InputPower kIbufDcVccaux{Params::IBUF_DC_VCCAUX_POWER, Input::dcVccauxCurrent,  Params::IBUF_DC_VCCAUX_MULTIPLIER};
+    static constexpr InputPower kIbufDcVccio {Params::IBUF_DC_VCCIO_POWER,  Input::dcVccioCurrent,   Params::IBUF_DC_VCCIO_MULTIPLIER};
+    static constexpr InputPower kIbufDcVcco  {Params::IBUF_DC_VCCO_POWER,   Input::onchipPower,      Params::IBUF_DC_VCCO_MULTIPLIER}; // the heat on chip
+    static constexpr InputPower kIbufOffchip {Params::IBUF_OFFCHIP_POWER,   Input::offchipPower,     Params::IBUF_OFFCHIP_MULTIPLIER};
 
-    static constexpr OutputPower kObufAcVccaux{Params::OBUF_AC_VCCAUX_POWER, &M::acVccauxCurrent, &M::calculateObufAcVccauxMultiplier};
-    static constexpr OutputPower kObufAcVccio {Params::OBUF_AC_VCCIO_POWER,  &M::acVccioCurrent,  &M::calculateObufAcVccioMultiplier};
-    static constexpr OutputPower kObufAcVcco  {Params::OBUF_AC_VCCO_POWER,   &M::acVccoCurrent,   &M::calculateObufAcVccoMultiplier};
-    static constexpr OutputPower kObufDcVccaux{Params::OBUF_DC_VCCAUX_POWER, &M::dcVccauxCurrent, &M::calculateObufDcVccauxMultiplier};
-    static constexpr OutputPower kObufDcVccio {Params::OBUF_DC_VCCIO_POWER,  &M::dcVccioCurrent,  &M::calculateObufDcVccioMultiplier};
-    static constexpr OutputPower kObufDcVcco  {Params::OBUF_DC_VCCO_POWER,   &M::dcVccoCurrent,   &M::calculateObufDcVccoMultiplier}; // the bare current, unlike inputs: as in the workbook
-    static constexpr OutputPower kObufOffchip {Params::OBUF_OFFCHIP_POWER,   &M::offchipPower,    &M::calculateObufOffchipMultiplier};
+    static constexpr OutputPower kObufAcVccaux{Params::OBUF_AC_VCCAUX_POWER, Output::acVccauxCurrent, Params::OBUF_AC_VCCAUX_MULTIPLIER};
+    static constexpr OutputPower kObufAcVccio {Params::OBUF_AC_VCCIO_POWER,  Output::acVccioCurrent,  Params::OBUF_AC_VCCIO_MULTIPLIER};
+    static constexpr OutputPower kObufAcVcco  {Params::OBUF_AC_VCCO_POWER,   Output::acVccoCurrent,   Params::OBUF_AC_VCCO_MULTIPLIER};
+    static constexpr OutputPower kObufDcVccaux{Params::OBUF_DC_VCCAUX_POWER, Output::dcVccauxCurrent, Params::OBUF_DC_VCCAUX_MULTIPLIER};
+    static constexpr OutputPower kObufDcVccio {Params::OBUF_DC_VCCIO_POWER,  Output::dcVccioCurrent,  Params::OBUF_DC_VCCIO_MULTIPLIER};
+    static constexpr OutputPower kObufDcVcco  {Params::OBUF_DC_VCCO_POWER,   Output::dcVccoCurrent,   Params::OBUF_DC_VCCO_MULTIPLIER}; // the bare current, unlike inputs: as in the workbook
+    static constexpr OutputPower kObufOffchip {Params::OBUF_OFFCHIP_POWER,   Output::offchipPower,    Params::OBUF_OFFCHIP_MULTIPLIER};
 
     static consteval const Input& input(std::string_view key)
     {
@@ -251,266 +500,17 @@ struct ZelmOrvaneNaltModel::Rows {
     {
         return zelm::io::row(kOutputs, key);
     }
+    // clang-format on
+
+    struct RowsHaveTheCellsOfTheirNames;
 };
-// clang-format on
 
-#define ZELM_MODEL ZelmOrvaneNaltModel
-#define ZELM_CELL_ROWS "io/ZelmOrvaneNaltCells.def"
-#include "framework/ZelmCellBodies.inc"
+struct ZelmOrvaneNaltModel::Sheet::RowsHaveTheCellsOfTheirNames {
+#define MO_FLOAT_FAMILY(cell, function, unit, goes, meaning, member, metric)                                           \
+    static_assert(member.power == Params::cell);
+#define IC_FLOAT_FAMILY(cell, function, unit, meaning, member, metric)                                                 \
+    static_assert(member.cellOf(member.metric) == Params::cell);
+#include ZELM_CELL_ROWS
+};
 
-void ZelmOrvaneNaltModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccintPower(params, data);
-    calculateVccauxPower(params, data);
-    calculateVccoPower(params, data);
-    calculateOffchipPower(params, data);
-    calculateIobFreq(params, data);
-    calculateIbufDcVccioPower(params, data);
-    calculateIbufAcVccioPower(params, data);
-    calculateIbufDcVccauxPower(params, data);
-    calculateIbufAcVccauxPower(params, data);
-    calculateIbufDcVccoPower(params, data);
-    calculateIbufAcVccoPower(params, data);
-    calculateIbufOffchipPower(params, data);
-    calculateNumInputs(params, data);
-    calculateObufDcVccioPower(params, data);
-    calculateObufAcVccioPower(params, data);
-    calculateObufDcVccauxPower(params, data);
-    calculateObufAcVccauxPower(params, data);
-    calculateObufDcVccoPower(params, data);
-    calculateObufAcVccoPower(params, data);
-    calculateObufOffchipPower(params, data);
-    calculateNumOutputs(params, data);
-    pullUnselectedCells(params, data);
-}
-
-// Hosts find all cells of all standards filled, also those that no output selects from.
-void ZelmOrvaneNaltModel::pullUnselectedCells(Params& params, const Data& data) const
-{
-    for (const Input& standard : Rows::kInputs) {
-        vol(standard, params, data);
-        voh(standard, params, data);
-        dcVccoCurrent(standard, params, data);
-    }
-    for (const Output& standard : Rows::kOutputs) {
-        vol(standard, params, data);
-        voh(standard, params, data);
-        onchipPower(standard, params, data);
-    }
-}
-
-// ---- Metrics of the standards ----
-
-// clang-format off
-#define METRIC(Standard, Side, metric, formula)                                                                        \
-    float ZelmOrvaneNaltModel::metric(const Standard& standard, Params& params, const Data& data) const                \
-    {                                                                                                                  \
-        return once(standard.cell(params, Standard::metric##Cell),                                                     \
-                    [&] { return (Side{{*this, standard, params, data}}.*formula)(); });                               \
-    }
-METRIC(Input,  Receiver, acVccauxCurrent, &Receiver::auxiliaryToggling)
-METRIC(Input,  Receiver, acVccioCurrent,  &Receiver::coreToggling)
-METRIC(Input,  Receiver, acVccoCurrent,   &Receiver::driverToggling)
-METRIC(Input,  Receiver, dcVccauxCurrent, &Receiver::auxiliaryDirect)
-METRIC(Input,  Receiver, dcVccioCurrent,  &Receiver::coreDirect)
-METRIC(Input,  Receiver, dcVccoCurrent,   standard.termination.directCurrent)
-METRIC(Input,  Receiver, offchipPower,    standard.termination.offchip)
-METRIC(Input,  Receiver, onchipPower,     standard.termination.onchip)
-METRIC(Input,  Receiver, voh,             standard.termination.voh)
-METRIC(Input,  Receiver, vol,             standard.termination.vol)
-
-METRIC(Output, Driver,   acVccauxCurrent, &Driver::auxiliaryToggling)
-METRIC(Output, Driver,   acVccioCurrent,  &Driver::coreToggling)
-METRIC(Output, Driver,   acVccoCurrent,   &Driver::driverToggling)
-METRIC(Output, Driver,   dcVccauxCurrent, &Driver::auxiliaryDirect)
-METRIC(Output, Driver,   dcVccioCurrent,  &Driver::coreDirect)
-METRIC(Output, Driver,   dcVccoCurrent,   &Driver::driverDirect)
-METRIC(Output, Driver,   offchipPower,    standard.offchip)
-METRIC(Output, Driver,   onchipPower,     &Driver::driverHeat)
-METRIC(Output, Driver,   voh,             &Driver::complementHigh)
-METRIC(Output, Driver,   vol,             &Driver::sunkLow)
-#undef METRIC
-// clang-format on
-
-// ---- Cells of the group ----
-
-float ZelmOrvaneNaltModel::inputPower(const InputPower& power, Params& params, const Data& data) const
-{
-    return once(params[power.cell], [&] { return zelm::io::inputPower(*this, power, Rows::kInputs, params, data); });
-}
-
-float ZelmOrvaneNaltModel::outputPower(const OutputPower& power, Params& params, const Data& data) const
-{
-    return once(params[power.cell], [&] { return zelm::io::outputPower(*this, power, Rows::kOutputs, params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateIobFreq(Params& params, const Data& data) const
-{
-    return once(params[Params::IOB_FREQ], [&] { return zelm::io::iobFreq(*this, params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateNumInputs(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_INPUTS], [&] { return zelm::io::numInputs(*this, params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateNumOutputs(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_OUTPUTS], [&] { return zelm::io::numOutputs(*this, params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateVccintPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_POWER], [&] { return zelm::io::coreTotal(*this, params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateVccauxPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCAUX_POWER], [&] { return zelm::io::auxiliaryTotal(*this, params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateVccoPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCO_POWER], [&] {
-        const float inputDc = calculateIbufDcVccoPower(params, data);
-        const float inputAc = calculateIbufAcVccoPower(params, data);
-        const float outputDc = calculateObufDcVccoPower(params, data);
-        const float outputAc = calculateObufAcVccoPower(params, data);
-        return zelm::io::total(*this, params, data, inputDc + inputAc, outputDc + outputAc);
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateOffchipPower(Params& params, const Data& data) const
-{
-    return once(params[Params::OFFCHIP_POWER], [&] { return zelm::io::offchipTotal(*this, params, data); });
-}
-
-// ---- Multipliers ----
-
-float ZelmOrvaneNaltModel::calculateIbufEnableFactor(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_ENABLE_FACTOR], [&] { return 1.0f - getIbufDisable(params, data); });
-}
-
-// Share of time that the pin receives: a bidirectional one does while its output doesn't drive.
-float ZelmOrvaneNaltModel::inputShare(Params& params, const Data& data) const
-{
-    const float enable = getOutputEnable(params, data);
-    const std::string_view direction = viewIoDirection(params, data);
-    return direction == "BIDI" || direction == "BIDI_INPUT" ? 1.0f - enable : 1.0f;
-}
-
-float ZelmOrvaneNaltModel::calculateIbufDcVccioMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_DC_VCCIO_MULTIPLIER], [&] {
-        const float share = inputShare(params, data);
-        const float vccint = getVccint(params, data);
-        return share * vccint;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateIbufAcVccioMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_AC_VCCIO_MULTIPLIER], [&] {
-        const float share = inputShare(params, data);
-        const float vccint = getVccint(params, data);
-        const float freq = calculateIobFreq(params, data);
-        return share * vccint * freq;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateIbufDcVccauxMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_DC_VCCAUX_MULTIPLIER], [&] {
-        const float share = inputShare(params, data);
-        const float vccaux = getVccaux(params, data);
-        return share * vccaux;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateIbufAcVccauxMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_AC_VCCAUX_MULTIPLIER], [&] {
-        const float share = inputShare(params, data);
-        const float vccaux = getVccaux(params, data);
-        const float freq = calculateIobFreq(params, data);
-        return share * vccaux * freq;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateIbufDcVccoMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_DC_VCCO_MULTIPLIER], [&] { return inputShare(params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateIbufOffchipMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_OFFCHIP_MULTIPLIER], [&] { return inputShare(params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateIbufAcVccoMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::IBUF_AC_VCCO_MULTIPLIER], [&] {
-        const float share = inputShare(params, data);
-        const float freq = calculateIobFreq(params, data);
-        return share * freq;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateObufDcVccioMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::OBUF_DC_VCCIO_MULTIPLIER], [&] {
-        const float enable = getOutputEnable(params, data);
-        const float vccint = getVccint(params, data);
-        return enable * vccint;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateObufAcVccioMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::OBUF_AC_VCCIO_MULTIPLIER], [&] {
-        const float enable = getOutputEnable(params, data);
-        const float vccint = getVccint(params, data);
-        const float freq = calculateIobFreq(params, data);
-        return enable * vccint * freq;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateObufDcVccauxMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::OBUF_DC_VCCAUX_MULTIPLIER], [&] {
-        const float enable = getOutputEnable(params, data);
-        const float vccaux = getVccaux(params, data);
-        return enable * vccaux;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateObufAcVccauxMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::OBUF_AC_VCCAUX_MULTIPLIER], [&] {
-        const float freq = calculateIobFreq(params, data);
-        const float enable = getOutputEnable(params, data);
-        const float vccaux = getVccaux(params, data);
-        return freq * enable * vccaux;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateObufDcVccoMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::OBUF_DC_VCCO_MULTIPLIER], [&] { return getOutputEnable(params, data); });
-}
-
-float ZelmOrvaneNaltModel::calculateObufAcVccoMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::OBUF_AC_VCCO_MULTIPLIER], [&] {
-        const float freq = calculateIobFreq(params, data);
-        const float enable = getOutputEnable(params, data);
-        const float vcco = getVcco(params, data);
-        return freq * enable * vcco;
-    });
-}
-
-float ZelmOrvaneNaltModel::calculateObufOffchipMultiplier(Params& params, const Data& data) const
-{
-    return once(params[Params::OBUF_OFFCHIP_MULTIPLIER], [&] { return getOutputEnable(params, data); });
-}
+#include "framework/ZelmModelBodies.inc"

@@ -4,14 +4,17 @@
 
 #include <array>
 
-template class ZelmModelBlock<ZelmOrvaneBramModel, ZelmOrvaneBramParams, ZelmOrvaneBramData>;
+#define ZELM_MODEL ZelmOrvaneBramModel
+#define ZELM_CELL_ROWS "memories/ZelmOrvaneBramCells.def"
+#define ZELM_TABLE_ROWS "memories/ZelmOrvaneBramTables.def"
 
 namespace {
 
 using Params = ZelmOrvaneBramParams;
+using zelm::Key;
 
 // The keys of all tables. The first two are the true dual-port primitives; the others follow in the order of selection.
-enum Key : std::size_t {
+enum KeyIndex : std::size_t {
     blkm18,
     blkm36,
     blkm18Sdp3636,
@@ -25,41 +28,41 @@ enum Key : std::size_t {
     blkm36SdpEccDecodeOnly,
     noKey
 };
-constexpr std::array<std::string_view, noKey> kKeys{"BLKM18",
-                                                    "BLKM36",
-                                                    "BLKM18SDP_36_36",
-                                                    "BLKM18SDP_36_18",
-                                                    "BLKM18SDP_18_36",
-                                                    "BLKM36SDP_72_72",
-                                                    "BLKM36SDP_72_36",
-                                                    "BLKM36SDP_36_72",
-                                                    "BLKM36SDP_ECC",
-                                                    "BLKM36SDP_ECC_ENCODE_ONLY",
-                                                    "BLKM36SDP_ECC_DECODE_ONLY"};
+constexpr std::array<Key, noKey> kKeys{"BLKM18",
+                                       "BLKM36",
+                                       "BLKM18SDP_36_36",
+                                       "BLKM18SDP_36_18",
+                                       "BLKM18SDP_18_36",
+                                       "BLKM36SDP_72_72",
+                                       "BLKM36SDP_72_36",
+                                       "BLKM36SDP_36_72",
+                                       "BLKM36SDP_ECC",
+                                       "BLKM36SDP_ECC_ENCODE_ONLY",
+                                       "BLKM36SDP_ECC_DECODE_ONLY"};
 constexpr std::size_t kTrueDualPortKeys = blkm36 + 1;
 
-} // namespace
-
 // Names a write mode and its rows in the tables of dynamic current.
-struct ZelmOrvaneBramModel::WriteMode {
+struct WriteMode {
     std::string_view name;
-    std::string_view readRow;
-    std::string_view writeRow;
+    Key readRow;
+    Key writeRow;
 };
+constexpr WriteMode kWriteModes[] = {
+    {"READ_FIRST", "RF_R", "RF_W"}, {"WRITE_FIRST", "WF_R", "WF_W"}, {"NO_CHANGE", "NC_R", "NC_W"}};
 
-struct ZelmOrvaneBramModel::Access {
+// Reading or writing through one port.
+struct Access {
     bool inSimpleDualPort; // whether the port does this in the simple-dual-port modes
-    std::string_view direction;
-    std::string_view WriteMode::*row;
+    Key direction;
+    Key WriteMode::*row;
 };
 
-struct ZelmOrvaneBramModel::Port {
-    using Input = float (ZelmOrvaneBramModel::*)(Params&, const Data&) const;
-    Input clock;
-    Input enableRate;
-    Input writeEnable;
-    Input toggleRate;
-    std::string_view (ZelmOrvaneBramModel::*writeMode)(Params&, const Data&) const;
+struct Port {
+    Params::FloatEnum clock;
+    Params::FloatEnum enableRate;
+    Params::FloatEnum writeEnable;
+    Params::FloatEnum toggleRate;
+    Params::StringEnum writeMode;
     Access read;
     Access write;
     Params::FloatEnum readRate;
@@ -69,38 +72,12 @@ struct ZelmOrvaneBramModel::Port {
     Params::FloatEnum writeRate;
     Params::FloatEnum writeToggle;
 };
-
-struct ZelmOrvaneBramModel::PortOnRail {
-    const Port& port;
-    std::string_view rail;
-    float (Data::*findDynamicCurrent)(std::string_view, std::string_view) const;
-    Params::FloatEnum activity;
-    Params::FloatEnum readCurrent;
-    Params::FloatEnum writeCurrent;
-};
-
-// The power cells of a configuration follow each other in enum order.
-struct ZelmOrvaneBramModel::Configuration {
-    std::string_view mode;
-    Params::FloatEnum firstCell;
-
-    enum Metric { aOnVccint, aOnVccram, bOnVccint, bOnVccram };
-    float& cell(Params& params, Metric metric) const
-    {
-        return params[zelm::cellBehind(firstCell, metric)];
-    }
-};
-
-using Model = ZelmOrvaneBramModel;
-constinit const Model::WriteMode Model::kWriteModes[] = {
-    {"READ_FIRST", "RF_R", "RF_W"}, {"WRITE_FIRST", "WF_R", "WF_W"}, {"NO_CHANGE", "NC_R", "NC_W"}};
-
-constinit const Model::Port Model::kPortA{
-    .clock = &Model::getPortAClock,
-    .enableRate = &Model::getPortAEnableRate,
-    .writeEnable = &Model::getPortAWriteEnable,
-    .toggleRate = &Model::getToggleRateA,
-    .writeMode = &Model::viewPortAWriteMode,
+constexpr Port kPortA{
+    .clock = Params::PORT_A_CLOCK,
+    .enableRate = Params::PORT_A_ENABLE_RATE,
+    .writeEnable = Params::PORT_A_WRITE_ENABLE,
+    .toggleRate = Params::TOGGLE_RATE_A,
+    .writeMode = Params::PORT_A_WRITE_MODE,
     .read = {.inSimpleDualPort = true, .direction = "R", .row = &WriteMode::readRow},
     .write = {.inSimpleDualPort = false, .direction = "W", .row = &WriteMode::writeRow},
     .readRate = Params::READ_RATE_A,
@@ -110,12 +87,12 @@ constinit const Model::Port Model::kPortA{
     .writeRate = Params::WRITE_RATE_A,
     .writeToggle = Params::TR_CALC_WRITE_A,
 };
-constinit const Model::Port Model::kPortB{
-    .clock = &Model::getPortBClock,
-    .enableRate = &Model::getPortBEnableRate,
-    .writeEnable = &Model::getPortBWriteEnable,
-    .toggleRate = &Model::getToggleRateB,
-    .writeMode = &Model::viewPortBWriteMode,
+constexpr Port kPortB{
+    .clock = Params::PORT_B_CLOCK,
+    .enableRate = Params::PORT_B_ENABLE_RATE,
+    .writeEnable = Params::PORT_B_WRITE_ENABLE,
+    .toggleRate = Params::TOGGLE_RATE_B,
+    .writeMode = Params::PORT_B_WRITE_MODE,
     .read = {.inSimpleDualPort = false, .direction = "R", .row = &WriteMode::readRow},
     .write = {.inSimpleDualPort = true, .direction = "W", .row = &WriteMode::writeRow},
     .readRate = Params::READ_RATE_B,
@@ -126,334 +103,285 @@ constinit const Model::Port Model::kPortB{
     .writeToggle = Params::TR_CALC_WRITE_B,
 };
 
-constinit const Model::PortOnRail Model::kAOnVccint{kPortA,
-                                                    "VCCINT",
-                                                    &Data::findDynamicCurrentVccint,
-                                                    Params::ACTIVITY_A_VCCINT,
-                                                    Params::READ_CURRENT_A_VCCINT,
-                                                    Params::WRITE_CURRENT_A_VCCINT};
-constinit const Model::PortOnRail Model::kAOnVccram{kPortA,
-                                                    "VCCRAM",
-                                                    &Data::findDynamicCurrentVccram,
-                                                    Params::ACTIVITY_A_VCCRAM,
-                                                    Params::READ_CURRENT_A_VCCRAM,
-                                                    Params::WRITE_CURRENT_A_VCCRAM};
-constinit const Model::PortOnRail Model::kBOnVccint{kPortB,
-                                                    "VCCINT",
-                                                    &Data::findDynamicCurrentVccint,
-                                                    Params::ACTIVITY_B_VCCINT,
-                                                    Params::READ_CURRENT_B_VCCINT,
-                                                    Params::WRITE_CURRENT_B_VCCINT};
-constinit const Model::PortOnRail Model::kBOnVccram{kPortB,
-                                                    "VCCRAM",
-                                                    &Data::findDynamicCurrentVccram,
-                                                    Params::ACTIVITY_B_VCCRAM,
-                                                    Params::READ_CURRENT_B_VCCRAM,
-                                                    Params::WRITE_CURRENT_B_VCCRAM};
+enum class Rail { vccint, vccram };
 
-constinit const Model::Configuration Model::kBlkm18{"BLKM18", Params::BLKM18_A_VCCINT_PWR};
-constinit const Model::Configuration Model::kBlkm36{"BLKM36", Params::BLKM36_A_VCCINT_PWR};
-constinit const Model::Configuration Model::kBlkm18Sdp{"BLKM18SDP", Params::BLKM18SDP_A_VCCINT_PWR};
-constinit const Model::Configuration Model::kBlkm36Sdp{"BLKM36SDP", Params::BLKM36SDP_A_VCCINT_PWR};
-constinit const Model::Configuration Model::kBlkm36SdpEcc{"BLKM36SDP_ECC", Params::BLKM36SDP_ECC_A_VCCINT_PWR};
-constinit const Model::Configuration Model::kBlkm36SdpEccEncodeOnly{"BLKM36SDP_ECC_ENCODE_ONLY",
-                                                                    Params::BLKM36SDP_ECC_ENCODE_ONLY_A_VCCINT_PWR};
-constinit const Model::Configuration Model::kBlkm36SdpEccDecodeOnly{"BLKM36SDP_ECC_DECODE_ONLY",
-                                                                    Params::BLKM36SDP_ECC_DECODE_ONLY_A_VCCINT_PWR};
+struct PortOnRail {
+    const Port& port;
+    Rail rail;
+    Params::FloatEnum activity;
+    Params::FloatEnum readCurrent;
+    Params::FloatEnum writeCurrent;
+};
+constexpr PortOnRail kAOnVccint{kPortA, Rail::vccint, Params::ACTIVITY_A_VCCINT, Params::READ_CURRENT_A_VCCINT,
+                                Params::WRITE_CURRENT_A_VCCINT};
+constexpr PortOnRail kAOnVccram{kPortA, Rail::vccram, Params::ACTIVITY_A_VCCRAM, Params::READ_CURRENT_A_VCCRAM,
+                                Params::WRITE_CURRENT_A_VCCRAM};
+constexpr PortOnRail kBOnVccint{kPortB, Rail::vccint, Params::ACTIVITY_B_VCCINT, Params::READ_CURRENT_B_VCCINT,
+                                Params::WRITE_CURRENT_B_VCCINT};
+constexpr PortOnRail kBOnVccram{kPortB, Rail::vccram, Params::ACTIVITY_B_VCCRAM, Params::READ_CURRENT_B_VCCRAM,
+                                Params::WRITE_CURRENT_B_VCCRAM};
 
-#define ZELM_MODEL ZelmOrvaneBramModel
-#define ZELM_CELL_ROWS "memories/ZelmOrvaneBramCells.def"
-#include "framework/ZelmCellBodies.inc"
+// The modes. The power cells of each follow each other in enum order, port A before B and VCCINT before VCCRAM.
+struct Configuration {
+    std::string_view mode;
+    Params::FloatEnum firstPower;
+};
+enum PowerCell { aOnVccint, aOnVccram, bOnVccint, bOnVccram };
+constexpr Configuration kConfigurations[] = {
+    {"BLKM18", Params::BLKM18_A_VCCINT_PWR},
+    {"BLKM36", Params::BLKM36_A_VCCINT_PWR},
+    {"BLKM18SDP", Params::BLKM18SDP_A_VCCINT_PWR},
+    {"BLKM36SDP", Params::BLKM36SDP_A_VCCINT_PWR},
+    {"BLKM36SDP_ECC", Params::BLKM36SDP_ECC_A_VCCINT_PWR},
+    {"BLKM36SDP_ECC_ENCODE_ONLY", Params::BLKM36SDP_ECC_ENCODE_ONLY_A_VCCINT_PWR},
+    {"BLKM36SDP_ECC_DECODE_ONLY", Params::BLKM36SDP_ECC_DECODE_ONLY_A_VCCINT_PWR},
+};
 
-void ZelmOrvaneBramModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccintPower(params, data);
-    calculateVccramPower(params, data);
-}
+} // namespace
 
-// ---- Cascade ----
+struct ZelmOrvaneBramModel::Sheet : zelm::Sheet<ZelmOrvaneBramModel> {
+#include "framework/ZelmAccessors.inc"
 
-int ZelmOrvaneBramModel::calculateMod(Params& params, const Data& data) const
-{
-    return once(params[Params::MOD], [&] {
-        const int brams = getNumBrams(params, data);
-        const int groupSize = getCascadeGroupSize(params, data);
+    void pullOutputs() const
+    {
+        VccintPower();
+        VccramPower();
+    }
+
+    // ---- Cascade ----
+
+    int computeMod() const
+    {
+        const int brams = NumBrams();
+        const int groupSize = CascadeGroupSize();
         return zelm::remainderOrZero(brams, groupSize);
-    });
-}
+    }
 
-int ZelmOrvaneBramModel::calculateBramMod(Params& params, const Data& data) const
-{
-    return once(params[Params::BRAM_MOD], [&] {
-        const int brams = getNumBrams(params, data);
-        const int leftOver = calculateMod(params, data);
+    int computeBramMod() const
+    {
+        const int brams = NumBrams();
+        const int leftOver = Mod();
         return zelm::wrapSubtract(brams, leftOver);
-    });
-}
+    }
 
-int ZelmOrvaneBramModel::calculateBramInCasc(Params& params, const Data& data) const
-{
-    return once(params[Params::BRAM_IN_CASC], [&] {
-        const int inWholeGroups = calculateBramMod(params, data);
-        const int groupSize = getCascadeGroupSize(params, data);
+    int computeBramInCasc() const
+    {
+        const int inWholeGroups = BramMod();
+        const int groupSize = CascadeGroupSize();
         return zelm::quotientOrZero(inWholeGroups, groupSize);
-    });
-}
+    }
 
-int ZelmOrvaneBramModel::calculateUnusedBramStdby(Params& params, const Data& data) const
-{
-    return once(params[Params::UNUSED_BRAM_STDBY], [&] {
-        const int brams = getNumBrams(params, data);
-        const int active = calculateBramInCasc(params, data);
+    int computeUnusedBramStdby() const
+    {
+        const int brams = NumBrams();
+        const int active = BramInCasc();
         return zelm::wrapSubtract(brams, active);
-    });
-}
+    }
 
-float ZelmOrvaneBramModel::activity(const PortOnRail& portOnRail, Params& params, const Data& data) const
-{
-    return once(params[portOnRail.activity], [&] {
-        const float clock = (this->*portOnRail.port.clock)(params, data);
-        const float simVoltage = data.findSimVoltage(portOnRail.rail);
-        const int active = calculateBramInCasc(params, data);
+    float simVoltageOf(Rail rail) const
+    {
+        return rail == Rail::vccint ? findSimVoltage("VCCINT") : findSimVoltage("VCCRAM");
+    }
+
+    double activity(const PortOnRail& portOnRail) const
+    {
+        const float clock = value(portOnRail.port.clock);
+        const float simVoltage = simVoltageOf(portOnRail.rail);
+        const int active = BramInCasc();
         const double clockVolts = clock * simVoltage;
         return clockVolts * 0.001 * active;
-    });
-}
-
-// ---- Primitive key ----
-
-bool ZelmOrvaneBramModel::isTrueDualPort(Params& params, const Data& data) const
-{
-    const std::string_view mode = viewMode(params, data);
-    return mode == "BLKM18" || mode == "BLKM36";
-}
-
-std::size_t ZelmOrvaneBramModel::selectedKey(Params& params, const Data& data) const
-{
-    const std::string_view mode = viewMode(params, data);
-    const int widthA = getPortABitWidth(params, data);
-    const int widthB = getPortBBitWidth(params, data);
-    if (mode == "BLKM18SDP") {
-        if (widthA == 36 && widthB == 36)
-            return blkm18Sdp3636;
-        if (widthA == 36 && widthB < 19)
-            return blkm18Sdp3618;
-        return widthB == 36 && widthA < 19 ? blkm18Sdp1836 : noKey;
     }
-    if (mode == "BLKM36SDP") {
-        if (widthA == 72 && widthB == 72)
-            return blkm36Sdp7272;
-        if (widthA == 72 && widthB < 37)
-            return blkm36Sdp7236;
-        return widthB == 72 && widthA < 37 ? blkm36Sdp3672 : noKey;
+
+    // ---- Primitive key ----
+
+    bool isTrueDualPort() const
+    {
+        const Key& mode = Mode();
+        return mode == "BLKM18" || mode == "BLKM36";
     }
-    for (const Key key : {blkm18, blkm36, blkm36SdpEcc, blkm36SdpEccEncodeOnly, blkm36SdpEccDecodeOnly}) {
-        if (mode == kKeys[key])
-            return key;
+
+    std::size_t selectedKey() const
+    {
+        const Key& mode = Mode();
+        const int widthA = PortABitWidth();
+        const int widthB = PortBBitWidth();
+        if (mode == "BLKM18SDP") {
+            if (widthA == 36 && widthB == 36)
+                return blkm18Sdp3636;
+            if (widthA == 36 && widthB < 19)
+                return blkm18Sdp3618;
+            return widthB == 36 && widthA < 19 ? blkm18Sdp1836 : noKey;
+        }
+        if (mode == "BLKM36SDP") {
+            if (widthA == 72 && widthB == 72)
+                return blkm36Sdp7272;
+            if (widthA == 72 && widthB < 37)
+                return blkm36Sdp7236;
+            return widthB == 72 && widthA < 37 ? blkm36Sdp3672 : noKey;
+        }
+        for (const KeyIndex key : {blkm18, blkm36, blkm36SdpEcc, blkm36SdpEccEncodeOnly, blkm36SdpEccDecodeOnly}) {
+            if (mode == kKeys[key])
+                return key;
+        }
+        return noKey;
     }
-    return noKey;
-}
 
-// The current of the selected key, 0 without one. All keys are looked up before one is chosen. What a port doesn't do
-// in the simple-dual-port modes has currents for the true dual-port keys only.
-template <class Current>
-float ZelmOrvaneBramModel::ofSelectedKey(bool simpleDualPort, Params& params, const Data& data, Current current) const
-{
-    const std::size_t count = simpleDualPort ? kKeys.size() : kTrueDualPortKeys;
-    std::array<float, kKeys.size()> currents{};
-    for (std::size_t key = 0; key < count; ++key)
-        currents[key] = current(kKeys[key]);
-    const std::size_t selected = selectedKey(params, data);
-    return selected < count ? currents[selected] : 0.0f;
-}
+    // The current of the selected key, 0 without one. All keys are looked up before one is chosen. What a port doesn't
+    // do in the simple-dual-port modes has currents for the true dual-port keys only.
+    template <class Current>
+    float ofSelectedKey(bool simpleDualPort, Current current) const
+    {
+        const std::size_t count = simpleDualPort ? kKeys.size() : kTrueDualPortKeys;
+        std::array<float, kKeys.size()> currents{};
+        for (std::size_t key = 0; key < count; ++key)
+            currents[key] = current(kKeys[key]);
+        const std::size_t selected = selectedKey();
+        return selected < count ? currents[selected] : 0.0f;
+    }
 
-float ZelmOrvaneBramModel::calculateModStdbyCurrent(Params& params, const Data& data) const
-{
-    return once(params[Params::MOD_STDBY_CURRENT], [&] {
-        return ofSelectedKey(true, params, data, [&](std::string_view key) { return data.findStandbyCurrent(key); });
-    });
-}
+    float computeModStdbyCurrent() const
+    {
+        return ofSelectedKey(true, [&](const Key& key) { return findStandbyCurrent(key); });
+    }
 
-// ---- Access rates ----
+    // ---- Access rates ----
 
-float ZelmOrvaneBramModel::readRate(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.readRate], [&] {
-        const float enableRate = (this->*port.enableRate)(params, data);
-        const float writeEnable = (this->*port.writeEnable)(params, data);
+    float readRate(const Port& port) const
+    {
+        const float enableRate = value(port.enableRate);
+        const float writeEnable = value(port.writeEnable);
         const float readOnly = port.read.inSimpleDualPort ? enableRate : 0.0f;
-        return isTrueDualPort(params, data) ? enableRate - ZelmHelperUtils::MIN(enableRate, writeEnable) : readOnly;
-    });
-}
+        return isTrueDualPort() ? enableRate - MIN(enableRate, writeEnable) : readOnly;
+    }
 
-float ZelmOrvaneBramModel::writeRate(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.writeRate], [&] {
-        const float enableRate = (this->*port.enableRate)(params, data);
-        const float writeEnable = (this->*port.writeEnable)(params, data);
-        const float written = ZelmHelperUtils::MIN(enableRate, writeEnable);
+    float writeRate(const Port& port) const
+    {
+        const float enableRate = value(port.enableRate);
+        const float writeEnable = value(port.writeEnable);
+        const float written = MIN(enableRate, writeEnable);
         // Port B writes whatever MODE says, an unknown one too: the workbook has no test there.
-        return port.write.inSimpleDualPort || isTrueDualPort(params, data) ? written : 0.0f;
-    });
-}
+        return port.write.inSimpleDualPort || isTrueDualPort() ? written : 0.0f;
+    }
 
-// ---- Currents ----
+    // ---- Currents ----
 
-float ZelmOrvaneBramModel::current(float& cell, const Access& access, const PortOnRail& portOnRail, Params& params,
-                                   const Data& data) const
-{
-    return once(cell, [&] {
-        const std::string_view writeMode = (this->*portOnRail.port.writeMode)(params, data);
-        std::string_view row; // stays empty for an unknown write mode, which draws nothing
+    float current(const Access& access, const PortOnRail& portOnRail) const
+    {
+        const Key& writeMode = value(portOnRail.port.writeMode);
+        Key row; // stays empty for an unknown write mode, which draws nothing
         for (const WriteMode& known : kWriteModes)
             row = writeMode == known.name ? known.*access.row : row;
-        return ofSelectedKey(access.inSimpleDualPort, params, data, [&](std::string_view key) {
-            return row.empty() ? 0.0f : (data.*portOnRail.findDynamicCurrent)(key, row);
+        return ofSelectedKey(access.inSimpleDualPort, [&](const Key& key) {
+            if (row.empty())
+                return 0.0f;
+            return portOnRail.rail == Rail::vccint ? findDynamicCurrentVccint(key, row)
+                                                   : findDynamicCurrentVccram(key, row);
         });
-    });
-}
+    }
 
-float ZelmOrvaneBramModel::readCurrent(const PortOnRail& portOnRail, Params& params, const Data& data) const
-{
-    return current(params[portOnRail.readCurrent], portOnRail.port.read, portOnRail, params, data);
-}
+    float readCurrent(const PortOnRail& portOnRail) const
+    {
+        return current(portOnRail.port.read, portOnRail);
+    }
 
-float ZelmOrvaneBramModel::writeCurrent(const PortOnRail& portOnRail, Params& params, const Data& data) const
-{
-    return current(params[portOnRail.writeCurrent], portOnRail.port.write, portOnRail, params, data);
-}
+    float writeCurrent(const PortOnRail& portOnRail) const
+    {
+        return current(portOnRail.port.write, portOnRail);
+    }
 
-// No clamp: the tables hold for 25 percent, and calmer data lower the current.
-float ZelmOrvaneBramModel::toggleTerm(float& cell, const Access& access, const Port& port, Params& params,
-                                      const Data& data) const
-{
-    return once(cell, [&] {
-        const float toggleRate = (this->*port.toggleRate)(params, data);
-        return ofSelectedKey(access.inSimpleDualPort, params, data, [&](std::string_view key) {
-            return (toggleRate * 100.0f - 25.0f) * data.findPerTrCurrent(key, access.direction);
+    // No clamp: the tables hold for 25 percent, and calmer data lower the current.
+    float toggleTerm(const Access& access, const Port& port) const
+    {
+        const float toggleRate = value(port.toggleRate);
+        return ofSelectedKey(access.inSimpleDualPort, [&](const Key& key) {
+            return (toggleRate * 100.0f - 25.0f) * findPerTrCurrent(key, access.direction);
         });
-    });
-}
+    }
 
-float ZelmOrvaneBramModel::readToggle(const Port& port, Params& params, const Data& data) const
-{
-    return toggleTerm(params[port.readToggle], port.read, port, params, data);
-}
+    float readToggle(const Port& port) const
+    {
+        return toggleTerm(port.read, port);
+    }
 
-float ZelmOrvaneBramModel::writeToggle(const Port& port, Params& params, const Data& data) const
-{
-    return toggleTerm(params[port.writeToggle], port.write, port, params, data);
-}
+    float writeToggle(const Port& port) const
+    {
+        return toggleTerm(port.write, port);
+    }
 
-float ZelmOrvaneBramModel::standby(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.standby], [&] {
-        const float standbyCurrent = calculateModStdbyCurrent(params, data);
-        const float enableRate = (this->*port.enableRate)(params, data);
+    float standby(const Port& port) const
+    {
+        const float standbyCurrent = ModStdbyCurrent();
+        const float enableRate = value(port.enableRate);
         return standbyCurrent * (1.0f - enableRate);
-    });
-}
+    }
 
-// Memories that stand by don't care for the enable rate.
-float ZelmOrvaneBramModel::unusedPower(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.unusedPower], [&] {
-        const float clock = (this->*port.clock)(params, data);
-        const float simVoltage = data.findSimVoltage("VCCINT");
-        const int unused = calculateUnusedBramStdby(params, data);
-        const double standbyCurrent = calculateModStdbyCurrent(params, data);
+    // Memories that stand by don't care for the enable rate.
+    double unusedPower(const Port& port) const
+    {
+        const float clock = value(port.clock);
+        const float simVoltage = findSimVoltage("VCCINT");
+        const int unused = UnusedBramStdby();
+        const double standbyCurrent = ModStdbyCurrent();
         const double clockVolts = clock * simVoltage;
         return clockVolts * 0.001 * unused * standbyCurrent;
-    });
-}
-
-// ---- Power per port: one formula for all configurations ----
-
-float ZelmOrvaneBramModel::vccintPower(float& cell, const PortOnRail& portOnRail, Params& params,
-                                       const Data& data) const
-{
-    return once(cell, [&] {
-        const Port& port = portOnRail.port;
-        const float active = activity(portOnRail, params, data);
-        const float reads = readRate(port, params, data);
-        const float read = readCurrent(portOnRail, params, data);
-        const float readToggling = readToggle(port, params, data);
-        const float writes = writeRate(port, params, data);
-        const float write = writeCurrent(portOnRail, params, data);
-        const float writeToggling = writeToggle(port, params, data);
-        const float standingBy = standby(port, params, data);
-        const float unused = unusedPower(port, params, data);
-        return active * (reads * (read + readToggling) + writes * (write + writeToggling) + standingBy) + unused;
-    });
-}
-
-// The memory array has no toggle, standby and idle-member terms of its own.
-float ZelmOrvaneBramModel::vccramPower(float& cell, const PortOnRail& portOnRail, Params& params,
-                                       const Data& data) const
-{
-    return once(cell, [&] {
-        const float active = activity(portOnRail, params, data);
-        const float reads = readRate(portOnRail.port, params, data);
-        const float read = readCurrent(portOnRail, params, data);
-        const float writes = writeRate(portOnRail.port, params, data);
-        const float write = writeCurrent(portOnRail, params, data);
-        return active * (reads * read + writes * write);
-    });
-}
-
-float ZelmOrvaneBramModel::powerAVccint(const Configuration& configuration, Params& params, const Data& data) const
-{
-    return vccintPower(configuration.cell(params, Configuration::aOnVccint), kAOnVccint, params, data);
-}
-
-float ZelmOrvaneBramModel::powerAVccram(const Configuration& configuration, Params& params, const Data& data) const
-{
-    return vccramPower(configuration.cell(params, Configuration::aOnVccram), kAOnVccram, params, data);
-}
-
-float ZelmOrvaneBramModel::powerBVccint(const Configuration& configuration, Params& params, const Data& data) const
-{
-    return vccintPower(configuration.cell(params, Configuration::bOnVccint), kBOnVccint, params, data);
-}
-
-float ZelmOrvaneBramModel::powerBVccram(const Configuration& configuration, Params& params, const Data& data) const
-{
-    return vccramPower(configuration.cell(params, Configuration::bOnVccram), kBOnVccram, params, data);
-}
-
-// ---- Rails ----
-
-// Both ports of the configuration that MODE names, 0 for an unknown one. All configurations are pulled before.
-float ZelmOrvaneBramModel::sumOfMode(ConfigurationPower powerA, ConfigurationPower powerB, Params& params,
-                                     const Data& data) const
-{
-    const std::string_view mode = viewMode(params, data);
-    float selected = 0.0f;
-    for (const Configuration* configuration : {&kBlkm18, &kBlkm36, &kBlkm18Sdp, &kBlkm36Sdp, &kBlkm36SdpEcc,
-                                               &kBlkm36SdpEccEncodeOnly, &kBlkm36SdpEccDecodeOnly}) {
-        const float a = (this->*powerA)(*configuration, params, data);
-        const float b = (this->*powerB)(*configuration, params, data);
-        selected = mode == configuration->mode ? a + b : selected;
     }
-    return selected;
-}
 
-float ZelmOrvaneBramModel::calculateVccintPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_POWER], [&] {
-        const float sum =
-            sumOfMode(&ZelmOrvaneBramModel::powerAVccint, &ZelmOrvaneBramModel::powerBVccint, params, data);
-        const float vccint = getVccint(params, data);
-        return sum * zelm::voltageFactor(vccint, data.findSimVoltage("VCCINT"));
-    });
-}
+    // ---- Power per port: one formula for all configurations ----
 
-float ZelmOrvaneBramModel::calculateVccramPower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCRAM_POWER], [&] {
-        const float sum =
-            sumOfMode(&ZelmOrvaneBramModel::powerAVccram, &ZelmOrvaneBramModel::powerBVccram, params, data);
-        const float vccram = getVccram(params, data);
-        return sum * zelm::voltageFactor(vccram, data.findSimVoltage("VCCRAM"));
-    });
-}
+    float vccintPower(const PortOnRail& portOnRail) const
+    {
+        const Port& port = portOnRail.port;
+        const float active = value(portOnRail.activity);
+        const float reads = value(port.readRate);
+        const float read = value(portOnRail.readCurrent);
+        const float readToggling = value(port.readToggle);
+        const float writes = value(port.writeRate);
+        const float write = value(portOnRail.writeCurrent);
+        const float writeToggling = value(port.writeToggle);
+        const float standingBy = value(port.standby);
+        const float unused = value(port.unusedPower);
+        return active * (reads * (read + readToggling) + writes * (write + writeToggling) + standingBy) + unused;
+    }
+
+    // The memory array has no toggle, standby and idle-member terms of its own.
+    float vccramPower(const PortOnRail& portOnRail) const
+    {
+        const float active = value(portOnRail.activity);
+        const float reads = value(portOnRail.port.readRate);
+        const float read = value(portOnRail.readCurrent);
+        const float writes = value(portOnRail.port.writeRate);
+        const float write = value(portOnRail.writeCurrent);
+        return active * (reads * read + writes * write);
+    }
+
+    // ---- Rails ----
+
+    // Both ports of the configuration that MODE names, 0 for an unknown one. All configurations are pulled before.
+    float sumOfMode(PowerCell portA, PowerCell portB) const
+    {
+        const Key& mode = Mode();
+        float selected = 0.0f;
+        for (const Configuration& configuration : kConfigurations) {
+            const float a = value(zelm::cellBehind(configuration.firstPower, portA));
+            const float b = value(zelm::cellBehind(configuration.firstPower, portB));
+            selected = mode == configuration.mode ? a + b : selected;
+        }
+        return selected;
+    }
+
+    double computeVccintPower() const
+    {
+        const float sum = sumOfMode(aOnVccint, bOnVccint);
+        const float vccint = Vccint();
+        return sum * zelm::voltageFactor(vccint, findSimVoltage("VCCINT"));
+    }
+
+    double computeVccramPower() const
+    {
+        const float sum = sumOfMode(aOnVccram, bOnVccram);
+        const float vccram = Vccram();
+        return sum * zelm::voltageFactor(vccram, findSimVoltage("VCCRAM"));
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -2,196 +2,177 @@
 
 #include "framework/ZelmModelBlockImpl.h"
 
-template class ZelmModelBlock<ZelmOrvanePlamModel, ZelmOrvanePlamParams, ZelmOrvanePlamData>;
-
-struct ZelmOrvanePlamModel::Port {
-    float (ZelmOrvanePlamModel::*enableRate)(Params&, const Data&) const;
-    float (ZelmOrvanePlamModel::*writeEnable)(Params&, const Data&) const;
-    int (ZelmOrvanePlamModel::*matrixSize)(Params&, const Data&) const;
-    float (ZelmOrvanePlamModel::*regCasUsed)(Params&, const Data&) const;
-    Params::FloatEnum readRate;
-    Params::FloatEnum writeRate;
-    Params::FloatEnum readClockCurrent;
-    Params::FloatEnum writeClockCurrent;
-};
-
-constinit const ZelmOrvanePlamModel::Port ZelmOrvanePlamModel::kPortA{
-    .enableRate = &ZelmOrvanePlamModel::getEnableRateA,
-    .writeEnable = &ZelmOrvanePlamModel::getWriteEnableA,
-    .matrixSize = &ZelmOrvanePlamModel::getMatrixSizeA,
-    .regCasUsed = &ZelmOrvanePlamModel::getRegCasUsedA,
-    .readRate = Params::READ_RATE_A,
-    .writeRate = Params::WRITE_RATE_A,
-    .readClockCurrent = Params::PRD1_CLK_VCCINT_A,
-    .writeClockCurrent = Params::PWR1_CLK_VCCINT_A,
-};
-constinit const ZelmOrvanePlamModel::Port ZelmOrvanePlamModel::kPortB{
-    .enableRate = &ZelmOrvanePlamModel::getEnableRateB,
-    .writeEnable = &ZelmOrvanePlamModel::getWriteEnableB,
-    .matrixSize = &ZelmOrvanePlamModel::getMatrixSizeB,
-    .regCasUsed = &ZelmOrvanePlamModel::getRegCasUsedB,
-    .readRate = Params::READ_RATE_B,
-    .writeRate = Params::WRITE_RATE_B,
-    .readClockCurrent = Params::PRD1_CLK_VCCINT_B,
-    .writeClockCurrent = Params::PWR1_CLK_VCCINT_B,
-};
-
 #define ZELM_MODEL ZelmOrvanePlamModel
 #define ZELM_CELL_ROWS "memories/ZelmOrvanePlamCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "memories/ZelmOrvanePlamTables.def"
 
 namespace {
 
-float clockCurrent(const ZelmOrvanePlamData& data, std::string_view event)
-{
-    return data.findDynamicCurrents(event, "VCCINT_CLK");
-}
+using Params = ZelmOrvanePlamParams;
 
-float dataCurrent(const ZelmOrvanePlamData& data, std::string_view event)
-{
-    return data.findDynamicCurrents(event, "VCCINT_DATA");
-}
+struct Port {
+    Params::FloatEnum enableRate;
+    Params::FloatEnum writeEnable;
+    Params::IntEnum matrixSize;
+    Params::FloatEnum regCasUsed;
+};
 
-float ramCurrent(const ZelmOrvanePlamData& data, std::string_view event)
-{
-    return data.findDynamicCurrents(event, "VCCRAM");
-}
-
-float scaleFactor(const ZelmOrvanePlamData& data, std::string_view factor)
-{
-    return data.findScaleFactors(factor, "");
-}
+constexpr Port kPortA{
+    .enableRate = Params::ENABLE_RATE_A,
+    .writeEnable = Params::WRITE_ENABLE_A,
+    .matrixSize = Params::MATRIX_SIZE_A,
+    .regCasUsed = Params::REG_CAS_USED_A,
+};
+constexpr Port kPortB{
+    .enableRate = Params::ENABLE_RATE_B,
+    .writeEnable = Params::WRITE_ENABLE_B,
+    .matrixSize = Params::MATRIX_SIZE_B,
+    .regCasUsed = Params::REG_CAS_USED_B,
+};
 
 } // namespace
 
-void ZelmOrvanePlamModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccintPwrNPlams(params, data);
-    calculateVccramPwrNPlams(params, data);
-    calculateVccintActivePower(params, data);
-    calculateVccramActivePower(params, data);
-}
+struct ZelmOrvanePlamModel::Sheet : zelm::Sheet<ZelmOrvanePlamModel> {
+#include "framework/ZelmAccessors.inc"
 
-// ---- Derived inputs ----
+    float clockCurrent(const Key& event) const
+    {
+        return findDynamicCurrents(event, "VCCINT_CLK");
+    }
 
-int ZelmOrvanePlamModel::cascadeLatency(Params& params, const Data& data) const
-{
-    const float memories = static_cast<float>(getCascadeGroupSize(params, data));
-    return zelm::truncate(ZelmHelperUtils::ROUNDUP(memories / 3.0f, 0));
-}
+    float dataCurrent(const Key& event) const
+    {
+        return findDynamicCurrents(event, "VCCINT_DATA");
+    }
 
-int ZelmOrvanePlamModel::idleCycles(Params& params, const Data& data) const
-{
-    const int others = zelm::wrapSubtract(getCascadeGroupSize(params, data), 2);
-    return zelm::truncate(ZelmHelperUtils::MAX(10.0f, static_cast<float>(others)));
-}
+    float ramCurrent(const Key& event) const
+    {
+        return findDynamicCurrents(event, "VCCRAM");
+    }
 
-std::string_view ZelmOrvanePlamModel::cascadedSoFar(Params& params, const Data& data) const
-{
-    return getLatency(params, data) >= 1 ? "YES" : "NO";
-}
+    float scaleFactor(const Key& factor) const
+    {
+        return findScaleFactors(factor, "");
+    }
 
-std::string_view ZelmOrvanePlamModel::eccOfMode(Params& params, const Data& data) const
-{
-    return viewMode(params, data) == "ECC" ? "YES" : "NO";
-}
+    void pullOutputs() const
+    {
+        VccintPwrNPlams();
+        VccramPwrNPlams();
+        VccintActivePower();
+        VccramActivePower();
+    }
 
-int ZelmOrvanePlamModel::portWidthFor(int dataWidth)
-{
-    if (dataWidth < 10)
-        return 9;
-    if (dataWidth < 19)
-        return 18;
-    return dataWidth < 37 ? 36 : 72;
-}
+    // ---- Derived inputs ----
 
-// A whole number: 0 as soon as there are more memories than registers.
-float ZelmOrvanePlamModel::registersPerMemory(Params& params, const Data& data) const
-{
-    const int latency = getLatency(params, data);
-    const int memories = getCascadeGroupSize(params, data);
-    return static_cast<float>(zelm::quotientOrZero(latency, memories));
-}
+    int cascadeLatency() const
+    {
+        const float memories = static_cast<float>(CascadeGroupSize());
+        return zelm::truncate(ROUNDUP(memories / 3.0f, 0));
+    }
 
-// ---- Rates ----
+    int idleCycles() const
+    {
+        const int others = zelm::wrapSubtract(CascadeGroupSize(), 2);
+        return zelm::truncate(MAX(10.0f, static_cast<float>(others)));
+    }
 
-float ZelmOrvanePlamModel::readRate(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.readRate], [&] {
-        const float enableRate = (this->*port.enableRate)(params, data);
-        const float writeEnable = (this->*port.writeEnable)(params, data);
-        const float matrixSize = static_cast<float>((this->*port.matrixSize)(params, data));
-        return (enableRate - ZelmHelperUtils::MIN(enableRate, writeEnable)) / ZelmHelperUtils::MAX(1.0f, matrixSize);
-    });
-}
+    std::string_view cascadedSoFar() const
+    {
+        return Latency() >= 1 ? "YES" : "NO";
+    }
 
-float ZelmOrvanePlamModel::writeRate(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.writeRate], [&] {
-        const float enableRate = (this->*port.enableRate)(params, data);
-        const float writeEnable = (this->*port.writeEnable)(params, data);
-        const float matrixSize = static_cast<float>((this->*port.matrixSize)(params, data));
-        return ZelmHelperUtils::MIN(enableRate, writeEnable) / ZelmHelperUtils::MAX(1.0f, matrixSize);
-    });
-}
+    std::string_view eccOfMode() const
+    {
+        return Mode() == "ECC" ? "YES" : "NO";
+    }
 
-float ZelmOrvanePlamModel::calculateSleepRateFinal(Params& params, const Data& data) const
-{
-    return once(params[Params::SLEEP_RATE_FINAL], [&] {
-        const std::string_view autoSleep = viewAutoSleepEnabled(params, data);
-        const float enableRateA = getEnableRateA(params, data);
-        const float matrixSizeA = static_cast<float>(getMatrixSizeA(params, data));
-        const float enableRateB = getEnableRateB(params, data);
-        const float matrixSizeB = static_cast<float>(getMatrixSizeB(params, data));
-        const int inactiveCycles = getAvgInactiveCycles(params, data);
-        const int sleepLatency = getAutoSleepLatency(params, data);
-        const float sleepRate = getSleepRate(params, data);
+    static int portWidthFor(int dataWidth)
+    {
+        if (dataWidth < 10)
+            return 9;
+        if (dataWidth < 19)
+            return 18;
+        return dataWidth < 37 ? 36 : 72;
+    }
+
+    // A whole number: 0 as soon as there are more memories than registers.
+    float registersPerMemory() const
+    {
+        const int latency = Latency();
+        const int memories = CascadeGroupSize();
+        return static_cast<float>(zelm::quotientOrZero(latency, memories));
+    }
+
+    // ---- Rates ----
+
+    float readRate(const Port& port) const
+    {
+        const float enableRate = value(port.enableRate);
+        const float writeEnable = value(port.writeEnable);
+        const float matrixSize = static_cast<float>(value(port.matrixSize));
+        return (enableRate - MIN(enableRate, writeEnable)) / MAX(1.0f, matrixSize);
+    }
+
+    float writeRate(const Port& port) const
+    {
+        const float enableRate = value(port.enableRate);
+        const float writeEnable = value(port.writeEnable);
+        const float matrixSize = static_cast<float>(value(port.matrixSize));
+        return MIN(enableRate, writeEnable) / MAX(1.0f, matrixSize);
+    }
+
+    float computeSleepRateFinal() const
+    {
+        const Key& autoSleep = AutoSleepEnabled();
+        const float enableRateA = EnableRateA();
+        const float matrixSizeA = static_cast<float>(MatrixSizeA());
+        const float enableRateB = EnableRateB();
+        const float matrixSizeB = static_cast<float>(MatrixSizeB());
+        const int inactiveCycles = AvgInactiveCycles();
+        const int sleepLatency = AutoSleepLatency();
+        const float sleepRate = SleepRate();
         if (autoSleep != "YES")
             return sleepRate;
         const float idleA = 1.0f - zelm::ratioOrZero(enableRateA, matrixSizeA);
         const float busyB = zelm::ratioOrZero(enableRateB, matrixSizeB);
-        return inactiveCycles < sleepLatency ? 0.0f : ZelmHelperUtils::MAX(idleA - busyB, 0.0f);
-    });
-}
+        return inactiveCycles < sleepLatency ? 0.0f : MAX(idleA - busyB, 0.0f);
+    }
 
-float ZelmOrvanePlamModel::calculateActiveRate(Params& params, const Data& data) const
-{
-    return once(params[Params::ACTIVE_RATE], [&] {
-        const float asleep = calculateSleepRateFinal(params, data);
-        const float readsA = calculateReadRateA(params, data);
-        const float writesA = calculateWriteRateA(params, data);
-        const float readsB = calculateReadRateB(params, data);
-        const float writesB = calculateWriteRateB(params, data);
-        return ZelmHelperUtils::MIN(1.0f - asleep, readsA + writesA + readsB + writesB);
-    });
-}
+    float computeActiveRate() const
+    {
+        const float asleep = SleepRateFinal();
+        const float readsA = ReadRateA();
+        const float writesA = WriteRateA();
+        const float readsB = ReadRateB();
+        const float writesB = WriteRateB();
+        return MIN(1.0f - asleep, readsA + writesA + readsB + writesB);
+    }
 
-float ZelmOrvanePlamModel::calculateStbyRate(Params& params, const Data& data) const
-{
-    return once(params[Params::STBY_RATE], [&] {
-        const float active = calculateActiveRate(params, data);
-        const float asleep = calculateSleepRateFinal(params, data);
-        return ZelmHelperUtils::MAX(0.0f, 1.0f - active - asleep);
-    });
-}
+    float computeStbyRate() const
+    {
+        const float active = ActiveRate();
+        const float asleep = SleepRateFinal();
+        return MAX(0.0f, 1.0f - active - asleep);
+    }
 
-// ---- Toggle rates, averaged over all inputs (two ports of 72 data and 26 address and control bits) and all outputs
-// ----
+    // ---- Toggle rates, averaged over all inputs (two ports of 72 data and 26 address and control bits) and all
+    // outputs
+    // ----
 
-float ZelmOrvanePlamModel::calculateTrAddr(Params& params, const Data& data) const
-{
-    return once(params[Params::TR_ADDR], [&] { return getInputToggleRate(params, data); });
-}
+    float computeTrAddr() const
+    {
+        return InputToggleRate();
+    }
 
-float ZelmOrvanePlamModel::calculateTriFinal(Params& params, const Data& data) const
-{
-    return once(params[Params::TRI_FINAL], [&] {
-        const float writesA = calculateWriteRateA(params, data);
-        const float writesB = calculateWriteRateB(params, data);
-        const float address = calculateTrAddr(params, data);
-        const float input = getInputToggleRate(params, data);
-        const float widthA = static_cast<float>(getDataWidthA(params, data));
-        const float widthB = static_cast<float>(getDataWidthB(params, data));
+    float computeTriFinal() const
+    {
+        const float writesA = WriteRateA();
+        const float writesB = WriteRateB();
+        const float address = TrAddr();
+        const float input = InputToggleRate();
+        const float widthA = static_cast<float>(DataWidthA());
+        const float widthB = static_cast<float>(DataWidthB());
         if (writesA + writesB == 0.0f)
             return 52.0f * address / 196.0f;
         if (writesA == 0.0f)
@@ -199,22 +180,20 @@ float ZelmOrvanePlamModel::calculateTriFinal(Params& params, const Data& data) c
         if (writesB == 0.0f)
             return (widthA * input + 52.0f * address) / 196.0f;
         return (widthA * input + input * widthB + 52.0f * address) / 196.0f;
-    });
-}
+    }
 
-float ZelmOrvanePlamModel::calculateTrStdby(Params& params, const Data& data) const
-{
-    return once(params[Params::TR_STDBY], [&] { return calculateTriFinal(params, data); });
-}
+    float computeTrStdby() const
+    {
+        return TriFinal();
+    }
 
-float ZelmOrvanePlamModel::calculateTroFinal(Params& params, const Data& data) const
-{
-    return once(params[Params::TRO_FINAL], [&] {
-        const float readsA = calculateReadRateA(params, data);
-        const float readsB = calculateReadRateB(params, data);
-        const float output = getOutputToggleRate(params, data);
-        const int widthA = getDataWidthA(params, data);
-        const int widthB = getDataWidthB(params, data);
+    float computeTroFinal() const
+    {
+        const float readsA = ReadRateA();
+        const float readsB = ReadRateB();
+        const float output = OutputToggleRate();
+        const int widthA = DataWidthA();
+        const int widthB = DataWidthB();
         if (readsA + readsB == 0.0f)
             return 0.0f;
         if (readsA == 0.0f)
@@ -222,188 +201,166 @@ float ZelmOrvanePlamModel::calculateTroFinal(Params& params, const Data& data) c
         if (readsB == 0.0f)
             return static_cast<float>(widthA) * output / 144.0f;
         return static_cast<float>(zelm::wrapAdd(widthA, widthB)) * output / 144.0f;
-    });
-}
+    }
 
-// ---- Scale factors ----
+    // ---- Scale factors ----
 
-float ZelmOrvanePlamModel::calculatePortWidthScale(Params& params, const Data& data) const
-{
-    return once(params[Params::PORT_WIDTH_SCALE], [&] {
-        const bool wideA = getPortWidthA(params, data) > 36;
-        const bool wideB = getPortWidthB(params, data) > 36;
-        const float noneWide = scaleFactor(data, "PSTBY_PORT_SCALE1");
-        const float oneWide = scaleFactor(data, "PSTBY_PORT_SCALE2");
+    float computePortWidthScale() const
+    {
+        const bool wideA = PortWidthA() > 36;
+        const bool wideB = PortWidthB() > 36;
+        const float noneWide = scaleFactor("PSTBY_PORT_SCALE1");
+        const float oneWide = scaleFactor("PSTBY_PORT_SCALE2");
         if (wideA && wideB)
             return 1.0f;
         return wideA || wideB ? oneWide : noneWide;
-    });
-}
+    }
 
-float ZelmOrvanePlamModel::calculateRegCasScaleFactor(Params& params, const Data& data) const
-{
-    return once(params[Params::REG_CAS_SCALE_FACTOR], [&] {
-        const std::string_view cascaded = viewIsCascadedSofar(params, data);
-        const float scale = scaleFactor(data, "REG_CAS_SCALE");
+    float computeRegCasScaleFactor() const
+    {
+        const Key& cascaded = IsCascadedSofar();
+        const float scale = scaleFactor("REG_CAS_SCALE");
         return cascaded == "YES" ? scale : 1.0f;
-    });
-}
+    }
 
-// The workbook asks for the cascade here again, so a factor that a host sets by hand counts in a cascade only.
-float ZelmOrvanePlamModel::cascadeScale(Params& params, const Data& data) const
-{
-    const std::string_view cascaded = viewIsCascadedSofar(params, data);
-    const float scale = calculateRegCasScaleFactor(params, data);
-    return cascaded == "YES" ? scale : 1.0f;
-}
+    // The workbook asks for the cascade here again, so a factor that a host sets by hand counts in a cascade only.
+    float cascadeScale() const
+    {
+        const Key& cascaded = IsCascadedSofar();
+        const float scale = RegCasScaleFactor();
+        return cascaded == "YES" ? scale : 1.0f;
+    }
 
-// ---- Clock currents of the ports ----
+    // ---- Clock currents of the ports ----
 
-// Only a memory that isn't part of a matrix has the cascade's register in its input path.
-float ZelmOrvanePlamModel::inputRegisterCurrent(const Port& port, Params& params, const Data& data) const
-{
-    const float registers = (this->*port.regCasUsed)(params, data);
-    const int matrixSize = (this->*port.matrixSize)(params, data);
-    const float perRegister = clockCurrent(data, "PIREG_PRE");
-    return (matrixSize == 1 ? registers : 0.0f) * perRegister;
-}
+    // Only a memory that isn't part of a matrix has the cascade's register in its input path.
+    float inputRegisterCurrent(const Port& port) const
+    {
+        const float registers = value(port.regCasUsed);
+        const int matrixSize = value(port.matrixSize);
+        const float perRegister = clockCurrent("PIREG_PRE");
+        return (matrixSize == 1 ? registers : 0.0f) * perRegister;
+    }
 
-float ZelmOrvanePlamModel::readClockCurrent(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.readClockCurrent], [&] {
-        const float base = clockCurrent(data, "PRD1_BASE");
-        const float outputRegister = clockCurrent(data, "POREG_ECC");
-        const float inputRegister = inputRegisterCurrent(port, params, data);
+    float readClockCurrent(const Port& port) const
+    {
+        const float base = clockCurrent("PRD1_BASE");
+        const float outputRegister = clockCurrent("POREG_ECC");
+        const float inputRegister = inputRegisterCurrent(port);
         return base + outputRegister + inputRegister;
-    });
-}
+    }
 
-float ZelmOrvanePlamModel::writeClockCurrent(const Port& port, Params& params, const Data& data) const
-{
-    return once(params[port.writeClockCurrent], [&] {
-        const float base = clockCurrent(data, "PWR1_BASE");
-        const float inputRegister = inputRegisterCurrent(port, params, data);
+    float writeClockCurrent(const Port& port) const
+    {
+        const float base = clockCurrent("PWR1_BASE");
+        const float inputRegister = inputRegisterCurrent(port);
         return base + inputRegister;
-    });
-}
+    }
 
-// ---- Standby and sleep; the data currents hold for a toggle rate of 25 percent, hence the factor 4 here and below
-// ----
+    // ---- Standby and sleep; the data currents hold for a toggle rate of 25 percent, hence the factor 4 here and below
+    // ----
 
-float ZelmOrvanePlamModel::standbyCurrent(std::string_view event, Params& params, const Data& data) const
-{
-    const float widthScale = calculatePortWidthScale(params, data);
-    const float clock = clockCurrent(data, event);
-    const float perToggle = dataCurrent(data, event);
-    const float toggleRate = calculateTrStdby(params, data);
-    const float scale = cascadeScale(params, data);
-    return widthScale * clock + perToggle * toggleRate * 4.0f * scale;
-}
+    float standbyCurrent(const Key& event) const
+    {
+        const float widthScale = PortWidthScale();
+        const float clock = clockCurrent(event);
+        const float perToggle = dataCurrent(event);
+        const float toggleRate = TrStdby();
+        const float scale = cascadeScale();
+        return widthScale * clock + perToggle * toggleRate * 4.0f * scale;
+    }
 
-float ZelmOrvanePlamModel::calculatePstbyVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PSTBY_VCCINT], [&] { return standbyCurrent("PSTBY", params, data); });
-}
+    float computePstbyVccint() const
+    {
+        return standbyCurrent("PSTBY");
+    }
 
-float ZelmOrvanePlamModel::calculatePstbypgVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PSTBYPG_VCCINT], [&] { return standbyCurrent("PSTBYPG", params, data); });
-}
+    float computePstbypgVccint() const
+    {
+        return standbyCurrent("PSTBYPG");
+    }
 
-float ZelmOrvanePlamModel::calculatePstbyRwVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PSTBY_RW_VCCINT], [&] {
-        const float widthScale = calculatePortWidthScale(params, data);
-        const float clock = clockCurrent(data, "PSTBY");
-        const float scale = cascadeScale(params, data);
-        const float toggleRate = calculateTriFinal(params, data);
-        const float perToggle = dataCurrent(data, "PSTBY");
+    float computePstbyRwVccint() const
+    {
+        const float widthScale = PortWidthScale();
+        const float clock = clockCurrent("PSTBY");
+        const float scale = cascadeScale();
+        const float toggleRate = TriFinal();
+        const float perToggle = dataCurrent("PSTBY");
         return widthScale * clock + scale * toggleRate * 4.0f * perToggle;
-    });
-}
+    }
 
-// Of an idle period's cycles two fall asleep, one stands by and the rest is power-gated.
-float ZelmOrvanePlamModel::calculatePslpVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PSLP_VCCINT], [&] {
-        const float cycles = static_cast<float>(getAvgInactiveCycles(params, data));
-        const float transition = dataCurrent(data, "PSLPT");
-        const float standby = calculatePstbyVccint(params, data);
-        const float gated = calculatePstbypgVccint(params, data);
+    // Of an idle period's cycles two fall asleep, one stands by and the rest is power-gated.
+    float computePslpVccint() const
+    {
+        const float cycles = static_cast<float>(AvgInactiveCycles());
+        const float transition = dataCurrent("PSLPT");
+        const float standby = PstbyVccint();
+        const float gated = PstbypgVccint();
         const float falling = zelm::ratioOrZero(2.0f, cycles);
         const float waiting = zelm::ratioOrZero(1.0f, cycles);
         const float sleeping = 1.0f - zelm::ratioOrZero(3.0f, cycles);
         return (transition + standby) * falling + standby * waiting + gated * sleeping;
-    });
-}
+    }
 
-// The gated memory array draws nothing: no third term.
-float ZelmOrvanePlamModel::calculatePslpVbram(Params& params, const Data& data) const
-{
-    return once(params[Params::PSLP_VBRAM], [&] {
-        const float cycles = static_cast<float>(getAvgInactiveCycles(params, data));
-        const float standby = ramCurrent(data, "PSTBY");
-        const float transition = ramCurrent(data, "PSLPT");
+    // The gated memory array draws nothing: no third term.
+    float computePslpVbram() const
+    {
+        const float cycles = static_cast<float>(AvgInactiveCycles());
+        const float standby = ramCurrent("PSTBY");
+        const float transition = ramCurrent("PSLPT");
         const float falling = zelm::ratioOrZero(2.0f, cycles);
         const float waiting = zelm::ratioOrZero(1.0f, cycles);
         return (standby + transition) * falling + standby * waiting;
-    });
-}
+    }
 
-// ---- Cascade ----
+    // ---- Cascade ----
 
-float ZelmOrvanePlamModel::calculatePcaspipeInVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PCASPIPE_IN_VCCINT], [&] {
-        const float clock = clockCurrent(data, "PCASPIPE_IN");
-        const float toggleRate = calculateTriFinal(params, data);
-        const float perToggle = dataCurrent(data, "PCASPIPE_IN");
+    float computePcaspipeInVccint() const
+    {
+        const float clock = clockCurrent("PCASPIPE_IN");
+        const float toggleRate = TriFinal();
+        const float perToggle = dataCurrent("PCASPIPE_IN");
         return clock + toggleRate * perToggle * 4.0f;
-    });
-}
+    }
 
-float ZelmOrvanePlamModel::calculatePcaspipeRdoutVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PCASPIPE_RDOUT_VCCINT], [&] {
-        const float clock = clockCurrent(data, "PCASPIPE_RDOUT");
-        const float toggleRate = calculateTroFinal(params, data);
-        const float perToggle = dataCurrent(data, "PCASPIPE_RDOUT");
+    float computePcaspipeRdoutVccint() const
+    {
+        const float clock = clockCurrent("PCASPIPE_RDOUT");
+        const float toggleRate = TroFinal();
+        const float perToggle = dataCurrent("PCASPIPE_RDOUT");
         return clock + toggleRate * perToggle * 4.0f;
-    });
-}
+    }
 
-float ZelmOrvanePlamModel::calculatePcasInVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PCAS_IN_VCCINT],
-                [&] { return calculateTriFinal(params, data) * dataCurrent(data, "PCAS_IN") * 4.0f; });
-}
+    float computePcasInVccint() const
+    {
+        return TriFinal() * dataCurrent("PCAS_IN") * 4.0f;
+    }
 
-float ZelmOrvanePlamModel::calculatePcasRdoutVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PCAS_RDOUT_VCCINT],
-                [&] { return calculateTroFinal(params, data) * dataCurrent(data, "PCAS_RDOUT") * 4.0f; });
-}
+    float computePcasRdoutVccint() const
+    {
+        return TroFinal() * dataCurrent("PCAS_RDOUT") * 4.0f;
+    }
 
-// ---- Data path ----
+    // ---- Data path ----
 
-float ZelmOrvanePlamModel::calculatePrw1DataVccint(Params& params, const Data& data) const
-{
-    return once(params[Params::PRW1_DATA_VCCINT], [&] {
-        const int memories = getCascadeGroupSize(params, data);
-        const float in = calculateTriFinal(params, data);
-        const float out = calculateTroFinal(params, data);
-        const float registersA = getRegCasUsedA(params, data);
-        const float registersB = getRegCasUsedB(params, data);
-        const std::string_view encodesA = viewEccWrEnableA(params, data);
-        const std::string_view encodesB = viewEccWrEnableB(params, data);
-        const std::string_view decodesA = viewEccRdEnableA(params, data);
-        const std::string_view decodesB = viewEccRdEnableB(params, data);
-        const float readBase = dataCurrent(data, "PRD1_BASE");
-        const float outputRegister = dataCurrent(data, "POREG_ECC");
-        const float writeBase = dataCurrent(data, "PWR1_BASE");
-        const float inputRegister = dataCurrent(data, "PIREG_PRE");
-        const float encoder = dataCurrent(data, "PECC_ENC");
-        const float decoder = dataCurrent(data, "PECC_DEC");
+    float computePrw1DataVccint() const
+    {
+        const int memories = CascadeGroupSize();
+        const float in = TriFinal();
+        const float out = TroFinal();
+        const float registersA = RegCasUsedA();
+        const float registersB = RegCasUsedB();
+        const Key& encodesA = EccWrEnableA();
+        const Key& encodesB = EccWrEnableB();
+        const Key& decodesA = EccRdEnableA();
+        const Key& decodesB = EccRdEnableB();
+        const float readBase = dataCurrent("PRD1_BASE");
+        const float outputRegister = dataCurrent("POREG_ECC");
+        const float writeBase = dataCurrent("PWR1_BASE");
+        const float inputRegister = dataCurrent("PIREG_PRE");
+        const float encoder = dataCurrent("PECC_ENC");
+        const float decoder = dataCurrent("PECC_DEC");
         const bool registered = memories == 1 && (registersA == 1.0f || registersB == 1.0f);
         const float quarter = static_cast<float>(memories) * 0.25f;
         const float reading = zelm::ratioOrZero((readBase + outputRegister) * out, quarter);
@@ -413,90 +370,84 @@ float ZelmOrvanePlamModel::calculatePrw1DataVccint(Params& params, const Data& d
         const float decoding =
             decodesA == "YES" || decodesB == "YES" ? zelm::ratioOrZero(out * decoder, quarter) : 0.0f;
         return reading + writing + registering + encoding + decoding;
-    });
-}
+    }
 
-// ---- Power ----
+    // ---- Power ----
 
-// From the sum of currents to watts. The product of clock and voltage is single, all behind it double.
-double ZelmOrvanePlamModel::clockAndVoltage(std::string_view rail, float volts, Params& params, const Data& data) const
-{
-    const float clockFreq = getClockFreq(params, data);
-    const float simVoltage = data.findScaleFactors("SIM_VOLTAGE", rail);
-    return clockFreq * simVoltage * zelm::voltageFactor(volts, simVoltage) / 1000.0;
-}
+    // From the sum of currents to watts. The product of clock and voltage is single, all behind it double.
+    double clockAndVoltage(const Key& rail, float volts) const
+    {
+        const float clockFreq = ClockFreq();
+        const float simVoltage = findScaleFactors("SIM_VOLTAGE", rail);
+        return clockFreq * simVoltage * zelm::voltageFactor(volts, simVoltage) / 1000.0;
+    }
 
-float ZelmOrvanePlamModel::calculateVccintActivePower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_ACTIVE_POWER], [&] {
-        const double factor = clockAndVoltage("VCCINT", getVccint(params, data), params, data);
-        const float narrow = scaleFactor(data, "CLK_PORT_SCALE");
-        const float widthA = getPortWidthA(params, data) < 37 ? narrow : 1.0f;
-        const float widthB = getPortWidthB(params, data) < 37 ? narrow : 1.0f;
-        const float readsA = calculateReadRateA(params, data);
-        const float readA = calculatePrd1ClkVccintA(params, data);
-        const float writeA = calculatePwr1ClkVccintA(params, data);
-        const float writesA = calculateWriteRateA(params, data);
-        const float readsB = calculateReadRateB(params, data);
-        const float readB = calculatePrd1ClkVccintB(params, data);
-        const float writeB = calculatePwr1ClkVccintB(params, data);
-        const float writesB = calculateWriteRateB(params, data);
-        const float access = calculatePstbyRwVccint(params, data);
-        const float active = calculateActiveRate(params, data);
-        const float sleep = calculatePslpVccint(params, data);
-        const float asleep = calculateSleepRateFinal(params, data);
-        const float standby = calculatePstbyVccint(params, data);
-        const float standingBy = calculateStbyRate(params, data);
-        const float dataPath = calculatePrw1DataVccint(params, data);
-        const int memories = getCascadeGroupSize(params, data);
-        const float registersA = getRegCasUsedA(params, data);
-        const float registersB = getRegCasUsedB(params, data);
-        const float casOut = calculatePcasRdoutVccint(params, data);
-        const float casIn = calculatePcasInVccint(params, data);
-        const float pipeIn = calculatePcaspipeInVccint(params, data);
-        const float pipeOut = calculatePcaspipeRdoutVccint(params, data);
+    double computeVccintActivePower() const
+    {
+        const double factor = clockAndVoltage("VCCINT", Vccint());
+        const float narrow = scaleFactor("CLK_PORT_SCALE");
+        const float widthA = PortWidthA() < 37 ? narrow : 1.0f;
+        const float widthB = PortWidthB() < 37 ? narrow : 1.0f;
+        const float readsA = ReadRateA();
+        const float readA = Prd1ClkVccintA();
+        const float writeA = Pwr1ClkVccintA();
+        const float writesA = WriteRateA();
+        const float readsB = ReadRateB();
+        const float readB = Prd1ClkVccintB();
+        const float writeB = Pwr1ClkVccintB();
+        const float writesB = WriteRateB();
+        const float access = PstbyRwVccint();
+        const float active = ActiveRate();
+        const float sleep = PslpVccint();
+        const float asleep = SleepRateFinal();
+        const float standby = PstbyVccint();
+        const float standingBy = StbyRate();
+        const float dataPath = Prw1DataVccint();
+        const int memories = CascadeGroupSize();
+        const float registersA = RegCasUsedA();
+        const float registersB = RegCasUsedB();
+        const float casOut = PcasRdoutVccint();
+        const float casIn = PcasInVccint();
+        const float pipeIn = PcaspipeInVccint();
+        const float pipeOut = PcaspipeRdoutVccint();
         const float sum = readsA * readA * widthA + writeA * writesA * widthA + readsB * readB * widthB +
                           writeB * writesB * widthB + access * active + sleep * asleep + standby * standingBy +
                           2.0f * dataPath;
         const float cascade =
             (2.0f - registersA - registersB) * (casOut + casIn) + (pipeIn + pipeOut) * (registersA + registersB);
         return (sum + (memories > 1 ? cascade : 0.0f)) * factor;
-    });
-}
+    }
 
-float ZelmOrvanePlamModel::calculateVccramActivePower(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCRAM_ACTIVE_POWER], [&] {
-        const double factor = clockAndVoltage("VCCRAM", getVccram(params, data), params, data);
-        const float readsA = calculateReadRateA(params, data);
-        const float writesA = calculateWriteRateA(params, data);
-        const float readsB = calculateReadRateB(params, data);
-        const float writesB = calculateWriteRateB(params, data);
-        const float active = calculateActiveRate(params, data);
-        const float asleep = calculateSleepRateFinal(params, data);
-        const float standingBy = calculateStbyRate(params, data);
-        const float read = ramCurrent(data, "PRD1_BASE");
-        const float write = ramCurrent(data, "PWR1_BASE");
-        const float standby = ramCurrent(data, "PSTBY");
-        const float sleep = calculatePslpVbram(params, data);
+    double computeVccramActivePower() const
+    {
+        const double factor = clockAndVoltage("VCCRAM", Vccram());
+        const float readsA = ReadRateA();
+        const float writesA = WriteRateA();
+        const float readsB = ReadRateB();
+        const float writesB = WriteRateB();
+        const float active = ActiveRate();
+        const float asleep = SleepRateFinal();
+        const float standingBy = StbyRate();
+        const float read = ramCurrent("PRD1_BASE");
+        const float write = ramCurrent("PWR1_BASE");
+        const float standby = ramCurrent("PSTBY");
+        const float sleep = PslpVbram();
         const float sum = readsA * read + writesA * write + readsB * read + writesB * write + active * standby +
                           asleep * sleep + standingBy * standby;
         return sum * factor;
-    });
-}
+    }
 
-float ZelmOrvanePlamModel::calculateVccintPwrNPlams(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCINT_PWR_N_PLAMS], [&] {
-        const float one = calculateVccintActivePower(params, data);
-        return one * static_cast<float>(getNumPlams(params, data));
-    });
-}
+    float computeVccintPwrNPlams() const
+    {
+        const float one = VccintActivePower();
+        return one * static_cast<float>(NumPlams());
+    }
 
-float ZelmOrvanePlamModel::calculateVccramPwrNPlams(Params& params, const Data& data) const
-{
-    return once(params[Params::VCCRAM_PWR_N_PLAMS], [&] {
-        const float one = calculateVccramActivePower(params, data);
-        return one * static_cast<float>(getNumPlams(params, data));
-    });
-}
+    float computeVccramPwrNPlams() const
+    {
+        const float one = VccramActivePower();
+        return one * static_cast<float>(NumPlams());
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -16,28 +16,4 @@ public:
 
 #define ZELM_CELL_ROWS "memories/ZelmOrvanePlamCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    struct Port;
-    static const Port kPortA, kPortB;
-
-    // What derived inputs hold unless they are set.
-    std::string_view cascadedSoFar(Params& params, const Data& data) const;
-    int cascadeLatency(Params& params, const Data& data) const;
-    std::string_view eccOfMode(Params& params, const Data& data) const;
-    int idleCycles(Params& params, const Data& data) const;
-    static int portWidthFor(int dataWidth);
-    float registersPerMemory(Params& params, const Data& data) const;
-
-    float readClockCurrent(const Port& port, Params& params, const Data& data) const;
-    float readRate(const Port& port, Params& params, const Data& data) const;
-    float writeClockCurrent(const Port& port, Params& params, const Data& data) const;
-    float writeRate(const Port& port, Params& params, const Data& data) const;
-
-    float cascadeScale(Params& params, const Data& data) const;
-    double clockAndVoltage(std::string_view rail, float volts, Params& params, const Data& data) const;
-    float inputRegisterCurrent(const Port& port, Params& params, const Data& data) const;
-    float standbyCurrent(std::string_view event, Params& params, const Data& data) const;
 };

@@ -15,9 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "network/ZelmOrvaneDdrmcCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    float shareOfBus(float bandWidth, Params& params, const Data& data) const;
 };

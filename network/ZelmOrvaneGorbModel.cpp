@@ -4,236 +4,212 @@
 
 #include <cmath>
 
-template class ZelmModelBlock<ZelmOrvaneGorbModel, ZelmOrvaneGorbParams, ZelmOrvaneGorbData>;
+#define ZELM_MODEL ZelmOrvaneGorbModel
+#define ZELM_CELL_ROWS "network/ZelmOrvaneGorbCells.def"
+#define ZELM_TABLE_ROWS "network/ZelmOrvaneGorbTables.def"
 
-// An interface to the memory with all that sets it apart. The cells of its metrics follow each other in enum order.
-struct ZelmOrvaneGorbModel::Interface {
-    using IntInput = int (ZelmOrvaneGorbModel::*)(Params&, const Data&) const;
-    using FloatInput = float (ZelmOrvaneGorbModel::*)(Params&, const Data&) const;
-    using Formula = float (ZelmOrvaneGorbModel::*)(const Interface&, Params&, const Data&) const;
+namespace {
 
-    FloatInput frequency;
-    IntInput width; // of a fabric interface
-    IntInput banks;
-    IntInput usageModes;
-    IntInput bandwidth;
-    Formula maxBandwidth;
-    std::string_view staticItem;
-    Params::FloatEnum firstOutput;
-    Params::FloatEnum firstIntermediate;
+using Params = ZelmOrvaneGorbParams;
+using zelm::Key;
 
-    enum Output { dynamicMetric, staticMetric, totalMetric };
-    enum Intermediate { maxBandwidthMetric, readMetric, writeMetric };
-    float& cell(Params& params, Output metric) const
+// An interface to the memory with all that sets it apart.
+struct Interface {
+    Params::FloatEnum frequency;
+    Params::IntEnum width; // of a fabric interface
+    Params::IntEnum banks;
+    Params::IntEnum usageModes;
+    Params::IntEnum bandwidth;
+    Key staticItem;
+    Params::FloatEnum maxBandwidth;
+    Params::FloatEnum readEfficiency;
+    Params::FloatEnum writeEfficiency;
+    Params::FloatEnum dynamicPower;
+    Params::FloatEnum staticPower;
+};
+
+constexpr Interface kFabric1{.frequency = Params::PL_INTERFACE_1_INTF_FREQ,
+                             .width = Params::PL_INTERFACE_1_INTF_WIDTH,
+                             .banks = Params::PL_INTERFACE_1_NO_OF_MEM_BANKS,
+                             .usageModes = Params::PL_INTERFACE_1_USAGE_MODES,
+                             .bandwidth = Params::PL_INTERFACE_1_USER_INTERFACE_BANDWIDTH,
+                             .staticItem = "OCM_MEM_STATIC_VCCINT_PSLP",
+                             .maxBandwidth = Params::PL_INTERFACE_1_MEM_MAX_BANDWIDTH,
+                             .readEfficiency = Params::PL_INTERFACE_1_READ_EFFICIENCY,
+                             .writeEfficiency = Params::PL_INTERFACE_1_WRITE_EFFICIENCY,
+                             .dynamicPower = Params::PL_INTERFACE_1_DYNAMIC_POWER,
+                             .staticPower = Params::PL_INTERFACE_1_STATIC_POWER};
+constexpr Interface kFabric2{.frequency = Params::PL_INTERFACE_2_INTF_FREQ,
+                             .width = Params::PL_INTERFACE_2_INTF_WIDTH,
+                             .banks = Params::PL_INTERFACE_2_NO_OF_MEM_BANKS,
+                             .usageModes = Params::PL_INTERFACE_2_USAGE_MODES,
+                             .bandwidth = Params::PL_INTERFACE_2_USER_INTERFACE_BANDWIDTH,
+                             .staticItem = "OCM_MEM_STATIC_VCCINT_PSLP",
+                             .maxBandwidth = Params::PL_INTERFACE_2_MEM_MAX_BANDWIDTH,
+                             .readEfficiency = Params::PL_INTERFACE_2_READ_EFFICIENCY,
+                             .writeEfficiency = Params::PL_INTERFACE_2_WRITE_EFFICIENCY,
+                             .dynamicPower = Params::PL_INTERFACE_2_DYNAMIC_POWER,
+                             .staticPower = Params::PL_INTERFACE_2_STATIC_POWER};
+constexpr Interface kFabric3{.frequency = Params::PL_INTERFACE_3_INTF_FREQ,
+                             .width = Params::PL_INTERFACE_3_INTF_WIDTH,
+                             .banks = Params::PL_INTERFACE_3_NO_OF_MEM_BANKS,
+                             .usageModes = Params::PL_INTERFACE_3_USAGE_MODES,
+                             .bandwidth = Params::PL_INTERFACE_3_USER_INTERFACE_BANDWIDTH,
+                             .staticItem = "OCM_MEM_STATIC_VCCINT_PSLP",
+                             .maxBandwidth = Params::PL_INTERFACE_3_MEM_MAX_BANDWIDTH,
+                             .readEfficiency = Params::PL_INTERFACE_3_READ_EFFICIENCY,
+                             .writeEfficiency = Params::PL_INTERFACE_3_WRITE_EFFICIENCY,
+                             .dynamicPower = Params::PL_INTERFACE_3_DYNAMIC_POWER,
+                             .staticPower = Params::PL_INTERFACE_3_STATIC_POWER};
+// The static power of this interface is taken from the controller's item, not the memory's.
+constexpr Interface kProcessing{.frequency = Params::MEM_FREQ,
+                                .width = Params::LastInt,
+                                .banks = Params::PS_INTERFACE_NO_OF_MEM_BANKS,
+                                .usageModes = Params::PS_INTERFACE_USAGE_MODES,
+                                .bandwidth = Params::PS_INTERFACE_USER_BANDWIDTH,
+                                .staticItem = "OCM_CONTROLLER_STATIC_VCCINT_PSLP",
+                                .maxBandwidth = Params::PS_INTERFACE_MEM_MAX_BANDWIDTH,
+                                .readEfficiency = Params::PS_INTERFACE_READ_EFFICIENCY,
+                                .writeEfficiency = Params::PS_INTERFACE_WRITE_EFFICIENCY,
+                                .dynamicPower = Params::PS_INTERFACE_DYNAMIC_POWER,
+                                .staticPower = Params::PS_INTERFACE_STATIC_POWER};
+
+} // namespace
+
+struct ZelmOrvaneGorbModel::Sheet : zelm::Sheet<ZelmOrvaneGorbModel> {
+#include "framework/ZelmAccessors.inc"
+
+    void pullOutputs() const
     {
-        return params[zelm::cellBehind(firstOutput, metric)];
+        DynamicVoltageScaling();
+        LeakageVoltageScaling();
+        OcmControllerDynamicPower();
+        OcmControllerStaticPower();
+        OcmControllerTotalPower();
+        PlInterface1DynamicPower();
+        PlInterface1StaticPower();
+        PlInterface1TotalPower();
+        PlInterface2DynamicPower();
+        PlInterface2StaticPower();
+        PlInterface2TotalPower();
+        PlInterface3DynamicPower();
+        PlInterface3StaticPower();
+        PlInterface3TotalPower();
+        PsInterfaceDynamicPower();
+        PsInterfaceStaticPower();
+        PsInterfaceTotalPower();
+        GorbTopDynamicPower();
+        GorbTopStaticPower();
     }
-    float& cell(Params& params, Intermediate metric) const
+
+    float supplyRatio() const
     {
-        return params[zelm::cellBehind(firstIntermediate, metric)];
+        const float supply = PsupplyVoltage();
+        const float simVoltage = findSimConditions("PSIM_VOLTAGE");
+        return zelm::ratioOrZero(supply, simVoltage);
+    }
+
+    double computeDynamicVoltageScaling() const
+    {
+        const double ratio = supplyRatio();
+        return findSimConditions("PSIM_VOLTAGE") > 0.0f ? std::pow(ratio, 2.33) : 0.0;
+    }
+
+    double computeLeakageVoltageScaling() const
+    {
+        const double ratio = supplyRatio();
+        return findSimConditions("PSIM_VOLTAGE") > 0.0f ? std::pow(ratio, 1.88) : 0.0;
+    }
+
+    // The controller's powers hold for every supply: they aren't scaled.
+    float computeOcmControllerDynamicPower() const
+    {
+        const float perMegahertz = findGorbPowerParam("OCM_CONTROLLER_DYNAMIC_VCCINT_PSLP");
+        const float memFreq = MemFreq();
+        return perMegahertz * memFreq;
+    }
+
+    float computeOcmControllerStaticPower() const
+    {
+        return findGorbPowerParam("OCM_CONTROLLER_STATIC_VCCINT_PSLP");
+    }
+
+    float computeOcmControllerTotalPower() const
+    {
+        const float dynamicPart = OcmControllerDynamicPower();
+        const float staticPart = OcmControllerStaticPower();
+        return dynamicPart + staticPart;
+    }
+
+    float fabricMaxBandwidth(const Interface& interface) const
+    {
+        const float width = static_cast<float>(value(interface.width));
+        const float frequency = value(interface.frequency);
+        return (width * frequency + width * frequency) * 0.125f; // both directions, in bytes
+    }
+
+    float processingMaxBandwidth(const Interface& interface) const
+    {
+        const float frequency = value(interface.frequency);
+        return frequency * 256.0f * 0.125f;
+    }
+
+    // Each direction has half of the user's bandwidth.
+    float efficiency(const Interface& interface) const
+    {
+        const float bandwidth = static_cast<float>(zelm::wrapMultiply(value(interface.bandwidth), 2));
+        const float maxBandwidth = value(interface.maxBandwidth);
+        return maxBandwidth == 0.0f ? 0.0f : 0.5f * (bandwidth / maxBandwidth);
+    }
+
+    float staticPower(const Interface& interface) const
+    {
+        const float scaling = LeakageVoltageScaling();
+        const float banks = static_cast<float>(value(interface.banks));
+        const float perArray = findGorbPowerParam(interface.staticItem);
+        return scaling * (banks * perArray * 4.0f);
+    }
+
+    float dynamicPower(const Interface& interface) const
+    {
+        const int usageModes = value(interface.usageModes);
+        const float perWrite = findGorbPowerParam("OCM_MEM_WRITE_DYNAMIC_VCCINT_PSLP");
+        const float write = value(interface.writeEfficiency);
+        const float read = value(interface.readEfficiency);
+        const float perRead = findGorbPowerParam("OCM_MEM_READ_DYNAMIC_VCCINT_PSLP");
+        const float frequency = value(interface.frequency);
+        const float banks = static_cast<float>(value(interface.banks));
+        const float scaling = DynamicVoltageScaling();
+        const float power = usageModes == 1 ? 0.0f : (perWrite * write + read * perRead) * frequency * 4.0f * banks;
+        return power * scaling;
+    }
+
+    float totalPower(const Interface& interface) const
+    {
+        const float dynamicPart = value(interface.dynamicPower);
+        const float staticPart = value(interface.staticPower);
+        return dynamicPart + staticPart;
+    }
+
+    float computeGorbTopDynamicPower() const
+    {
+        const float fabric1 = PlInterface1DynamicPower();
+        const float fabric2 = PlInterface2DynamicPower();
+        const float fabric3 = PlInterface3DynamicPower();
+        const float processing = PsInterfaceDynamicPower();
+        const float controller = OcmControllerDynamicPower();
+        return fabric1 + fabric2 + fabric3 + processing + controller;
+    }
+
+    float computeGorbTopStaticPower() const
+    {
+        const float fabric1 = PlInterface1StaticPower();
+        const float fabric2 = PlInterface2StaticPower();
+        const float fabric3 = PlInterface3StaticPower();
+        const float processing = PsInterfaceStaticPower();
+        const float controller = OcmControllerStaticPower();
+        return fabric1 + fabric2 + fabric3 + processing + controller;
     }
 };
 
-using Model = ZelmOrvaneGorbModel;
-
-const Model::Interface Model::kFabric1{.frequency = &Model::getPlInterface1IntfFreq,
-                                       .width = &Model::getPlInterface1IntfWidth,
-                                       .banks = &Model::getPlInterface1NoOfMemBanks,
-                                       .usageModes = &Model::getPlInterface1UsageModes,
-                                       .bandwidth = &Model::getPlInterface1UserInterfaceBandwidth,
-                                       .maxBandwidth = &Model::fabricMaxBandwidth,
-                                       .staticItem = "OCM_MEM_STATIC_VCCINT_PSLP",
-                                       .firstOutput = Params::PL_INTERFACE_1_DYNAMIC_POWER,
-                                       .firstIntermediate = Params::PL_INTERFACE_1_MEM_MAX_BANDWIDTH};
-const Model::Interface Model::kFabric2{.frequency = &Model::getPlInterface2IntfFreq,
-                                       .width = &Model::getPlInterface2IntfWidth,
-                                       .banks = &Model::getPlInterface2NoOfMemBanks,
-                                       .usageModes = &Model::getPlInterface2UsageModes,
-                                       .bandwidth = &Model::getPlInterface2UserInterfaceBandwidth,
-                                       .maxBandwidth = &Model::fabricMaxBandwidth,
-                                       .staticItem = "OCM_MEM_STATIC_VCCINT_PSLP",
-                                       .firstOutput = Params::PL_INTERFACE_2_DYNAMIC_POWER,
-                                       .firstIntermediate = Params::PL_INTERFACE_2_MEM_MAX_BANDWIDTH};
-const Model::Interface Model::kFabric3{.frequency = &Model::getPlInterface3IntfFreq,
-                                       .width = &Model::getPlInterface3IntfWidth,
-                                       .banks = &Model::getPlInterface3NoOfMemBanks,
-                                       .usageModes = &Model::getPlInterface3UsageModes,
-                                       .bandwidth = &Model::getPlInterface3UserInterfaceBandwidth,
-                                       .maxBandwidth = &Model::fabricMaxBandwidth,
-                                       .staticItem = "OCM_MEM_STATIC_VCCINT_PSLP",
-                                       .firstOutput = Params::PL_INTERFACE_3_DYNAMIC_POWER,
-                                       .firstIntermediate = Params::PL_INTERFACE_3_MEM_MAX_BANDWIDTH};
-// The static power of this interface is taken from the controller's item, not the memory's.
-const Model::Interface Model::kProcessing{.frequency = &Model::getMemFreq,
-                                          .width = nullptr,
-                                          .banks = &Model::getPsInterfaceNoOfMemBanks,
-                                          .usageModes = &Model::getPsInterfaceUsageModes,
-                                          .bandwidth = &Model::getPsInterfaceUserBandwidth,
-                                          .maxBandwidth = &Model::processingMaxBandwidth,
-                                          .staticItem = "OCM_CONTROLLER_STATIC_VCCINT_PSLP",
-                                          .firstOutput = Params::PS_INTERFACE_DYNAMIC_POWER,
-                                          .firstIntermediate = Params::PS_INTERFACE_MEM_MAX_BANDWIDTH};
-
-#define ZELM_MODEL ZelmOrvaneGorbModel
-#define ZELM_CELL_ROWS "network/ZelmOrvaneGorbCells.def"
-#include "framework/ZelmCellBodies.inc"
-
-void ZelmOrvaneGorbModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateDynamicVoltageScaling(params, data);
-    calculateLeakageVoltageScaling(params, data);
-    calculateOcmControllerDynamicPower(params, data);
-    calculateOcmControllerStaticPower(params, data);
-    calculateOcmControllerTotalPower(params, data);
-    for (const Interface* interface : {&kFabric1, &kFabric2, &kFabric3, &kProcessing}) {
-        dynamicPower(*interface, params, data);
-        staticPower(*interface, params, data);
-        totalPower(*interface, params, data);
-    }
-    calculateGorbTopDynamicPower(params, data);
-    calculateGorbTopStaticPower(params, data);
-}
-
-float ZelmOrvaneGorbModel::supplyRatio(Params& params, const Data& data) const
-{
-    const float supply = getPsupplyVoltage(params, data);
-    const float simVoltage = data.findSimConditions("PSIM_VOLTAGE");
-    return zelm::ratioOrZero(supply, simVoltage);
-}
-
-float ZelmOrvaneGorbModel::calculateDynamicVoltageScaling(Params& params, const Data& data) const
-{
-    return once(params[Params::DYNAMIC_VOLTAGE_SCALING], [&] {
-        const double ratio = supplyRatio(params, data);
-        return data.findSimConditions("PSIM_VOLTAGE") > 0.0f ? std::pow(ratio, 2.33) : 0.0;
-    });
-}
-
-float ZelmOrvaneGorbModel::calculateLeakageVoltageScaling(Params& params, const Data& data) const
-{
-    return once(params[Params::LEAKAGE_VOLTAGE_SCALING], [&] {
-        const double ratio = supplyRatio(params, data);
-        return data.findSimConditions("PSIM_VOLTAGE") > 0.0f ? std::pow(ratio, 1.88) : 0.0;
-    });
-}
-
-// The controller's powers hold for every supply: they aren't scaled.
-float ZelmOrvaneGorbModel::calculateOcmControllerDynamicPower(Params& params, const Data& data) const
-{
-    return once(params[Params::OCM_CONTROLLER_DYNAMIC_POWER], [&] {
-        const float perMegahertz = data.findGorbPowerParam("OCM_CONTROLLER_DYNAMIC_VCCINT_PSLP");
-        const float memFreq = getMemFreq(params, data);
-        return perMegahertz * memFreq;
-    });
-}
-
-float ZelmOrvaneGorbModel::calculateOcmControllerStaticPower(Params& params, const Data& data) const
-{
-    return once(params[Params::OCM_CONTROLLER_STATIC_POWER],
-                [&] { return data.findGorbPowerParam("OCM_CONTROLLER_STATIC_VCCINT_PSLP"); });
-}
-
-float ZelmOrvaneGorbModel::calculateOcmControllerTotalPower(Params& params, const Data& data) const
-{
-    return once(params[Params::OCM_CONTROLLER_TOTAL_POWER], [&] {
-        const float dynamicPart = calculateOcmControllerDynamicPower(params, data);
-        const float staticPart = calculateOcmControllerStaticPower(params, data);
-        return dynamicPart + staticPart;
-    });
-}
-
-float ZelmOrvaneGorbModel::memMaxBandwidth(const Interface& interface, Params& params, const Data& data) const
-{
-    return once(interface.cell(params, Interface::maxBandwidthMetric),
-                [&] { return (this->*interface.maxBandwidth)(interface, params, data); });
-}
-
-float ZelmOrvaneGorbModel::fabricMaxBandwidth(const Interface& interface, Params& params, const Data& data) const
-{
-    const float width = static_cast<float>((this->*interface.width)(params, data));
-    const float frequency = (this->*interface.frequency)(params, data);
-    return (width * frequency + width * frequency) * 0.125f; // both directions, in bytes
-}
-
-float ZelmOrvaneGorbModel::processingMaxBandwidth(const Interface& interface, Params& params, const Data& data) const
-{
-    const float frequency = (this->*interface.frequency)(params, data);
-    return frequency * 256.0f * 0.125f;
-}
-
-// Each direction has half of the user's bandwidth.
-float ZelmOrvaneGorbModel::efficiency(const Interface& interface, Params& params, const Data& data) const
-{
-    const float bandwidth = static_cast<float>(zelm::wrapMultiply((this->*interface.bandwidth)(params, data), 2));
-    const float maxBandwidth = memMaxBandwidth(interface, params, data);
-    return maxBandwidth == 0.0f ? 0.0f : 0.5f * (bandwidth / maxBandwidth);
-}
-
-float ZelmOrvaneGorbModel::readEfficiency(const Interface& interface, Params& params, const Data& data) const
-{
-    return once(interface.cell(params, Interface::readMetric), [&] { return efficiency(interface, params, data); });
-}
-
-float ZelmOrvaneGorbModel::writeEfficiency(const Interface& interface, Params& params, const Data& data) const
-{
-    return once(interface.cell(params, Interface::writeMetric), [&] { return efficiency(interface, params, data); });
-}
-
-float ZelmOrvaneGorbModel::staticPower(const Interface& interface, Params& params, const Data& data) const
-{
-    return once(interface.cell(params, Interface::staticMetric), [&] {
-        const float scaling = calculateLeakageVoltageScaling(params, data);
-        const float banks = static_cast<float>((this->*interface.banks)(params, data));
-        const float perArray = data.findGorbPowerParam(interface.staticItem);
-        return scaling * (banks * perArray * 4.0f);
-    });
-}
-
-float ZelmOrvaneGorbModel::dynamicPower(const Interface& interface, Params& params, const Data& data) const
-{
-    return once(interface.cell(params, Interface::dynamicMetric), [&] {
-        const int usageModes = (this->*interface.usageModes)(params, data);
-        const float perWrite = data.findGorbPowerParam("OCM_MEM_WRITE_DYNAMIC_VCCINT_PSLP");
-        const float write = writeEfficiency(interface, params, data);
-        const float read = readEfficiency(interface, params, data);
-        const float perRead = data.findGorbPowerParam("OCM_MEM_READ_DYNAMIC_VCCINT_PSLP");
-        const float frequency = (this->*interface.frequency)(params, data);
-        const float banks = static_cast<float>((this->*interface.banks)(params, data));
-        const float scaling = calculateDynamicVoltageScaling(params, data);
-        const float power = usageModes == 1 ? 0.0f : (perWrite * write + read * perRead) * frequency * 4.0f * banks;
-        return power * scaling;
-    });
-}
-
-float ZelmOrvaneGorbModel::totalPower(const Interface& interface, Params& params, const Data& data) const
-{
-    return once(interface.cell(params, Interface::totalMetric), [&] {
-        const float dynamicPart = dynamicPower(interface, params, data);
-        const float staticPart = staticPower(interface, params, data);
-        return dynamicPart + staticPart;
-    });
-}
-
-float ZelmOrvaneGorbModel::calculateGorbTopDynamicPower(Params& params, const Data& data) const
-{
-    return once(params[Params::GORB_TOP_DYNAMIC_POWER], [&] {
-        const float fabric1 = calculatePlInterface1DynamicPower(params, data);
-        const float fabric2 = calculatePlInterface2DynamicPower(params, data);
-        const float fabric3 = calculatePlInterface3DynamicPower(params, data);
-        const float processing = calculatePsInterfaceDynamicPower(params, data);
-        const float controller = calculateOcmControllerDynamicPower(params, data);
-        return fabric1 + fabric2 + fabric3 + processing + controller;
-    });
-}
-
-float ZelmOrvaneGorbModel::calculateGorbTopStaticPower(Params& params, const Data& data) const
-{
-    return once(params[Params::GORB_TOP_STATIC_POWER], [&] {
-        const float fabric1 = calculatePlInterface1StaticPower(params, data);
-        const float fabric2 = calculatePlInterface2StaticPower(params, data);
-        const float fabric3 = calculatePlInterface3StaticPower(params, data);
-        const float processing = calculatePsInterfaceStaticPower(params, data);
-        const float controller = calculateOcmControllerStaticPower(params, data);
-        return fabric1 + fabric2 + fabric3 + processing + controller;
-    });
-}
+#include "framework/ZelmModelBodies.inc"

@@ -4,150 +4,133 @@
 
 #include <algorithm>
 
-template class ZelmModelBlock<ZelmOrvaneNocModel, ZelmOrvaneNocParams, ZelmOrvaneNocData>;
-
 #define ZELM_MODEL ZelmOrvaneNocModel
 #define ZELM_CELL_ROWS "network/ZelmOrvaneNocCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "network/ZelmOrvaneNocTables.def"
 
-void ZelmOrvaneNocModel::pullOutputs(Params& params, const Data& data) const
-{
-    calculateVccSocPwr(params, data);
-    calculatePwrScaleFactor(params, data);
-    calculateNocClkPwr(params, data);
-    calculateTotalPathPwr(params, data);
-    calculateUsedClkBuffers(params, data);
-}
+struct ZelmOrvaneNocModel::Sheet : zelm::Sheet<ZelmOrvaneNocModel> {
+#include "framework/ZelmAccessors.inc"
 
-std::string_view ZelmOrvaneNocModel::viewIntDeviceName(Params& params, const Data& data) const
-{
-    return once(params[Params::INT_DEVICE_NAME], [&] {
-        const std::string_view found = data.findDeviceIntNames(viewDevice(params, data));
-        return ZelmHelperUtils::IFERROR(found, "ZQ20T60");
-    });
-}
+    void pullOutputs() const
+    {
+        VccSocPwr();
+        PwrScaleFactor();
+        NocClkPwr();
+        TotalPathPwr();
+        UsedClkBuffers();
+    }
 
-int ZelmOrvaneNocModel::calculateTotalClockBuffers(Params& params, const Data& data) const
-{
-    return once(params[Params::TOTAL_CLOCK_BUFFERS], [&] {
-        const int found = data.findClockBufferMax(viewIntDeviceName(params, data));
-        return ZelmHelperUtils::IFERROR(found, 64);
-    });
-}
+    int averageSwitches() const
+    {
+        return findDeviceData(IntDeviceName(), DataPath(), "AVG_SW");
+    }
 
-int ZelmOrvaneNocModel::calculateDdrOnlyClockBuffers(Params& params, const Data& data) const
-{
-    return once(params[Params::DDR_ONLY_CLOCK_BUFFERS], [&] {
-        const int found = data.findClockBufferDdr(viewIntDeviceName(params, data));
-        return ZelmHelperUtils::IFERROR(found, 24);
-    });
-}
+    std::string_view computeIntDeviceName() const
+    {
+        const std::string_view found = findDeviceIntNames(Device());
+        return IFERROR(found, "ZQ20T60");
+    }
 
-int ZelmOrvaneNocModel::calculateDefaultClockBuffers(Params& params, const Data& data) const
-{
-    return once(params[Params::DEFAULT_CLOCK_BUFFERS], [&] {
-        const int switches = getNumSwitches(params, data);
+    int computeTotalClockBuffers() const
+    {
+        const int found = findClockBufferMax(IntDeviceName());
+        return IFERROR(found, 64);
+    }
+
+    int computeDdrOnlyClockBuffers() const
+    {
+        const int found = findClockBufferDdr(IntDeviceName());
+        return IFERROR(found, 24);
+    }
+
+    int computeDefaultClockBuffers() const
+    {
+        const int switches = NumSwitches();
         return std::max(switches, 6);
-    });
-}
+    }
 
-int ZelmOrvaneNocModel::calculateUsedClkBuffers(Params& params, const Data& data) const
-{
-    return once(params[Params::USED_CLK_BUFFERS], [&] {
-        const int wistPaths = getNumWistPaths(params, data);
-        const int plPaths = getNumPlPaths(params, data);
-        const int nemtPaths = getNumNemtPaths(params, data);
-        const int ps2NemtPaths = getNumPs2NemtPaths(params, data);
-        const float buffers = static_cast<float>(getNumClockBuffers(params, data));
-        const float most = static_cast<float>(calculateTotalClockBuffers(params, data));
-        const float mostForDdr = static_cast<float>(calculateDdrOnlyClockBuffers(params, data));
+    int computeUsedClkBuffers() const
+    {
+        const int wistPaths = NumWistPaths();
+        const int plPaths = NumPlPaths();
+        const int nemtPaths = NumNemtPaths();
+        const int ps2NemtPaths = NumPs2NemtPaths();
+        const float buffers = static_cast<float>(NumClockBuffers());
+        const float most = static_cast<float>(TotalClockBuffers());
+        const float mostForDdr = static_cast<float>(DdrOnlyClockBuffers());
         const bool ddrOnly = zelm::wrapAdd(zelm::wrapAdd(wistPaths, plPaths), nemtPaths) < 1 && ps2NemtPaths < 1;
-        return zelm::truncate(ZelmHelperUtils::MIN(buffers, ddrOnly ? mostForDdr : most));
-    });
-}
+        return zelm::truncate(MIN(buffers, ddrOnly ? mostForDdr : most));
+    }
 
-float ZelmOrvaneNocModel::calculatePwrScaleFactor(Params& params, const Data& data) const
-{
-    return once(params[Params::PWR_SCALE_FACTOR], [&] {
-        const float vccSoc = getVccSoc(params, data);
+    double computePwrScaleFactor() const
+    {
+        const float vccSoc = VccSoc();
         const double square = vccSoc * vccSoc;
         return square / 0.7744; // 0.88 V squared
-    });
-}
+    }
 
-float ZelmOrvaneNocModel::calculateRawBw(Params& params, const Data& data) const
-{
-    return once(params[Params::RAW_BW], [&] {
-        const float read = getBandwithRead(params, data);
-        const int readSize = getTransactionReadSize(params, data);
-        const float write = getBandwithWrite(params, data);
-        const int writeSize = getTransactionWriteSize(params, data);
+    double computeRawBw() const
+    {
+        const float read = BandwithRead();
+        const int readSize = TransactionReadSize();
+        const float write = BandwithWrite();
+        const int writeSize = TransactionWriteSize();
         // A write costs one header beat more than a read.
         return withHeaders(read, readSize, 1.0) + withHeaders(write, writeSize, 2.0);
-    });
-}
+    }
 
-// Bandwidth in Gb/s, with the headers of transactions of that size: 16 bytes are a beat.
-double ZelmOrvaneNocModel::withHeaders(float bandwidth, int transactionSize, double headerBeats)
-{
-    const float beats = static_cast<float>(transactionSize) * 0.0625f;
-    const double payload = 8.0f * bandwidth / 1000.0f;
-    return transactionSize < 1 ? 0.0
-                               : payload * (headerBeats + static_cast<double>(beats)) / static_cast<double>(beats);
-}
+    // Bandwidth in Gb/s, with the headers of transactions of that size: 16 bytes are a beat.
+    static double withHeaders(float bandwidth, int transactionSize, double headerBeats)
+    {
+        const float beats = static_cast<float>(transactionSize) * 0.0625f;
+        const double payload = 8.0f * bandwidth / 1000.0f;
+        return transactionSize < 1 ? 0.0
+                                   : payload * (headerBeats + static_cast<double>(beats)) / static_cast<double>(beats);
+    }
 
-float ZelmOrvaneNocModel::calculateNmuPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::NMU_PWR], [&] {
-        const float rawBw = calculateRawBw(params, data);
-        return data.findCommonData("NMU_DYNAMIC") * rawBw + data.findCommonData("NMU_STAT");
-    });
-}
+    float computeNmuPwr() const
+    {
+        const float rawBw = RawBw();
+        return findCommonData("NMU_DYNAMIC") * rawBw + findCommonData("NMU_STAT");
+    }
 
-float ZelmOrvaneNocModel::calculateNsuPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::NSU_PWR], [&] {
-        const float rawBw = calculateRawBw(params, data);
-        return data.findCommonData("NSU_DYNAMIC") * rawBw + data.findCommonData("NSU_STAT");
-    });
-}
+    float computeNsuPwr() const
+    {
+        const float rawBw = RawBw();
+        return findCommonData("NSU_DYNAMIC") * rawBw + findCommonData("NSU_STAT");
+    }
 
-float ZelmOrvaneNocModel::calculateNpsPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::NPS_PWR], [&] {
-        const float rawBw = calculateRawBw(params, data);
-        const float switches = static_cast<float>(getNumSwitches(params, data));
-        return (data.findCommonData("NPS_DYNAMIC") * rawBw + data.findCommonData("NPS_STAT")) * switches;
-    });
-}
+    float computeNpsPwr() const
+    {
+        const float rawBw = RawBw();
+        const float switches = static_cast<float>(NumSwitches());
+        return (findCommonData("NPS_DYNAMIC") * rawBw + findCommonData("NPS_STAT")) * switches;
+    }
 
-float ZelmOrvaneNocModel::calculateTotalPathPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::TOTAL_PATH_PWR], [&] {
-        const float nmu = calculateNmuPwr(params, data);
-        const float nsu = calculateNsuPwr(params, data);
-        const float nps = calculateNpsPwr(params, data);
-        const float scale = calculatePwrScaleFactor(params, data);
+    float computeTotalPathPwr() const
+    {
+        const float nmu = NmuPwr();
+        const float nsu = NsuPwr();
+        const float nps = NpsPwr();
+        const float scale = PwrScaleFactor();
         return (nmu + nsu + nps) * scale;
-    });
-}
+    }
 
-float ZelmOrvaneNocModel::calculateNocClkPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::NOC_CLK_PWR], [&] {
-        const float clock = getNocClk(params, data);
-        const float perBuffer = data.findCommonData("NOC_CLK_DYANMIC"); // the key's spelling in the data files
-        const float buffers = static_cast<float>(calculateUsedClkBuffers(params, data));
-        const float scale = calculatePwrScaleFactor(params, data);
+    float computeNocClkPwr() const
+    {
+        const float clock = NocClk();
+        const float perBuffer = findCommonData("NOC_CLK_DYANMIC"); // the key's spelling in the data files
+        const float buffers = static_cast<float>(UsedClkBuffers());
+        const float scale = PwrScaleFactor();
         return clock / 1000.0f * perBuffer * buffers * scale;
-    });
-}
+    }
 
-float ZelmOrvaneNocModel::calculateVccSocPwr(Params& params, const Data& data) const
-{
-    return once(params[Params::VCC_SOC_PWR], [&] {
-        const float path = calculateTotalPathPwr(params, data);
-        const float clock = calculateNocClkPwr(params, data);
+    float computeVccSocPwr() const
+    {
+        const float path = TotalPathPwr();
+        const float clock = NocClkPwr();
         return path > 0.0f ? path + clock : 0.0f; // no clock power where the path carries nothing
-    });
-}
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

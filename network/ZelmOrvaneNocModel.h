@@ -16,9 +16,4 @@ public:
 
 #define ZELM_CELL_ROWS "network/ZelmOrvaneNocCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    static double withHeaders(float bandwidth, int transactionSize, double headerBeats);
 };

@@ -20,16 +20,6 @@ struct Line {
     }
 };
 
-/// The look-up of a table that holds lines: Data::find... by item, then "SLOPE" or "OFFSET".
-template <class Data>
-using LineTable = float (Data::*)(std::string_view, std::string_view) const;
-
-template <class Data>
-Line lineOf(const Data& data, LineTable<Data> table, std::string_view item)
-{
-    return {(data.*table)(item, "SLOPE"), (data.*table)(item, "OFFSET")};
-}
-
 /// Power of current-mode circuits over that at the nominal supply: linear in the voltage.
 inline float linearScale(float voltage, float nominal, float margin)
 {

@@ -1,32 +1,31 @@
 #include "transceivers/ZelmOrvaneLorvModel.h"
 
 #include "framework/ZelmModelBlockImpl.h"
-#include "transceivers/ZelmLorvFormulas.h"
-
-template class ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, ZelmOrvaneLorvData>;
+#include "transceivers/ZelmLorvSheet.h"
 
 #define ZELM_MODEL ZelmOrvaneLorvModel
 #define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "transceivers/ZelmOrvaneLorvTables.def"
 
-#define ZELM_MODEL ZelmOrvaneLorvModel
-#define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvCells.def"
-#include "transceivers/ZelmLorvBodies.inc"
+struct ZelmOrvaneLorvModel::Sheet : ZelmLorvSheet<ZelmOrvaneLorvModel> {
+#include "framework/ZelmAccessors.inc"
+#include "framework/ZelmFamilyCells.inc"
 
-int ZelmOrvaneLorvModel::calculateNumLorvquads(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_LORVQUADS], [&] {
-        const float channels = static_cast<float>(getNumLorvquadChannels(params, data));
-        return zelm::truncate(ZelmHelperUtils::ROUNDUP(channels * 0.25f, 0)); // four channels to a quad
-    });
-}
+    int computeNumLorvquads() const
+    {
+        const float channels = static_cast<float>(NumLorvquadChannels());
+        return zelm::truncate(ROUNDUP(channels * 0.25f, 0)); // four channels to a quad
+    }
 
-int ZelmOrvaneLorvModel::numChannels(Params& params, const Data& data) const
-{
-    return getNumLorvquadChannels(params, data);
-}
+    int numChannels() const
+    {
+        return NumLorvquadChannels();
+    }
 
-float ZelmOrvaneLorvModel::commonShare(float share, Params& params, const Data& data) const
-{
-    return static_cast<float>(calculateNumLorvquads(params, data)) * share;
-}
+    float commonShare(float share) const
+    {
+        return static_cast<float>(NumLorvquads()) * share;
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -5,8 +5,6 @@
 #include "transceivers/ZelmOrvaneLorvParams.h"
 
 class ZELM_EXPORT ZelmOrvaneLorvModel;
-template <class Model>
-struct ZelmLorvFormulas;
 extern template class ZelmModelBlock<ZelmOrvaneLorvModel, ZelmOrvaneLorvParams, ZelmOrvaneLorvData>;
 
 /// Power of one channel of the transceiver, of the channels in its quads. The host multiplies by the channels.
@@ -17,13 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    friend struct ZelmLorvFormulas<ZelmOrvaneLorvModel>;
-
-    int numChannels(Params& params, const Data& data) const;
-    // What a channel bears of the circuits in common, from what it would bear if there were one of them.
-    float commonShare(float share, Params& params, const Data& data) const;
 };

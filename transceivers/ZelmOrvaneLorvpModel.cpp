@@ -1,44 +1,42 @@
 #include "transceivers/ZelmOrvaneLorvpModel.h"
 
 #include "framework/ZelmModelBlockImpl.h"
-#include "transceivers/ZelmLorvFormulas.h"
-
-template class ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams, ZelmOrvaneLorvpData>;
+#include "transceivers/ZelmLorvSheet.h"
 
 #define ZELM_MODEL ZelmOrvaneLorvpModel
 #define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvpCells.def"
-#include "framework/ZelmCellBodies.inc"
+#define ZELM_TABLE_ROWS "transceivers/ZelmOrvaneLorvpTables.def"
 
-#define ZELM_MODEL ZelmOrvaneLorvpModel
-#define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvpCells.def"
-#include "transceivers/ZelmLorvBodies.inc"
+struct ZelmOrvaneLorvpModel::Sheet : ZelmLorvSheet<ZelmOrvaneLorvpModel> {
+#include "framework/ZelmAccessors.inc"
+#include "framework/ZelmFamilyCells.inc"
 
-int ZelmOrvaneLorvpModel::calculateNumDual(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_DUAL], [&] { return zelm::channel::duals(getNumLorvpQuadChannels(params, data)); });
-}
+    int computeNumDual() const
+    {
+        return zelm::channel::duals(NumLorvpQuadChannels());
+    }
 
-int ZelmOrvaneLorvpModel::calculateNumOctals(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_OCTALS],
-                [&] { return zelm::channel::octals(getNumLorvpQuadChannels(params, data)); });
-}
+    int computeNumOctals() const
+    {
+        return zelm::channel::octals(NumLorvpQuadChannels());
+    }
 
-int ZelmOrvaneLorvpModel::calculateNumOfLcpllUsed(Params& params, const Data& data) const
-{
-    return once(params[Params::NUM_OF_LCPLL_USED], [&] {
-        const int channels = getNumLorvpQuadChannels(params, data);
-        const int sharing = getLcpllSharing(params, data);
+    int computeNumOfLcpllUsed() const
+    {
+        const int channels = NumLorvpQuadChannels();
+        const int sharing = LcpllSharing();
         return zelm::channel::lcplls(channels, sharing);
-    });
-}
+    }
 
-int ZelmOrvaneLorvpModel::numChannels(Params& params, const Data& data) const
-{
-    return getNumLorvpQuadChannels(params, data);
-}
+    int numChannels() const
+    {
+        return NumLorvpQuadChannels();
+    }
 
-float ZelmOrvaneLorvpModel::commonShare(float share, Params&, const Data&) const
-{
-    return share; // no matter how many quads
-}
+    static float commonShare(float share)
+    {
+        return share; // no matter how many quads
+    }
+};
+
+#include "framework/ZelmModelBodies.inc"

@@ -5,8 +5,6 @@
 #include "transceivers/ZelmOrvaneLorvpParams.h"
 
 class ZELM_EXPORT ZelmOrvaneLorvpModel;
-template <class Model>
-struct ZelmLorvFormulas;
 extern template class ZelmModelBlock<ZelmOrvaneLorvpModel, ZelmOrvaneLorvpParams, ZelmOrvaneLorvpData>;
 
 /// Power of one channel of the enhanced transceiver: as the transceiver, but for the common share and the counts.
@@ -17,13 +15,4 @@ public:
 
 #define ZELM_CELL_ROWS "transceivers/ZelmOrvaneLorvpCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    friend struct ZelmLorvFormulas<ZelmOrvaneLorvpModel>;
-
-    int numChannels(Params& params, const Data& data) const;
-    // What a channel bears of the circuits in common, from what it would bear if there were one of them.
-    float commonShare(float share, Params& params, const Data& data) const;
 };

@@ -28,23 +28,21 @@ class InstanceOf final : public Instance {
 public:
     void set(const ZelmCellInfo& cell, const Value& value) override
     {
-        const std::string name(cell.name);
         if (cell.type == Type::integer)
-            m_params[Params::string_to_int_enum(name)] = std::get<int>(value);
+            m_params[static_cast<typename Params::IntEnum>(cell.ordinal)] = std::get<int>(value);
         else if (cell.type == Type::real)
-            m_params[Params::string_to_float_enum(name)] = std::get<float>(value);
+            m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)] = std::get<float>(value);
         else
-            m_params[Params::string_to_string_enum(name)] = std::get<std::string>(value);
+            m_params[static_cast<typename Params::StringEnum>(cell.ordinal)] = std::get<std::string>(value);
     }
 
     Value get(const ZelmCellInfo& cell) const override
     {
-        const std::string name(cell.name);
         if (cell.type == Type::integer)
-            return ifSet(m_params[Params::string_to_int_enum(name)]);
+            return ifSet(m_params[static_cast<typename Params::IntEnum>(cell.ordinal)]);
         if (cell.type == Type::real)
-            return ifSet(m_params[Params::string_to_float_enum(name)]);
-        return ifSet(m_params[Params::string_to_string_enum(name)]);
+            return ifSet(m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)]);
+        return ifSet(m_params[static_cast<typename Params::StringEnum>(cell.ordinal)]);
     }
 
     void calculate() override
@@ -54,14 +52,13 @@ public:
 
     void pull(const ZelmCellInfo& cell) override
     {
-        const std::string name(cell.name);
         const auto& data = Model::Data::getGlobal();
         if (cell.type == Type::integer)
-            Model::getGlobal().pull(Params::string_to_int_enum(name), m_params, data);
+            Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
         else if (cell.type == Type::real)
-            Model::getGlobal().pull(Params::string_to_float_enum(name), m_params, data);
+            Model::getGlobal().pull(static_cast<typename Params::FloatEnum>(cell.ordinal), m_params, data);
         else
-            Model::getGlobal().pull(Params::string_to_string_enum(name), m_params, data);
+            Model::getGlobal().pull(static_cast<typename Params::StringEnum>(cell.ordinal), m_params, data);
     }
 
 private:

@@ -239,6 +239,53 @@ TEST(Static, TheCellsAreSitesByMetrics)
     EXPECT_EQ(ownInts, ints);
 }
 
+// Each ampere and watt counts once: as the load of its rail, contained in another output, or shown alone.
+TEST(Static, EachOutputSaysWhereItGoes)
+{
+    using Kind = zelm::Destination::Kind;
+    std::map<std::string, zelm::Destination> outputs;
+    for (const ZelmCellInfo& cell : Params::cells())
+        if (cell.kind == ZelmCellInfo::Kind::modelOutput)
+            outputs.emplace(cell.name, cell.goes);
+
+    // VCCINT carries two rails, whose leakage it holds.
+    const std::set<std::string> carried = {"VCCINTWIST", "VCCME"};
+    for (const std::string& rail : kRails) {
+        SCOPED_TRACE(rail);
+        const zelm::Destination current = outputs.at(rail + "_STATIC_CURRENT");
+        EXPECT_EQ(current.kind, carried.contains(rail) ? Kind::part : Kind::rail);
+        EXPECT_EQ(current.name, carried.contains(rail) ? "VCCINT_STATIC_CURRENT" : rail);
+        EXPECT_EQ(outputs.at(rail + "_POWERUP_CURRENT").kind, Kind::shown);
+    }
+
+    std::set<std::string> shown;
+    for (const auto& [name, goes] : outputs) {
+        SCOPED_TRACE(name);
+        EXPECT_NE(goes.kind, Kind::none);
+        EXPECT_EQ(goes.kind == Kind::rail, name == std::string(goes.name) + "_STATIC_CURRENT");
+        if (goes.kind == Kind::part) {
+            EXPECT_TRUE(outputs.contains(std::string(goes.name))) << goes.name;
+        }
+        if (goes.kind == Kind::shown && !name.ends_with("_POWERUP_CURRENT"))
+            shown.insert(name);
+    }
+    const Names totals = words("TOTAL_STATIC_POWER PL_STATIC_POWER PS_HARL_STATIC_POWER NEMT_STATIC_POWER "
+                               "NOC_STATIC_POWER GT_STATIC_POWER LORV_STATIC_CURRENT LORV_STATIC_POWER "
+                               "LORVP_STATIC_CURRENT SARN_STATIC_CURRENT");
+    EXPECT_EQ(shown, std::set<std::string>(totals.begin(), totals.end()));
+}
+
+TEST(Static, EachRailsVoltageIsAnInput)
+{
+    std::set<std::string> rails;
+    for (const ZelmCellInfo& cell : Params::cells()) {
+        EXPECT_TRUE(cell.legal.rail.empty() || cell.legal.rail == cell.name) << cell.name << " " << cell.legal.rail;
+        if (!cell.legal.rail.empty())
+            rails.emplace(cell.name);
+    }
+    EXPECT_EQ(rails, std::set<std::string>(kRails.begin(), kRails.end()));
+}
+
 // Every cell of every site reads its own rows: give each row of each table a number of its own, and ask for all.
 TEST_F(StaticTest, EachSiteReadsItsOwnRows)
 {

@@ -36,17 +36,6 @@ public:
 
 #define ZELM_CELL_ROWS "framework/ZelmOrvaneGaugeCells.def"
 #include "framework/ZelmCellFunctions.inc"
-
-    void pullOutputs(Params& params, const Data& data) const;
-
-private:
-    struct Probe;
-    static const Probe kProbeA;
-    static const Probe kProbeB;
-
-    float gain(const Probe& probe, Params& params, const Data& data) const;
-    float power(const Probe& probe, Params& params, const Data& data) const;
-    float reading(const Probe& probe, Params& params, const Data& data) const;
 };
 
 /// A block without cells and tables: every group is empty.

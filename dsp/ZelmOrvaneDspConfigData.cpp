@@ -1,9 +1,0 @@
-#include "dsp/ZelmOrvaneDspConfigData.h"
-
-#include "framework/ZelmDataBlockImpl.h"
-
-template class ZelmDataBlock<ZelmOrvaneDspConfigData>;
-
-#define ZELM_DATA ZelmOrvaneDspConfigData
-#define ZELM_TABLE_ROWS "dsp/ZelmOrvaneDspConfigTables.def"
-#include "framework/ZelmTableInfos.inc"

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace zelm {
+
+/// A part of a table's key chain: a text, with what a look-up needs of it worked out beforehand. Literals do that while
+/// they are compiled. The text has to outlive the key.
+///
+/// The hash is a polynomial over the characters, so that the hash of joined parts follows from those of the parts.
+class Key {
+public:
+    constexpr Key() = default;
+
+    template <std::size_t size>
+    consteval Key(const char (&text)[size]) : Key(std::string_view(text)) // NOLINT(google-explicit-constructor)
+    {
+    }
+
+    constexpr Key(std::string_view text) : m_text(text) // NOLINT(google-explicit-constructor)
+    {
+        for (const char c : text)
+            append(c);
+    }
+
+    Key(const std::string& text) : Key(std::string_view(text)) {} // NOLINT(google-explicit-constructor)
+
+    constexpr operator std::string_view() const // NOLINT(google-explicit-constructor)
+    {
+        return m_text;
+    }
+
+    constexpr std::string_view text() const
+    {
+        return m_text;
+    }
+    constexpr bool empty() const
+    {
+        return m_text.empty();
+    }
+    constexpr std::uint64_t hash() const
+    {
+        return m_hash;
+    }
+    /// The base to the power of the text's length: what the hash of a text in front of this one is multiplied with.
+    constexpr std::uint64_t shift() const
+    {
+        return m_shift;
+    }
+
+    friend constexpr bool operator==(const Key& a, std::string_view b)
+    {
+        return a.m_text == b;
+    }
+    friend std::ostream& operator<<(std::ostream& out, const Key& key)
+    {
+        return out << key.m_text;
+    }
+
+    static constexpr std::uint64_t base = 0x9e3779b97f4a7c15; // odd: no power of it is 0
+
+private:
+    constexpr void append(char c)
+    {
+        m_hash = m_hash * base + static_cast<unsigned char>(c);
+        m_shift *= base;
+    }
+
+    std::string_view m_text;
+    std::uint64_t m_hash = 0;
+    std::uint64_t m_shift = 1;
+};
+
+} // namespace zelm

@@ -1,0 +1,156 @@
+#pragma once
+
+#include "framework/ZelmArithmetic.h"
+#include "framework/ZelmKey.h"
+#include "framework/ZelmModelBlock.h"
+#include "framework/ZelmWatcher.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace zelm {
+
+/// The cell that stands offset places behind first: how a family's member finds the cells of its metrics.
+template <class Enum>
+constexpr Enum cellBehind(Enum first, int offset)
+{
+    return static_cast<Enum>(static_cast<int>(first) + offset);
+}
+
+/// One run of a model's formulas over one parameter block and one data block. A model's own sheet derives from this;
+/// its rows write an accessor for each cell, under the function's name, and for each table
+/// (framework/ZelmAccessors.inc). By hand stand the formulas, each named compute and the cell's function.
+///
+/// Every pull of a cell and every look-up goes through here, so that a Watcher sees them all.
+template <class Model>
+class Sheet : public ZelmHelperUtils {
+public:
+    using Params = typename Model::Params;
+    using Data = typename Model::Data;
+    using Key = zelm::Key;
+    using Base = Sheet; ///< what the next sheet derives from: a base sheet names itself here
+    using IntCell = typename Params::IntEnum;
+    using FloatCell = typename Params::FloatEnum;
+    using StringCell = typename Params::StringEnum;
+
+    Sheet(Params& params, const Data& data) : m_params(params), m_data(data), m_watcher(Watcher::ofPulls()) {}
+    Sheet(const Sheet&) = delete;
+    Sheet& operator=(const Sheet&) = delete;
+
+    /// The cell if it is set, else its formula's value, narrowed, stored and returned. A value that is the sentinel
+    /// itself counts as not computed and is computed again at the next pull. Families reach their cells by it.
+    int value(IntCell cell) const
+    {
+        return pull(cell, m_params[cell]);
+    }
+    float value(FloatCell cell) const
+    {
+        return pull(cell, m_params[cell]);
+    }
+    /// The key lives until the run ends.
+    const Key& value(StringCell cell) const
+    {
+        std::string& slot = m_params[cell];
+        pull(cell, slot);
+        Key& key = m_keys[static_cast<std::size_t>(cell)];
+        if (key.text().data() != slot.data() || key.text().size() != slot.size())
+            key = Key(slot);
+        return key;
+    }
+
+protected:
+    ~Sheet() = default;
+
+    /// A formula's row in the tables of ZelmAccessors.inc.
+    template <class Slot>
+    using Formula = void (*)(const Sheet& sheet, Slot& slot);
+
+    /// The model's sheet: for base sheets, which several models share.
+    const auto& self() const
+    {
+        return static_cast<const typename Model::Sheet&>(*this);
+    }
+
+    const Data& data() const
+    {
+        return m_data;
+    }
+
+    /// What a look-up in the table of that place found, told to the watcher.
+    template <class Table, class Found, class... Keys>
+    Found noted(Table table, Found found, const Keys&... keys) const
+    {
+        if (m_watcher) [[unlikely]] {
+            const Key list[] = {keys...};
+            m_watcher->onLookUp({Data::tables()[static_cast<std::size_t>(table)], list, found});
+        }
+        return found;
+    }
+
+private:
+    template <class Cell, class Slot>
+    Slot& pull(Cell cell, Slot& slot) const
+    {
+        if (m_watcher) [[unlikely]]
+            return watchedPull(cell, slot);
+        if (isUnset(slot))
+            self().formulaOf(cell)(*this, slot);
+        return slot;
+    }
+
+    template <class Cell, class Slot>
+    [[gnu::noinline]] Slot& watchedPull(Cell cell, Slot& slot) const
+    {
+        using Type = ZelmCellInfo::Type;
+        constexpr Type type = std::is_same_v<Slot, int>     ? Type::integer
+                              : std::is_same_v<Slot, float> ? Type::real
+                                                            : Type::text;
+        const CellRef ref{type, static_cast<int>(cell)};
+        m_watcher->onRead(ref);
+        if (isUnset(slot)) {
+            m_watcher->onCompute(ref);
+            self().formulaOf(cell)(*this, slot);
+            m_watcher->onComputed(ref);
+        }
+        return slot;
+    }
+
+    Params& m_params;
+    const Data& m_data;
+    Watcher* m_watcher;
+    mutable std::array<Key, static_cast<std::size_t>(Params::LastString)> m_keys;
+};
+
+/// Puts a formula's value into its cell: the one place that narrows.
+template <class Value>
+void store(int& slot, Value value)
+{
+    static_assert(std::is_same_v<Value, int>, "truncate or convert in the formula");
+    slot = value;
+}
+
+template <class Value>
+void store(float& slot, Value value)
+{
+    static_assert(!std::is_same_v<Value, int>, "convert in the formula");
+    slot = static_cast<float>(value);
+}
+
+inline void store(std::string& slot, std::string value)
+{
+    slot = std::move(value);
+}
+
+inline void store(std::string& slot, std::string_view value)
+{
+    slot = value;
+}
+
+inline void store(std::string& slot, const char* value)
+{
+    slot = value;
+}
+
+} // namespace zelm

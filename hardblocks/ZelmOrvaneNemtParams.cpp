@@ -1,9 +1,0 @@
-#include "hardblocks/ZelmOrvaneNemtParams.h"
-
-#include "framework/ZelmParamBlockImpl.h"
-
-template class ZelmParamBlock<ZelmOrvaneNemtCells>;
-
-#define ZELM_CELLS ZelmOrvaneNemtCells
-#define ZELM_CELL_ROWS "hardblocks/ZelmOrvaneNemtCells.def"
-#include "framework/ZelmCellInfos.inc"
