@@ -4,7 +4,7 @@
 A MAC with its coding layer moves each bit through some thirty pipeline stages and two buffers of a few Kbit: 1.5 to 2 pJ per
 bit in a FinFET process at 0.8 to 0.9 V, 1 mW per Gb/s being 1 pJ per bit. Error correction of the Reed-Solomon kind adds about
 1 pJ per bit. Clock tree and control draw a fixed power, each channel its own state machines. Check: the public figures of such
-hard cores, 2 to 5 pJ per bit all in all.
+hard cores, 1 to 5 pJ per bit all in all.
 """
 
 import pathlib
@@ -36,7 +36,7 @@ def ilkn():
     yield "ZelmOrvaneIlknData :"
     yield "{"
     yield f"  // mW of one core at 0.88 V and full traffic. Origin: {base:g} mW of clock tree and control, {per_gbps} pJ per bit for framing"
-    yield f"  // and lane buffers, {fec_per_gbps} pJ per bit for error correction. Check: 2 to 4 pJ per bit. A name can't begin with a digit,"
+    yield f"  // and lane buffers, {fec_per_gbps} pJ per bit for error correction. Check: 1.9 to 3.5 pJ per bit. A name can't begin with a digit,"
     yield "  // hence KEY_."
     yield from mode_table((f"{gbps}G_ILKN", base + per_gbps * gbps, base + fec + (per_gbps + fec_per_gbps) * gbps)
                           for gbps in (150, 300, 450, 600))
@@ -49,7 +49,7 @@ def jorl():
     yield "ZelmOrvaneJorlData :"
     yield "{"
     yield f"  // mW of one MAC at 0.88 V and full traffic. Origin: {base:g} mW of clock tree and control, {per_channel:g} mW per channel, {per_gbps} pJ per"
-    yield f"  // bit for MAC and buffers, {fec_per_gbps} pJ per bit for error correction. Check: 1.5 to 3.5 pJ per bit. A name can't begin with"
+    yield f"  // bit for MAC and buffers, {fec_per_gbps} pJ per bit for error correction. Check: 1.7 to 3.2 pJ per bit. A name can't begin with"
     yield "  // a digit, hence KEY_."
     rows = []
     for mode in modes:
@@ -77,7 +77,7 @@ def tuvo():
     yield ""
     yield "  // mW of one MAC. FEC_ONLY_: error correction alone; FEC_, NO_FEC_: the MAC with and without it. Origin: a fixed power and pJ"
     yield f"  // per bit by activity, {MAC['TYPICAL'][1]} for the MAC and {CODER['TYPICAL'][1]} for error correction in typical traffic; an idle link sends idle"
-    yield "  // words, MAXIMUM is back-to-back frames of random data. Check: 1.8 to 5 pJ per bit at the highest rate."
+    yield "  // words, MAXIMUM is back-to-back frames of random data. Check: 0.8 to 3.9 pJ per bit at the highest rate."
     yield "  CONFIG_PWR_DATA :"
     yield "  {"
     for prefix, parts in (("FEC_ONLY", (CODER,)), ("FEC", (MAC, CODER)), ("NO_FEC", (MAC,))):
