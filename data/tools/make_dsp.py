@@ -145,7 +145,7 @@ def rows(measured, indent):
 
 
 def write(block, title, family, usages, modes, measure, extra=()):
-    lines = [f"// {title} Illustrative numbers, written by tools/make_dsp.py.",
+    lines = [f"// {title} Illustrative numbers, written by data/tools/make_dsp.py.",
              f"ZelmOrvane{block}Data :", "{",
              "  // conditions of the measurement: V, toggles per clock cycle; exponent of the currents' voltage ratio, 1 of C V and",
              "  // crowbar current beside",
