@@ -189,7 +189,7 @@ def write(block, title, tables):
 
 OBUF_UNITS = "output buffers: mA (_DC), mA/MHz (_AC), V (VCCO), pF (OBUF_LOAD), ohm (TERM, RDRV)"
 IBUF_UNITS = "input buffers: mA (_DC), mA/MHz (_AC), V (VCCO), mW (DIFFTERM), uW (ODT)"
-LIST_UNITS = "V: supply that a bank of the standard needs, by direction and standard"
+LIST_UNITS = "V: supply that a bank of the standard needs, by direction and standard, as the standards say; for hosts, no formula reads it"
 
 write("Selv", "High-performance I/O buffers, by standard.", {
     "MIPI_DATA": ("Mb/s", {"MIPI_LP_DATARATE": 10.0}),

@@ -26,7 +26,7 @@ def mulm_file():
                 yield f"    {mode}_CH{width}_{speed} = {fixed + width * (per_lane + per_gbps * gbps):.1f};"
     yield "  };"
     yield ""
-    yield "  // V at which the power was characterised"
+    yield "  // V at which the power was characterised: the process's nominal supply"
     yield "  FACTORS : { VCCINT_SIM = 0.80; };"
     yield "};"
 

@@ -56,6 +56,7 @@ TABLES = {
                   {"CPLL_AVCC": line(0.80, 2.5), "CPLL_AVTT": line(0.20, 0.8)}),
 }
 COMMON = """\
+  // GHz and mW: oscillators with an octave of range, a clock buffer of 7 mA, a bias generator of 7 mA
   COMMON_DATA :
   {
     // GHz; the LCPLL's range is more than an octave, so that no rate below its top falls into a gap
@@ -67,7 +68,8 @@ COMMON = """\
     BIAS_AVTT = %s;
   };
 
-  // spread of process and temperature: 1 for the transceivers' own rails, whose bias is regulated, 2 for VCCINT
+  // without unit: spread of process and temperature, 1 for the transceivers' own rails, whose bias is regulated to 5 %%, 2 for
+  // VCCINT
   PVT_SCALING_DATA :
   {
     MARGIN_FACTOR_1 = 1.05;

@@ -71,7 +71,7 @@ def wist_file():
                     yield f"    {speed}_x{width}_A{channels} : {{ {row} }};"
     yield "  };"
     yield ""
-    yield "  // V at which the power was characterised"
+    yield "  // V at which the power was characterised: the process's nominal supply"
     yield "  FACTORS : { VCCINT_SIM = 0.80; };"
     yield "};"
 
