@@ -63,18 +63,20 @@ def array(arrays, bits):
 
 lines = [
     "// Block memories: currents per megahertz of the port's clock, by primitive and port widths. Illustrative numbers,",
-    "// written by data/tools/make_bram.py.",
+    "// written by data/tools/make_bram.py. 1 mA/MHz is 1 nC per cycle. Origin: 2.1 pC for word line and",
+    "// bit lines of 18 Kbit that swing a fifth of the supply; 0.26 pC per bit for sense latch, output register and drivers, of",
+    "// which a quarter toggles. Check: 13 to 17 pJ per read of 36 bits, 22 pJ per write of 72, as published for this size.",
     "ZelmOrvaneBramData :",
     "{",
 ]
 lines += table(
     "PER_TR_CURRENT",
-    "mA/MHz per percent of toggle rate beyond 25, reading (R) and writing (W)",
+    "mA/MHz per percent of toggle rate beyond 25, reading (R) and writing (W): 10 fF per bit and percent",
     [f"{key} : {{ R = {number(PER_BIT_PERCENT * r)}; W = {number(PER_BIT_PERCENT * w)}; }};"
      for key, (_, r, w, _, _) in KEYS.items()])
 lines += table(
     "STANDBY_CURRENT",
-    "mA/MHz of a memory that is clocked and not accessed",
+    "mA/MHz of a memory that is clocked and not accessed: clock pins and their wires, 0.6 pF per 18 Kbit",
     [f"{key} = {number(STANDBY * arrays)};" for key, (arrays, *_) in KEYS.items()])
 lines += table(
     "DYNAMIC_CURRENT_VCCINT",

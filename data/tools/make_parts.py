@@ -26,7 +26,7 @@ def parts_of(series):
 
 def main():
     lines = [
-        "// Catalogue of devices, parts and resources. Illustrative numbers. Written by data/tools/make_parts.py.",
+        "// Catalogue of devices, parts and resources. Illustrative facts of made-up devices. Written by data/tools/make_parts.py.",
         "ZelmOrvanePartsData :",
         "{",
         "  // the name of each device's series",
