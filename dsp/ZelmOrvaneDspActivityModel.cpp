@@ -1,6 +1,7 @@
 #include "dsp/ZelmOrvaneDspActivityModel.h"
 
 #include "dsp/ZelmDspSheet.h"
+#include "framework/ZelmCLocale.h"
 #include "framework/ZelmModelBlockImpl.h"
 
 #include <string>
@@ -59,6 +60,7 @@ struct ZelmOrvaneDspActivityModel::Sheet : zelm::Sheet<ZelmOrvaneDspActivityMode
         const Key& mode = OperationalMode();
         const std::string text(findDspConfigData(mode, "OUTPUT_TOGGLE"));
         // Text that is no number throws, a missing row too: hosts must learn that their table has a hole.
+        const zelm::InCLocale inCLocale;
         return IFERROR(std::stof(text), 0.0f);
     }
 };

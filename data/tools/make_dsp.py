@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the data files of the five arithmetic DSP models.
+"""Writes the data files of the five arithmetic DSP models: data/tools/make_dsp.py
 
 The numbers are illustrative and follow one law. A component in full use draws a base current per megahertz at the
 measurement's toggle rate. A mode that doesn't use it leaves a residue; a register that is bypassed lets glitches through
