@@ -25,7 +25,7 @@ SAMPLE_GRADES = ("1_LP_e_S_es1", "2_MP_e_S_es1")
 RESOURCES = ("LUT", "FF", "BRAM", "PLAM", "DSP", "CLOCK_MANAGER", "VEKO", "DPLL", "RUSK", "SELV_BANK", "NALT_BANK",
              "SELV_IO", "NALT_IO", "LORV_QUAD", "LORVP_QUAD", "SARN_QUAD", "NOC", "DDRMC", "NEMT", "GORB", "PCIEB", "PCIEB5",
              "WIST", "WIST5", "JORL", "ILKN", "HSC", "SDFEC", "TUVO", "MULM", "ADC", "DAC", "YOND", "HARL", "OCM2",
-             "HBM", "VCU")
+             "HBM", "VCU", "FSR")
 
 
 @dataclass
@@ -50,11 +50,12 @@ class Device:
 
 
 def fabric(luts, bram, plam, dsp, selv, nalt, **others):
-    """Two flip-flops per LUT; 54 pins per SELV and 22 per NALT bank; clock managers of three kinds around the banks."""
+    """Two flip-flops per LUT; 54 pins per SELV and 22 per NALT bank; clock managers of three kinds around the banks;
+    a fabric region (FSR) holds up to 112,480 LUTs."""
     veko, dpll, rusk = selv + 2, selv + 4, 2 * selv
     has = dict(LUT=luts, FF=2 * luts, BRAM=bram, PLAM=plam, DSP=dsp, SELV_BANK=selv, NALT_BANK=nalt, SELV_IO=54 * selv,
                NALT_IO=22 * nalt, CLOCK_MANAGER=veko + dpll + rusk, VEKO=veko, DPLL=dpll, RUSK=rusk, NOC=1, YOND=1,
-               HARL=1)
+               HARL=1, FSR=-(-luts // 112_480))
     has.update(others)
     assert set(has) <= set(RESOURCES)
     return has
@@ -82,7 +83,7 @@ DEVICES = (
            fabric(328_000, 450, 130, 1_100, 8, 3, LORV_QUAD=6, DDRMC=2, PCIEB=2, WIST=2)),
     Device("zc7540", "T75", "Halden Crest Series", {"kibo4471": (PREVIEW, 26), "kjbo4900": (SAMPLE, 32)},
            fabric(2_566_000, 3_740, 1_925, 9_024, 13, 1, LORV_QUAD=20, SARN_QUAD=12, DDRMC=4, PCIEB5=4, GORB=1, WIST=4,
-                  WIST5=8, JORL=6, ILKN=2, HSC=3, HBM=2, MULM=2)),
+                  WIST5=8, JORL=6, ILKN=2, HSC=3, HBM=2, MULM=2, FSR=24)),  # three dies of eight regions
 )
 
 assert len({device.cut for device in DEVICES}) == len(DEVICES)

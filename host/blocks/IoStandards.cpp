@@ -7,6 +7,8 @@
 #include "io/ZelmOrvaneSelvData.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace zelm::host {
 
@@ -35,7 +37,17 @@ void list(std::vector<IoStandard>& standards, const std::string& bank)
     });
 }
 
+constexpr std::array<std::string_view, 3> kPairPrefixes{"DIFF_", "LVDS", "MIPI_"};
+constexpr std::array<std::string_view, 3> kPairs{"LVPECL", "SUB_LVDS", "SLVS_400_25"};
+
 } // namespace
+
+bool isPair(const std::string& standard)
+{
+    return std::any_of(kPairPrefixes.begin(), kPairPrefixes.end(),
+                       [&](std::string_view prefix) { return standard.starts_with(prefix); }) ||
+           std::find(kPairs.begin(), kPairs.end(), standard) != kPairs.end();
+}
 
 const std::vector<IoStandard>& ioStandards()
 {

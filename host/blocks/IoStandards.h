@@ -13,6 +13,9 @@ struct IoStandard {
     float volts = 0.0f; ///< the bank rail that the standard is made for
 };
 
+/// Whether a buffer of a standard drives or receives a pair: two pins.
+bool isPair(const std::string& standard);
+
 /// The standards of all banks, from their data files.
 const std::vector<IoStandard>& ioStandards();
 

@@ -20,6 +20,7 @@ struct ResourceUse {
     std::string_view block;
     std::string_view cell;   ///< empty: the instances themselves
     int perUnit = 1;         ///< so many units share one
+    int each = 1;            ///< a unit takes so many
     std::string_view kind{}; ///< a string cell that must begin with a word for the group to count
     std::string_view word{};
 };
@@ -34,6 +35,25 @@ struct BankKind {
 std::span<const BankKind> bankKinds();
 /// The kind of a block, null if its instances aren't pins.
 const BankKind* bankKindOf(std::string_view block);
+
+/// An input that takes the frequency of the clock that a group names.
+struct ClockInput {
+    std::string_view block;
+    std::string_view cell;
+};
+std::span<const ClockInput> clockInputs();
+bool takesClock(std::string_view block);
+
+/// What a block's groups load a clock with, as an input of the clock's accounting.
+struct ClockLoad {
+    std::string_view load; ///< the accounting's input
+    std::string_view block;
+    std::string_view cell;
+    int each = 1;            ///< a unit is so many loads
+    std::string_view kind{}; ///< a string cell that must begin with a word for the group to count
+    std::string_view word{};
+};
+std::span<const ClockLoad> clockLoads();
 
 /// A resource of the catalogue that an input of a clock's accounting takes: nets share the device with all its sites.
 struct ClockSite {

@@ -18,12 +18,13 @@ std::string listStandards(bool json)
             list.push_back({{"bank", standard.bank},
                             {"direction", standard.direction},
                             {"standard", standard.name},
+                            {"pins", isPair(standard.name) ? 2 : 1},
                             {"volts", isUnset(standard.volts) ? Json() : Json(shortest(standard.volts))}});
         return jsonText(list);
     }
-    TextTable table({"Bank", "Direction", "Standard", "VCCO"});
+    TextTable table({"Bank", "Direction", "Standard", "Pins", "VCCO"});
     for (const IoStandard& standard : ioStandards())
-        table.row({standard.bank, standard.direction, standard.name,
+        table.row({standard.bank, standard.direction, standard.name, isPair(standard.name) ? "2" : "1",
                    isUnset(standard.volts) ? "" : exactText(standard.volts) + " V"});
     return table.text();
 }

@@ -44,6 +44,15 @@ bool receives(const std::string& direction)
     return direction != "OUTPUT" && direction != "BIDI_OUTPUT";
 }
 
+// The pins of one buffer: a pair in a direction in use takes two.
+int pinsPerBuffer(const Running& group)
+{
+    const std::string direction = group.text("IO_DIRECTION");
+    const bool pair = (drives(direction) && isPair(group.text("OUTPUT_IO_STANDARD"))) ||
+                      (receives(direction) && isPair(group.text("INPUT_IO_STANDARD")));
+    return pair ? 2 : 1;
+}
+
 void setBankVoltage(Running& group, const RailVolts& rails, std::vector<std::string>& warnings)
 {
     const BankKind* kind = bankKindOf(group.block->name);
@@ -260,7 +269,7 @@ std::map<std::string, int> usedCounts(const std::vector<Running>& groups, const 
         std::map<std::string, std::int64_t> pins;
         for (const Running& group : groups) {
             if (group.block->name == kind.block)
-                pins[group.bankRail()] += group.count;
+                pins[group.bankRail()] += std::int64_t{group.count} * pinsPerBuffer(group);
         }
         for (const ZelmCellInfo& cell : block("Static").cells) {
             if (cell.kind == ZelmCellInfo::Kind::userInput && cell.name.ends_with(std::string(kind.words) + "_BANKS"))
@@ -288,7 +297,7 @@ std::vector<Utilisation> utilisation(const std::vector<Running>& groups, const R
         std::int64_t sum = 0;
         for (const Running& group : groups) {
             if (counts(use, group))
-                sum += units(group, use.cell);
+                sum += units(group, use.cell) * use.each * (bankKindOf(use.block) ? pinsPerBuffer(group) : 1);
         }
         auto entry = std::find_if(result.begin(), result.end(),
                                   [&](const Utilisation& known) { return known.resource == use.resource; });

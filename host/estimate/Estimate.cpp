@@ -7,6 +7,7 @@
 #include "host/blocks/RollUp.h"
 #include "host/estimate/Budgets.h"
 #include "host/estimate/Carry.h"
+#include "host/estimate/CrossChecks.h"
 #include "host/estimate/Ranges.h"
 #include "host/estimate/StaticPower.h"
 
@@ -92,7 +93,7 @@ Contribution contributionOf(const Output& output, double amount, const Running& 
 {
     Contribution part{std::string(output.cell), output.rail == "VCCO" ? group.bankRail() : std::string(output.rail),
                       amount, amount};
-    const double volts = railVolts(group, part.rail, rails);
+    const double volts = padVolts(group, output.cell).value_or(railVolts(group, part.rail, rails));
     if (isCurrent(group.block->cell(output.cell).unit))
         part.watts = amount * volts;
     else
@@ -168,6 +169,7 @@ void refuseUnknownRails(const Design& design)
 Estimate estimate(const Design& design, Curves curves)
 {
     refuseUnknownRails(design);
+    refuseImpossible(design);
     Estimate result;
     result.design = design;
 
@@ -182,6 +184,8 @@ Estimate estimate(const Design& design, Curves curves)
         result.dynamicWatts += result.groups.back().watts;
         result.offchipWatts += result.groups.back().offchipWatts;
     }
+    for (std::string& warning : warningsAcross(running, device ? &*device : nullptr))
+        result.warnings.push_back(std::move(warning));
     if (device) {
         result.utilisation = utilisation(running, *device);
         for (const Utilisation& use : result.utilisation) {

@@ -113,6 +113,37 @@ TEST(Carry, BanksAreCountedByVoltage)
     EXPECT_EQ(carriedTo(result, "Static.USED_VCCO33_NALT_BANKS"), "0");
 }
 
+double usedOf(const Estimate& result, std::string_view resource)
+{
+    for (const Utilisation& use : result.utilisation) {
+        if (use.resource == resource)
+            return use.used;
+    }
+    return -1.0;
+}
+
+TEST(Carry, PairsTakeTwoPins)
+{
+    // 10 x 2 + 3 x 1 + 4 x 2 + 5 x 1 + 6 x 2 pins: a pair counts in the direction that is in use.
+    const Estimate result = onDevice(
+        R"({"block": "Selv", "name": "a", "count": 10, "inputs": {"OUTPUT_IO_STANDARD": "DIFF_SSTL12"}},
+           {"block": "Selv", "name": "b", "count": 3, "inputs": {"OUTPUT_IO_STANDARD": "SSTL12", "INPUT_IO_STANDARD": "LVDS15"}},
+           {"block": "Selv", "name": "c", "count": 4, "inputs": {"IO_DIRECTION": "INPUT", "INPUT_IO_STANDARD": "MIPI_DPHY_DCI_HS"}},
+           {"block": "Selv", "name": "d", "count": 5, "inputs": {"IO_DIRECTION": "BIDI", "OUTPUT_IO_STANDARD": "POD12", "INPUT_IO_STANDARD": "POD12"}},
+           {"block": "Selv", "name": "e", "count": 6, "inputs": {"IO_DIRECTION": "BIDI", "OUTPUT_IO_STANDARD": "DIFF_POD12", "INPUT_IO_STANDARD": "POD12"}},
+           {"block": "Nalt", "name": "f", "count": 12, "inputs": {"IO_DIRECTION": "INPUT", "INPUT_IO_STANDARD": "SUB_LVDS"}})");
+    EXPECT_EQ(usedOf(result, "SELV_IO"), 48.0);
+    EXPECT_EQ(usedOf(result, "NALT_IO"), 24.0);
+    EXPECT_EQ(carriedTo(result, "Static.USED_VCCO18_NALT_BANKS"), "2"); // 24 pins, 22 to a bank
+}
+
+TEST(Carry, ComplexMultipliersTakeTwoDspSlices)
+{
+    const Estimate result = onDevice(R"({"block": "DspCplx", "name": "c", "count": 2, "inputs": {"NUM_DSP": 5}},
+                                        {"block": "DspInt24", "name": "i", "inputs": {"NUM_DSP": 7}})");
+    EXPECT_EQ(usedOf(result, "DSP"), 27.0); // 2 x 5 x 2 + 7
+}
+
 TEST(Carry, StaticInputsSetByHandWin)
 {
     const std::string bram = R"({"block": "Bram", "inputs": {"NUM_BRAMS": 10}})";
