@@ -3,6 +3,7 @@
 #include "host/base/Error.h"
 #include "host/base/Json.h"
 #include "host/base/Text.h"
+#include "host/blocks/Uses.h"
 #include "host/design/Limits.h"
 
 #include <fmt/format.h>
@@ -203,6 +204,9 @@ Group readGroup(const Json& value, const Place& where)
             fields.place("count").fail("expected a whole number");
         group.count = static_cast<int>(*count);
     }
+    group.clock = fields.text("clock");
+    if (!group.clock.empty() && !takesClock(group.block->name))
+        fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
     group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"));
     fields.refuseOthers();
     return group;
@@ -298,6 +302,21 @@ std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, c
     return inputs;
 }
 
+void refuseUnknownClocks(const std::vector<Group>& groups, const Place& where)
+{
+    std::vector<std::string> clocks;
+    for (const Group& group : groups) {
+        if (group.block->name == "Clock")
+            clocks.push_back(group.name);
+    }
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        const std::string& clock = groups[i].clock;
+        if (!clock.empty() && std::find(clocks.begin(), clocks.end(), clock) == clocks.end())
+            where.element(i).field("clock").fail(
+                fmt::format("no group of Clock is named \"{}\"{}", clock, suggestion(clock, clocks)));
+    }
+}
+
 std::vector<Group> readGroups(const Json& value, const Place& where)
 {
     if (!value.is_array())
@@ -311,6 +330,7 @@ std::vector<Group> readGroups(const Json& value, const Place& where)
             place.field("name").fail(fmt::format("two groups are named \"{}\"; give each its own name", group.name));
         groups.push_back(std::move(group));
     }
+    refuseUnknownClocks(groups, where);
     return groups;
 }
 

@@ -18,6 +18,7 @@ struct Group {
     const Block* block = nullptr;
     std::string name;
     int count = 1;
+    std::string clock; ///< the name of the Clock group that clocks it, empty if none is named
     std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, of types that fit their cells
 
     const Value* input(std::string_view cell) const;

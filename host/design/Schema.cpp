@@ -3,6 +3,7 @@
 #include "host/base/Json.h"
 #include "host/blocks/LegalWords.h"
 #include "host/blocks/Rails.h"
+#include "host/blocks/Uses.h"
 #include "host/design/Design.h"
 #include "host/design/Limits.h"
 
@@ -74,6 +75,8 @@ Json groupSchema(const Block& block)
                                   {"default", 1}}},
                                 {"inputs", objectSchema(std::move(inputs))}},
                                {"block"});
+    if (takesClock(block.name))
+        schema["properties"]["clock"] = textSchema("the name of the Clock group that clocks it");
     schema["title"] = block.title;
     return schema;
 }

@@ -5,6 +5,7 @@
 #include "host/blocks/Rails.h"
 #include "host/blocks/RollUp.h"
 #include "host/blocks/Uses.h"
+#include "host/estimate/ClockDomains.h"
 
 #include "framework/ZelmUnset.h"
 
@@ -238,6 +239,10 @@ std::vector<Running> start(const Design& design, const RailVolts& rails, const R
         for (const Block* block : reached) {
             const bool own = block == reached.front();
             Running running(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
+            if (own) {
+                carryFrequency(design, group, running, carried);
+                carryLoads(design, group, running, carried);
+            }
             if (own && device && reached.size() > 1)
                 carrySites(running, *device, carried);
             if (device)
