@@ -12,6 +12,7 @@ foreach(subsystem IN LISTS ZELM_SUBSYSTEMS)
     PATTERN "*.inc")
 endforeach()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/data/powercfg" DESTINATION "${CMAKE_INSTALL_DATADIR}/zelm/data")
+install(FILES "${PROJECT_SOURCE_DIR}/data/uncertainty.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/zelm/data")
 
 install(
   EXPORT zelmorvane

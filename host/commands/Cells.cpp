@@ -1,7 +1,10 @@
 #include "host/base/Json.h"
 #include "host/base/Text.h"
 #include "host/blocks/Block.h"
+#include "host/blocks/Uncertainty.h"
 #include "host/commands/Command.h"
+
+#include <fmt/format.h>
 
 namespace zelm::host {
 
@@ -34,7 +37,14 @@ std::string listCells(const std::string& blockName, bool json)
     for (const ZelmCellInfo& cell : b.cells)
         table.row({std::string(cell.name), std::string(kindWord(cell.kind)), std::string(typeWord(cell.type)),
                    shownDefault(cell), std::string(cell.unit), std::string(cell.meaning)});
-    return table.text();
+    std::string text = table.text();
+    const auto known = uncertainties();
+    if (const auto of = known.find(b.name); of != known.end() && !of->second.empty()) {
+        text += "Uncertainty, one standard deviation over the number:\n";
+        for (const Uncertainty& uncertainty : of->second)
+            text += fmt::format("  {}\n", uncertaintyWords(uncertainty));
+    }
+    return text;
 }
 
 } // namespace

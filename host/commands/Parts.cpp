@@ -24,6 +24,23 @@ std::map<std::string, std::vector<std::string>> gradesByPackage(const std::strin
     return byPackage;
 }
 
+// What of a device no block models, so that nobody takes a low figure for a whole one.
+std::vector<std::string> notModelled(const std::map<std::string, int>& resources)
+{
+    const auto has = [&](const char* resource) {
+        const auto found = resources.find(resource);
+        return found != resources.end() && found->second > 0;
+    };
+    std::vector<std::string> words;
+    if (has("ADC") || has("DAC"))
+        words.emplace_back("dynamic power of the converters (bias at the nominal sample rate is in the static power)");
+    if (has("VCU"))
+        words.emplace_back("the video unit");
+    if (has("HBM"))
+        words.emplace_back("traffic of the stacked memory");
+    return words;
+}
+
 // The table of devices, packages, grades and resources.
 std::string listParts(bool json)
 {
@@ -40,7 +57,8 @@ std::string listParts(bool json)
                             {"family", family},
                             {"coreVoltages", coreVoltages},
                             {"packages", byPackage},
-                            {"resources", resources}});
+                            {"resources", resources},
+                            {"notModelled", notModelled(resources)}});
             continue;
         }
         text += fmt::format("{} ({}; core at {} V)\n", upper(device), family, coreVoltages);
@@ -50,6 +68,8 @@ std::string listParts(bool json)
         for (const auto& [resource, count] : resources)
             counts.push_back(fmt::format("{} {}", count, resource));
         text += fmt::format("  {}\n", fmt::join(counts, ", "));
+        if (const auto missing = notModelled(resources); !missing.empty())
+            text += fmt::format("  not modelled: {}\n", fmt::join(missing, "; "));
     }
     return json ? jsonText(list)
                 : text + "A part is device_package_speed_voltage_temperature_screen: e extended, i industrial, m "

@@ -3,6 +3,7 @@
 #include "host/base/Error.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <array>
@@ -65,16 +66,19 @@ float modelledPadVolts(float volts)
 void checkPads(Running& group, std::vector<std::string>& warnings)
 {
     constexpr float tolerance = 0.05f; // as bank supplies are specified
+    std::vector<std::string> unknown;
     for (const Pads& pads : kPads) {
         const float volts = pulled(group, pads.volts);
         const float modelled = modelledPadVolts(volts);
-        if (group.text(pads.mode) == "DISABLED" || pulled(group, pads.output) == 0.0f ||
-            std::fabs(volts - modelled) <= tolerance * modelled)
-            continue;
-        warnings.push_back(fmt::format("group \"{}\": {} is {:g} V, but the pads are estimated at {:g} V: the formulas "
-                                       "know 2.5 and 3.3 V",
-                                       group.name, pads.volts, volts, modelled));
+        const bool inUse = group.text(pads.mode) != "DISABLED" && pulled(group, pads.output) != 0.0f;
+        if (inUse && std::fabs(volts - modelled) > tolerance * modelled)
+            unknown.push_back(fmt::format("{} {:g} V", pads.volts, volts));
     }
+    if (!unknown.empty())
+        warnings.push_back(
+            fmt::format("group \"{}\": pads are estimated at 3.3 V, since the formulas know 2.5 and 3.3 V: "
+                        "{}",
+                        group.name, fmt::join(unknown, ", ")));
     if (const float milliwatts = pulled(group, "LPD_LOW_PER_IO_DYNAMIC_VCCINT_POWER"); milliwatts < 0.0f)
         warnings.push_back(
             fmt::format("group \"{}\": the low-speed pads' core power is negative ({:g} mW): NUM_LPD_IOU "

@@ -1,5 +1,6 @@
 #include "host/base/Json.h"
 #include "host/blocks/DataFiles.h"
+#include "host/blocks/Uncertainty.h"
 #include "host/blocks/ValueJson.h"
 #include "host/report/Report.h"
 
@@ -78,13 +79,30 @@ Json sideJson(const Side& side)
     return json;
 }
 
-Json groupJson(const GroupResult& group)
+using Uncertainties = std::map<std::string, std::vector<Uncertainty>, std::less<>>;
+
+Json uncertaintyJson(const Uncertainties& known, std::string_view block)
+{
+    Json list = Json::array();
+    if (const auto of = known.find(block); of != known.end()) {
+        for (const Uncertainty& uncertainty : of->second) {
+            Json entry = uncertainty.rail.empty() ? Json{{"kind", uncertainty.kind}} : Json{{"rail", uncertainty.rail}};
+            entry["relative"] = uncertainty.relative;
+            entry["words"] = uncertaintyWords(uncertainty);
+            list.push_back(std::move(entry));
+        }
+    }
+    return list;
+}
+
+Json groupJson(const GroupResult& group, const Uncertainties& known)
 {
     Json json{
         {"name", group.name}, {"block", group.block->name}, {"title", group.block->title}, {"count", group.count}};
     addNumber(json, "watts", group.watts);
     addNumber(json, "offchipWatts", group.offchipWatts);
     json["onlyCarries"] = group.onlyCarries;
+    json["uncertainty"] = uncertaintyJson(known, group.block->name);
     json["outputs"] = Json::array();
     for (const Contribution& part : group.contributions) {
         Json entry{{"cell", part.cell}, {"rail", part.rail}};
@@ -177,7 +195,10 @@ Json jsonReport(const Estimate& estimate)
         json["part"] = estimate.design.device->part;
     if (estimate.design.environment.ambient)
         addNumber(json, "ambientTemperature", *estimate.design.environment.ambient);
-    json["groups"] = listOf(estimate.groups, groupJson);
+    const Uncertainties known = uncertainties();
+    json["groups"] = listOf(estimate.groups, [&](const GroupResult& group) { return groupJson(group, known); });
+    if (estimate.design.device)
+        json["staticUncertainty"] = uncertaintyJson(known, "Static");
     json["sides"] = listOf(estimate.sides, sideJson);
     json["cooling"] = listOf(estimate.cooling, coolingJson);
     json["utilisation"] = listOf(estimate.utilisation, useJson);

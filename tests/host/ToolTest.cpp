@@ -6,6 +6,7 @@
 using namespace zelm::test;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 namespace {
@@ -163,6 +164,60 @@ TEST_F(Tool, ShowsProgressOfLongWorkOnATerminalOnly)
     const ToolRun piped = scratch.run(sweep + "0");
     EXPECT_EQ(piped.code, 0);
     EXPECT_THAT(piped.err, IsEmpty());
+}
+
+TEST_F(Tool, ShowsTheUncertaintyOfBlocksAndGroups)
+{
+    const std::string data = scratch.copyData();
+    scratch.write("data/uncertainty.json", R"({"blocks": {"Bram": {
+        "dynamic": {"relative": 0.125, "reason": "a macro"},
+        "rails": {"VCCRAM": {"relative": 0.07, "reason": "its array"}}}, "Plam": {"none": "text"}}})");
+    const std::string with = "--datadir " + data;
+    EXPECT_THAT(scratch.run(with + " cells Bram").out,
+                HasSubstr("Uncertainty, one standard deviation over the number:\n"
+                          "  dynamic 12.5 %: a macro\n  on VCCRAM 7 %: its array\n"));
+    EXPECT_THAT(scratch.run(with + " cells Plam").out, Not(HasSubstr("Uncertainty")));
+    const std::string design = scratch.write("d.json", kBram + "}");
+    const auto group = nlohmann::json::parse(scratch.run(with + " estimate --json " + design).out)["groups"][0];
+    EXPECT_EQ(group["uncertainty"][0]["relative"], 0.125) << group["uncertainty"];
+    EXPECT_EQ(group["uncertainty"][1]["rail"], "VCCRAM") << group["uncertainty"];
+    EXPECT_EQ(group["uncertainty"].size(), 2u);
+    scratch.run(with + " estimate " + design + " --html " + scratch.path("r.html"));
+    EXPECT_THAT(Scratch::read(scratch.path("r.html")), HasSubstr("on VCCRAM 7 %: its array"));
+
+    scratch.write("data/uncertainty.json", "{\"blocks\": {\"Bram\": {\n\"dynamic\": {\"relative\": \"much\"}}}}");
+    const ToolRun broken = scratch.run(with + " cells Bram");
+    EXPECT_EQ(broken.code, 2);
+    EXPECT_THAT(broken.err, HasSubstr("uncertainty.json:2: blocks.Bram.dynamic: expected"));
+}
+
+TEST_F(Tool, SaysWhatOfADeviceIsNotModelled)
+{
+    const std::string parts = scratch.run("parts").out;
+    const auto noteOf = [&](const std::string& device) {
+        const std::size_t start = parts.find(device + " (");
+        const std::string entry = parts.substr(start, parts.find("\nZ", start) - start);
+        const std::size_t note = entry.find("not modelled: ");
+        return note == std::string::npos ? "" : entry.substr(note);
+    };
+    EXPECT_THAT(noteOf("ZW4630"), HasSubstr("dynamic power of the converters")); // 16 ADC and DAC each
+    EXPECT_THAT(noteOf("ZR3320"), StartsWith("not modelled: the video unit"));
+    EXPECT_THAT(noteOf("ZC7540"), StartsWith("not modelled: traffic of the stacked memory"));
+    EXPECT_EQ(noteOf("ZQ4410"), "");
+}
+
+TEST_F(Tool, StandardsTellTheirPins)
+{
+    const auto list = nlohmann::json::parse(scratch.run("standards --json").out);
+    int pairs = 0;
+    for (const auto& standard : list) {
+        const std::string name = standard["standard"];
+        const bool pair = name.starts_with("DIFF_") || name.starts_with("LVDS") || name.starts_with("MIPI_") ||
+                          name == "LVPECL" || name == "SUB_LVDS" || name == "SLVS_400_25";
+        EXPECT_EQ(standard["pins"], pair ? 2 : 1) << standard;
+        pairs += pair ? 1 : 0;
+    }
+    EXPECT_GT(pairs, 20);
 }
 
 } // namespace
