@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Sees that what is checked in of the tool's output is what the tool prints: check_docs.py ZELM SOURCE_DIR"""
 import filecmp
+import json
 import pathlib
 import subprocess
 import sys
@@ -28,4 +29,11 @@ paragraphs = [paragraph.strip("\n") for paragraph in sample.split("\n\n")]
 assert len(paragraphs) > 2
 for paragraph in paragraphs:
     assert paragraph in printed, f"README.md shows what the tool doesn't print:\n{paragraph}\n--- but\n{printed}"
+
+# The example of the design file is one that the tool takes without a warning.
+with tempfile.TemporaryDirectory() as folder:
+    design = pathlib.Path(folder) / "design.json"
+    design.write_text((source / "docs/design-file.md").read_text().split("```json\n", 1)[1].split("```", 1)[0])
+    warnings = json.loads(run("estimate", "--json", design))["warnings"]
+    assert not warnings, f"docs/design-file.md's example: {warnings}"
 print(f"{len(names)} pages, the schema and {len(paragraphs)} paragraphs of the README are the tool's")
