@@ -31,7 +31,7 @@ std::vector<Uncertainty> readBlock(const Json& block, const JsonSource& source, 
     }
     if (block.contains("rails")) {
         for (const auto& [rail, entry] : block["rails"].items())
-            all.push_back(readUncertainty("", rail, entry, source, path + ".rails." + rail));
+            all.push_back(readUncertainty("", rail, entry, source, fmt::format("{}.rails.{}", path, rail)));
     }
     return all;
 }

@@ -79,6 +79,8 @@ constexpr std::array<Load, 6> kLoads{{{"FFS_USING_CLK", "FF", 1},
                                       {"PLAMS_USING_CLK", "PLAM", 1},
                                       {"DSPS_USING_CLK", "DSP", 1}}};
 
+constexpr int kRegistersPerSlice = 16;
+
 int resource(const ResolvedDevice& device, std::string_view name)
 {
     const auto found = device.resources.find(std::string(name));
@@ -94,10 +96,9 @@ void checkNet(const Running& clock, const ResolvedDevice& device, Warnings& warn
             warnings.push_back(fmt::format("group \"{}\": {} {} is more than the {} {} of {}", clock.name, load.cell,
                                            clock.whole(load.cell), there, load.resource, device.name));
     }
-    constexpr int registersPerSlice = 16;
     const double sites = realOf(clock, "SITES");
-    const int there = resource(device, "FF") / registersPerSlice + resource(device, "BRAM") + resource(device, "PLAM") +
-                      resource(device, "DSP");
+    const int there = resource(device, "FF") / kRegistersPerSlice + resource(device, "BRAM") +
+                      resource(device, "PLAM") + resource(device, "DSP");
     if (sites > there)
         warnings.push_back(fmt::format("group \"{}\": FANOUT makes {:g} sites, and {} has {}: slices, memories and DSP "
                                        "slices",
@@ -154,6 +155,28 @@ void checkNamedLoads(const std::vector<Running>& groups, Warnings& warnings)
     }
 }
 
+// A slice on a clock holds at least one register, shift register or LUT memory.
+void checkSlices(const std::vector<Running>& groups, const ResolvedDevice* device, Warnings& warnings)
+{
+    std::int64_t clocked = 0;
+    for (const Running& group : groups) {
+        if (group.block->name != "CleClk")
+            continue;
+        const int slices = group.whole("NUM_CLOCKED_SLICES");
+        clocked += std::int64_t{group.count} * slices;
+        if (const int there = device ? resource(*device, "FF") / kRegistersPerSlice : slices; slices > there)
+            warnings.push_back(fmt::format("group \"{}\": NUM_CLOCKED_SLICES {} is more than the {} slices of {}",
+                                           group.name, slices, there, device->name));
+    }
+    const std::int64_t registers = named(groups, "FFS_USING_CLK");
+    const std::int64_t all = registers + named(groups, "SRLS_USING_CLK") + named(groups, "LUTRAMS_USING_CLK");
+    if (registers > 0 && clocked > all)
+        warnings.push_back(
+            fmt::format("the clocks reach {} slices (NUM_CLOCKED_SLICES), and the design's groups name {} "
+                        "registers, shift registers and LUT memories",
+                        clocked, all));
+}
+
 // ---- Counted twice ----
 
 void checkPlls(const std::vector<Running>& groups, Warnings& warnings)
@@ -192,6 +215,7 @@ std::vector<std::string> warningsAcross(const std::vector<Running>& groups, cons
             checkNet(group, *device, warnings);
     }
     checkNamedLoads(groups, warnings);
+    checkSlices(groups, device, warnings);
     checkPlls(groups, warnings);
     return warnings;
 }

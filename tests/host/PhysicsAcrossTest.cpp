@@ -106,6 +106,25 @@ TEST(PhysicsAcross, SitesBeyondTheLoads)
     EXPECT_THAT(warnings(R"("FANOUT": 1000, "FFS_USING_CLK": 1000)"), Each(Not(HasSubstr("FANOUT"))));
 }
 
+TEST(PhysicsAcross, SlicesBeyondTheDeviceAndTheRegisters)
+{
+    const auto slices = [](const char* count) {
+        return R"({"block": "CleClk", "name": "s", "inputs": {"NUM_CLOCKED_SLICES": )" + std::string(count) + "}}";
+    };
+    // ZQ4410 has 1,799,680 / 16 = 112,480 slices.
+    EXPECT_THAT(warningsOf(slices("112481")),
+                Contains("group \"s\": NUM_CLOCKED_SLICES 112481 is more than the 112480 slices of ZQ4410"));
+    EXPECT_THAT(warningsOf(slices("112480")), Each(Not(HasSubstr("slices"))));
+    const std::string named =
+        R"(, {"block": "CleLogic", "name": "r", "inputs": {"INSTANCE_COUNT": 900, "INSTANCE_TYPE": "REG_FF"}},
+             {"block": "CleLogic", "name": "m", "inputs": {"INSTANCE_COUNT": 100, "INSTANCE_TYPE": "LUT_DRAM"}})";
+    EXPECT_THAT(
+        warningsOf(slices("1001") + named),
+        Contains("the clocks reach 1001 slices (NUM_CLOCKED_SLICES), and the design's groups name 1000 registers, "
+                 "shift registers and LUT memories"));
+    EXPECT_THAT(warningsOf(slices("1000") + named), Each(Not(HasSubstr("slices"))));
+}
+
 TEST(PhysicsAcross, PllsCountedTwice)
 {
     const auto warnings = [](const char* processors) {
