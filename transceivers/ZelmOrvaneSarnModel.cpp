@@ -98,8 +98,6 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     static constexpr Processor kDspXsr{
         kXsr, {kNoLimit, kNoLimit}, &Sheet::findChrxXsrData, Params::VCCINT_GT_RX_POWER_XSR};
 
-#include "framework/ZelmFamilyCells.inc"
-
     void pullOutputs() const
     {
         TotalPower();
