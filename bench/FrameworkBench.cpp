@@ -1,78 +1,76 @@
-#include "bench/BlockBench.h"
+#include "bench/Naive.h"
 
-#include "framework/ZelmOrvaneSignalModel.h"
+#include "device/ZelmOrvaneStaticData.h"
+#include "framework/ZelmKey.h"
+#include "framework/ZelmOrvaneSignalData.h"
+#include "framework/ZelmOrvaneSignalParams.h"
+#include "io/ZelmOrvaneSelvData.h"
 
-#include <string>
-#include <unordered_map>
-#include <vector>
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <initializer_list>
+#include <tuple>
+
+namespace zelm::bench {
 
 namespace {
 
-using Table = std::unordered_map<std::string, float>;
 using Params = ZelmOrvaneSignalParams;
+using Static = ZelmOrvaneStaticData;
 
-// A table in the size and key shape of the leakage coefficients.
-const Table& table()
-{
-    static const Table filled = [] {
-        Table t;
-        for (int device = 0; device < 24; ++device)
-            for (const char* process : {"TYP", "MAX"})
-                for (const char* rail : {"VCCINT", "VCCRAM", "VCCPSFP", "MLORVAVTT"})
-                    for (const char* coefficient : {"A", "B", "C", "D", "E", "CONST"})
-                        t["DEVICE_" + std::to_string(device) + "." + process + "." + rail + "." + coefficient] = 1.0f;
-        return t;
-    }();
-    return filled;
-}
+// ---- A look-up in the shipped tables, by chains of one to five keys: naive, by getter, by a formula's keys ----
 
-// The look-up as one writes it first: ten strings by value, a vector of ten, a joined string.
-[[gnu::noinline]] float naiveLookUp(const Table& t, std::string k1, std::string k2, std::string k3, std::string k4,
-                                    std::string k5, std::string k6, std::string k7, std::string k8, std::string k9,
-                                    std::string k10)
+template <class LookUp, class Keys>
+void time(benchmark::State& state, LookUp lookUp, const Keys& keys)
 {
-    const std::vector<std::string> keys{k1, k2, k3, k4, k5, k6, k7, k8, k9, k10};
-    std::string joined;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (keys[i].empty())
-            continue;
-        joined += keys[i];
-        if (i + 1 < keys.size() && !keys[i + 1].empty())
-            joined += ".";
-    }
-    const auto found = t.find(joined);
-    return found == t.end() ? zelm::unsetFloat : found->second;
-}
-
-void lookUpFourKeysNaive(benchmark::State& state)
-{
-    const std::string device = "DEVICE_7";
-    const std::string process = "MAX";
     for (auto _ : state)
-        benchmark::DoNotOptimize(naiveLookUp(table(), device, process, "MLORVAVTT", "CONST", "", "", "", "", "", ""));
+        std::apply([&](const auto&... key) { benchmark::DoNotOptimize(lookUp(key...)); }, keys);
 }
-BENCHMARK(lookUpFourKeysNaive);
 
-void lookUpFourKeys(benchmark::State& state)
+template <class Part, class... Texts>
+std::array<Part, sizeof...(Texts)> keysOf(Texts... texts)
 {
-    const std::string device = "DEVICE_7";
-    const std::string process = "MAX";
-    for (auto _ : state)
-        benchmark::DoNotOptimize(ZelmHelperUtils::lookUp(table(), {device, process, "MLORVAVTT", "CONST"}));
+    return {Part(std::string_view(texts))...};
 }
-BENCHMARK(lookUpFourKeys);
 
-void lookUpFourKeysTenArguments(benchmark::State& state)
+template <class Data>
+void naive(benchmark::State& state, const char* group, std::initializer_list<const char*> texts)
 {
-    const std::string device = "DEVICE_7";
-    const std::string process = "MAX";
+    const NaiveTable table = naiveTable<Data>(group);
+    NaiveKeys keys;
+    std::copy(texts.begin(), texts.end(), keys.begin());
     for (auto _ : state)
-        benchmark::DoNotOptimize(
-            ZelmHelperUtils::getCfgDataFromVar(table(), device, process, "MLORVAVTT", "CONST", "", "", "", "", "", ""));
+        benchmark::DoNotOptimize(naiveLookUp(table, keys));
 }
-BENCHMARK(lookUpFourKeysTenArguments);
 
-BENCHMARK(zelm::bench::calculate<ZelmOrvaneSignalModel>)->Name("Signal/calculate");
+// The same chain in all three forms.
+#define LOOK_UP(count, Data, group, table, ...)                                                                        \
+    void naive##count(benchmark::State& state)                                                                         \
+    {                                                                                                                  \
+        naive<Data>(state, group, {__VA_ARGS__});                                                                      \
+    }                                                                                                                  \
+    void getter##count(benchmark::State& state)                                                                        \
+    {                                                                                                                  \
+        const auto get = [&data = shipped<Data>()](const auto&... key) { return data.get##table(key...); };            \
+        time(state, get, keysOf<std::string>(__VA_ARGS__));                                                            \
+    }                                                                                                                  \
+    void formula##count(benchmark::State& state)                                                                       \
+    {                                                                                                                  \
+        const auto find = [&data = shipped<Data>()](const auto&... key) { return data.find##table(key...); };          \
+        time(state, find, keysOf<Key>(__VA_ARGS__));                                                                   \
+    }                                                                                                                  \
+    BENCHMARK(naive##count);                                                                                           \
+    BENCHMARK(getter##count);                                                                                          \
+    BENCHMARK(formula##count);
+LOOK_UP(1, ZelmOrvaneSignalData, "PER_NODE_CAP", PerNodeCap, "OTHER")
+LOOK_UP(2, ZelmOrvaneSelvData, "OBUF", Obuf, "SSTL12", "VCCO_AC")
+LOOK_UP(3, Static, "VOLTAGE_RANGE", VoltageRange, "NOM", "VCCINT", "MP_STD")
+LOOK_UP(4, Static, "VT_COEFFICIENT", VtCoefficient, "ZQ4410", "TYP", "VCCINT", "CONST")
+LOOK_UP(5, Static, "SKU_LIST", SkuList, "SPEED_1", "LP", "STANDARD", "EXTENDED", "OD_NO")
+#undef LOOK_UP
+
+// ---- Cells and names ----
 
 void cellAccess(benchmark::State& state)
 {
@@ -106,3 +104,5 @@ void reflect(benchmark::State& state)
 BENCHMARK(reflect);
 
 } // namespace
+
+} // namespace zelm::bench

@@ -5,15 +5,14 @@
 #include <initializer_list>
 
 /// What the clock generators have in common: an input divided by D feeds a VCO multiplied by M, and divided outputs
-/// come off the VCO. A generator without a cell or an input of a name just doesn't use the formula. Outputs go by their
-/// number; their cells stand that many places behind those of output 0.
+/// come off the VCO. A generator without a cell or an input of a name just doesn't use the formula. A model's rows of
+/// outputs name their cells: divide, outputClock and those of the model's own metrics.
 template <class Model>
 struct ZelmClockGeneratorSheet : zelm::Sheet<Model> {
     using Base = ZelmClockGeneratorSheet;
     using zelm::Sheet<Model>::Sheet;
     using zelm::Sheet<Model>::self;
     using zelm::Sheet<Model>::value;
-    using typename zelm::Sheet<Model>::Params;
     using typename zelm::Sheet<Model>::Key;
 
     float computePfdClock() const
@@ -36,21 +35,12 @@ struct ZelmClockGeneratorSheet : zelm::Sheet<Model> {
         return zelm::ratioOrZero(input, static_cast<float>(divide)) * static_cast<float>(multiply);
     }
 
-    int divideOf(int output) const
-    {
-        return value(zelm::cellBehind(Params::CLKOUT0_DIVIDE, output));
-    }
-
-    float clockOf(int output) const
-    {
-        return value(zelm::cellBehind(Params::CLOCKOUT0, output));
-    }
-
     /// A divide of 1 is an output that isn't used.
-    float outputClock(int output) const
+    template <class Output>
+    float outputClock(const Output& output) const
     {
         const float vco = self().Fvco();
-        const int divide = divideOf(output);
+        const int divide = value(output.divide);
         return divide > 1 ? vco / static_cast<float>(divide) : 0.0f;
     }
 

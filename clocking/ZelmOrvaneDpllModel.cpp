@@ -7,10 +7,29 @@
 #define ZELM_CELL_ROWS "clocking/ZelmOrvaneDpllCells.def"
 #define ZELM_TABLE_ROWS "clocking/ZelmOrvaneDpllTables.def"
 
+namespace {
+
+using Params = ZelmOrvaneDpllParams;
+
+struct Output {
+    Params::IntEnum divide;
+    Params::FloatEnum outputClock;
+    Params::FloatEnum counterCurrent;
+    Params::FloatEnum driverCurrent;
+};
+// clang-format off
+constexpr Output kOutputs[] = {
+    {Params::CLKOUT0_DIVIDE, Params::CLOCKOUT0, Params::VCC_AUX_CLKOUT0_CURRENT, Params::VCCINT_CLKOUT0_CURRENT},
+    {Params::CLKOUT1_DIVIDE, Params::CLOCKOUT1, Params::VCC_AUX_CLKOUT1_CURRENT, Params::VCCINT_CLKOUT1_CURRENT},
+    {Params::CLKOUT2_DIVIDE, Params::CLOCKOUT2, Params::VCC_AUX_CLKOUT2_CURRENT, Params::VCCINT_CLKOUT2_CURRENT},
+    {Params::CLKOUT3_DIVIDE, Params::CLOCKOUT3, Params::VCC_AUX_CLKOUT3_CURRENT, Params::VCCINT_CLKOUT3_CURRENT},
+};
+// clang-format on
+
+} // namespace
+
 struct ZelmOrvaneDpllModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneDpllModel> {
 #include "framework/ZelmAccessors.inc"
-
-    static constexpr int kOutputs = 4;
 
     void pullOutputs() const
     {
@@ -43,10 +62,10 @@ struct ZelmOrvaneDpllModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneDpllModel>
         return pfdClock * logic + input * counters;
     }
 
-    float counterCurrent(int output) const
+    float counterCurrent(const Output& output) const
     {
-        const float divide = static_cast<float>(divideOf(output));
-        const float clock = clockOf(output);
+        const float divide = static_cast<float>(value(output.divide));
+        const float clock = value(output.outputClock);
         const float perMegahertz = sumOfRows({"IVCC_AUX_INTERPOLATOR", "IVCC_AUX_OUTPUT_COUNTERS"});
         return divide == 1.0f ? 0.0f : divide * clock * perMegahertz;
     }
@@ -57,8 +76,8 @@ struct ZelmOrvaneDpllModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneDpllModel>
         const float vco = VccAuxVcoCurrent();
         const float input = VccAuxPfdClockCurrent();
         float sum = base + vco + input;
-        for (int output = 0; output < kOutputs; ++output)
-            sum += value(zelm::cellBehind(Params::VCC_AUX_CLKOUT0_CURRENT, output));
+        for (const Output& output : kOutputs)
+            sum += value(output.counterCurrent);
         return sum * row("FUDGE_FACTOR_AUX");
     }
 
@@ -87,9 +106,9 @@ struct ZelmOrvaneDpllModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneDpllModel>
         return 0.0f;
     }
 
-    float driverCurrent(int output) const
+    float driverCurrent(const Output& output) const
     {
-        return clockOf(output) * row("IVCCINT_OUTPUT_DRIVER");
+        return value(output.outputClock) * row("IVCCINT_OUTPUT_DRIVER");
     }
 
     float computeVccintIntCurrent() const
@@ -98,8 +117,8 @@ struct ZelmOrvaneDpllModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneDpllModel>
         const float vco = VccintVcoCurrent();
         const float input = VccintPfdClockCurrent();
         float sum = base + vco + input;
-        for (int output = 0; output < kOutputs; ++output)
-            sum += value(zelm::cellBehind(Params::VCCINT_CLKOUT0_CURRENT, output));
+        for (const Output& output : kOutputs)
+            sum += value(output.driverCurrent);
         return sum * row("FUDGE_FACTOR_INT");
     }
 

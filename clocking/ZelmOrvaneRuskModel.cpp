@@ -7,10 +7,28 @@
 #define ZELM_CELL_ROWS "clocking/ZelmOrvaneRuskCells.def"
 #define ZELM_TABLE_ROWS "clocking/ZelmOrvaneRuskTables.def"
 
+namespace {
+
+using Params = ZelmOrvaneRuskParams;
+
+struct Output {
+    Params::IntEnum divide;
+    Params::FloatEnum outputClock;
+    Params::FloatEnum outputCurrent;
+};
+// clang-format off
+constexpr Output kOutputs[] = {
+    {Params::CLKOUT0_DIVIDE, Params::CLOCKOUT0, Params::VCCINTIO_CLKOUT0_CURRENT},
+    {Params::CLKOUT1_DIVIDE, Params::CLOCKOUT1, Params::VCCINTIO_CLKOUT1_CURRENT},
+    {Params::CLKOUT2_DIVIDE, Params::CLOCKOUT2, Params::VCCINTIO_CLKOUT2_CURRENT},
+    {Params::CLKOUT3_DIVIDE, Params::CLOCKOUT3, Params::VCCINTIO_CLKOUT3_CURRENT},
+};
+// clang-format on
+
+} // namespace
+
 struct ZelmOrvaneRuskModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneRuskModel> {
 #include "framework/ZelmAccessors.inc"
-
-    static constexpr int kOutputs = 4;
 
     void pullOutputs() const
     {
@@ -75,12 +93,12 @@ struct ZelmOrvaneRuskModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneRuskModel>
         return multiply * clock * row("IVCCINT_OUTPUT_COUNTERS");
     }
 
-    float outputCurrent(int output) const
+    float outputCurrent(const Output& output) const
     {
-        const float divide = static_cast<float>(divideOf(output));
+        const float divide = static_cast<float>(value(output.divide));
         const float perDivide = sumOfRows({"IVCCINT_INTERPOLATOR", "IVCCINT_OUTPUT_COUNTERS"});
         const float driver = row("IVCCINT_OUTPUT_DRIVER");
-        const float clock = clockOf(output);
+        const float clock = value(output.outputClock);
         return divide == 1.0f ? 0.0f : (perDivide * divide + driver) * clock;
     }
 
@@ -95,8 +113,8 @@ struct ZelmOrvaneRuskModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneRuskModel>
         const float input = VccintioPfdClockCurrent();
         const float feedback = VccintioClockfboutCurrent();
         float sum = base + input + feedback;
-        for (int output = 0; output < kOutputs; ++output)
-            sum += value(zelm::cellBehind(Params::VCCINTIO_CLKOUT0_CURRENT, output));
+        for (const Output& output : kOutputs)
+            sum += value(output.outputCurrent);
         sum += VccintioKelpClkCurrent();
         return sum * row("FUDGE_FACTOR_INT");
     }

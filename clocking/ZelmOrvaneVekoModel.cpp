@@ -7,10 +7,31 @@
 #define ZELM_CELL_ROWS "clocking/ZelmOrvaneVekoCells.def"
 #define ZELM_TABLE_ROWS "clocking/ZelmOrvaneVekoTables.def"
 
+namespace {
+
+using Params = ZelmOrvaneVekoParams;
+
+struct Output {
+    Params::IntEnum divide;
+    Params::FloatEnum outputClock;
+    Params::FloatEnum outputCurrent;
+};
+// clang-format off
+constexpr Output kOutputs[] = {
+    {Params::CLKOUT0_DIVIDE, Params::CLOCKOUT0, Params::VCCRAM_CLKOUT0_CURRENT},
+    {Params::CLKOUT1_DIVIDE, Params::CLOCKOUT1, Params::VCCRAM_CLKOUT1_CURRENT},
+    {Params::CLKOUT2_DIVIDE, Params::CLOCKOUT2, Params::VCCRAM_CLKOUT2_CURRENT},
+    {Params::CLKOUT3_DIVIDE, Params::CLOCKOUT3, Params::VCCRAM_CLKOUT3_CURRENT},
+    {Params::CLKOUT4_DIVIDE, Params::CLOCKOUT4, Params::VCCRAM_CLKOUT4_CURRENT},
+    {Params::CLKOUT5_DIVIDE, Params::CLOCKOUT5, Params::VCCRAM_CLKOUT5_CURRENT},
+    {Params::CLKOUT6_DIVIDE, Params::CLOCKOUT6, Params::VCCRAM_CLKOUT6_CURRENT},
+};
+// clang-format on
+
+} // namespace
+
 struct ZelmOrvaneVekoModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneVekoModel> {
 #include "framework/ZelmAccessors.inc"
-
-    static constexpr int kOutputs = 7;
 
     void pullOutputs() const
     {
@@ -67,13 +88,13 @@ struct ZelmOrvaneVekoModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneVekoModel>
         return (multiply * interpolator + multiply * counters + driver + (spread ? spreading : 0.0f)) * clock;
     }
 
-    float outputCurrent(int output) const
+    float outputCurrent(const Output& output) const
     {
-        const float divide = static_cast<float>(divideOf(output));
+        const float divide = static_cast<float>(value(output.divide));
         const float interpolator = row("IVCCINT_INTERPOLATOR");
         const float counters = row("IVCCINT_OUTPUT_COUNTERS");
         const float driver = row("IVCCINT_OUTPUT_DRIVER");
-        const float clock = clockOf(output);
+        const float clock = value(output.outputClock);
         return divide == 1.0f ? 0.0f : (divide * interpolator + divide * counters + driver) * clock;
     }
 
@@ -84,8 +105,8 @@ struct ZelmOrvaneVekoModel::Sheet : ZelmClockGeneratorSheet<ZelmOrvaneVekoModel>
         const float input = VccramPfdClockCurrent();
         const float feedback = VccramClockfboutCurrent();
         float sum = base + vco + input + feedback;
-        for (int output = 0; output < kOutputs; ++output)
-            sum += value(zelm::cellBehind(Params::VCCRAM_CLKOUT0_CURRENT, output));
+        for (const Output& output : kOutputs)
+            sum += value(output.outputCurrent);
         return sum * row("FUDGE_FACTOR_INT");
     }
 

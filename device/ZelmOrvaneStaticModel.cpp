@@ -362,14 +362,4 @@ private:
     mutable std::optional<Powers> m_powers;
 };
 
-// The member that a family's row names has the row's cell for the row's metric.
-#define ZELM_FAMILY(cell, member, metric)                                                                              \
-    static_assert((member).metric == cell, "the member's " #metric " is not " #cell);
-#define MO_FLOAT_FAMILY(cell, function, unit, goes, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
-#define IC_INT_FAMILY(cell, function, unit, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
-#define IC_FLOAT_FAMILY(cell, function, unit, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
-#define IC_STRING_FAMILY(cell, function, meaning, member, metric) ZELM_FAMILY(cell, member, metric)
-#include ZELM_CELL_ROWS
-#undef ZELM_FAMILY
-
 #include "framework/ZelmModelBodies.inc"

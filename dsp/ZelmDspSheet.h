@@ -160,6 +160,51 @@ struct DspCells {
     }
 };
 
+/// Whether the parts, joined by underscores, are the cell's name.
+constexpr bool dspNamed(std::string_view cell, std::initializer_list<std::string_view> parts)
+{
+    for (const std::string_view part : parts) {
+        if (!cell.starts_with(part))
+            return false;
+        cell.remove_prefix(part.size());
+        cell.remove_prefix(cell.starts_with('_') ? 1 : 0);
+    }
+    return cell.empty();
+}
+
+/// Whether a family's cell has the name that member and metric make up, under the metrics' names.
+template <std::size_t modes>
+struct DspNames {
+    std::string_view family;
+    std::array<DspMode, modes> modeRows;
+
+    static constexpr bool componentCurrent(std::string_view cell, DspComponent component)
+    {
+        return dspNamed(cell, {kDspKeys(component), "CURRENT"});
+    }
+    static constexpr bool dynamicCurrent(std::string_view cell, DspComponent component)
+    {
+        return dspNamed(cell, {kDspKeys(component), "DYNAMIC_CURRENT"});
+    }
+    static constexpr bool offCurrent(std::string_view cell, DspComponent component)
+    {
+        return dspNamed(cell, {kDspKeys(component), "OFF_CURRENT"});
+    }
+    static constexpr bool toggleRate(std::string_view cell, DspComponent component)
+    {
+        return dspNamed(cell, {kDspKeys(component), "TR"});
+    }
+    constexpr bool aggregatedRate(std::string_view cell, int mode) const
+    {
+        return dspNamed(cell, {family, modeRows[static_cast<std::size_t>(mode)].key, "AGGREGATED_TR"});
+    }
+    template <DspComponent component>
+    constexpr bool rate(std::string_view cell, int mode) const
+    {
+        return dspNamed(cell, {family, modeRows[static_cast<std::size_t>(mode)].key, kDspKeys(component), "TR"});
+    }
+};
+
 } // namespace zelm
 
 /// What the arithmetic models of the DSP slice share. Each component has a measured current per megahertz, an off

@@ -15,13 +15,14 @@ using Params = ZelmOrvaneCleClkParams;
 struct Load {
     Params::IntEnum slices;
     Params::FloatEnum capFreq;
+    Params::FloatEnum power;
 };
 
-constexpr Load kModulation{Params::NUM_CLOCKED_SLICES, Params::MODULATION_CAP_FREQ};
-constexpr Load kRegisters{Params::NUM_FF_SLICES, Params::FF_CLK_CAP_FREQ};
-constexpr Load kInputMultiplexers{Params::NUM_IMUX_SLICES, Params::IMUX_CLK_CAP_FREQ};
-constexpr Load kLutMemories{Params::NUM_LUTRAM_SLICES, Params::LUTRAM_CLK_CAP_FREQ};
-constexpr Load kShiftRegisters{Params::NUM_SRL_SLICES, Params::SRL_CLK_CAP_FREQ};
+constexpr Load kModulation{Params::NUM_CLOCKED_SLICES, Params::MODULATION_CAP_FREQ, Params::MODULATION_POWER};
+constexpr Load kRegisters{Params::NUM_FF_SLICES, Params::FF_CLK_CAP_FREQ, Params::FF_CLK_POWER};
+constexpr Load kInputMultiplexers{Params::NUM_IMUX_SLICES, Params::IMUX_CLK_CAP_FREQ, Params::IMUX_CLK_POWER};
+constexpr Load kLutMemories{Params::NUM_LUTRAM_SLICES, Params::LUTRAM_CLK_CAP_FREQ, Params::LUTRAM_CLK_POWER};
+constexpr Load kShiftRegisters{Params::NUM_SRL_SLICES, Params::SRL_CLK_CAP_FREQ, Params::SRL_CLK_POWER};
 
 } // namespace
 

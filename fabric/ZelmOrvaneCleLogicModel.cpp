@@ -23,12 +23,14 @@ struct Pin {
     CapacitanceTable table;
     Params::FloatEnum rate;
     Params::FloatEnum frequency;
+    Params::FloatEnum pinComponent;
     Params::StringEnum keyCell = Params::LastString; // names the key, if any
 };
 
 // A pin that switches the internal nodes behind itself and behind all later pins, up to A5's.
 struct AddressPin : Pin {
     std::size_t firstNode; // in kInternalNodes
+    Params::FloatEnum internalComponent;
 };
 
 constexpr std::array<Key, 5> kInternalNodes{"A1INT", "A2INT", "A3INT", "A4INT", "A5INT"};
@@ -36,21 +38,21 @@ constexpr std::array<Key, 5> kInternalNodes{"A1INT", "A2INT", "A3INT", "A4INT", 
 // clang-format off
 using enum CapacitanceTable;
 constexpr AddressPin
-    kA1 {{"A1", lut, Params::A1_SIG_RATE, Params::A1_FREQ}, 0},
-    kA2 {{"A2", lut, Params::A2_SIG_RATE, Params::A2_FREQ}, 1},
-    kA3 {{"A3", lut, Params::A3_SIG_RATE, Params::A3_FREQ}, 2},
-    kA4 {{"A4", lut, Params::A4_SIG_RATE, Params::A4_FREQ}, 3},
-    kA5 {{"",   lut, Params::A5_SIG_RATE, Params::A5_FREQ, Params::A5_PIN_TYPE}, 4};
+    kA1 {{"A1", lut, Params::A1_SIG_RATE, Params::A1_FREQ, Params::A1_PIN_COMPONENT}, 0, Params::A1_INT_COMPONENT},
+    kA2 {{"A2", lut, Params::A2_SIG_RATE, Params::A2_FREQ, Params::A2_PIN_COMPONENT}, 1, Params::A2_INT_COMPONENT},
+    kA3 {{"A3", lut, Params::A3_SIG_RATE, Params::A3_FREQ, Params::A3_PIN_COMPONENT}, 2, Params::A3_INT_COMPONENT},
+    kA4 {{"A4", lut, Params::A4_SIG_RATE, Params::A4_FREQ, Params::A4_PIN_COMPONENT}, 3, Params::A4_INT_COMPONENT},
+    kA5 {{"",   lut, Params::A5_SIG_RATE, Params::A5_FREQ, Params::A5_PIN_COMPONENT, Params::A5_PIN_TYPE}, 4, Params::A5_INT_COMPONENT};
 
 constexpr Pin
-    kA6    {"A6",    lut,       Params::A6_SIG_RATE,    Params::A6_FREQ},
-    kByp   {"BYP",   misc,      Params::BYP_SIG_RATE,   Params::BYP_FREQ},
-    kCoutb {"COUTB", lookahead, Params::COUTB_SIG_RATE, Params::COUTB_FREQ},
-    kCoutd {"COUTD", lookahead, Params::COUTD_SIG_RATE, Params::COUTD_FREQ},
-    kCoutf {"COUTF", lookahead, Params::COUTF_SIG_RATE, Params::COUTF_FREQ},
-    kCouth {"COUTH", lookahead, Params::COUTH_SIG_RATE, Params::COUTH_FREQ},
-    kOfmux {"OFMUX", misc,      Params::OFMUX_SIG_RATE, Params::OFMUX_FREQ},
-    kOp    {"OP",    lut,       Params::OP_SIG_RATE,    Params::OP_FREQ};
+    kA6    {"A6",    lut,       Params::A6_SIG_RATE,    Params::A6_FREQ, Params::A6_PIN_COMPONENT},
+    kByp   {"BYP",   misc,      Params::BYP_SIG_RATE,   Params::BYP_FREQ, Params::BYP_PIN_COMPONENT},
+    kCoutb {"COUTB", lookahead, Params::COUTB_SIG_RATE, Params::COUTB_FREQ, Params::COUTB_PIN_COMPONENT},
+    kCoutd {"COUTD", lookahead, Params::COUTD_SIG_RATE, Params::COUTD_FREQ, Params::COUTD_PIN_COMPONENT},
+    kCoutf {"COUTF", lookahead, Params::COUTF_SIG_RATE, Params::COUTF_FREQ, Params::COUTF_PIN_COMPONENT},
+    kCouth {"COUTH", lookahead, Params::COUTH_SIG_RATE, Params::COUTH_FREQ, Params::COUTH_PIN_COMPONENT},
+    kOfmux {"OFMUX", misc,      Params::OFMUX_SIG_RATE, Params::OFMUX_FREQ, Params::OFMUX_PIN_COMPONENT},
+    kOp    {"OP",    lut,       Params::OP_SIG_RATE,    Params::OP_FREQ, Params::OP_PIN_COMPONENT};
 // clang-format on
 
 } // namespace

@@ -20,32 +20,34 @@ struct Segment {
     Key key; // in CURRENT
     Params::IntEnum count;
     const Rail& rail;
+    Params::FloatEnum segmentCurrent;
 };
 
 // A leaf node; the more loads share it, the less each is charged.
 struct Leaf {
     Params::IntEnum count;
     double divisor; // microamperes per milliampere x sharing loads
+    Params::FloatEnum leafCurrent;
 };
 
 constexpr Rail kVccint{"VCCINT", Params::VCCINT};
 constexpr Rail kVccram{"VCCRAM", Params::VCCRAM};
 
-constexpr Segment kHd{"HD", Params::HD_COUNT, kVccram};
-constexpr Segment kHdHsr{"HD_HSR", Params::HD_HSR_COUNT, kVccram};
-constexpr Segment kHdLoc{"HD_LOC", Params::HD_LOC_COUNT, kVccint};
-constexpr Segment kHr{"HR", Params::HR_COUNT, kVccram};
-constexpr Segment kVd{"VD", Params::VD_COUNT, kVccram};
-constexpr Segment kVdL1{"VD_L1", Params::VD_L1_COUNT, kVccram};
-constexpr Segment kVdL2{"VD_L2", Params::VD_L2_COUNT, kVccram};
-constexpr Segment kVdSsit{"VD_SSIT", Params::VD_SSIT_COUNT, kVccram};
-constexpr Segment kVr{"VR", Params::VR_COUNT, kVccram};
-constexpr Segment kVrSsit{"VR_SSIT", Params::VR_SSIT_COUNT, kVccram};
+constexpr Segment kHd{"HD", Params::HD_COUNT, kVccram, Params::HD_CUR};
+constexpr Segment kHdHsr{"HD_HSR", Params::HD_HSR_COUNT, kVccram, Params::HD_HSR_CUR};
+constexpr Segment kHdLoc{"HD_LOC", Params::HD_LOC_COUNT, kVccint, Params::HD_LOC_CUR};
+constexpr Segment kHr{"HR", Params::HR_COUNT, kVccram, Params::HR_CUR};
+constexpr Segment kVd{"VD", Params::VD_COUNT, kVccram, Params::VD_CUR};
+constexpr Segment kVdL1{"VD_L1", Params::VD_L1_COUNT, kVccram, Params::VD_L1_CUR};
+constexpr Segment kVdL2{"VD_L2", Params::VD_L2_COUNT, kVccram, Params::VD_L2_CUR};
+constexpr Segment kVdSsit{"VD_SSIT", Params::VD_SSIT_COUNT, kVccram, Params::VD_SSIT_CUR};
+constexpr Segment kVr{"VR", Params::VR_COUNT, kVccram, Params::VR_CUR};
+constexpr Segment kVrSsit{"VR_SSIT", Params::VR_SSIT_COUNT, kVccram, Params::VR_SSIT_CUR};
 
-constexpr Leaf kLeaf1{Params::LEAF_1_COUNT, 1000.0};
-constexpr Leaf kLeaf2{Params::LEAF_2_COUNT, 2000.0};
-constexpr Leaf kLeaf4{Params::LEAF_4_COUNT, 4000.0};
-constexpr Leaf kLeaf8{Params::LEAF_8_COUNT, 8000.0};
+constexpr Leaf kLeaf1{Params::LEAF_1_COUNT, 1000.0, Params::LEAF_1_CUR};
+constexpr Leaf kLeaf2{Params::LEAF_2_COUNT, 2000.0, Params::LEAF_2_CUR};
+constexpr Leaf kLeaf4{Params::LEAF_4_COUNT, 4000.0, Params::LEAF_4_CUR};
+constexpr Leaf kLeaf8{Params::LEAF_8_COUNT, 8000.0, Params::LEAF_8_CUR};
 
 } // namespace
 

@@ -7,6 +7,7 @@
 #define ZELM_MODEL ZelmOrvaneClockModel
 #define ZELM_CELL_ROWS "fabric/ZelmOrvaneClockCells.def"
 #define ZELM_TABLE_ROWS "fabric/ZelmOrvaneClockTables.def"
+#define ZELM_FAMILY_HOLDS(cell, member, metric) true // a member is the value itself
 
 struct ZelmOrvaneClockModel::Sheet : zelm::Sheet<ZelmOrvaneClockModel> {
 #include "framework/ZelmAccessors.inc"

@@ -89,6 +89,11 @@ public:
     static void getStringIntermediateCalculationNames(std::vector<std::string>& names);
 
 private:
+    /// The names of all cells of that enum, read when they are first asked for.
+    static const std::vector<std::string>& namesOf(IntEnum);
+    static const std::vector<std::string>& namesOf(FloatEnum);
+    static const std::vector<std::string>& namesOf(StringEnum);
+
     void resetBetween(IntEnum first, IntEnum last);
     void resetBetween(FloatEnum first, FloatEnum last);
     void resetBetween(StringEnum first, StringEnum last);

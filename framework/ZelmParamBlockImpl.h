@@ -1,73 +1,13 @@
 #pragma once
 
-// The bodies of ZelmParamBlock, for the one source file that instantiates it for a block.
+// The bodies of ZelmParamBlock, for the one source file that instantiates it for a block. What doesn't depend on the
+// block stands in ZelmCellNames.cpp.
 
+#include "framework/ZelmCellNames.h"
 #include "framework/ZelmParamBlock.h"
-#include "framework/ZelmReflection.h"
 
 #include <algorithm>
 #include <mutex>
-
-namespace zelm::detail {
-
-// Calls add for each name of an enum's source text but the last, which is no cell.
-template <class Add>
-void forEachCellName(std::string enumSource, Add add)
-{
-    std::erase(enumSource, ' ');
-    std::string_view rest = enumSource;
-    for (std::size_t comma = rest.find(','); comma != std::string_view::npos; comma = rest.find(',')) {
-        add(std::string(rest.substr(0, comma)));
-        rest.remove_prefix(comma + 1);
-    }
-}
-
-// Each enum's tables are filled once, under the language's guard of local statics.
-template <class Block>
-std::vector<std::string> cellNames(std::string_view enumSource)
-{
-    std::vector<std::string> table;
-    Block::populateE2S(table, std::string(enumSource));
-    return table;
-}
-
-template <class Block>
-std::unordered_map<std::string, unsigned int> cellOrdinals(std::string_view enumSource)
-{
-    std::unordered_map<std::string, unsigned int> table;
-    Block::populateS2E(table, std::string(enumSource));
-    return table;
-}
-
-template <class Enum>
-std::string nameOf(const std::vector<std::string>& names, Enum cell)
-{
-    const auto ordinal = static_cast<unsigned int>(cell);
-    return ordinal < names.size() ? names[ordinal] : "StringError";
-}
-
-template <class Enum>
-Enum cellOf(const std::unordered_map<std::string, unsigned int>& ordinals, const std::string& name, Enum last)
-{
-    const auto found = ordinals.find(name);
-    return found == ordinals.end() ? last : static_cast<Enum>(found->second);
-}
-
-template <class Enum, class Visit>
-void forEachBetween(Enum first, Enum last, Visit visit)
-{
-    for (int ordinal = first + 1; ordinal < last; ++ordinal)
-        visit(static_cast<Enum>(ordinal));
-}
-
-template <class Block, class Enum>
-void listNames(std::vector<std::string>& names, Enum first, Enum last)
-{
-    names.clear();
-    forEachBetween(first, last, [&](Enum cell) { names.push_back(Block::enum_to_string(cell)); });
-}
-
-} // namespace zelm::detail
 
 template <class Cells>
 std::string ZelmParamBlock<Cells>::className() const
@@ -78,21 +18,20 @@ std::string ZelmParamBlock<Cells>::className() const
 template <class Cells>
 std::string ZelmParamBlock<Cells>::reflect() const
 {
-    zelm::Reflection out;
-    const auto write = [&](auto first, auto last) {
-        zelm::detail::forEachBetween(first, last,
-                                     [&](auto cell) { out.value(0, enum_to_string(cell), (*this)[cell]); });
-    };
-    write(Cells::FirstUIInt, Cells::LastUIInt);
-    write(Cells::FirstUIFloat, Cells::LastUIFloat);
-    write(Cells::FirstUIString, Cells::LastUIString);
-    write(Cells::FirstICInt, Cells::LastICInt);
-    write(Cells::FirstICFloat, Cells::LastICFloat);
-    write(Cells::FirstICString, Cells::LastICString);
-    write(Cells::FirstMOInt, Cells::LastMOInt);
-    write(Cells::FirstMOFloat, Cells::LastMOFloat);
-    write(Cells::FirstMOString, Cells::LastMOString);
-    return out.text();
+    const auto& ints = namesOf(Cells::LastInt);
+    const auto& floats = namesOf(Cells::LastFloat);
+    const auto& strings = namesOf(Cells::LastString);
+    std::string text;
+    zelm::CellNames::reflect(text, ints, m_ints, Cells::FirstUIInt, Cells::LastUIInt);
+    zelm::CellNames::reflect(text, floats, m_floats, Cells::FirstUIFloat, Cells::LastUIFloat);
+    zelm::CellNames::reflect(text, strings, m_strings, Cells::FirstUIString, Cells::LastUIString);
+    zelm::CellNames::reflect(text, ints, m_ints, Cells::FirstICInt, Cells::LastICInt);
+    zelm::CellNames::reflect(text, floats, m_floats, Cells::FirstICFloat, Cells::LastICFloat);
+    zelm::CellNames::reflect(text, strings, m_strings, Cells::FirstICString, Cells::LastICString);
+    zelm::CellNames::reflect(text, ints, m_ints, Cells::FirstMOInt, Cells::LastMOInt);
+    zelm::CellNames::reflect(text, floats, m_floats, Cells::FirstMOFloat, Cells::LastMOFloat);
+    zelm::CellNames::reflect(text, strings, m_strings, Cells::FirstMOString, Cells::LastMOString);
+    return text;
 }
 
 template <class Cells>
@@ -150,64 +89,74 @@ template <class Cells>
 void ZelmParamBlock<Cells>::populateE2S(std::vector<std::string>& table, std::string enumSource)
 {
     static std::mutex mutex;
-    const std::scoped_lock lock(mutex);
-    if (!table.empty())
-        return;
-    zelm::detail::forEachCellName(std::move(enumSource), [&](std::string name) { table.push_back(std::move(name)); });
-    table.shrink_to_fit();
+    zelm::CellNames::fill(table, std::move(enumSource), mutex);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::populateS2E(std::unordered_map<std::string, unsigned int>& table, std::string enumSource)
 {
     static std::mutex mutex;
-    const std::scoped_lock lock(mutex);
-    if (!table.empty())
-        return;
-    unsigned int ordinal = 0;
-    zelm::detail::forEachCellName(std::move(enumSource), [&](std::string name) { table[std::move(name)] = ordinal++; });
+    zelm::CellNames::fill(table, std::move(enumSource), mutex);
+}
+
+template <class Cells>
+const std::vector<std::string>& ZelmParamBlock<Cells>::namesOf(IntEnum)
+{
+    static const auto names = zelm::CellNames::filled(populateE2S, Cells::intEnumSource);
+    return names;
+}
+
+template <class Cells>
+const std::vector<std::string>& ZelmParamBlock<Cells>::namesOf(FloatEnum)
+{
+    static const auto names = zelm::CellNames::filled(populateE2S, Cells::floatEnumSource);
+    return names;
+}
+
+template <class Cells>
+const std::vector<std::string>& ZelmParamBlock<Cells>::namesOf(StringEnum)
+{
+    static const auto names = zelm::CellNames::filled(populateE2S, Cells::stringEnumSource);
+    return names;
 }
 
 template <class Cells>
 std::string ZelmParamBlock<Cells>::enum_to_string(IntEnum cell)
 {
-    static const auto names = zelm::detail::cellNames<ZelmParamBlock>(Cells::intEnumSource);
-    return zelm::detail::nameOf(names, cell);
+    return zelm::CellNames::nameOf(namesOf(cell), static_cast<unsigned int>(cell));
 }
 
 template <class Cells>
 std::string ZelmParamBlock<Cells>::enum_to_string(FloatEnum cell)
 {
-    static const auto names = zelm::detail::cellNames<ZelmParamBlock>(Cells::floatEnumSource);
-    return zelm::detail::nameOf(names, cell);
+    return zelm::CellNames::nameOf(namesOf(cell), static_cast<unsigned int>(cell));
 }
 
 template <class Cells>
 std::string ZelmParamBlock<Cells>::enum_to_string(StringEnum cell)
 {
-    static const auto names = zelm::detail::cellNames<ZelmParamBlock>(Cells::stringEnumSource);
-    return zelm::detail::nameOf(names, cell);
+    return zelm::CellNames::nameOf(namesOf(cell), static_cast<unsigned int>(cell));
 }
 
 template <class Cells>
 auto ZelmParamBlock<Cells>::string_to_int_enum(const std::string& name) -> IntEnum
 {
-    static const auto ordinals = zelm::detail::cellOrdinals<ZelmParamBlock>(Cells::intEnumSource);
-    return zelm::detail::cellOf(ordinals, name, Cells::LastInt);
+    static const auto ordinals = zelm::CellNames::filled(populateS2E, Cells::intEnumSource);
+    return static_cast<IntEnum>(zelm::CellNames::ordinalOf(ordinals, name, Cells::LastInt));
 }
 
 template <class Cells>
 auto ZelmParamBlock<Cells>::string_to_float_enum(const std::string& name) -> FloatEnum
 {
-    static const auto ordinals = zelm::detail::cellOrdinals<ZelmParamBlock>(Cells::floatEnumSource);
-    return zelm::detail::cellOf(ordinals, name, Cells::LastFloat);
+    static const auto ordinals = zelm::CellNames::filled(populateS2E, Cells::floatEnumSource);
+    return static_cast<FloatEnum>(zelm::CellNames::ordinalOf(ordinals, name, Cells::LastFloat));
 }
 
 template <class Cells>
 auto ZelmParamBlock<Cells>::string_to_string_enum(const std::string& name) -> StringEnum
 {
-    static const auto ordinals = zelm::detail::cellOrdinals<ZelmParamBlock>(Cells::stringEnumSource);
-    return zelm::detail::cellOf(ordinals, name, Cells::LastString);
+    static const auto ordinals = zelm::CellNames::filled(populateS2E, Cells::stringEnumSource);
+    return static_cast<StringEnum>(zelm::CellNames::ordinalOf(ordinals, name, Cells::LastString));
 }
 
 template <class Cells>
@@ -228,53 +177,53 @@ unsigned int ZelmParamBlock<Cells>::string_to_enum(const std::string& name)
 template <class Cells>
 void ZelmParamBlock<Cells>::getIntUserInputNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstUIInt, Cells::LastUIInt);
+    zelm::CellNames::list(names, namesOf(Cells::LastInt), Cells::FirstUIInt, Cells::LastUIInt);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getIntModelOutputNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstMOInt, Cells::LastMOInt);
+    zelm::CellNames::list(names, namesOf(Cells::LastInt), Cells::FirstMOInt, Cells::LastMOInt);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getIntIntermediateCalculationNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstICInt, Cells::LastICInt);
+    zelm::CellNames::list(names, namesOf(Cells::LastInt), Cells::FirstICInt, Cells::LastICInt);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getFloatUserInputNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstUIFloat, Cells::LastUIFloat);
+    zelm::CellNames::list(names, namesOf(Cells::LastFloat), Cells::FirstUIFloat, Cells::LastUIFloat);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getFloatModelOutputNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstMOFloat, Cells::LastMOFloat);
+    zelm::CellNames::list(names, namesOf(Cells::LastFloat), Cells::FirstMOFloat, Cells::LastMOFloat);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getFloatIntermediateCalculationNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstICFloat, Cells::LastICFloat);
+    zelm::CellNames::list(names, namesOf(Cells::LastFloat), Cells::FirstICFloat, Cells::LastICFloat);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getStringUserInputNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstUIString, Cells::LastUIString);
+    zelm::CellNames::list(names, namesOf(Cells::LastString), Cells::FirstUIString, Cells::LastUIString);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getStringModelOutputNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstMOString, Cells::LastMOString);
+    zelm::CellNames::list(names, namesOf(Cells::LastString), Cells::FirstMOString, Cells::LastMOString);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::getStringIntermediateCalculationNames(std::vector<std::string>& names)
 {
-    zelm::detail::listNames<ZelmParamBlock>(names, Cells::FirstICString, Cells::LastICString);
+    zelm::CellNames::list(names, namesOf(Cells::LastString), Cells::FirstICString, Cells::LastICString);
 }

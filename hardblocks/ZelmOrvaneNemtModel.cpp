@@ -9,19 +9,21 @@
 
 namespace {
 
+using Params = ZelmOrvaneNemtParams;
 using zelm::Key;
 
 // What the cores compute: the kernel's name, and what a core then draws.
 struct Kernel {
     std::string_view type;
     Key coreItem;
+    Params::FloatEnum tilePower;
 };
 
-constexpr Kernel kInt16{"Int16", "NEMT_INT_CORE_POWER_16BIT"};
-constexpr Kernel kInt8{"Int8", "NEMT_INT_CORE_POWER_8BIT"};
-constexpr Kernel kFloating{"Floating", "NEMT_FP_CORE_POWER"};
+constexpr Kernel kInt16{"Int16", "NEMT_INT_CORE_POWER_16BIT", Params::NEMT_TILE_16_BIT};
+constexpr Kernel kInt8{"Int8", "NEMT_INT_CORE_POWER_8BIT", Params::NEMT_TILE_8_BIT};
+constexpr Kernel kFloating{"Floating", "NEMT_FP_CORE_POWER", Params::NEMT_TILE_FLOAT};
 // Kept: complex kernels draw what 16-bit kernels draw.
-constexpr Kernel kComplex{"Complex", "NEMT_INT_CORE_POWER_16BIT"};
+constexpr Kernel kComplex{"Complex", "NEMT_INT_CORE_POWER_16BIT", Params::NEMT_TILE_CPLX_BIT};
 
 } // namespace
 

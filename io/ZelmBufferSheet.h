@@ -47,8 +47,15 @@ consteval const auto& row(const Standards& standards, std::string_view name)
 
 /// A power cell: what it takes from the selected standard's cells, and what it is multiplied by; nothing counts as 1.
 template <class Standard, class Cell>
-struct SelectedPower {
-    Cell power;
+struct SelectedInput {
+    Cell inputPower;
+    typename Standard::Metric metric;
+    std::optional<Cell> multiplier{};
+};
+
+template <class Standard, class Cell>
+struct SelectedOutput {
+    Cell outputPower;
     typename Standard::Metric metric;
     std::optional<Cell> multiplier{};
 };
@@ -138,7 +145,7 @@ struct ZelmBufferSheet : zelm::Sheet<Model> {
     }
 
     template <class Standard>
-    float inputPower(const zelm::io::SelectedPower<Standard, FloatCell>& power) const
+    float inputPower(const zelm::io::SelectedInput<Standard, FloatCell>& power) const
     {
         const float current = selected(self().kInputs, self().InputIoStandard(), power.metric);
         const float inputs = self().NumInputs();
@@ -147,7 +154,7 @@ struct ZelmBufferSheet : zelm::Sheet<Model> {
     }
 
     template <class Standard>
-    float outputPower(const zelm::io::SelectedPower<Standard, FloatCell>& power) const
+    float outputPower(const zelm::io::SelectedOutput<Standard, FloatCell>& power) const
     {
         const float current = selected(self().kOutputs, self().OutputIoStandard(), power.metric);
         const float multiplier = power.multiplier ? value(*power.multiplier) : 1.0f;

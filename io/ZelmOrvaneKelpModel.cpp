@@ -41,9 +41,6 @@ constexpr Slice kTxDelta  {Params::TX_DP_DELTA_PER_BS_CURRENT,  "TX_DP_DELTA_PER
 constexpr Slice kTxTri    {Params::TX_BITSLICE_TRI_CURRENT,     "TX_BITSLICE_TRI_DATA"};
 // clang-format on
 
-#define IC_FLOAT_FAMILY(cell, function, unit, meaning, member, metric) static_assert(member.current == Params::cell);
-#include ZELM_CELL_ROWS
-
 } // namespace
 
 struct ZelmOrvaneKelpModel::Sheet : zelm::Sheet<ZelmOrvaneKelpModel> {
@@ -61,7 +58,7 @@ struct ZelmOrvaneKelpModel::Sheet : zelm::Sheet<ZelmOrvaneKelpModel> {
         PowerScaling();
     }
 
-    float tabulated(const Slice& slice) const
+    float current(const Slice& slice) const
     {
         return findBitsliceData(slice.key);
     }

@@ -79,8 +79,8 @@ struct ZelmOrvaneNaltModel::Sheet : ZelmBufferSheet<ZelmOrvaneNaltModel> {
 
     using Input = InputOf<Sheet>;
     using Output = OutputOf<Sheet>;
-    using InputPower = zelm::io::SelectedPower<Input, FloatCell>;
-    using OutputPower = zelm::io::SelectedPower<Output, FloatCell>;
+    using InputPower = zelm::io::SelectedInput<Input, FloatCell>;
+    using OutputPower = zelm::io::SelectedOutput<Output, FloatCell>;
 
     void pullOutputs() const
     {
@@ -501,16 +501,6 @@ struct ZelmOrvaneNaltModel::Sheet : ZelmBufferSheet<ZelmOrvaneNaltModel> {
         return zelm::io::row(kOutputs, key);
     }
     // clang-format on
-
-    struct RowsHaveTheCellsOfTheirNames;
-};
-
-struct ZelmOrvaneNaltModel::Sheet::RowsHaveTheCellsOfTheirNames {
-#define MO_FLOAT_FAMILY(cell, function, unit, goes, meaning, member, metric)                                           \
-    static_assert(member.power == Params::cell);
-#define IC_FLOAT_FAMILY(cell, function, unit, meaning, member, metric)                                                 \
-    static_assert(member.cellOf(member.metric) == Params::cell);
-#include ZELM_CELL_ROWS
 };
 
 #include "framework/ZelmModelBodies.inc"

@@ -137,6 +137,19 @@ constexpr Configuration kConfigurations[] = {
     {"BLKM36SDP_ECC_DECODE_ONLY", Params::BLKM36SDP_ECC_DECODE_ONLY_A_VCCINT_PWR},
 };
 
+// A port on a rail in one of the modes. A misspelt mode doesn't compile.
+struct PortInMode {
+    const PortOnRail& portOnRail;
+    Params::FloatEnum power;
+};
+consteval PortInMode portIn(std::string_view mode, const PortOnRail& portOnRail, PowerCell cell)
+{
+    const Configuration* configuration = kConfigurations;
+    while (configuration->mode != mode)
+        ++configuration;
+    return {portOnRail, zelm::cellBehind(configuration->firstPower, cell)};
+}
+
 } // namespace
 
 struct ZelmOrvaneBramModel::Sheet : zelm::Sheet<ZelmOrvaneBramModel> {
@@ -220,7 +233,7 @@ struct ZelmOrvaneBramModel::Sheet : zelm::Sheet<ZelmOrvaneBramModel> {
             return widthB == 72 && widthA < 37 ? blkm36Sdp3672 : noKey;
         }
         for (const KeyIndex key : {blkm18, blkm36, blkm36SdpEcc, blkm36SdpEccEncodeOnly, blkm36SdpEccDecodeOnly}) {
-            if (mode == kKeys[key])
+            if (mode == kKeys[key].text())
                 return key;
         }
         return noKey;
@@ -327,6 +340,12 @@ struct ZelmOrvaneBramModel::Sheet : zelm::Sheet<ZelmOrvaneBramModel> {
     }
 
     // ---- Power per port: one formula for all configurations ----
+
+    float power(const PortInMode& portInMode) const
+    {
+        const PortOnRail& portOnRail = portInMode.portOnRail;
+        return portOnRail.rail == Rail::vccint ? vccintPower(portOnRail) : vccramPower(portOnRail);
+    }
 
     float vccintPower(const PortOnRail& portOnRail) const
     {

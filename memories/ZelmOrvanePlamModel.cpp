@@ -15,6 +15,10 @@ struct Port {
     Params::FloatEnum writeEnable;
     Params::IntEnum matrixSize;
     Params::FloatEnum regCasUsed;
+    Params::FloatEnum readRate;
+    Params::FloatEnum writeRate;
+    Params::FloatEnum readClockCurrent;
+    Params::FloatEnum writeClockCurrent;
 };
 
 constexpr Port kPortA{
@@ -22,12 +26,20 @@ constexpr Port kPortA{
     .writeEnable = Params::WRITE_ENABLE_A,
     .matrixSize = Params::MATRIX_SIZE_A,
     .regCasUsed = Params::REG_CAS_USED_A,
+    .readRate = Params::READ_RATE_A,
+    .writeRate = Params::WRITE_RATE_A,
+    .readClockCurrent = Params::PRD1_CLK_VCCINT_A,
+    .writeClockCurrent = Params::PWR1_CLK_VCCINT_A,
 };
 constexpr Port kPortB{
     .enableRate = Params::ENABLE_RATE_B,
     .writeEnable = Params::WRITE_ENABLE_B,
     .matrixSize = Params::MATRIX_SIZE_B,
     .regCasUsed = Params::REG_CAS_USED_B,
+    .readRate = Params::READ_RATE_B,
+    .writeRate = Params::WRITE_RATE_B,
+    .readClockCurrent = Params::PRD1_CLK_VCCINT_B,
+    .writeClockCurrent = Params::PWR1_CLK_VCCINT_B,
 };
 
 } // namespace

@@ -16,7 +16,7 @@ using zelm::Key;
 // An interface to the memory with all that sets it apart.
 struct Interface {
     Params::FloatEnum frequency;
-    Params::IntEnum width; // of a fabric interface
+    Params::IntEnum width; // of a fabric interface, the other's is fixed
     Params::IntEnum banks;
     Params::IntEnum usageModes;
     Params::IntEnum bandwidth;
@@ -26,6 +26,7 @@ struct Interface {
     Params::FloatEnum writeEfficiency;
     Params::FloatEnum dynamicPower;
     Params::FloatEnum staticPower;
+    Params::FloatEnum totalPower;
 };
 
 constexpr Interface kFabric1{.frequency = Params::PL_INTERFACE_1_INTF_FREQ,
@@ -38,7 +39,8 @@ constexpr Interface kFabric1{.frequency = Params::PL_INTERFACE_1_INTF_FREQ,
                              .readEfficiency = Params::PL_INTERFACE_1_READ_EFFICIENCY,
                              .writeEfficiency = Params::PL_INTERFACE_1_WRITE_EFFICIENCY,
                              .dynamicPower = Params::PL_INTERFACE_1_DYNAMIC_POWER,
-                             .staticPower = Params::PL_INTERFACE_1_STATIC_POWER};
+                             .staticPower = Params::PL_INTERFACE_1_STATIC_POWER,
+                             .totalPower = Params::PL_INTERFACE_1_TOTAL_POWER};
 constexpr Interface kFabric2{.frequency = Params::PL_INTERFACE_2_INTF_FREQ,
                              .width = Params::PL_INTERFACE_2_INTF_WIDTH,
                              .banks = Params::PL_INTERFACE_2_NO_OF_MEM_BANKS,
@@ -49,7 +51,8 @@ constexpr Interface kFabric2{.frequency = Params::PL_INTERFACE_2_INTF_FREQ,
                              .readEfficiency = Params::PL_INTERFACE_2_READ_EFFICIENCY,
                              .writeEfficiency = Params::PL_INTERFACE_2_WRITE_EFFICIENCY,
                              .dynamicPower = Params::PL_INTERFACE_2_DYNAMIC_POWER,
-                             .staticPower = Params::PL_INTERFACE_2_STATIC_POWER};
+                             .staticPower = Params::PL_INTERFACE_2_STATIC_POWER,
+                             .totalPower = Params::PL_INTERFACE_2_TOTAL_POWER};
 constexpr Interface kFabric3{.frequency = Params::PL_INTERFACE_3_INTF_FREQ,
                              .width = Params::PL_INTERFACE_3_INTF_WIDTH,
                              .banks = Params::PL_INTERFACE_3_NO_OF_MEM_BANKS,
@@ -60,7 +63,8 @@ constexpr Interface kFabric3{.frequency = Params::PL_INTERFACE_3_INTF_FREQ,
                              .readEfficiency = Params::PL_INTERFACE_3_READ_EFFICIENCY,
                              .writeEfficiency = Params::PL_INTERFACE_3_WRITE_EFFICIENCY,
                              .dynamicPower = Params::PL_INTERFACE_3_DYNAMIC_POWER,
-                             .staticPower = Params::PL_INTERFACE_3_STATIC_POWER};
+                             .staticPower = Params::PL_INTERFACE_3_STATIC_POWER,
+                             .totalPower = Params::PL_INTERFACE_3_TOTAL_POWER};
 // The static power of this interface is taken from the controller's item, not the memory's.
 constexpr Interface kProcessing{.frequency = Params::MEM_FREQ,
                                 .width = Params::LastInt,
@@ -72,7 +76,8 @@ constexpr Interface kProcessing{.frequency = Params::MEM_FREQ,
                                 .readEfficiency = Params::PS_INTERFACE_READ_EFFICIENCY,
                                 .writeEfficiency = Params::PS_INTERFACE_WRITE_EFFICIENCY,
                                 .dynamicPower = Params::PS_INTERFACE_DYNAMIC_POWER,
-                                .staticPower = Params::PS_INTERFACE_STATIC_POWER};
+                                .staticPower = Params::PS_INTERFACE_STATIC_POWER,
+                                .totalPower = Params::PS_INTERFACE_TOTAL_POWER};
 
 } // namespace
 
@@ -141,17 +146,13 @@ struct ZelmOrvaneGorbModel::Sheet : zelm::Sheet<ZelmOrvaneGorbModel> {
         return dynamicPart + staticPart;
     }
 
-    float fabricMaxBandwidth(const Interface& interface) const
+    float maxBandwidth(const Interface& interface) const
     {
+        if (interface.width == Params::LastInt)
+            return value(interface.frequency) * 256.0f * 0.125f;
         const float width = static_cast<float>(value(interface.width));
         const float frequency = value(interface.frequency);
         return (width * frequency + width * frequency) * 0.125f; // both directions, in bytes
-    }
-
-    float processingMaxBandwidth(const Interface& interface) const
-    {
-        const float frequency = value(interface.frequency);
-        return frequency * 256.0f * 0.125f;
     }
 
     // Each direction has half of the user's bandwidth.
@@ -160,6 +161,16 @@ struct ZelmOrvaneGorbModel::Sheet : zelm::Sheet<ZelmOrvaneGorbModel> {
         const float bandwidth = static_cast<float>(zelm::wrapMultiply(value(interface.bandwidth), 2));
         const float maxBandwidth = value(interface.maxBandwidth);
         return maxBandwidth == 0.0f ? 0.0f : 0.5f * (bandwidth / maxBandwidth);
+    }
+
+    float readEfficiency(const Interface& interface) const
+    {
+        return efficiency(interface);
+    }
+
+    float writeEfficiency(const Interface& interface) const
+    {
+        return efficiency(interface);
     }
 
     float staticPower(const Interface& interface) const

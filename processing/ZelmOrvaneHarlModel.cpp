@@ -267,8 +267,6 @@ constexpr Sum kTotal{Params::TOTAL_DYNAMIC_POWER, {Params::HARL_DYNAMIC_POWER, P
 
 struct ZelmOrvaneHarlModel::Sheet : ZelmProcessingSheet<ZelmOrvaneHarlModel> {
 #include "framework/ZelmAccessors.inc"
-#include "framework/ZelmFamilyCells.inc"
-
     void pullOutputs() const
     {
         VccintharlVoltageScaling();

@@ -239,8 +239,6 @@ constexpr Sum kLpdTotal{Params::LPD_TOTAL_DYNAMIC_POWER,
 
 struct ZelmOrvaneYondModel::Sheet : ZelmProcessingSheet<ZelmOrvaneYondModel> {
 #include "framework/ZelmAccessors.inc"
-#include "framework/ZelmFamilyCells.inc"
-
     void pullOutputs() const
     {
         VccpsfpVoltageScaling();

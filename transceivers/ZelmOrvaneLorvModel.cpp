@@ -9,7 +9,6 @@
 
 struct ZelmOrvaneLorvModel::Sheet : ZelmLorvSheet<ZelmOrvaneLorvModel> {
 #include "framework/ZelmAccessors.inc"
-#include "framework/ZelmFamilyCells.inc"
 
     int computeNumLorvquads() const
     {

@@ -9,7 +9,6 @@
 
 struct ZelmOrvaneLorvpModel::Sheet : ZelmLorvSheet<ZelmOrvaneLorvpModel> {
 #include "framework/ZelmAccessors.inc"
-#include "framework/ZelmFamilyCells.inc"
 
     int computeNumDual() const
     {

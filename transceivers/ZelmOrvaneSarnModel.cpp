@@ -21,12 +21,56 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     using Line = zelm::channel::Line;
     using Table = float (Sheet::*)(const Key& item, const Key& column) const;
 
+    // ---- Lines of power, by table ----
+
+    Line txLine(const Key& item) const
+    {
+        return {findChtxData(item, "SLOPE"), findChtxData(item, "OFFSET")};
+    }
+
+    Line clockLine(const Key& item) const
+    {
+        return {findChClkData(item, "SLOPE"), findChClkData(item, "OFFSET")};
+    }
+
+    Line adapterLine(const Key& item) const
+    {
+        return {findPcsData(item, "SLOPE"), findPcsData(item, "OFFSET")};
+    }
+
+    Line lrLine(const Key& item) const
+    {
+        return {findChrxLrData(item, "SLOPE"), findChrxLrData(item, "OFFSET")};
+    }
+
+    Line lrLte30Line(const Key& item) const
+    {
+        return {findChrxLrDataLte30Gbaud(item, "SLOPE"), findChrxLrDataLte30Gbaud(item, "OFFSET")};
+    }
+
+    Line lrGt30Line(const Key& item) const
+    {
+        return {findChrxLrDataGt30Gbaud(item, "SLOPE"), findChrxLrDataGt30Gbaud(item, "OFFSET")};
+    }
+
+    Line vsrLine(const Key& item) const
+    {
+        return {findChrxVsrData(item, "SLOPE"), findChrxVsrData(item, "OFFSET")};
+    }
+
+    Line xsrLine(const Key& item) const
+    {
+        return {findChrxXsrData(item, "SLOPE"), findChrxXsrData(item, "OFFSET")};
+    }
+
+    // ---- What sets reaches and baud rates apart ----
+
     // A reach of the receiver. It is off in the power modes of the other two, so any other text keeps all three.
     struct Reach {
         std::string_view offModes[2];
         Key fixedKey;
         Key referenceKey; // of the converter's reference on the auxiliary rail
-        Table lines;
+        Line (Sheet::*line)(const Key& item) const;
         Params::FloatEnum rxPowerAvcc;
         Params::FloatEnum rxPowerVccaux;
     };
@@ -34,20 +78,20 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     static constexpr Reach kLr{.offModes = {"VSR", "XSR"},
                                .fixedKey = "CHRX_LR",
                                .referenceKey = "CHRX_LR",
-                               .lines = &Sheet::findChrxLrData,
+                               .line = &Sheet::lrLine,
                                .rxPowerAvcc = Params::MSARNAVCC_RX_POWER_LR,
                                .rxPowerVccaux = Params::MSARNAVCCAUX_RX_POWER_LR};
     static constexpr Reach kVsr{.offModes = {"LR", "XSR"},
                                 .fixedKey = "CHRX_VSR",
                                 .referenceKey = "CHRX_VSR",
-                                .lines = &Sheet::findChrxVsrData,
+                                .line = &Sheet::vsrLine,
                                 .rxPowerAvcc = Params::MSARNAVCC_RX_POWER_VSR,
                                 .rxPowerVccaux = Params::MSARNAVCCAUX_RX_POWER_VSR};
     // The reference of this converter is taken from the VSR row.
     static constexpr Reach kXsr{.offModes = {"LR", "VSR"},
                                 .fixedKey = "CHRX_XSR",
                                 .referenceKey = "CHRX_VSR",
-                                .lines = &Sheet::findChrxXsrData,
+                                .line = &Sheet::xsrLine,
                                 .rxPowerAvcc = Params::MSARNAVCC_RX_POWER_XSR,
                                 .rxPowerVccaux = Params::MSARNAVCCAUX_RX_POWER_XSR};
 
@@ -85,20 +129,16 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     struct Processor {
         const Reach& reach;
         BaudRange range;
-        Table lines; // of the filters and their adaptation
+        Line (Sheet::*line)(const Key& item) const; // of the filters and their adaptation
         Params::FloatEnum rxPowerVccintGt;
     };
 
     static constexpr Processor kDspLrLte30{
-        kLr, {kNoLimit, 30.0f}, &Sheet::findChrxLrDataLte30Gbaud, Params::VCCINT_GT_RX_POWER_LR_LTE_30GBAUD};
+        kLr, {kNoLimit, 30.0f}, &Sheet::lrLte30Line, Params::VCCINT_GT_RX_POWER_LR_LTE_30GBAUD};
     static constexpr Processor kDspLrGt30{
-        kLr, {30.0f, kNoLimit}, &Sheet::findChrxLrDataGt30Gbaud, Params::VCCINT_GT_RX_POWER_LR_GT_30GBAUD};
-    static constexpr Processor kDspVsr{
-        kVsr, {kNoLimit, kNoLimit}, &Sheet::findChrxVsrData, Params::VCCINT_GT_RX_POWER_VSR};
-    static constexpr Processor kDspXsr{
-        kXsr, {kNoLimit, kNoLimit}, &Sheet::findChrxXsrData, Params::VCCINT_GT_RX_POWER_XSR};
-
-#include "framework/ZelmFamilyCells.inc"
+        kLr, {30.0f, kNoLimit}, &Sheet::lrGt30Line, Params::VCCINT_GT_RX_POWER_LR_GT_30GBAUD};
+    static constexpr Processor kDspVsr{kVsr, {kNoLimit, kNoLimit}, &Sheet::vsrLine, Params::VCCINT_GT_RX_POWER_VSR};
+    static constexpr Processor kDspXsr{kXsr, {kNoLimit, kNoLimit}, &Sheet::xsrLine, Params::VCCINT_GT_RX_POWER_XSR};
 
     void pullOutputs() const
     {
@@ -121,11 +161,6 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
         PllMsarnvccauxPower();
         CommonMsarnavccPower();
         CommonMsarnavttPower();
-    }
-
-    Line lineOf(Table table, const Key& item) const
-    {
-        return {(this->*table)(item, "SLOPE"), (this->*table)(item, "OFFSET")};
     }
 
     // ---- Supplies ----
@@ -360,8 +395,8 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
         const float regulator = findChrxFixedPowerData("RXREG_AVTT", reach);
         const float filter = (this->*bin.equaliser)("CTLE_HF_MF_AVTT", reach);
         const float gain = (this->*bin.equaliser)("CTLE_AGC_AVTT", reach);
-        const Line clocks = lineOf(bin.reach.lines, "ADC_CLKGEN_AVTT");
-        const Line converter = lineOf(bin.reach.lines, "ADC_SAR_AVTT");
+        const Line clocks = (this->*bin.reach.line)("ADC_CLKGEN_AVTT");
+        const Line converter = (this->*bin.reach.line)("ADC_SAR_AVTT");
         const float scale = ScaleAvttCml();
         const float power = (commonMode + acjtag + offsetDac + reference + regulator + filter + gain +
                              clocks.slope * rate + clocks.offset + converter.slope * rate + converter.offset) *
@@ -373,8 +408,8 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     {
         const bool off = isOff(reach);
         const float processorClock = ChclkOutputFrequency() * 8.0f;
-        const Line converter = lineOf(reach.lines, "ADC_SAR_AVCC");
-        const Line retimer = lineOf(reach.lines, "ADC_RETIMER_AVCC");
+        const Line converter = (this->*reach.line)("ADC_SAR_AVCC");
+        const Line retimer = (this->*reach.line)("ADC_RETIMER_AVCC");
         const float cml = ScaleAvccCml();
         const float cmos = ScaleAvccCmos();
         const float power = converter.at(processorClock) * cml + retimer.at(processorClock) * cmos;
@@ -393,9 +428,9 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     {
         const bool off = isOff(processor.reach, processor.range);
         const float clock = DspClkRate();
-        const Line filters = lineOf(processor.lines, "DSP_VCCINTGT");
-        const Line recovery = lineOf(processor.reach.lines, "CDR_VCCINTGT");
-        const Line adaptation = lineOf(processor.lines, "ADAPT_VCCINTGT");
+        const Line filters = (this->*processor.line)("DSP_VCCINTGT");
+        const Line recovery = (this->*processor.reach.line)("CDR_VCCINTGT");
+        const Line adaptation = (this->*processor.line)("ADAPT_VCCINTGT");
         const float scale = ScaleAvttCml(); // not that of VCCINT_GT, which no formula reads
         const float power = (filters.slope * clock + filters.offset + recovery.slope * clock + recovery.offset +
                              adaptation.slope * clock + adaptation.offset) *
@@ -452,9 +487,9 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
         const bool off = OperationalMode() == "RECEIVER";
         const float scaling = TxMsarnPowerModeScaling();
         const float rate = TxDataRate();
-        const Line serialiser = lineOf(&Sheet::findChtxData, "SER_AVCC");
-        const Line predriver = lineOf(&Sheet::findChtxData, "PREDRV_AVCC");
-        const Line coefficients = lineOf(&Sheet::findChtxData, "COEFF_MUL_AVCC");
+        const Line serialiser = txLine("SER_AVCC");
+        const Line predriver = txLine("PREDRV_AVCC");
+        const Line coefficients = txLine("COEFF_MUL_AVCC");
         const float scale = ScaleAvccCmos();
         const float power = ((serialiser.slope + predriver.slope + coefficients.slope) * scaling * rate +
                              serialiser.offset + coefficients.offset + predriver.offset) *
@@ -467,7 +502,7 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
         const bool off = OperationalMode() == "RECEIVER";
         const float scaling = TxMsarnPowerModeScaling();
         const float rate = TxDataRate();
-        const Line buffer = lineOf(&Sheet::findChtxData, "CLKBUF_AVTT");
+        const Line buffer = txLine("CLKBUF_AVTT");
         const float scale = ScaleAvttCml();
         return off ? 0.0f : buffer.at(scaling * rate) * scale;
     }
@@ -476,7 +511,7 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     {
         const bool off = OperationalMode() == "RECEIVER";
         const float swing = static_cast<float>(TxDifferentialSwing());
-        const Line driver = lineOf(&Sheet::findChtxData, "DRIVER_VCCAUX");
+        const Line driver = txLine("DRIVER_VCCAUX");
         const float scale = ScaleVccauxCml();
         return off ? 0.0f : driver.at(swing) * scale;
     }
@@ -488,7 +523,7 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
         const Key& mode = OperationalMode();
         const float rx = RxDataRate();
         const float tx = TxDataRate();
-        return lineOf(&Sheet::findPcsData, "PCS_VCCINT").at(zelm::channel::pacingRate(mode, rx, tx));
+        return adapterLine("PCS_VCCINT").at(zelm::channel::pacingRate(mode, rx, tx));
     }
 
     float computeVccintChPwr() const
@@ -560,9 +595,9 @@ struct ZelmOrvaneSarnModel::Sheet : zelm::Sheet<ZelmOrvaneSarnModel> {
     float computeMsarnavttChClkPower() const
     {
         const float clock = HsclkOutputFrequency();
-        const Line preInterpolator = lineOf(&Sheet::findChClkData, "PREPI_AVTT");
-        const Line interpolator = lineOf(&Sheet::findChClkData, "RXPI_AVTT");
-        const Line generator = lineOf(&Sheet::findChClkData, "RXCLKGEN_AVTT");
+        const Line preInterpolator = clockLine("PREPI_AVTT");
+        const Line interpolator = clockLine("RXPI_AVTT");
+        const Line generator = clockLine("RXCLKGEN_AVTT");
         const float scale = ScaleAvttCml();
         return (clock * (preInterpolator.slope + interpolator.slope + generator.slope) + preInterpolator.offset +
                 interpolator.offset + generator.offset) *

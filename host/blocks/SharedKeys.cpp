@@ -72,7 +72,7 @@ struct Place {
 // Places that hold the same words.
 using Shared = std::vector<Place>;
 
-const std::vector<Shared>& sharedWords()
+const std::vector<Shared>& sharedWords() // NOLINT(readability-function-size): a table
 {
     static const std::vector<Shared> all{
         // devices

@@ -30,10 +30,11 @@ struct Probe {
     float milliwattsPerUnit;
     Params::FloatEnum gain;
     Params::FloatEnum reading;
+    Params::FloatEnum power;
 };
 
-constexpr Probe kProbeA{"A", 3.0f, Params::PROBE_A_GAIN, Params::PROBE_A_READING};
-constexpr Probe kProbeB{"B", 5.0f, Params::PROBE_B_GAIN, Params::PROBE_B_READING};
+constexpr Probe kProbeA{"A", 3.0f, Params::PROBE_A_GAIN, Params::PROBE_A_READING, Params::PROBE_A_POWER};
+constexpr Probe kProbeB{"B", 5.0f, Params::PROBE_B_GAIN, Params::PROBE_B_READING, Params::PROBE_B_POWER};
 
 } // namespace
 
