@@ -220,7 +220,7 @@ struct ZelmOrvaneBramModel::Sheet : zelm::Sheet<ZelmOrvaneBramModel> {
             return widthB == 72 && widthA < 37 ? blkm36Sdp3672 : noKey;
         }
         for (const KeyIndex key : {blkm18, blkm36, blkm36SdpEcc, blkm36SdpEccEncodeOnly, blkm36SdpEccDecodeOnly}) {
-            if (mode == kKeys[key])
+            if (mode == kKeys[key].text())
                 return key;
         }
         return noKey;
