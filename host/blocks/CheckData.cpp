@@ -147,7 +147,7 @@ private:
         const auto attempt = [&](auto run) {
             try {
                 run();
-            } catch (const std::exception& error) {
+            } catch (const Error& error) {
                 m_failures.insert(error.what());
             }
         };
@@ -202,11 +202,8 @@ BlockCheck checkBlock(const Block& block, RowSet missingBesideOthers)
         if (!rows.faulty.contains({table, key})) // it is there, but of no use
             rows.faults.push_back(fmt::format("{}: {} has no row {}", lines.where(table, key), table, key));
     }
-    if (rows.faults.empty()) {
-        for (const std::string& failure : prober.failures())
-            rows.faults.push_back(
-                fmt::format("{}: a formula fails on its rows: {}", dataPath(block.dataFile()), failure));
-    }
+    if (rows.faults.empty())
+        rows.faults.insert(rows.faults.end(), prober.failures().begin(), prober.failures().end());
     return {std::move(rows.faults), std::move(rows.untold)};
 }
 

@@ -229,6 +229,21 @@ TEST(CheckData, EverySpoiltRowIsNamedWithFileAndLine)
     EXPECT_THAT(result.out, Not(HasSubstr("has no row BRAM"))) << "a row of the wrong type isn't missing";
 }
 
+TEST(CheckData, AFormulaThatFindsNoNumberInATextSaysWhichFileToCheck)
+{
+    const Scratch scratch;
+    const std::string data = scratch.copyData();
+    const std::string file = Scratch::dataFile(data, "DspActivity");
+    std::string text = Scratch::read(file);
+    const std::string before = "OUTPUT_TOGGLE = \"";
+    for (std::size_t at = text.find(before); at != std::string::npos; at = text.find(before, at + 1))
+        text.insert(at + before.size(), "about ");
+    std::ofstream(file) << text;
+    const ToolRun result = scratch.run("--datadir " + data + " calc DspActivity");
+    EXPECT_EQ(result.code, 2);
+    EXPECT_THAT(result.err, HasSubstr(file + ": a formula reads a number from a text that is missing or is none"));
+}
+
 // ---- Rows of every table of every file ----
 
 using libconfig::Setting;
