@@ -11,6 +11,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <map>
 #include <set>
 #include <unordered_set>

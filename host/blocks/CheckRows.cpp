@@ -103,11 +103,11 @@ void checkLeakage(const DataLines& lines, const std::vector<DataRow>& rows, RowC
         leakage.terms[static_cast<std::size_t>(term - Leakage::kTerms.begin())] = *value;
         leakage.last = &row;
     }
-    constexpr double coldest = -40.0;
-    constexpr double hottest = 125.0;
-    constexpr double step = 5.0;
+    constexpr int coldest = -40;
+    constexpr int hottest = 125;
+    constexpr int step = 5;
     for (const auto& [key, leakage] : leakages) {
-        for (double degrees = coldest; degrees <= hottest; degrees += step) {
+        for (int degrees = coldest; degrees <= hottest; degrees += step) {
             if (leakage.at(degrees) >= 0.0)
                 continue;
             check.faults.push_back(fmt::format("{}: VT_COEFFICIENT.{} gives a leakage of {} A at {} degrees",
