@@ -6,7 +6,7 @@ PRESET ?= release
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan coverage clean
+.PHONY: demo test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
 
 demo: $(BUILD)/build.ninja
 	cmake --build --preset $(PRESET) --target zelm
@@ -40,6 +40,15 @@ tsan:
 	cmake --preset tsan
 	cmake --build --preset tsan --target framework_test
 	build/tsan/tests/framework/framework_test
+
+# What people write, from designs to single numbers, made up by a machine: for half an hour, or a minute, each.
+fuzz: FUZZ_SECONDS ?= 1800
+fuzz-short: FUZZ_SECONDS ?= 60
+fuzz fuzz-short:
+	tools/setup clang libclang-rt-14-dev
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	tools/fuzz $(FUZZ_SECONDS)
 
 bench: build
 	for program in $(BUILD)/bench/*_bench; do $$program || exit 1; done

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <stdexcept>
 
 namespace zelm::host {
 
@@ -20,6 +21,12 @@ namespace {
 
 using Kind = ZelmCellInfo::Kind;
 using Type = ZelmCellInfo::Type;
+
+template <class Data>
+std::string dataFileOf()
+{
+    return "powercfg/orvane/" + std::string(Data::name) + ".cfg";
+}
 
 template <class Model>
 class InstanceOf final : public Instance {
@@ -47,21 +54,36 @@ public:
 
     void calculate() override
     {
-        Model::getGlobal().calculate(m_params);
+        runFormulas([&] { Model::getGlobal().calculate(m_params); });
     }
 
     void pull(const ZelmCellInfo& cell) override
     {
         const auto& data = Model::Data::getGlobal();
-        if (cell.type == Type::integer)
-            Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
-        else if (cell.type == Type::real)
-            Model::getGlobal().pull(static_cast<typename Params::FloatEnum>(cell.ordinal), m_params, data);
-        else
-            Model::getGlobal().pull(static_cast<typename Params::StringEnum>(cell.ordinal), m_params, data);
+        runFormulas([&] {
+            if (cell.type == Type::integer)
+                Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
+            else if (cell.type == Type::real)
+                Model::getGlobal().pull(static_cast<typename Params::FloatEnum>(cell.ordinal), m_params, data);
+            else
+                Model::getGlobal().pull(static_cast<typename Params::StringEnum>(cell.ordinal), m_params, data);
+        });
     }
 
 private:
+    // A formula that reads a number from a text of its data lets the conversion's exception through.
+    template <class Run>
+    static void runFormulas(Run run)
+    {
+        try {
+            run();
+        } catch (const std::logic_error& error) {
+            throw Error(fmt::format("{}: a formula reads a number from a text that is missing or is none ({}); "
+                                    "zelm check-data tells which",
+                                    dataPath(dataFileOf<typename Model::Data>()), error.what()));
+        }
+    }
+
     template <class T>
     static Value ifSet(T value)
     {
@@ -70,12 +92,6 @@ private:
 
     Params m_params;
 };
-
-template <class Data>
-std::string dataFileOf()
-{
-    return "powercfg/orvane/" + std::string(Data::name) + ".cfg";
-}
 
 template <class Data>
 void loadAndCheck()

@@ -1,16 +1,20 @@
 #include "host/blocks/CheckData.h"
 
+#include "host/base/Error.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
 #include "host/blocks/Block.h"
+#include "host/blocks/CheckRows.h"
 #include "host/blocks/DataLines.h"
 #include "host/blocks/LegalWords.h"
 #include "host/blocks/SharedKeys.h"
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <map>
 #include <set>
+#include <unordered_set>
 
 namespace zelm::host {
 
@@ -34,7 +38,40 @@ std::vector<Choice> choicesOf(const Block& block)
     return choices;
 }
 
-// Runs a block over its choices and gathers the rows that it didn't find.
+// The rows that formulas ask for.
+class AskedRows final : public Watcher {
+public:
+    AskedRows() : Watcher(Wants::pulls) {}
+    AskedRows(const AskedRows&) = delete;
+    AskedRows& operator=(const AskedRows&) = delete;
+
+    const RowSet& rows() const
+    {
+        return m_rows;
+    }
+
+    void onLookUp(const LookUp& lookUp) override
+    {
+        std::uint64_t hash = std::hash<const void*>()(&lookUp.table);
+        for (const Key& key : lookUp.keys)
+            hash = hash * Key::base + key.hash();
+        if (!m_seen.insert(hash).second)
+            return;
+        std::string joined;
+        for (const Key& key : lookUp.keys) {
+            if (!key.empty())
+                joined.append(joined.empty() ? "" : ".").append(key.text());
+        }
+        m_rows.emplace(lookUp.table.group, std::move(joined));
+    }
+
+private:
+    std::unordered_set<std::uint64_t> m_seen; // formulas ask for the same again and again
+    RowSet m_rows;
+    Watching m_watching{*this};
+};
+
+// Runs a block over its choices and gathers the rows that it asks for, and those of them that it doesn't find.
 class Prober {
 public:
     explicit Prober(const Block& block) : m_block(block), m_choices(choicesOf(block))
@@ -52,6 +89,11 @@ public:
     const RowSet& missing() const
     {
         return m_missing;
+    }
+
+    const RowSet& asked() const
+    {
+        return m_asked.rows();
     }
 
     // What formulas threw: text in a row, say, where they need a number.
@@ -106,7 +148,7 @@ private:
         const auto attempt = [&](auto run) {
             try {
                 run();
-            } catch (const std::exception& error) {
+            } catch (const Error& error) {
                 m_failures.insert(error.what());
             }
         };
@@ -123,9 +165,66 @@ private:
 
     const Block& m_block;
     std::vector<Choice> m_choices;
+    AskedRows m_asked;
     RowSet m_missing;
     std::set<std::string> m_failures;
 };
+
+struct BlockCheck {
+    std::vector<std::string> faults;
+    std::vector<DataRow> untold;
+};
+
+// A block that can't be loaded: why, and whether that comes from its rows.
+BlockCheck checkUnloadable(const Block& block, const std::string& reason)
+{
+    BlockCheck check{{reason}, {}};
+    try {
+        const RowCheck rows = checkRows(block, DataLines(block.dataFile()), nullptr);
+        check.faults.insert(check.faults.end(), rows.faults.begin(), rows.faults.end());
+    } catch (const Error&) { // it can't even be read, as the reason says
+    }
+    return check;
+}
+
+BlockCheck checkBlock(const Block& block, RowSet missingBesideOthers)
+{
+    try {
+        block.load();
+    } catch (const Error& error) {
+        return checkUnloadable(block, error.what());
+    }
+    const DataLines lines(block.dataFile());
+    const Prober prober(block);
+    RowCheck rows = checkRows(block, lines, &prober.asked());
+    RowSet missing = prober.missing();
+    missing.merge(missingBesideOthers);
+    for (const auto& [table, key] : missing) {
+        if (!rows.faulty.contains({table, key})) // it is there, but of no use
+            rows.faults.push_back(fmt::format("{}: {} has no row {}", lines.where(table, key), table, key));
+    }
+    if (rows.faults.empty())
+        rows.faults.insert(rows.faults.end(), prober.failures().begin(), prober.failures().end());
+    return {std::move(rows.faults), std::move(rows.untold)};
+}
+
+// The tables with rows that nobody would notice to be missing, and the last names of those, unless they are many.
+void listUntold(const Block& block, const std::vector<DataRow>& untold, TextTable& list)
+{
+    std::map<std::string, std::pair<std::size_t, std::set<std::string>>> tables;
+    for (const DataRow& row : untold) {
+        auto& [count, names] = tables[row.table];
+        ++count;
+        names.insert(row.key.substr(row.key.rfind('.') + 1));
+    }
+    constexpr std::size_t few = 10;
+    for (auto& [table, rows] : tables) {
+        if (rows.second.size() > few)
+            rows.second = {"many"};
+        list.row({std::string(block.name), table, std::to_string(rows.first),
+                  fmt::format("{}", fmt::join(rows.second, ", "))});
+    }
+}
 
 } // namespace
 
@@ -136,39 +235,30 @@ DataCheck checkData(std::chrono::milliseconds barAfter)
     std::map<std::string, RowSet> shared = rowsMissingBesideOthers();
     Progress progress("checking", blocks().size(), barAfter);
     TextTable summary({"Block", "Tables", "Rows", "Verdict"});
+    TextTable untold({"Block", "Table", "Rows", "Names"});
     for (const Block& block : blocks()) {
         std::size_t rows = 0;
-        std::size_t wrong = 0;
+        BlockCheck found;
         try {
-            block.load();
+            found = checkBlock(block, shared[std::string(block.name)]);
             for (const ZelmTableInfo& table : block.tables)
                 rows += block.keys({std::string(table.group)}, true).size();
-            const Prober prober(block);
-            RowSet missing = prober.missing();
-            missing.merge(shared[std::string(block.name)]);
-            wrong = missing.size();
-            if (!missing.empty()) {
-                const DataLines lines(block.dataFile());
-                for (const auto& [table, key] : missing)
-                    check.text += fmt::format("{}: {} has no row {}\n", lines.where(table, key), table, key);
-            } else {
-                for (const std::string& failure : prober.failures())
-                    check.text +=
-                        fmt::format("{}: a formula fails on its rows: {}\n", dataPath(block.dataFile()), failure);
-                wrong = prober.failures().size();
-            }
         } catch (const std::exception& error) {
-            check.text += fmt::format("{}\n", error.what());
-            wrong = 1;
+            found.faults.emplace_back(error.what());
         }
-        check.whole = check.whole && wrong == 0;
+        for (const std::string& fault : found.faults)
+            check.text += fault + '\n';
+        listUntold(block, found.untold, untold);
+        check.whole = check.whole && found.faults.empty();
         summary.row({std::string(block.name), std::to_string(block.tables.size()), std::to_string(rows),
-                     wrong == 0 ? "whole" : fmt::format("{} wrong", wrong)});
+                     found.faults.empty() ? "whole" : fmt::format("{} wrong", found.faults.size())});
         progress.step();
     }
     if (!check.text.empty())
         check.text += '\n';
     check.text += summary.text();
+    check.text += "\nRows whose absence can't be told: no formula asks for them, or may do without\n";
+    check.text += untold.text();
     return check;
 }
 

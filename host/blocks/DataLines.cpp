@@ -1,5 +1,7 @@
 #include "host/blocks/DataLines.h"
 
+#include "host/base/Error.h"
+
 #include "framework/ZelmData.h"
 
 #include <fmt/format.h>
@@ -8,6 +10,41 @@
 #include <filesystem>
 
 namespace zelm::host {
+
+namespace {
+
+decltype(DataRow::value) valueOf(const libconfig::Setting& setting)
+{
+    using libconfig::Setting;
+    switch (setting.getType()) {
+    case Setting::TypeBoolean:
+        return static_cast<bool>(setting);
+    case Setting::TypeInt:
+        return std::int64_t{static_cast<int>(setting)};
+    case Setting::TypeInt64:
+        return std::int64_t{static_cast<long long>(setting)};
+    case Setting::TypeFloat:
+        return static_cast<double>(setting);
+    case Setting::TypeString:
+        return std::string(setting.c_str());
+    default:
+        return NoScalar{};
+    }
+}
+
+// The rows at and below a setting, whose names so far are given.
+void gather(const libconfig::Setting& setting, const std::string& table, const std::string& key,
+            std::vector<DataRow>& rows)
+{
+    if (!setting.isGroup()) {
+        rows.push_back({table, key, setting.getSourceLine(), valueOf(setting)});
+        return;
+    }
+    for (const libconfig::Setting& child : setting)
+        gather(child, table, fmt::format("{}{}{}", key, key.empty() ? "" : ".", child.getName()), rows);
+}
+
+} // namespace
 
 std::string dataPath(const std::string& file)
 {
@@ -19,7 +56,16 @@ DataLines::DataLines(const std::string& file)
     : m_path(dataPath(file)), m_root(std::filesystem::path(file).stem().string()),
       m_cfg(std::make_unique<libconfig::Config>())
 {
-    m_cfg->readFile(m_path.c_str());
+    std::error_code unexamined;
+    if (std::filesystem::is_directory(m_path, unexamined)) // libconfig's scanner would end the process
+        throw Error(fmt::format("{}: is a directory", m_path));
+    try {
+        m_cfg->readFile(m_path.c_str());
+    } catch (const libconfig::ParseException& error) {
+        throw Error(fmt::format("{}:{}: {}", m_path, error.getLine(), error.getError()));
+    } catch (const libconfig::ConfigException&) {
+        throw Error(fmt::format("{}: cannot be read", m_path));
+    }
 }
 
 DataLines::~DataLines() = default;
@@ -38,6 +84,25 @@ std::string DataLines::where(const std::string& table, const std::string& key) c
         start = dot + 1;
     }
     return fmt::format("{}:{}", m_path, line);
+}
+
+std::string DataLines::where(const DataRow& row) const
+{
+    return fmt::format("{}:{}", m_path, row.line);
+}
+
+std::vector<DataRow> DataLines::rows() const
+{
+    std::vector<DataRow> rows;
+    for (const libconfig::Setting& block : m_cfg->getRoot()) {
+        if (block.getName() != m_root || !block.isGroup()) {
+            rows.push_back({"", block.getName(), block.getSourceLine(), NoScalar{}});
+            continue;
+        }
+        for (const libconfig::Setting& table : block)
+            gather(table, table.getName(), "", rows);
+    }
+    return rows;
 }
 
 } // namespace zelm::host

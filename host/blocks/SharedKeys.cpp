@@ -242,4 +242,17 @@ std::map<std::string, RowSet> rowsMissingBesideOthers()
     return missing;
 }
 
+bool hasSharedWord(std::string_view block, std::string_view table, std::string_view key)
+{
+    const auto levels = [](std::string_view path) { return std::count(path.begin(), path.end(), '.'); };
+    for (const Shared& places : sharedWords()) {
+        for (const Place& place : places) {
+            if (place.block == block && place.groups.substr(0, place.groups.find('.')) == table &&
+                levels(place.groups) == levels(key))
+                return true;
+        }
+    }
+    return false;
+}
+
 } // namespace zelm::host
