@@ -4,10 +4,12 @@
 #include "framework/ZelmUnset.h"
 #include "framework/ZelmWatcher.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace zelm {
@@ -149,13 +151,23 @@ private:
             visit(static_cast<StringCell>(cell));
     }
 
+    static bool same(float a, float b)
+    {
+        return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+    }
+    template <class Value>
+    static bool same(const Value& a, const Value& b)
+    {
+        return a == b;
+    }
+
     template <class Cell, class Value>
     void assign(Cell cell, const Value& value)
     {
         auto& slot = m_params[cell];
         const Dependencies::Node node = nodeOf(cell);
         const bool given = !isUnset(value);
-        if (m_given[node] == given && (!given || sameBits(slot, value)))
+        if (m_given[node] == given && (!given || same(slot, static_cast<std::remove_reference_t<decltype(slot)>>(value))))
             return;
         // What its default was computed from may now be read by nobody.
         m_all = m_all || (given && !m_given[node] && m_dependencies.hasOperands(node));

@@ -9,18 +9,23 @@ namespace {
 
 constexpr std::size_t kFewestSlots = 2;
 
-template <class T>
-constexpr ZelmHelperUtils::Found<T> unsetOf()
-{
-    if constexpr (std::is_same_v<T, std::string>)
-        return unsetString;
-    else if constexpr (std::is_same_v<T, float>)
-        return unsetFloat;
-    else
-        return unsetInt;
-}
-
 } // namespace
+
+template <class T>
+ZelmHelperUtils::Found<T> detail::missed(const void* table, const std::string& key)
+{
+    Watcher::miss(table, key);
+    if constexpr (std::is_same_v<T, bool>) {
+        std::cout << "Boolean error issues";
+        return false;
+    } else if constexpr (std::is_same_v<T, std::string>) {
+        return unsetString;
+    } else if constexpr (std::is_same_v<T, float>) {
+        return unsetFloat;
+    } else {
+        return unsetInt;
+    }
+}
 
 // The order of a hash map's elements follows from the keys and the order in which they came. Few ask for it: it is
 // worked out once, by the first who does.
@@ -38,6 +43,24 @@ Table<T>::Table()
 
 template <class T>
 Table<T>::~Table() = default;
+
+template <class T>
+Table<T>::Table(const Table& other)
+    : m_entries(other.m_entries), m_texts(other.m_texts), m_slots(other.m_slots), m_mask(other.m_mask),
+      m_shift(other.m_shift), m_order(std::make_unique<Order>())
+{
+}
+
+template <class T>
+Table<T>& Table<T>::operator=(const Table& other)
+{
+    if (this != &other)
+        *this = Table(other);
+    return *this;
+}
+
+template <class T>
+Table<T>& Table<T>::operator=(Table&&) noexcept = default;
 
 template <class T>
 void Table<T>::clear()
@@ -96,13 +119,7 @@ auto Table<T>::missing(std::initializer_list<Key> parts) const -> Found
     std::vector<std::string> texts;
     for (const Key& part : parts)
         texts.emplace_back(part);
-    Watcher::miss(this, ZelmHelperUtils::mergeStrVect(texts, 0, "."));
-    if constexpr (std::is_same_v<T, bool>) {
-        std::cout << "Boolean error issues";
-        return false;
-    } else {
-        return unsetOf<T>();
-    }
+    return detail::missed<T>(this, ZelmHelperUtils::mergeStrVect(texts, 0, "."));
 }
 
 template <class T>
@@ -119,6 +136,11 @@ const std::vector<std::uint32_t>& Table<T>::order() const
     });
     return m_order->indices;
 }
+
+template ZelmHelperUtils::Found<bool> detail::missed<bool>(const void*, const std::string&);
+template ZelmHelperUtils::Found<int> detail::missed<int>(const void*, const std::string&);
+template ZelmHelperUtils::Found<float> detail::missed<float>(const void*, const std::string&);
+template ZelmHelperUtils::Found<std::string> detail::missed<std::string>(const void*, const std::string&);
 
 template class Table<bool>;
 template class Table<int>;

@@ -20,6 +20,10 @@ namespace zelm {
 
 namespace detail {
 
+// GCC 12 sees the words that a literal shorter than them would be read by, though it never is.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Warray-bounds"
+
 /// Whether size characters are the same. Shorter texts than a call is worth.
 inline bool sameText(const char* a, const char* b, std::size_t size)
 {
@@ -43,6 +47,8 @@ inline bool sameText(const char* a, const char* b, std::size_t size)
             return false;
     return true;
 }
+
+#pragma GCC diagnostic pop
 
 /// The parts of a key chain, joined by '.' as mergeStrVect joins them: an empty part takes the separator away too.
 class JoinedKey {
@@ -73,19 +79,24 @@ private:
     bool m_behindText = false;
 };
 
+/// What a look-up that found nothing gives, told to the watcher of misses: the type's unset sentinel; in a bool table
+/// false, with "Boolean error issues" on standard output.
+template <class T>
+ZelmHelperUtils::Found<T> missed(const void* table, const std::string& key);
+
 } // namespace detail
 
 /// A characterisation table: scalar values under joined keys. Look-ups go by the hashes of the key's parts and check a
 /// hit against its text. Filled once, then only read, by any number of threads.
 template <class T>
-class Table {
+class ZELM_EXPORT Table {
 public:
     using Found = ZelmHelperUtils::Found<T>;
 
     Table();
     ~Table();
-    Table(const Table&) = delete;
-    Table& operator=(const Table&) = delete;
+    Table(const Table& other);
+    Table& operator=(const Table& other);
 
     void clear();
     void insert_or_assign(std::string_view key, T value); // NOLINT(readability-identifier-naming): as a map's
@@ -127,6 +138,8 @@ public:
     }
 
 private:
+    Table& operator=(Table&& other) noexcept;
+
     static constexpr std::uint32_t emptySlot = 0xffffffff;
 
     struct Entry {
