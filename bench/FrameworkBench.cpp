@@ -1,6 +1,7 @@
 #include "bench/BlockBench.h"
 
 #include "framework/ZelmOrvaneSignalModel.h"
+#include "framework/ZelmTable.h"
 
 #include <string>
 #include <unordered_map>
@@ -57,8 +58,13 @@ void lookUpFourKeys(benchmark::State& state)
 {
     const std::string device = "DEVICE_7";
     const std::string process = "MAX";
+    zelm::Table<float> flat;
+    for (const auto& [key, value] : table())
+        flat.insert_or_assign(key, value);
+    const zelm::Key deviceKey(device); // as a run keeps those of its string cells
+    const zelm::Key processKey(process);
     for (auto _ : state)
-        benchmark::DoNotOptimize(ZelmHelperUtils::lookUp(table(), {device, process, "MLORVAVTT", "CONST"}));
+        benchmark::DoNotOptimize(flat.find(deviceKey, processKey, zelm::Key("MLORVAVTT"), zelm::Key("CONST")));
 }
 BENCHMARK(lookUpFourKeys);
 

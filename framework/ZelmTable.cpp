@@ -79,12 +79,13 @@ void Table<T>::insert_or_assign(std::string_view key, T value)
     const std::uint64_t hash = Key(key).hash();
     for (std::size_t at = home(hash); m_slots[at].entry != emptySlot; at = (at + 1) & m_mask) {
         Entry& entry = m_entries[m_slots[at].entry];
-        if (m_slots[at].hash == hash && std::string_view(m_texts).substr(entry.text, entry.size) == key) {
+        if (m_slots[at].tag == tagOf(hash) && std::string_view(m_texts).substr(entry.text, entry.size) == key) {
             entry.value = std::move(value);
             return;
         }
     }
-    m_entries.push_back({m_texts.size(), key.size(), std::move(value)});
+    m_entries.push_back(
+        {static_cast<std::uint32_t>(m_texts.size()), static_cast<std::uint32_t>(key.size()), std::move(value)});
     m_texts += key;
     if (m_entries.size() * 2 > m_slots.size())
         grow();
@@ -99,13 +100,13 @@ void Table<T>::place(std::uint64_t hash, std::uint32_t entry)
     std::size_t at = home(hash);
     while (m_slots[at].entry != emptySlot)
         at = (at + 1) & m_mask;
-    m_slots[at] = {hash, entry};
+    m_slots[at] = {tagOf(hash), entry};
 }
 
 template <class T>
 void Table<T>::grow()
 {
-    m_slots.assign(m_slots.size() * 4, {0, emptySlot});
+    m_slots.assign(m_slots.size() * 2, {0, emptySlot});
     m_mask = m_slots.size() - 1;
     m_shift = 64 - std::countr_zero(m_slots.size());
     for (std::size_t i = 0; i < m_entries.size(); ++i)

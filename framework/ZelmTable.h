@@ -25,7 +25,7 @@ namespace detail {
 #pragma GCC diagnostic ignored "-Warray-bounds"
 
 /// Whether size characters are the same. Shorter texts than a call is worth.
-inline bool sameText(const char* a, const char* b, std::size_t size)
+[[gnu::always_inline]] inline bool sameText(const char* a, const char* b, std::size_t size)
 {
     const auto same = [&]<class Word>(std::size_t at, Word) {
         Word left;
@@ -118,7 +118,7 @@ public:
             const Slot& slot = m_slots[at];
             if (slot.entry == emptySlot)
                 break;
-            if (slot.hash != hash)
+            if (slot.tag != tagOf(hash))
                 continue;
             const Entry& entry = m_entries[slot.entry];
             if (entry.size == joined.size() && isText(m_texts.data() + entry.text, parts...)) [[likely]]
@@ -142,13 +142,14 @@ private:
 
     static constexpr std::uint32_t emptySlot = 0xffffffff;
 
+    // Small, for look-ups wait for memory more than for anything else: some tables hold thousands of rows.
     struct Entry {
-        std::size_t text; // where its key begins
-        std::size_t size;
+        std::uint32_t text; // where its key begins
+        std::uint32_t size;
         T value;
     };
     struct Slot {
-        std::uint64_t hash;
+        std::uint32_t tag;
         std::uint32_t entry;
     };
     struct Order; // the entries' indices in a map's order, worked out when somebody asks
@@ -156,6 +157,10 @@ private:
     std::size_t home(std::uint64_t hash) const
     {
         return static_cast<std::size_t>((hash * Key::base) >> m_shift);
+    }
+    static std::uint32_t tagOf(std::uint64_t hash)
+    {
+        return static_cast<std::uint32_t>(hash ^ (hash >> 32));
     }
 
     template <class... Keys>
