@@ -4,11 +4,11 @@
 #include "framework/ZelmExport.h"
 #include "framework/ZelmHelperUtils.h"
 #include "framework/ZelmInfo.h"
+#include "framework/ZelmTable.h"
 
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 /// A data block: the tables that Derived's rows name, loaded from "powercfg/orvane/<class name>.cfg". Read-only after
@@ -34,9 +34,18 @@ public:
     /// keys, unordered: in full if whole, else their next level. Empty for an unknown table.
     std::vector<std::string> getCfgKeys(std::vector<std::string> keys, bool whole) const;
 
+    /// How often the file has been read: what was worked out from the tables holds as long as this stays.
+    unsigned loads() const
+    {
+        return m_loads;
+    }
+
     /// The group name of the table of this block at that address, empty if it is none: see zelm::LookUpMisses.
     std::string_view groupOf(const void* table) const;
 
 protected:
     ZelmDataBlock() = default;
+
+private:
+    unsigned m_loads = 0;
 };

@@ -41,6 +41,7 @@ std::string ZelmDataBlock<Derived>::reflect() const
 template <class Derived>
 bool ZelmDataBlock<Derived>::loadCfgData()
 {
+    ++m_loads;
     libconfig::Config cfg;
     readFile(&cfg, "orvane/" + std::string(Derived::name) + ".cfg");
     std::vector<std::string> path{std::string(Derived::name)};

@@ -3,7 +3,7 @@
 #include "framework/LibconfigAutoConvert.h"
 #include "framework/ZelmArithmetic.h"
 #include "framework/ZelmCLocale.h"
-#include "framework/ZelmLookUpMisses.h"
+#include "framework/ZelmTable.h"
 
 #include <algorithm>
 #include <array>
@@ -37,39 +37,6 @@ void join(std::string& joined, const Parts& parts, std::size_t first, std::strin
             end = std::copy_n(separator.data(), separator.size(), end);
     }
     joined.resize(static_cast<std::size_t>(end - joined.data()));
-}
-
-template <class T>
-constexpr ZelmHelperUtils::Found<T> unsetOf()
-{
-    if constexpr (std::is_same_v<T, std::string>)
-        return zelm::unsetString;
-    else if constexpr (std::is_same_v<T, float>)
-        return zelm::unsetFloat;
-    else
-        return zelm::unsetInt;
-}
-
-template <class T>
-ZelmHelperUtils::Found<T> search(const ZelmHelperUtils::Table<T>& table, const std::string& key)
-{
-    const auto entry = table.find(key);
-    if (entry != table.end())
-        return entry->second;
-    zelm::Watcher::miss(&table, key);
-    if constexpr (std::is_same_v<T, bool>) {
-        std::cout << "Boolean error issues";
-        return false;
-    } else {
-        return unsetOf<T>();
-    }
-}
-
-// Grows to the longest key once and is then only overwritten.
-std::string& keyBuffer()
-{
-    thread_local std::string buffer;
-    return buffer;
 }
 
 float powerOfTen(unsigned int digits)
@@ -108,9 +75,9 @@ bool convert(const libconfig::Setting& setting, T& value)
 
 // The settings at and below one, without a search from the root for each: files hold thousands. key joins
 // the names so far; the next unnamedLevels stay out of it; a name goes behind a separator if separated.
-template <class T>
+template <class T, class Table>
 void loadSetting(const libconfig::Setting& setting, std::string& key, std::size_t unnamedLevels, bool separated,
-                 ZelmHelperUtils::Table<T>& table)
+                 Table& table)
 {
     if (setting.isGroup()) {
         const std::size_t length = key.size();
@@ -121,7 +88,7 @@ void loadSetting(const libconfig::Setting& setting, std::string& key, std::size_
                     key += '.';
                 key += child.getName();
             }
-            loadSetting(child, key, unnamedLevels == 0 ? 0 : unnamedLevels - 1, unnamedLevels == 0, table);
+            loadSetting<T>(child, key, unnamedLevels == 0 ? 0 : unnamedLevels - 1, unnamedLevels == 0, table);
             key.resize(length);
         }
     } else if (setting.isScalar()) {
@@ -137,9 +104,9 @@ void loadSetting(const libconfig::Setting& setting, std::string& key, std::size_
 
 // The children of the group at a path that ends in an empty part. The gap takes the separator away, so a child is
 // sought under the group's name with its own stuck to it.
-template <class T>
+template <class T, class Table>
 bool loadBehindGap(libconfig::Config& cfg, const libconfig::Setting& group, std::vector<std::string>& path,
-                   ZelmHelperUtils::Table<T>& table)
+                   Table& table)
 {
     for (int i = 0; i < group.getLength(); ++i) {
         path.emplace_back(group[i].getName());
@@ -160,11 +127,12 @@ bool isSpace(char c)
 
 // ---- Table store ----
 
-template <class T>
-bool ZelmHelperUtils::loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::string>& path, Table<T>& table,
-                                       bool topLevel)
+namespace {
+
+template <class T, class Table>
+bool load(libconfig::Config* cfg, std::vector<std::string>& path, Table& table, bool topLevel)
 {
-    const std::string joined = mergeStrVect(path, 0, ".");
+    const std::string joined = ZelmHelperUtils::mergeStrVect(path, 0, ".");
     if (!cfg->exists(joined))
         return false;
     const bool convertedBefore = zelm::autoConvert(*cfg);
@@ -172,24 +140,40 @@ bool ZelmHelperUtils::loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::
         zelm::setAutoConvert(*cfg, true);
     const libconfig::Setting& setting = cfg->lookup(joined);
     if (setting.isGroup() && !joined.empty() && path.back().empty()) {
-        if (!loadBehindGap(*cfg, setting, path, table))
+        if (!loadBehindGap<T>(*cfg, setting, path, table))
             return false; // with the option left on
     } else {
-        std::string key = mergeStrVect(path, kTablePathLength, ".");
-        loadSetting(setting, key, kTablePathLength - std::min(kTablePathLength, path.size()),
-                    path.size() > kTablePathLength, table);
+        std::string key = ZelmHelperUtils::mergeStrVect(path, kTablePathLength, ".");
+        loadSetting<T>(setting, key, kTablePathLength - std::min(kTablePathLength, path.size()),
+                       path.size() > kTablePathLength, table);
     }
     if (topLevel)
         zelm::setAutoConvert(*cfg, convertedBefore);
     return true;
 }
 
+} // namespace
+
+template <class T>
+bool ZelmHelperUtils::loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::string>& path, Table<T>& table,
+                                       bool topLevel)
+{
+    return load<T>(cfg, path, table, topLevel);
+}
+
+template <class T>
+bool ZelmHelperUtils::loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::string>& path, zelm::Table<T>& table,
+                                       bool topLevel)
+{
+    return load<T>(cfg, path, table, topLevel);
+}
+
 template <class T>
 T ZelmHelperUtils::getCfgDataFromVar(const Table<T>& table, std::vector<std::string>& keys)
 {
-    std::string& key = keyBuffer();
-    join(key, keys, 0, ".");
-    return T(search(table, key));
+    const std::string key = mergeStrVect(keys, 0, ".");
+    const auto entry = table.find(key);
+    return entry != table.end() ? entry->second : T(zelm::detail::missed<T>(&table, key));
 }
 
 template <class T>
@@ -197,32 +181,47 @@ T ZelmHelperUtils::getCfgDataFromVar(const Table<T>& table, std::string k1, std:
                                      std::string k4, std::string k5, std::string k6, std::string k7, std::string k8,
                                      std::string k9, std::string k10)
 {
-    return T(lookUp(table, {k1, k2, k3, k4, k5, k6, k7, k8, k9, k10}));
+    std::vector<std::string> keys{k1, k2, k3, k4, k5, k6, k7, k8, k9, k10};
+    return getCfgDataFromVar(table, keys);
 }
 
-template <class T>
-ZelmHelperUtils::Found<T> ZelmHelperUtils::lookUp(const Table<T>& table, std::initializer_list<std::string_view> keys)
+namespace {
+
+// The keys below a prefix. A table calls its argument for each of its keys.
+template <class ForEachKey>
+std::vector<std::string> keysBelow(const std::vector<std::string>& keys, bool whole, ForEachKey forEachKey)
 {
-    std::string& key = keyBuffer();
-    join(key, keys, 0, ".");
-    return search(table, key);
+    std::string prefix = ZelmHelperUtils::mergeStrVect(keys, 0, ".");
+    if (!prefix.empty())
+        prefix += '.';
+    std::unordered_set<std::string_view> found;
+    forEachKey([&](std::string_view key) {
+        if (!key.starts_with(prefix))
+            return;
+        const std::string_view rest = key.substr(prefix.size());
+        found.insert(whole ? rest : rest.substr(0, rest.find('.')));
+    });
+    return {found.begin(), found.end()};
 }
+
+} // namespace
 
 template <class T>
 std::vector<std::string> ZelmHelperUtils::getCfgKeyVectorFromVar(const Table<T>& table, std::vector<std::string>& keys,
                                                                  bool whole)
 {
-    std::string prefix = mergeStrVect(keys, 0, ".");
-    if (!prefix.empty())
-        prefix += '.';
-    std::unordered_set<std::string_view> found;
-    for (const auto& [key, value] : table) {
-        if (!key.starts_with(prefix))
-            continue;
-        const std::string_view rest = std::string_view(key).substr(prefix.size());
-        found.insert(whole ? rest : rest.substr(0, rest.find('.')));
-    }
-    return {found.begin(), found.end()};
+    return keysBelow(keys, whole, [&](auto visit) {
+        for (const auto& [key, value] : table)
+            visit(key);
+    });
+}
+
+template <class T>
+std::vector<std::string> ZelmHelperUtils::getCfgKeyVectorFromVar(const zelm::Table<T>& table,
+                                                                 std::vector<std::string>& keys, bool whole)
+{
+    return keysBelow(keys, whole,
+                     [&](auto visit) { table.forEach([&](std::string_view key, const T&) { visit(key); }); });
 }
 
 std::string ZelmHelperUtils::mergeStrVect(const std::vector<std::string>& parts, unsigned int first,
@@ -240,9 +239,11 @@ std::string ZelmHelperUtils::mergeStrVect(const std::vector<std::string>& parts,
     template T ZelmHelperUtils::getCfgDataFromVar<T>(const Table<T>&, std::string, std::string, std::string,           \
                                                      std::string, std::string, std::string, std::string, std::string,  \
                                                      std::string, std::string);                                        \
-    template ZelmHelperUtils::Found<T> ZelmHelperUtils::lookUp<T>(const Table<T>&,                                     \
-                                                                  std::initializer_list<std::string_view>);            \
     template std::vector<std::string> ZelmHelperUtils::getCfgKeyVectorFromVar<T>(const Table<T>&,                      \
+                                                                                 std::vector<std::string>&, bool);     \
+    template bool ZelmHelperUtils::loadCfgDataToVar<T>(libconfig::Config*, std::vector<std::string>&, zelm::Table<T>&, \
+                                                       bool);                                                          \
+    template std::vector<std::string> ZelmHelperUtils::getCfgKeyVectorFromVar<T>(const zelm::Table<T>&,                \
                                                                                  std::vector<std::string>&, bool);
 
 INSTANTIATE_TABLE_STORE(bool)

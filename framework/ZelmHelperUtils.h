@@ -19,6 +19,11 @@ namespace libconfig {
 class Config;
 }
 
+namespace zelm {
+template <class T>
+class Table;
+} // namespace zelm
+
 /// The spreadsheet functions that formulas are written in, and the table store behind the data blocks.
 /// The functions differ from a spreadsheet's of the same name in places; results must match the characterisation
 /// workbook's macros, so the differences stay. None of them throws unless its comment says so.
@@ -72,18 +77,21 @@ public:
                                std::string k5, std::string k6, std::string k7, std::string k8, std::string k9,
                                std::string k10);
 
-    /// What lookUp gives: the value itself, for strings a view of it.
+    /// What a look-up without copies gives: the value itself, for strings a view of it.
     template <class T>
     using Found = std::conditional_t<std::is_same_v<T, std::string>, std::string_view, T>;
-
-    /// The same look-up for the formulas: joins into a reused buffer, searches once, copies and allocates nothing.
-    /// The view of a string lives as long as the table.
-    template <class T>
-    static Found<T> lookUp(const Table<T>& table, std::initializer_list<std::string_view> keys);
 
     /// The keys below the joined keys, unordered: in full if whole, else their next level only, without duplicates.
     template <class T>
     static std::vector<std::string> getCfgKeyVectorFromVar(const Table<T>& table, std::vector<std::string>& keys,
+                                                           bool whole);
+
+    /// The same for the tables of data blocks.
+    template <class T>
+    static bool loadCfgDataToVar(libconfig::Config* cfg, std::vector<std::string>& path, zelm::Table<T>& table,
+                                 bool topLevel);
+    template <class T>
+    static std::vector<std::string> getCfgKeyVectorFromVar(const zelm::Table<T>& table, std::vector<std::string>& keys,
                                                            bool whole);
 
     /// Joins parts from index first on. Empty elements are skipped, and one between two others also takes the

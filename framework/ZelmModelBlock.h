@@ -29,6 +29,9 @@ public:
     /// stay; unset ones that a formula reads take their defaults.
     void calculate(Params& params) const;
 
+    /// Pulls the outputs that calculate pulls, without clearing anything: what is set stays.
+    void pullOutputs(Params& params, const Data& data) const;
+
     /// Pulls one cell that is chosen at run time, by its get or calculate function. Markers do nothing.
     void pull(typename Params::IntEnum cell, Params& params, const Data& data) const;
     void pull(typename Params::FloatEnum cell, Params& params, const Data& data) const;

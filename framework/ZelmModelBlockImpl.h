@@ -29,6 +29,12 @@ void ZelmModelBlock<Derived, ParamsT, DataT>::calculate(Params& params) const
     const Data& data = Data::getGlobal();
     params.resetIntermediateCalculations();
     params.resetModelOutputs();
+    pullOutputs(params, data);
+}
+
+template <class Derived, class ParamsT, class DataT>
+void ZelmModelBlock<Derived, ParamsT, DataT>::pullOutputs(Params& params, const Data& data) const
+{
     typename Derived::Sheet(params, data).pullOutputs();
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "framework/ZelmTable.h"
 #include <locale>
+
 #include <ostream>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace zelm {
 
@@ -26,16 +27,16 @@ public:
     }
 
     template <class T>
-    void table(std::string_view name, const std::unordered_map<std::string, T>& table)
+    void table(std::string_view name, const Table<T>& table)
     {
         m_out << name << " ( Container with " << table.size() << " elements )\n";
         int index = 0;
-        for (const auto& [key, entry] : table) {
+        table.forEach([&](std::string_view key, const T& entry) {
             const std::string element = std::string(name) + '[' + std::to_string(index++) + ']';
             indent(1) << element << " ( Tuple with 2 elements )\n";
             value(2, element + "[0]", key);
             value(2, element + "[1]", entry);
-        }
+        });
     }
 
     std::string text() const

@@ -5,6 +5,7 @@
 #include "host/blocks/DataLines.h"
 
 #include "BlockHeaders.h"
+#include "framework/ZelmRecalculation.h"
 #include "framework/ZelmUnset.h"
 
 #include <fmt/format.h>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <optional>
 #include <stdexcept>
 
 namespace zelm::host {
@@ -36,11 +38,11 @@ public:
     void set(const ZelmCellInfo& cell, const Value& value) override
     {
         if (cell.type == Type::integer)
-            m_params[static_cast<typename Params::IntEnum>(cell.ordinal)] = std::get<int>(value);
+            assign(static_cast<typename Params::IntEnum>(cell.ordinal), std::get<int>(value));
         else if (cell.type == Type::real)
-            m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)] = std::get<float>(value);
+            assign(static_cast<typename Params::FloatEnum>(cell.ordinal), std::get<float>(value));
         else
-            m_params[static_cast<typename Params::StringEnum>(cell.ordinal)] = std::get<std::string>(value);
+            assign(static_cast<typename Params::StringEnum>(cell.ordinal), std::get<std::string>(value));
     }
 
     Value get(const ZelmCellInfo& cell) const override
@@ -54,11 +56,20 @@ public:
 
     void calculate() override
     {
+        m_recalculation.reset();
         runFormulas([&] { Model::getGlobal().calculate(m_params); });
+    }
+
+    void recalculate() override
+    {
+        if (!m_recalculation)
+            m_recalculation.emplace(Model::getGlobal(), m_params, Model::Data::getGlobal());
+        runFormulas([&] { m_recalculation->recalculate(); });
     }
 
     void pull(const ZelmCellInfo& cell) override
     {
+        m_recalculation.reset(); // it doesn't know of what is pulled aside
         const auto& data = Model::Data::getGlobal();
         runFormulas([&] {
             if (cell.type == Type::integer)
@@ -90,7 +101,17 @@ private:
         return isUnset(value) ? Value() : Value(std::move(value));
     }
 
+    template <class Cell, class T>
+    void assign(Cell cell, const T& value)
+    {
+        if (m_recalculation)
+            m_recalculation->set(cell, value);
+        else
+            m_params[cell] = value;
+    }
+
     Params m_params;
+    std::optional<Recalculation<Model>> m_recalculation;
 };
 
 template <class Data>
@@ -131,6 +152,14 @@ void load()
 template <class Model>
 constexpr auto create = []() -> std::unique_ptr<Instance> { return std::make_unique<InstanceOf<Model>>(); };
 
+std::unordered_map<std::string_view, const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
+{
+    std::unordered_map<std::string_view, const ZelmCellInfo*> index;
+    for (const ZelmCellInfo& cell : cells)
+        index.emplace(cell.name, &cell);
+    return index;
+}
+
 template <class Model>
 Block describe(std::string_view name, std::string_view subsystem, std::string_view title)
 {
@@ -145,7 +174,8 @@ Block describe(std::string_view name, std::string_view subsystem, std::string_vi
             [](std::vector<std::string> chain, bool whole) {
                 return Data::getGlobal().getCfgKeys(std::move(chain), whole);
             },
-            [](const void* table) { return Data::getGlobal().groupOf(table); }};
+            [](const void* table) { return Data::getGlobal().groupOf(table); },
+            byName(Model::Params::cells())};
 }
 
 std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool inputsOnly)
@@ -162,9 +192,8 @@ std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool input
 
 const ZelmCellInfo* Block::findCell(std::string_view wanted) const
 {
-    const auto found =
-        std::find_if(cells.begin(), cells.end(), [&](const ZelmCellInfo& cell) { return cell.name == wanted; });
-    return found == cells.end() ? nullptr : &*found;
+    const auto found = cellsByName.find(wanted);
+    return found == cellsByName.end() ? nullptr : found->second;
 }
 
 const ZelmCellInfo& Block::cell(std::string_view wanted) const

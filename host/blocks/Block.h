@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -23,6 +24,9 @@ public:
     virtual void set(const ZelmCellInfo& cell, const Value& value) = 0;
     virtual Value get(const ZelmCellInfo& cell) const = 0;
     virtual void calculate() = 0;
+    /// calculate, but only of what depends on the inputs that were set since the last call. The first call finds out
+    /// what depends on what, which costs more than calculate.
+    virtual void recalculate() = 0;
     /// Computes one cell that calculate may leave out.
     virtual void pull(const ZelmCellInfo& cell) = 0;
 };
@@ -48,6 +52,8 @@ struct Block {
     void (*load)();
     std::vector<std::string> (*keys)(std::vector<std::string> chain, bool whole);
     std::string_view (*groupOf)(const void* table);
+
+    std::unordered_map<std::string_view, const ZelmCellInfo*> cellsByName;
 
     const ZelmCellInfo* findCell(std::string_view cell) const;
     /// An Error that names the nearest cells if there is none of that name.

@@ -52,7 +52,7 @@ public:
     void evaluate(double junction)
     {
         m_instance->set(m_block.cell("JUNCTION_TEMPERATURE"), static_cast<float>(junction));
-        m_instance->calculate();
+        m_instance->recalculate();
     }
 
     double number(const ZelmCellInfo& cell) const

@@ -11,6 +11,15 @@
 
 namespace zelm::test {
 
+/// A zelm::Recalculation with its types erased.
+class Recalculated {
+public:
+    virtual ~Recalculated() = default;
+    /// Sets an input to what it holds in from, unset ones too.
+    virtual void set(const ZelmCellInfo& cell, ZelmParams& from) = 0;
+    virtual void recalculate() = 0;
+};
+
 /// A block with its types erased: cells go by type and name, so that what is tested of every block compiles once.
 struct Block {
     using Type = ZelmCellInfo::Type;
@@ -32,6 +41,11 @@ struct Block {
     std::string& (*stringCell)(ZelmParams& params, const std::string& name);
     void (*calculate)(ZelmParams& params);
     void (*pull)(ZelmParams& params, Type type, const std::string& name);
+    std::unique_ptr<Recalculated> (*recalculation)(ZelmParams& params);
+    /// Sets an input to what it holds in from, unset ones too.
+    void (*copyCell)(const ZelmCellInfo& cell, ZelmParams& from, ZelmParams& to);
+    /// The name and both values of the first cell that isn't the same bits, empty if all are.
+    std::string (*firstDifference)(ZelmParams& a, ZelmParams& b);
 };
 
 /// The block of a model; instantiated in the sources that the build makes from Blocks.def.

@@ -2,6 +2,11 @@
 
 #include "contract/Block.h"
 
+#include "framework/ZelmRecalculation.h"
+
+#include <bit>
+#include <cstdint>
+
 namespace zelm::test {
 
 template <class Model>
@@ -89,16 +94,90 @@ struct BlockOf {
         else
             model.pull(Params::string_to_string_enum(name), of(params), Data::getGlobal());
     }
+
+    // Calls visit with the cell's enumerator, whose type tells the array.
+    template <class Visit>
+    static void at(const ZelmCellInfo& cell, Visit visit)
+    {
+        if (cell.type == Type::integer)
+            visit(static_cast<typename Params::IntEnum>(cell.ordinal));
+        else if (cell.type == Type::real)
+            visit(static_cast<typename Params::FloatEnum>(cell.ordinal));
+        else
+            visit(static_cast<typename Params::StringEnum>(cell.ordinal));
+    }
+
+    class RecalculatedOf final : public Recalculated {
+    public:
+        explicit RecalculatedOf(Params& params) : m_recalculation(Model::getGlobal(), params, Data::getGlobal()) {}
+
+        void set(const ZelmCellInfo& cell, ZelmParams& from) override
+        {
+            at(cell, [&](auto input) { m_recalculation.set(input, of(from)[input]); });
+        }
+        void recalculate() override
+        {
+            m_recalculation.recalculate();
+        }
+
+    private:
+        zelm::Recalculation<Model> m_recalculation;
+    };
+
+    static std::unique_ptr<Recalculated> recalculation(ZelmParams& params)
+    {
+        return std::make_unique<RecalculatedOf>(of(params));
+    }
+
+    static void copyCell(const ZelmCellInfo& cell, ZelmParams& from, ZelmParams& to)
+    {
+        at(cell, [&](auto input) { of(to)[input] = of(from)[input]; });
+    }
+
+    static bool same(float a, float b)
+    {
+        return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b) || (a != a && b != b);
+    }
+    template <class T>
+    static bool same(const T& a, const T& b)
+    {
+        return a == b;
+    }
+
+    static std::string show(const std::string& value)
+    {
+        return value;
+    }
+    template <class T>
+    static std::string show(T value)
+    {
+        return std::to_string(value);
+    }
+
+    static std::string firstDifference(ZelmParams& a, ZelmParams& b)
+    {
+        std::string found;
+        for (const ZelmCellInfo& cell : Params::cells()) {
+            at(cell, [&](auto ordinal) {
+                const auto& left = of(a)[ordinal];
+                const auto& right = of(b)[ordinal];
+                if (found.empty() && !same(left, right))
+                    found = std::string(cell.name) + ": " + show(left) + " and " + show(right);
+            });
+        }
+        return found;
+    }
 };
 
 template <class Model>
 const Block& block()
 {
     using Of = BlockOf<Model>;
-    static constexpr Block erased{Of::Params::name, Of::Data::name, Model::name,      Of::Params::cells,
-                                  Of::Data::tables, Of::classNames, Of::nameLists,    Of::reload,
-                                  Of::keysOf,       Of::makeParams, Of::thereAndBack, Of::intCell,
-                                  Of::floatCell,    Of::stringCell, Of::calculate,    Of::pull};
+    static constexpr Block erased{Of::Params::name,  Of::Data::name, Model::name,        Of::Params::cells,
+                                  Of::Data::tables,  Of::classNames, Of::nameLists,      Of::reload,
+                                  Of::keysOf,        Of::makeParams, Of::thereAndBack,   Of::intCell,
+                                  Of::floatCell,     Of::stringCell, Of::calculate,      Of::pull,
+                                  Of::recalculation, Of::copyCell,   Of::firstDifference};
     return erased;
 }
 

@@ -445,9 +445,7 @@ TEST(LookUp, AllFormsJoinAlike)
     EXPECT_EQ(keys, (std::vector<std::string>{"A", "B"}));
     EXPECT_THAT(Utils::getCfgDataFromVar(table, "A", "B", "", "", "", "", "", "", "", ""), IsBits(1.0f));
     EXPECT_THAT(Utils::getCfgDataFromVar(table, "A", "", "B", "", "", "", "", "", "", ""), IsBits(2.0f));
-    EXPECT_THAT(Utils::lookUp(table, {"A", "B"}), IsBits(1.0f));
-    EXPECT_THAT(Utils::lookUp(table, {"A", "", "B"}), IsBits(2.0f));
-    EXPECT_THAT(Utils::lookUp(table, {""}), IsBits(3.0f));
+    EXPECT_THAT(Utils::getCfgDataFromVar(table, "", "", "", "", "", "", "", "", "", ""), IsBits(3.0f));
 }
 
 TEST(LookUp, AMissGivesTheSentinelAndInsertsNothing)
@@ -455,36 +453,38 @@ TEST(LookUp, AMissGivesTheSentinelAndInsertsNothing)
     const Utils::Table<float> floats;
     const Utils::Table<int> ints;
     const Utils::Table<std::string> strings;
-    EXPECT_THAT(Utils::lookUp(floats, {"X"}), IsBits(3.4028235e38f));
-    EXPECT_EQ(Utils::lookUp(ints, {"X"}), 0x7fffffff);
+    EXPECT_THAT(Utils::getCfgDataFromVar(floats, "X", "", "", "", "", "", "", "", "", ""), IsBits(3.4028235e38f));
+    EXPECT_EQ(Utils::getCfgDataFromVar(ints, "X", "", "", "", "", "", "", "", "", ""), 0x7fffffff);
     EXPECT_EQ(Utils::getCfgDataFromVar(strings, "X", "", "", "", "", "", "", "", "", ""), "UninitializedString");
     EXPECT_TRUE(floats.empty() && ints.empty() && strings.empty());
 }
 
 TEST(LookUp, AMissInABoolTableIsPrintedAndFalse)
 {
-    const Utils::Table<bool> table{{"ON", true}};
+    zelm::Table<bool> table;
+    table.insert_or_assign("ON", true);
     testing::internal::CaptureStdout();
-    EXPECT_TRUE(Utils::lookUp(table, {"ON"}));
-    EXPECT_FALSE(Utils::lookUp(table, {"X"}));
+    EXPECT_TRUE(table.find(zelm::Key("ON")));
+    EXPECT_FALSE(table.find(zelm::Key("X")));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Boolean error issues");
 }
 
 TEST(LookUp, MissesAreNotedByTheInnermostObserverOfTheThread)
 {
-    const Utils::Table<float> table{{"A", 1.0f}};
+    zelm::Table<float> table;
+    table.insert_or_assign("A", 1.0f);
     const zelm::LookUpMisses outer;
     {
         const zelm::LookUpMisses inner;
-        Utils::lookUp(table, {"A"});
-        Utils::lookUp(table, {"B", "C"});
-        std::thread([&] { Utils::lookUp(table, {"ELSEWHERE"}); }).join();
+        table.find(zelm::Key("A"));
+        table.find(zelm::Key("B"), zelm::Key("C"));
+        std::thread([&] { table.find(zelm::Key("ELSEWHERE")); }).join();
         ASSERT_EQ(inner.misses().size(), 1u);
         EXPECT_EQ(inner.misses()[0].key, "B.C");
         EXPECT_EQ(inner.misses()[0].table, &table);
     }
     EXPECT_TRUE(outer.misses().empty());
-    Utils::lookUp(table, {"D"});
+    table.find(zelm::Key("D"));
     EXPECT_EQ(outer.misses().size(), 1u);
 }
 
