@@ -8,7 +8,19 @@ namespace zelm::host {
 
 std::string jsonText(const Json& json)
 {
-    return json.dump(2) + "\n";
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string compactJson(const Json& json)
+{
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string quoted(const Json& json)
+{
+    if (const auto* text = json.get_ptr<const std::string*>())
+        return compactJson(abbreviated(*text));
+    return abbreviated(compactJson(json));
 }
 
 double shortest(float value)

@@ -1,6 +1,7 @@
 #include "host/blocks/Block.h"
 
 #include "host/base/Error.h"
+#include "host/base/Files.h"
 #include "host/base/Text.h"
 #include "host/blocks/DataLines.h"
 
@@ -13,6 +14,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
 
 namespace zelm::host {
 
@@ -20,6 +24,12 @@ namespace {
 
 using Kind = ZelmCellInfo::Kind;
 using Type = ZelmCellInfo::Type;
+
+template <class Data>
+std::string dataFileOf()
+{
+    return "powercfg/orvane/" + std::string(Data::name) + ".cfg";
+}
 
 template <class Model>
 class InstanceOf final : public Instance {
@@ -47,21 +57,45 @@ public:
 
     void calculate() override
     {
-        Model::getGlobal().calculate(m_params);
+        guarded([this] { Model::getGlobal().calculate(m_params); });
     }
 
     void pull(const ZelmCellInfo& cell) override
     {
-        const auto& data = Model::Data::getGlobal();
-        if (cell.type == Type::integer)
-            Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
-        else if (cell.type == Type::real)
-            Model::getGlobal().pull(static_cast<typename Params::FloatEnum>(cell.ordinal), m_params, data);
-        else
-            Model::getGlobal().pull(static_cast<typename Params::StringEnum>(cell.ordinal), m_params, data);
+        guarded([&] {
+            const auto& data = Model::Data::getGlobal();
+            if (cell.type == Type::integer)
+                Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
+            else if (cell.type == Type::real)
+                Model::getGlobal().pull(static_cast<typename Params::FloatEnum>(cell.ordinal), m_params, data);
+            else
+                Model::getGlobal().pull(static_cast<typename Params::StringEnum>(cell.ordinal), m_params, data);
+        });
     }
 
 private:
+    // What formulas throw comes from what they read: a text, say, where they want a number.
+    template <class Run>
+    static void guarded(Run run)
+    {
+        const auto fail = [](const std::string& why) {
+            const std::string file = dataFileOf<typename Model::Data>();
+            const std::string path = dataPath(file);
+            throw Error(fmt::format("{}: a formula fails on its rows: {}", path.empty() ? file : path, why));
+        };
+        try {
+            run();
+        } catch (const std::invalid_argument&) {
+            fail("a text that is no number stands where one is read");
+        } catch (const std::out_of_range&) {
+            fail("a number is too large or too small");
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& error) {
+            fail(error.what());
+        }
+    }
+
     template <class T>
     static Value ifSet(T value)
     {
@@ -72,18 +106,15 @@ private:
 };
 
 template <class Data>
-std::string dataFileOf()
-{
-    return "powercfg/orvane/" + std::string(Data::name) + ".cfg";
-}
-
-template <class Data>
 void loadAndCheck()
 {
     const std::string file = dataFileOf<Data>();
     const std::string path = dataPath(file);
     if (path.empty())
-        throw Error(fmt::format("{}: no directory of the data search list holds this file", file));
+        throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
+                                std::getenv("QTA_DATADIR")));
+    if (const std::string why = whyUnreadable(path); !why.empty())
+        throw Error(fmt::format("{}: cannot be read: {}", path, why));
     const Data* data = nullptr;
     try {
         data = &Data::getGlobal();
@@ -92,6 +123,8 @@ void loadAndCheck()
                                 error.getLine(), error.getError()));
     } catch (const libconfig::FileIOException&) {
         throw Error(fmt::format("{}: cannot be read", path));
+    } catch (const libconfig::ConfigException&) {
+        throw Error(fmt::format("{}: holds settings of a kind that tables can't have", path));
     }
     for (const ZelmTableInfo& table : Data::tables()) {
         if (data->getCfgKeys({std::string(table.group)}, false).empty())
@@ -155,14 +188,16 @@ const ZelmCellInfo& Block::cell(std::string_view wanted) const
 {
     if (const ZelmCellInfo* found = findCell(wanted))
         return *found;
-    throw Error(fmt::format("block {} has no cell {}{}", name, wanted, suggestion(wanted, namesOf(cells, false))));
+    throw Error(
+        fmt::format("block {} has no cell {}{}", name, abbreviated(wanted), suggestion(wanted, namesOf(cells, false))));
 }
 
 const ZelmCellInfo& Block::input(std::string_view wanted) const
 {
     const ZelmCellInfo* found = findCell(wanted);
     if (!found)
-        throw Error(fmt::format("block {} has no input {}{}", name, wanted, suggestion(wanted, namesOf(cells, true))));
+        throw Error(fmt::format("block {} has no input {}{}", name, abbreviated(wanted),
+                                suggestion(wanted, namesOf(cells, true))));
     if (found->kind != Kind::userInput)
         throw Error(fmt::format("cell {} of block {} is computed, not an input", wanted, name));
     return *found;
@@ -201,7 +236,8 @@ const Block& block(std::string_view name)
             return candidate;
         names.emplace_back(candidate.name);
     }
-    throw Error(fmt::format("there is no block {}{} (zelm blocks lists all)", name, suggestion(name, names)));
+    throw Error(
+        fmt::format("there is no block {}{} (zelm blocks lists all)", abbreviated(name), suggestion(name, names)));
 }
 
 Value parseValue(const ZelmCellInfo& cell, std::string_view text)
@@ -213,13 +249,13 @@ Value parseValue(const ZelmCellInfo& cell, std::string_view text)
         int value = 0;
         const auto parsed = std::from_chars(text.data(), end, value);
         if (parsed.ec != std::errc() || parsed.ptr != end)
-            throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, text));
+            throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, abbreviated(text)));
         return value;
     }
     float value = 0.0f;
     const auto parsed = std::from_chars(text.data(), end, value);
     if (parsed.ec != std::errc() || parsed.ptr != end || !std::isfinite(value))
-        throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, text));
+        throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, abbreviated(text)));
     return value;
 }
 

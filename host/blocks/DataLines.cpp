@@ -1,18 +1,26 @@
 #include "host/blocks/DataLines.h"
 
+#include "host/base/Error.h"
+
 #include "framework/ZelmData.h"
 
 #include <fmt/format.h>
 #include <libconfig.h++>
 
+#include <cstdlib>
 #include <filesystem>
 
 namespace zelm::host {
 
 std::string dataPath(const std::string& file)
 {
-    const std::string directory = ZelmData::getQTADataDir(file);
-    return directory.empty() ? "" : directory + "/" + file;
+    try {
+        const std::string directory = ZelmData::getQTADataDir(file);
+        return directory.empty() ? "" : directory + "/" + file;
+    } catch (const std::exception&) { // the library's file system throws where it may not look
+        throw Error(fmt::format("{}: the data search list {} has a folder that can't be looked into", file,
+                                std::getenv("QTA_DATADIR")));
+    }
 }
 
 DataLines::DataLines(const std::string& file)

@@ -27,10 +27,11 @@ std::map<std::string, std::vector<std::string>> gradesByPackage(const std::strin
 // The table of devices, packages, grades and resources.
 std::string listParts(bool json)
 {
+    const std::vector<std::string> devices = deviceNames(); // loads the data, or says what is wrong with them
     const auto& catalogue = ZelmOrvanePartsData::getGlobal();
     Json list = Json::array();
     std::string text;
-    for (const std::string& device : deviceNames()) {
+    for (const std::string& device : devices) {
         const std::string family = catalogue.getDeviceToFamilyMap(device);
         const std::string coreVoltages = catalogue.getDeviceCoreVoltageMap(device);
         const auto byPackage = gradesByPackage(device);

@@ -50,7 +50,7 @@ public:
 
     static std::string describe(const Json& value)
     {
-        return value.is_null() ? "null" : fmt::format("the {} {}", value.type_name(), value.dump());
+        return value.is_null() ? "null" : fmt::format("the {} {}", value.type_name(), quoted(value));
     }
 
     const Json* take(const std::string& name)
@@ -89,7 +89,7 @@ public:
             where.fail(fmt::format("expected a number, found {}", describe(value)));
         const double number = value.get<double>();
         if (!(number >= least && number <= most))
-            where.fail(fmt::format("{} is outside {} to {} {}", value.dump(), least, most, unit));
+            where.fail(fmt::format("{} is outside {} to {} {}", quoted(value), least, most, unit));
         return number;
     }
 
@@ -265,7 +265,7 @@ std::map<std::string, double> readRegulators(const Json& value, const Place& whe
     std::map<std::string, double> regulators;
     Fields byRail(value, where);
     for (const auto& [rail, entry] : value.items()) {
-        Fields regulator(*byRail.take(rail), byRail.place(rail));
+        Fields regulator(entry, byRail.place(rail));
         const auto current = regulator.number("maxCurrent", 0.0, kMostAmperes, "A");
         if (!current)
             byRail.place(rail).fail("a regulator needs its \"maxCurrent\" in amperes");
@@ -308,7 +308,8 @@ std::vector<Group> readGroups(const Json& value, const Place& where)
         const Place place = where.element(i);
         Group group = readGroup(value[i], place);
         if (!names.insert(group.name).second)
-            place.field("name").fail(fmt::format("two groups are named \"{}\"; give each its own name", group.name));
+            place.field("name").fail(
+                fmt::format("two groups are named \"{}\"; give each its own name", abbreviated(group.name)));
         groups.push_back(std::move(group));
     }
     return groups;

@@ -120,8 +120,8 @@ std::vector<std::string> namesOf(const std::string& device)
 ResolvedDevice resolve(const Design& design)
 {
     const Device& device = design.device.value();
+    const std::vector<std::string> devices = deviceNames(); // loads the data, or says what is wrong with them
     const auto& catalogue = ZelmOrvanePartsData::getGlobal();
-    const std::vector<std::string> devices = deviceNames();
     const std::vector<std::string> orderable = orderableParts();
     const bool isPart = std::find(orderable.begin(), orderable.end(), device.part) != orderable.end();
     std::vector<std::string> fields = split(device.part, '_');

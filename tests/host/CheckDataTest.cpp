@@ -162,7 +162,7 @@ TEST(CheckData, ATextThatFormulasWantANumberFromIsToldWithItsFile)
     std::ofstream(file) << text;
     const ToolRun result = scratch.run("check-data " + data);
     EXPECT_EQ(result.code, 2);
-    EXPECT_THAT(result.out, HasSubstr(file + ": a formula fails on its rows: stof"));
+    EXPECT_THAT(result.out, HasSubstr(file + ": a formula fails on its rows: a text that is no number"));
 }
 
 } // namespace
