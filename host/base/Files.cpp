@@ -144,6 +144,13 @@ std::string linkTarget(const std::string& path)
     return target.string();
 }
 
+// The same for all spellings of a path that is not there yet.
+std::filesystem::path placeOf(const std::string& path)
+{
+    std::error_code none;
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(linkTarget(path), none), none);
+}
+
 // A device, a FIFO, or what the shell has opened for this run.
 void writeStream(const std::string& path, int descriptor, std::string_view text)
 {
@@ -262,7 +269,7 @@ void refuseOverwriting(const std::vector<std::string>& outputs, const std::vecto
         const auto isSame = [&](const std::string& other) {
             const auto otherStatus = statusOf(other);
             if (!status || !otherStatus)
-                return !status && !otherStatus && linkTarget(output) == linkTarget(other);
+                return !status && !otherStatus && placeOf(output) == placeOf(other);
             return S_ISREG(status->st_mode) && sameFile(*status, *otherStatus);
         };
         for (std::size_t j = 0; j < i; ++j) {
