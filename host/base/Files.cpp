@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -108,6 +108,8 @@ std::string readOpen(int descriptor, const std::string& name)
     const bool isFifo = ::fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
     const auto deadline = Clock::now() + patience;
     std::string text;
+    if (S_ISREG(status.st_mode))
+        text.reserve(std::min(kMostFileBytes, static_cast<std::size_t>(status.st_size)));
     std::vector<char> chunk(std::size_t{1} << 16);
     while (true) {
         const ssize_t got = ::read(descriptor, chunk.data(), chunk.size());

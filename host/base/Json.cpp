@@ -2,6 +2,8 @@
 
 #include "host/base/Text.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 
 namespace zelm::host {
@@ -20,7 +22,9 @@ std::string quoted(const Json& json)
 {
     if (const auto* text = json.get_ptr<const std::string*>())
         return compactJson(abbreviated(*text));
-    return abbreviated(compactJson(json));
+    constexpr std::size_t few = 60; // no more would be shown, and to write all out takes time
+    return json.is_structured() && json.size() > few ? fmt::format("of {} elements", json.size())
+                                                     : abbreviated(compactJson(json));
 }
 
 double shortest(float value)

@@ -20,8 +20,8 @@ namespace {
 
 // A design has four levels.
 constexpr std::size_t kDeepest = 64;
-// A hundred thousand groups with all their inputs have a tenth of it; each takes up to a hundred bytes.
-constexpr std::size_t kMostValues = 20'000'000;
+// A hundred thousand groups of ten inputs have half of it.
+constexpr std::size_t kMostValues = 3'000'000;
 constexpr std::size_t kLongestName = 1000;
 
 // Hashes of paths grow by their parts, so that a field costs as much as its own name (64-bit FNV-1a).
@@ -228,8 +228,8 @@ private:
         return line;
     }
 
-    // The place of a value that begins: path and line.
-    std::pair<std::uint64_t, std::size_t> begin(std::size_t line)
+    // The place of a value that begins: path and line. The path only where it is kept, or where more follows below it.
+    std::pair<std::uint64_t, std::size_t> begin(std::size_t line, bool holdsMore)
     {
         if (++m_values > kMostValues)
             fail(fmt::format("more than {} values", kMostValues));
@@ -238,6 +238,8 @@ private:
         const Level& level = m_levels.back();
         if (level.value->is_object())
             return {m_field, m_fieldLine};
+        if (!holdsMore && line == level.line && m_levels.size() > 1)
+            return {kNoPath, line};
         const std::uint64_t path = hashed(level.path, fmt::format("[{}]", level.value->size()));
         return {path, note(path, line, level.line)};
     }
@@ -259,7 +261,7 @@ private:
 
     bool take(Json value, std::size_t line = 0)
     {
-        begin(line == 0 ? m_position->line : line);
+        begin(line == 0 ? m_position->line : line, false);
         put(std::move(value));
         return true;
     }
@@ -268,7 +270,7 @@ private:
     {
         if (m_levels.size() == kDeepest)
             fail(fmt::format("lists and objects stand more than {} deep in each other", kDeepest));
-        const auto [path, line] = begin(m_position->line);
+        const auto [path, line] = begin(m_position->line, true);
         std::string name = !m_levels.empty() && m_levels.back().value->is_object() ? m_fieldName : std::string();
         Json& value = put(std::move(container));
         m_levels.push_back({&value, std::move(name), path, line});

@@ -70,9 +70,20 @@ public:
         const Json* value = take(name);
         if (!value)
             return otherwise;
-        if (!value->is_string())
-            place(name).fail(fmt::format("expected a text, found {}", describe(*value)));
-        return value->get<std::string>();
+        return text(*value, place(name));
+    }
+
+    // Names and words go into every table and message: a limit keeps those readable.
+    static std::string text(const Json& value, const Place& where)
+    {
+        constexpr std::size_t most = 200;
+        if (!value.is_string())
+            where.fail(fmt::format("expected a text, found {}", describe(value)));
+        auto text = value.get<std::string>();
+        if (text.size() > most)
+            where.fail(fmt::format("expected a text of at most {} characters, found {} of them: {}", most, text.size(),
+                                   quoted(value)));
+        return text;
     }
 
     std::optional<double> number(const std::string& name, double least, double most, const char* unit)
@@ -125,9 +136,7 @@ Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
 {
     switch (cell.type) {
     case ZelmCellInfo::Type::text:
-        if (!value.is_string())
-            where.fail(fmt::format("expected a text, found {}", Fields::describe(value)));
-        return value.get<std::string>();
+        return Fields::text(value, where);
     case ZelmCellInfo::Type::integer: {
         const bool whole =
             value.is_number_integer() || (value.is_number() && value.get<double>() == std::floor(value.get<double>()));

@@ -151,7 +151,7 @@ std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const st
             const Json& value = variation.values[index / rest % variation.values.size()];
             at(changed, variation.path, variation.path) = value;
             point.values.push_back(value);
-            settings.push_back(fmt::format("{} = {}", variation.path, sweepWord(value)));
+            settings.push_back(fmt::format("{} = {}", variation.path, abbreviated(sweepWord(value))));
         }
         try {
             point.estimate = estimate(readDesign(changed, source));

@@ -124,6 +124,11 @@ TEST(JsonBounds, LinesAreKeptPerLineAndNotPerField)
         EXPECT_EQ(source.at(path), words);
 }
 
+TEST(JsonBounds, MoreValuesThanADesignNeedsAreRefused)
+{
+    EXPECT_EQ(parseErrorOf("[\n" + repeated("1,\n", 3000000) + "1]"), "test.json:3000001: more than 3000000 values");
+}
+
 TEST(JsonBounds, FieldsTwiceAreToldWithTheirLine)
 {
     EXPECT_EQ(parseErrorOf("{\"a\": 1,\n\"b\": [{\"c\": 1,\n\"d\": {\"c\": 1}, \"c\": 2}]}"),
