@@ -1,36 +1,27 @@
-#include "host/base/Terminal.h"
 #include "host/commands/Tool.h"
-
-#include <fmt/format.h>
-
-#include <cstdio>
-#include <exception>
 
 namespace {
 
 using namespace zelm::host;
 
 constexpr Command kCommands[] = {
-    {"estimate", "Estimate a design", declareEstimate},
-    {"sweep", "Estimate a design over ranges of its values", declareSweep},
-    {"blocks", "List the resource kinds", declareBlocks},
-    {"cells", "List the cells of a block", declareCells},
-    {"calc", "Calculate one block and print all its cells", declareCalc},
-    {"parts", "List devices, packages, grades and resources", declareParts},
-    {"standards", "List I/O standards by kind of bank", declareStandards},
-    {"schema", "Print the JSON Schema of design files", declareSchema},
-    {"check-data", "Tell whether a data directory is whole", declareCheckData},
-    {"docs", "Write the reference of all cells as Markdown", declareDocs},
+    {"estimate", "Estimate a design", "zelm estimate design.json --check --html report.html", declareEstimate},
+    {"sweep", "Estimate a design over ranges of its values",
+     "zelm sweep design.json --vary environment.ambientTemperature=0:80:10 --csv", declareSweep},
+    {"blocks", "List the resource kinds", "zelm blocks --json", declareBlocks},
+    {"cells", "List the cells of a block", "zelm cells Bram", declareCells},
+    {"calc", "Calculate one block and print all its cells", "zelm calc Bram NUM_BRAMS=64 PORT_A_CLOCK=250",
+     declareCalc},
+    {"parts", "List devices, packages, grades and resources", "zelm parts", declareParts},
+    {"standards", "List I/O standards by kind of bank", "zelm standards --json", declareStandards},
+    {"schema", "Print the JSON Schema of design files", "zelm schema > design.schema.json", declareSchema},
+    {"check-data", "Tell whether a data directory is whole", "zelm check-data my/data", declareCheckData},
+    {"docs", "Write the reference of all cells as Markdown", "zelm docs docs/cells", declareDocs},
 };
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    try {
-        return runTool(argc, argv, kCommands);
-    } catch (const std::exception& error) {
-        fmt::print(stderr, "{} {}\n", Paint(takesColour(stderr)).bad("zelm:"), error.what());
-        return kUserError;
-    }
+    return runTool(argc, argv, kCommands);
 }

@@ -2,13 +2,29 @@
 
 #include "host/base/Text.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 
 namespace zelm::host {
 
 std::string jsonText(const Json& json)
 {
-    return json.dump(2) + "\n";
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string compactJson(const Json& json)
+{
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string quoted(const Json& json)
+{
+    if (const auto* text = json.get_ptr<const std::string*>())
+        return compactJson(abbreviated(*text));
+    constexpr std::size_t few = 60; // no more would be shown, and to write all out takes time
+    return json.is_structured() && json.size() > few ? fmt::format("of {} elements", json.size())
+                                                     : abbreviated(compactJson(json));
 }
 
 double shortest(float value)

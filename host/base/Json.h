@@ -8,8 +8,12 @@
 
 namespace zelm::host {
 
-/// JSON as the tool prints it: indented, with a newline at the end.
+/// JSON as the tool prints it: indented, with a newline at the end. Bytes that aren't UTF-8 are replaced.
 std::string jsonText(const Json& json);
+/// The same on one line, for other programs.
+std::string compactJson(const Json& json);
+/// A value for a message: on one line, and not all of a long one.
+std::string quoted(const Json& json);
 
 /// The double with the shortest text that reads back as the same float: 0.72 and not 0.7200000286102295.
 double shortest(float value);

@@ -1,23 +1,38 @@
 #include "host/base/JsonSource.h"
 
 #include "host/base/Error.h"
+#include "host/base/Files.h"
 #include "host/base/Json.h"
+#include "host/base/Text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <set>
-#include <sstream>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zelm::host {
 
 namespace {
 
-using Event = nlohmann::detail::parse_event_t;
+// A design has four levels.
+constexpr std::size_t kDeepest = 64;
+// A hundred thousand groups of ten inputs have half of it.
+constexpr std::size_t kMostValues = 3'000'000;
+constexpr std::size_t kLongestName = 1000;
+
+// Hashes of paths grow by their parts, so that a field costs as much as its own name (64-bit FNV-1a).
+constexpr std::uint64_t kNoPath = 0xcbf29ce484222325U;
+
+std::uint64_t hashed(std::uint64_t path, std::string_view part)
+{
+    for (const char c : part)
+        path = (path ^ static_cast<unsigned char>(c)) * 0x100000001b3U;
+    return path;
+}
 
 // Where the parser is: it tells no places, so the iterator that feeds it does.
 struct Position {
@@ -59,120 +74,255 @@ private:
     Position* m_position;
 };
 
-// Follows the parser's events and notes the line of every path.
-class Lines {
+// Builds the value from the parser's events and notes the lines of its fields. The members' names are the parser's.
+class Builder {
 public:
-    Lines(JsonSource& source, const Position& position) : m_source(&source), m_position(&position) {}
+    using number_integer_t = Json::number_integer_t;
+    using number_unsigned_t = Json::number_unsigned_t;
+    using number_float_t = Json::number_float_t;
+    using string_t = Json::string_t;
+    using binary_t = Json::binary_t;
 
-    void on(Event event, const Json& parsed)
+    Builder(const std::string& file, const std::string& text, const Position& position)
+        : m_file(&file), m_text(&text), m_position(&position)
     {
-        switch (event) {
-        case Event::key:
-            key(parsed.get<std::string>());
-            break;
-        case Event::object_start:
-        case Event::array_start:
-            m_open.push_back({begin(m_position->line), event == Event::array_start, 0, {}});
-            break;
-        case Event::object_end:
-        case Event::array_end:
-            m_open.pop_back();
-            break;
-        case Event::value:
-            // The end of a number shows only in the character behind it.
-            begin(m_position->line - (parsed.is_number() && m_position->last == '\n' ? 1 : 0));
-            break;
-        }
     }
 
-    /// The path of the field that was begun last.
-    const std::string& field() const
+    bool null() // NOLINT(readability-identifier-naming)
     {
-        return m_field;
+        return take(Json());
+    }
+    bool boolean(bool value)
+    {
+        return take(value);
+    }
+    bool number_integer(number_integer_t value) // NOLINT(readability-identifier-naming)
+    {
+        return take(value, behindNumber());
+    }
+    bool number_unsigned(number_unsigned_t value) // NOLINT(readability-identifier-naming)
+    {
+        return take(value, behindNumber());
+    }
+    bool number_float(number_float_t value, const string_t&) // NOLINT(readability-identifier-naming)
+    {
+        return take(value, behindNumber());
+    }
+    bool string(string_t& value)
+    {
+        return take(std::move(value));
+    }
+    bool binary(binary_t&)
+    {
+        return false; // not in texts
+    }
+    bool start_object(std::size_t) // NOLINT(readability-identifier-naming)
+    {
+        return open(Json::object());
+    }
+    bool start_array(std::size_t) // NOLINT(readability-identifier-naming)
+    {
+        return open(Json::array());
+    }
+    bool end_object() // NOLINT(readability-identifier-naming)
+    {
+        return close();
+    }
+    bool end_array() // NOLINT(readability-identifier-naming)
+    {
+        return close();
+    }
+
+    bool key(string_t& name)
+    {
+        Level& object = m_levels.back();
+        if (name.size() > kLongestName)
+            fail(fmt::format("a field's name has {} characters: {}", name.size(), abbreviated(name)));
+        if (!object.names.insert(name).second)
+            fail(fmt::format("the field \"{}\" stands twice in one object", abbreviated(name)));
+        m_field = object.path == kNoPath ? hashed(kNoPath, name) : hashed(hashed(object.path, "."), name);
+        m_fieldLine = note(m_field, m_position->line, object.line);
+        m_fieldName = std::move(name);
+        return true;
+    }
+
+    bool parse_error(std::size_t byte, const std::string&, // NOLINT(readability-identifier-naming)
+                     const nlohmann::detail::exception& error)
+    {
+        std::string_view what = error.what();
+        if (dynamic_cast<const Json::out_of_range*>(&error)) {
+            what.remove_prefix(std::min(what.size(), what.find("] ") + 2));
+            throw Error(
+                fmt::format("{}:{}: {}: {}", *m_file, behindNumber(), pathHere(), abbreviated(what, kMostWords)));
+        }
+        const std::string_view before = std::string_view(*m_text).substr(0, byte == 0 ? 0 : byte - 1);
+        const auto line = std::count(before.begin(), before.end(), '\n') + 1;
+        const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
+        what.remove_prefix(std::min(what.size(), what.find(": ") + 2));
+        throw Error(fmt::format("{}:{}:{}: {}", *m_file, line, before.size() - lineStart + 1, withoutLongToken(what)));
+    }
+
+    Json& root()
+    {
+        return m_root;
+    }
+    JsonSource::Lines& lines()
+    {
+        return m_lines;
     }
 
 private:
-    struct Container {
-        std::string path;
-        bool isArray;
-        std::size_t elements;
-        std::set<std::string> keys;
+    static constexpr std::size_t kMostWords = 200;
+
+    struct Level {
+        Json* value;
+        std::string name; ///< in its enclosing object; empty for elements
+        std::uint64_t path;
+        std::size_t line;
+        std::set<std::string> names{};
     };
 
-    void key(const std::string& name)
+    [[noreturn]] void fail(const std::string& message) const
     {
-        Container& object = m_open.back();
-        m_field = object.path.empty() ? name : object.path + "." + name;
-        if (!object.keys.insert(name).second)
-            throw Error(fmt::format("{}:{}: the field \"{}\" stands twice in one object", m_source->file,
-                                    m_position->line, name));
-        m_source->lines[m_field] = m_position->line;
+        throw Error(fmt::format("{}:{}: {}", *m_file, m_position->line, message));
     }
 
-    // A value begins: an array's next element, or what the last key names.
-    std::string begin(std::size_t line)
+    // The parser tells all that it read last: "syntax error ... - invalid string: ...; last read: '...'".
+    static std::string withoutLongToken(std::string_view what)
     {
-        if (m_open.empty())
-            return {};
-        Container& container = m_open.back();
-        if (!container.isArray)
-            return m_field;
-        std::string path = fmt::format("{}[{}]", container.path, container.elements++);
-        m_source->lines[path] = line;
+        constexpr std::string_view mark = "last read: '";
+        const std::size_t at = what.find(mark);
+        if (at == std::string_view::npos)
+            return std::string(what);
+        const std::size_t start = at + mark.size();
+        const std::size_t end = what.rfind('\'');
+        return fmt::format("{}{}{}", what.substr(0, start), abbreviated(what.substr(start, end - start)),
+                           what.substr(end));
+    }
+
+    // The end of a number shows only in the character behind it.
+    std::size_t behindNumber() const
+    {
+        return m_position->line - (m_position->last == '\n' ? 1 : 0);
+    }
+
+    std::string pathHere() const
+    {
+        std::string path;
+        for (std::size_t i = 0; i < m_levels.size(); ++i) {
+            const bool last = i + 1 == m_levels.size();
+            const Json& value = *m_levels[i].value;
+            if (value.is_array())
+                path += fmt::format("[{}]", value.size() - (last ? 0 : 1));
+            else
+                path += (path.empty() ? "" : ".") + (last ? m_fieldName : m_levels[i + 1].name);
+        }
         return path;
     }
 
-    JsonSource* m_source;
+    // A line is kept only where it differs from that of what encloses the field: for what nothing encloses, always.
+    std::size_t note(std::uint64_t path, std::size_t line, std::size_t enclosing)
+    {
+        if (line != enclosing || m_levels.size() == 1)
+            m_lines[path] = line;
+        return line;
+    }
+
+    // The place of a value that begins: path and line. The path only where it is kept, or where more follows below it.
+    std::pair<std::uint64_t, std::size_t> begin(std::size_t line, bool holdsMore)
+    {
+        if (++m_values > kMostValues)
+            fail(fmt::format("more than {} values", kMostValues));
+        if (m_levels.empty())
+            return {kNoPath, line};
+        const Level& level = m_levels.back();
+        if (level.value->is_object())
+            return {m_field, m_fieldLine};
+        if (!holdsMore && line == level.line && m_levels.size() > 1)
+            return {kNoPath, line};
+        const std::uint64_t path = hashed(level.path, fmt::format("[{}]", level.value->size()));
+        return {path, note(path, line, level.line)};
+    }
+
+    Json& put(Json value)
+    {
+        if (m_levels.empty())
+            return m_root = std::move(value);
+        Json& parent = *m_levels.back().value;
+        if (parent.is_array()) {
+            parent.push_back(std::move(value));
+            return parent.back();
+        }
+        // Names are known to differ: the type's own insertion would look through all fields for each of them.
+        auto& fields = parent.get_ref<Json::object_t&>();
+        fields.push_back({m_fieldName, std::move(value)});
+        return fields.back().second;
+    }
+
+    bool take(Json value, std::size_t line = 0)
+    {
+        begin(line == 0 ? m_position->line : line, false);
+        put(std::move(value));
+        return true;
+    }
+
+    bool open(Json container)
+    {
+        if (m_levels.size() == kDeepest)
+            fail(fmt::format("lists and objects stand more than {} deep in each other", kDeepest));
+        const auto [path, line] = begin(m_position->line, true);
+        std::string name = !m_levels.empty() && m_levels.back().value->is_object() ? m_fieldName : std::string();
+        Json& value = put(std::move(container));
+        m_levels.push_back({&value, std::move(name), path, line});
+        return true;
+    }
+
+    bool close()
+    {
+        m_levels.pop_back();
+        return true;
+    }
+
+    const std::string* m_file;
+    const std::string* m_text;
     const Position* m_position;
-    std::vector<Container> m_open;
-    std::string m_field;
+    Json m_root;
+    JsonSource::Lines m_lines;
+    std::vector<Level> m_levels;
+    std::string m_fieldName;
+    std::uint64_t m_field = kNoPath;
+    std::size_t m_fieldLine = 0;
+    std::size_t m_values = 0;
 };
 
 } // namespace
 
 std::string JsonSource::at(const std::string& path) const
 {
-    for (std::string enclosing = path; !enclosing.empty();) {
-        if (const auto found = lines.find(enclosing); found != lines.end())
-            return fmt::format("{}:{}: {}", file, found->second, path);
+    const std::string words = abbreviated(path, 200);
+    for (std::string_view enclosing = path; lines && !enclosing.empty();) {
+        if (const auto found = lines->find(hashed(kNoPath, enclosing)); found != lines->end())
+            return fmt::format("{}:{}: {}", file, found->second, words);
         const std::size_t cut = enclosing.find_last_of(".[");
-        enclosing.resize(cut == std::string::npos ? 0 : cut);
+        enclosing = enclosing.substr(0, cut == std::string_view::npos ? 0 : cut);
     }
-    return path.empty() ? file : fmt::format("{}: {}", file, path);
+    return path.empty() ? file : fmt::format("{}: {}", file, words);
 }
 
 Json parseJson(const std::string& text, JsonSource& source)
 {
     Position position;
-    Lines lines(source, position);
-    try {
-        return Json::parse(WatchedText(text.data(), position), WatchedText(text.data() + text.size(), position),
-                           [&](int, Event event, const Json& parsed) {
-                               lines.on(event, parsed);
-                               return true;
-                           });
-    } catch (const Json::parse_error& error) {
-        const std::string_view before = std::string_view(text).substr(0, error.byte == 0 ? 0 : error.byte - 1);
-        const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-        const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
-        std::string_view what = error.what();
-        what.remove_prefix(std::min(what.size(), what.find(": ") + 2));
-        throw Error(fmt::format("{}:{}:{}: {}", source.file, line, before.size() - lineStart + 1, what));
-    } catch (const Json::out_of_range& error) {
-        std::string_view what = error.what();
-        what.remove_prefix(std::min(what.size(), what.find("] ") + 2));
-        throw Error(fmt::format("{}: {}", source.at(lines.field()), what));
-    }
+    Builder builder(source.file, text, position);
+    Json::sax_parse(WatchedText(text.data(), position), WatchedText(text.data() + text.size(), position), &builder);
+    source.lines = std::make_shared<const JsonSource::Lines>(std::move(builder.lines()));
+    return std::move(builder.root());
 }
 
 Json readJson(const std::string& file, JsonSource& source)
 {
-    std::ifstream in(file);
-    std::ostringstream text;
-    if (!in || !(text << in.rdbuf()))
-        throw Error(fmt::format("{}: cannot be read, or is empty", file));
-    source.file = file;
-    return parseJson(text.str(), source);
+    const std::string text = readFile(file);
+    source.file = file == kStandardInput ? "standard input" : file;
+    return parseJson(text, source);
 }
 
 } // namespace zelm::host

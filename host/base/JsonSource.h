@@ -3,23 +3,31 @@
 #include "host/base/JsonFwd.h"
 
 #include <cstddef>
-#include <map>
+#include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 namespace zelm::host {
 
 /// A JSON file's name and the line on which each of its fields begins, by path: "groups[2].inputs.CLOCK_FREQ".
 struct JsonSource {
+    /// Lines by the hash of the path: of those fields only that begin on another line than what encloses them, so that
+    /// there are no more of them than lines, and none holds its path.
+    using Lines = std::unordered_map<std::uint64_t, std::size_t>;
+
     std::string file;
-    std::map<std::string, std::size_t> lines;
+    std::shared_ptr<const Lines> lines; ///< shared: each point of a sweep has its copy of the source
 
     /// "design.json:12: groups[2].inputs.CLOCK_FREQ"; the line of what encloses a field that isn't there.
     std::string at(const std::string& path) const;
 };
 
-/// Parses text and fills source.lines. Bad syntax and fields that stand twice are an Error with file and line.
+/// Parses text and fills source.lines. Bad syntax, fields that stand twice, and more depth or values than a design can
+/// need are an Error with file and line.
 Json parseJson(const std::string& text, JsonSource& source);
-/// The same for a file, whose name source takes.
+/// The same for a file, or "-" for standard input, whose name source takes.
 Json readJson(const std::string& file, JsonSource& source);
 
 } // namespace zelm::host

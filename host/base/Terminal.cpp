@@ -1,9 +1,14 @@
 #include "host/base/Terminal.h"
 
+#include "host/base/Files.h"
+#include "host/base/Text.h"
+
 #include <fmt/format.h>
 
+#include <charconv>
 #include <cstdlib>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -28,6 +33,29 @@ bool isTerminal(std::FILE* stream)
 bool takesColour(std::FILE* stream)
 {
     return isTerminal(stream) && variable("NO_COLOR").empty();
+}
+
+std::size_t terminalColumns()
+{
+    if (isatty(STDOUT_FILENO) != 1)
+        return 0;
+    const std::string_view given = variable("COLUMNS");
+    std::size_t columns = 0;
+    if (std::from_chars(given.data(), given.data() + given.size(), columns).ec == std::errc() && columns > 0)
+        return columns;
+    winsize size = {};
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
+void say(const std::string& text)
+{
+    static_cast<void>(writeAll(STDERR_FILENO, shown(text) + "\n"));
+}
+
+void complain(const std::string& text)
+{
+    const std::string mark = Paint(takesColour(stderr)).bad("zelm:");
+    static_cast<void>(writeAll(STDERR_FILENO, fmt::format("{} {}\n", mark, shown(text))));
 }
 
 std::string Paint::title(const std::string& text) const
@@ -63,7 +91,7 @@ Progress::Progress(std::string what, std::size_t steps, std::chrono::millisecond
 Progress::~Progress()
 {
     if (m_shown)
-        fmt::print(stderr, "\r\x1b[K");
+        static_cast<void>(writeAll(STDERR_FILENO, "\r\x1b[K"));
 }
 
 void Progress::step()
@@ -76,8 +104,8 @@ void Progress::step()
     m_next = now + std::chrono::milliseconds(50);
     m_shown = true;
     const std::size_t filled = m_steps == 0 ? width : width * m_done / m_steps;
-    fmt::print(stderr, "\r{} [{:<{}}] {}/{}", m_what, std::string(filled, '#'), width, m_done, m_steps);
-    std::fflush(stderr);
+    static_cast<void>(writeAll(
+        STDERR_FILENO, fmt::format("\r{} [{:<{}}] {}/{}", m_what, std::string(filled, '#'), width, m_done, m_steps)));
 }
 
 } // namespace zelm::host

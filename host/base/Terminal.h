@@ -10,6 +10,15 @@ namespace zelm::host {
 /// Whether escape sequences belong on this stream: a terminal that isn't dumb, and no NO_COLOR in the environment.
 bool takesColour(std::FILE* stream);
 
+/// The columns of the terminal that standard output is, or that COLUMNS gives; 0 if it is none.
+std::size_t terminalColumns();
+
+/// Says one line on standard error; text of others that it quotes can't steer the terminal. What can't be said is
+/// dropped: no run fails for that.
+void say(const std::string& text);
+/// The same with the tool's name in front, for what people should mend.
+void complain(const std::string& text);
+
 /// Paints words for a terminal, or leaves them as they are.
 class Paint {
 public:

@@ -6,8 +6,12 @@
 #include <array>
 #include <cctype>
 #include <charconv>
+#include <clocale>
 #include <cmath>
+#include <cwchar>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale and uselocale are POSIX's
 #include <numeric>
+#include <utility>
 
 namespace zelm::host {
 
@@ -32,17 +36,107 @@ std::size_t editDistance(std::string_view a, std::string_view b)
     return row[b.size()];
 }
 
-// Display columns of UTF-8 text: every byte that neither continues a character nor is part of a colour's sequence.
-std::size_t width(std::string_view text)
-{
-    std::size_t columns = 0;
-    bool escape = false;
-    for (const char c : text) {
-        escape = escape || c == '\x1b';
-        columns += !escape && (static_cast<unsigned char>(c) & 0xc0) != 0x80;
-        escape = escape && c != 'm';
+// While it lives, the thread's characters are UTF-8, whatever the environment says.
+class Utf8Scope {
+public:
+    Utf8Scope() : m_before(uselocale(utf8())) {}
+    ~Utf8Scope()
+    {
+        uselocale(m_before);
     }
-    return columns;
+    Utf8Scope(const Utf8Scope&) = delete;
+    Utf8Scope& operator=(const Utf8Scope&) = delete;
+
+private:
+    static locale_t utf8()
+    {
+        static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+        return locale; // null, which changes nothing, where the C library has none
+    }
+
+    locale_t m_before;
+};
+
+// One character of UTF-8 text, or a byte that is no part of any.
+struct Character {
+    std::string_view bytes;
+    wchar_t code = 0;
+    bool valid = false;
+};
+
+template <class Each>
+void forEachCharacter(std::string_view text, Each each)
+{
+    const Utf8Scope scope;
+    while (!text.empty()) {
+        Character character{text.substr(0, 1)};
+        if (static_cast<unsigned char>(text.front()) < 0x80) {
+            character.code = static_cast<unsigned char>(text.front());
+            character.valid = true;
+        } else {
+            std::mbstate_t state{};
+            const std::size_t size = std::mbrtowc(&character.code, text.data(), text.size(), &state);
+            character.valid = size <= text.size(); // errors are larger than any text
+            if (character.valid)
+                character.bytes = text.substr(0, size);
+        }
+        each(character);
+        text.remove_prefix(character.bytes.size());
+    }
+}
+
+bool misleads(wchar_t code)
+{
+    const auto within = [code](wchar_t first, wchar_t last) { return code >= first && code <= last; };
+    return code < 0x20 || within(0x7f, 0x9f) || code == 0x61c || within(0x200e, 0x200f) || within(0x2028, 0x202e) ||
+           within(0x2066, 0x2069) || code == 0xfeff;
+}
+
+// The first columns of a cell, cut at a space if there is one; the rest stays.
+std::string cutLine(std::string& rest, std::size_t columns)
+{
+    std::size_t taken = 0;
+    std::size_t used = 0;
+    std::size_t space = 0;
+    bool full = false;
+    forEachCharacter(rest, [&](const Character& character) {
+        const std::size_t wide = width(character.bytes);
+        full = full || (used + wide > columns && taken > 0);
+        if (full)
+            return;
+        used += wide;
+        taken += character.bytes.size();
+        if (character.code == ' ')
+            space = taken;
+    });
+    if (taken < rest.size() && rest[taken] == ' ')
+        space = taken;
+    const std::size_t cut = taken == rest.size() || space == 0 ? taken : space;
+    std::string line = rest.substr(0, cut);
+    rest.erase(0, cut);
+    line.erase(line.find_last_not_of(' ') + 1);
+    rest.erase(0, rest.find_first_not_of(' '));
+    return line;
+}
+
+std::size_t g_tableWidth = 0; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): set once, at the start
+
+// Takes columns from the widest column of words, one by one, until the table fits or the words have no room left.
+void narrow(std::vector<std::size_t>& widths, const std::vector<bool>& breaks)
+{
+    constexpr std::size_t gap = 2;
+    constexpr std::size_t leastWords = 12;
+    std::size_t total = gap * (widths.size() - 1) + std::accumulate(widths.begin(), widths.end(), std::size_t{0});
+    for (; g_tableWidth != 0 && total > g_tableWidth; --total) {
+        std::size_t widest = widths.size();
+        for (std::size_t c = 0; c < widths.size(); ++c) {
+            if (breaks[c] && widths[c] > leastWords && (widest == widths.size() || widths[c] > widths[widest]))
+                widest = c;
+        }
+        if (widest == widths.size())
+            return;
+        --widths[widest];
+    }
 }
 
 bool looksNumeric(std::string_view text)
@@ -58,6 +152,9 @@ std::vector<std::string> nearestNames(std::string_view name, const std::vector<s
     std::vector<std::pair<std::size_t, std::string>> ranked;
     const std::size_t limit = std::max<std::size_t>(2, name.size() / 3);
     for (const std::string& candidate : known) {
+        const std::size_t longer = std::max(name.size(), candidate.size());
+        if (longer - std::min(name.size(), candidate.size()) > limit)
+            continue;
         const std::size_t distance = editDistance(name, candidate);
         if (distance <= limit)
             ranked.emplace_back(distance, candidate);
@@ -109,6 +206,55 @@ std::vector<std::string> split(const std::string& text, char separator)
             parts.back() += c;
     }
     return parts;
+}
+
+std::string shown(std::string_view text)
+{
+    std::string safe;
+    forEachCharacter(text, [&safe](const Character& character) {
+        const auto code = static_cast<std::uint32_t>(character.code);
+        if (!character.valid)
+            safe += fmt::format("\\x{:02x}", static_cast<unsigned char>(character.bytes.front()));
+        else if (!misleads(character.code))
+            safe += character.bytes;
+        else if (code == '\n' || code == '\t' || code == '\r')
+            safe += code == '\n' ? "\\n" : code == '\t' ? "\\t" : "\\r";
+        else
+            safe += code < 0x80 ? fmt::format("\\x{:02x}", code) : fmt::format("\\u{:04x}", code);
+    });
+    return safe;
+}
+
+std::string validUtf8(std::string_view text)
+{
+    std::string valid;
+    forEachCharacter(text, [&valid](const Character& character) {
+        valid += character.valid ? character.bytes : std::string_view("\xef\xbf\xbd");
+    });
+    return valid;
+}
+
+std::size_t width(std::string_view text)
+{
+    std::size_t columns = 0;
+    bool escape = false;
+    forEachCharacter(text, [&](const Character& character) {
+        escape = escape || character.code == '\x1b';
+        if (!escape)
+            columns += character.valid ? static_cast<std::size_t>(std::max(0, wcwidth(character.code))) : 1;
+        escape = escape && character.code != 'm';
+    });
+    return columns;
+}
+
+std::string abbreviated(std::string_view text, std::size_t most)
+{
+    if (text.size() <= most)
+        return std::string(text);
+    std::size_t end = most;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xc0U) == 0x80U) // not inside a character
+        --end;
+    return std::string(text.substr(0, end)) + "...";
 }
 
 std::string si(double value, std::string_view unit)
@@ -167,33 +313,52 @@ void TextTable::rule()
     m_rows.emplace_back();
 }
 
+void TextTable::fitTo(std::size_t columns)
+{
+    g_tableWidth = columns;
+}
+
 std::string TextTable::text() const
 {
     const std::size_t columns = m_rows.front().size();
     std::vector<std::size_t> widths(columns, 0);
     std::vector<bool> numeric(columns, false);
+    std::vector<bool> breaks(columns, true);
     for (const auto& cells : m_rows) {
         for (std::size_t c = 0; c < cells.size(); ++c) {
             widths[c] = std::max(widths[c], width(cells[c]));
             numeric[c] = numeric[c] || looksNumeric(cells[c]);
+            breaks[c] = breaks[c] && (c == 0 || !numeric[c]) && cells[c].find('\x1b') == std::string::npos;
         }
     }
+    narrow(widths, breaks);
     std::string text;
-    for (const auto& cells : m_rows) {
+    for (const auto& cells : m_rows)
+        appendRow(text, cells, widths, numeric);
+    return text;
+}
+
+// As many lines as the cell with the most takes.
+void TextTable::appendRow(std::string& text, const std::vector<std::string>& cells,
+                          const std::vector<std::size_t>& widths, const std::vector<bool>& numeric) const
+{
+    std::vector<std::string> rest = cells;
+    rest.resize(widths.size());
+    do {
         std::string line;
-        for (std::size_t c = 0; c < columns; ++c) {
+        for (std::size_t c = 0; c < widths.size(); ++c) {
             if (cells.empty()) {
                 line += std::string(widths[c], '-') + "  ";
                 continue;
             }
-            const std::string& cell = c < cells.size() ? cells[c] : std::string();
-            const std::string padding(widths[c] - width(cell), ' ');
+            const std::string cell =
+                width(rest[c]) <= widths[c] ? std::exchange(rest[c], std::string()) : cutLine(rest[c], widths[c]);
+            const std::string padding(widths[c] - std::min(widths[c], width(cell)), ' ');
             line += (numeric[c] && c > 0 ? padding + cell : cell + padding) + "  ";
         }
         line.erase(line.find_last_not_of(' ') + 1);
         text += line + '\n';
-    }
-    return text;
+    } while (std::any_of(rest.begin(), rest.end(), [](const std::string& cell) { return !cell.empty(); }));
 }
 
 } // namespace zelm::host

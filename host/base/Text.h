@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,17 @@ std::string lower(std::string text);
 /// The parts between separators; one, the text itself, if there is none.
 std::vector<std::string> split(const std::string& text, char separator);
 
+/// Text as a terminal may have it: control characters, marks that turn the direction of writing, and bytes that aren't
+/// UTF-8 as escapes (\n, \x1b, \u202e).
+std::string shown(std::string_view text);
+/// Text in which U+FFFD stands for each byte that isn't UTF-8.
+std::string validUtf8(std::string_view text);
+/// The columns that text takes on a terminal, where some characters are wide and some have no width. Sequences that
+/// colour take none.
+std::size_t width(std::string_view text);
+/// A long text's begin, for messages.
+std::string abbreviated(std::string_view text, std::size_t most = 60);
+
 /// A number with an SI prefix and four significant digits: si(0.00123, "W") is "1.230 mW".
 std::string si(double value, std::string_view unit);
 /// The shortest text that reads back as the same float.
@@ -35,7 +47,13 @@ public:
     void rule();
     std::string text() const;
 
+    /// The width of all tables from now on: columns of words break their lines to fit. 0, as at first, for any.
+    static void fitTo(std::size_t columns);
+
 private:
+    void appendRow(std::string& text, const std::vector<std::string>& cells, const std::vector<std::size_t>& widths,
+                   const std::vector<bool>& numeric) const;
+
     std::vector<std::vector<std::string>> m_rows; ///< an empty row is a rule
 };
 

@@ -1,6 +1,7 @@
 #include "host/blocks/Block.h"
 
 #include "host/base/Error.h"
+#include "host/base/Files.h"
 #include "host/base/Text.h"
 #include "host/blocks/DataLines.h"
 
@@ -14,6 +15,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
+#include <new>
 #include <optional>
 #include <stdexcept>
 
@@ -57,21 +60,21 @@ public:
     void calculate() override
     {
         m_recalculation.reset();
-        runFormulas([&] { Model::getGlobal().calculate(m_params); });
+        guarded([&] { Model::getGlobal().calculate(m_params); });
     }
 
     void recalculate() override
     {
         if (!m_recalculation)
             m_recalculation.emplace(Model::getGlobal(), m_params, Model::Data::getGlobal());
-        runFormulas([&] { m_recalculation->recalculate(); });
+        guarded([&] { m_recalculation->recalculate(); });
     }
 
     void pull(const ZelmCellInfo& cell) override
     {
         m_recalculation.reset(); // it doesn't know of what is pulled aside
-        const auto& data = Model::Data::getGlobal();
-        runFormulas([&] {
+        guarded([&] {
+            const auto& data = Model::Data::getGlobal();
             if (cell.type == Type::integer)
                 Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
             else if (cell.type == Type::real)
@@ -82,16 +85,25 @@ public:
     }
 
 private:
-    // A formula that reads a number from a text of its data lets the conversion's exception through.
+    // What formulas throw comes from what they read: a text, say, where they want a number.
     template <class Run>
-    static void runFormulas(Run run)
+    static void guarded(Run run)
     {
+        const auto fail = [](const std::string& why) {
+            const std::string file = dataFileOf<typename Model::Data>();
+            const std::string path = dataPath(file);
+            throw Error(fmt::format("{}: a formula fails on its rows: {}", path.empty() ? file : path, why));
+        };
         try {
             run();
-        } catch (const std::logic_error& error) {
-            throw Error(fmt::format("{}: a formula reads a number from a text that is missing or is none ({}); "
-                                    "zelm check-data tells which",
-                                    dataPath(dataFileOf<typename Model::Data>()), error.what()));
+        } catch (const std::invalid_argument&) {
+            fail("a text that is no number stands where one is read");
+        } catch (const std::out_of_range&) {
+            fail("a number is too large or too small");
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& error) {
+            fail(error.what());
         }
     }
 
@@ -120,7 +132,10 @@ void loadAndCheck()
     const std::string file = dataFileOf<Data>();
     const std::string path = dataPath(file);
     if (path.empty())
-        throw Error(fmt::format("{}: no directory of the data search list holds this file", file));
+        throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
+                                std::getenv("QTA_DATADIR")));
+    if (const std::string why = whyUnreadable(path); !why.empty())
+        throw Error(fmt::format("{}: cannot be read: {}", path, why));
     const Data* data = nullptr;
     try {
         data = &Data::getGlobal();
@@ -129,6 +144,8 @@ void loadAndCheck()
                                 error.getLine(), error.getError()));
     } catch (const libconfig::FileIOException&) {
         throw Error(fmt::format("{}: cannot be read", path));
+    } catch (const libconfig::ConfigException&) {
+        throw Error(fmt::format("{}: holds settings of a kind that tables can't have", path));
     }
     for (const ZelmTableInfo& table : Data::tables()) {
         if (data->getCfgKeys({std::string(table.group)}, false).empty())
@@ -200,14 +217,16 @@ const ZelmCellInfo& Block::cell(std::string_view wanted) const
 {
     if (const ZelmCellInfo* found = findCell(wanted))
         return *found;
-    throw Error(fmt::format("block {} has no cell {}{}", name, wanted, suggestion(wanted, namesOf(cells, false))));
+    throw Error(
+        fmt::format("block {} has no cell {}{}", name, abbreviated(wanted), suggestion(wanted, namesOf(cells, false))));
 }
 
 const ZelmCellInfo& Block::input(std::string_view wanted) const
 {
     const ZelmCellInfo* found = findCell(wanted);
     if (!found)
-        throw Error(fmt::format("block {} has no input {}{}", name, wanted, suggestion(wanted, namesOf(cells, true))));
+        throw Error(fmt::format("block {} has no input {}{}", name, abbreviated(wanted),
+                                suggestion(wanted, namesOf(cells, true))));
     if (found->kind != Kind::userInput)
         throw Error(fmt::format("cell {} of block {} is computed, not an input", wanted, name));
     return *found;
@@ -246,7 +265,8 @@ const Block& block(std::string_view name)
             return candidate;
         names.emplace_back(candidate.name);
     }
-    throw Error(fmt::format("there is no block {}{} (zelm blocks lists all)", name, suggestion(name, names)));
+    throw Error(
+        fmt::format("there is no block {}{} (zelm blocks lists all)", abbreviated(name), suggestion(name, names)));
 }
 
 Value parseValue(const ZelmCellInfo& cell, std::string_view text)
@@ -258,13 +278,13 @@ Value parseValue(const ZelmCellInfo& cell, std::string_view text)
         int value = 0;
         const auto parsed = std::from_chars(text.data(), end, value);
         if (parsed.ec != std::errc() || parsed.ptr != end)
-            throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, text));
+            throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, abbreviated(text)));
         return value;
     }
     float value = 0.0f;
     const auto parsed = std::from_chars(text.data(), end, value);
     if (parsed.ec != std::errc() || parsed.ptr != end || !std::isfinite(value))
-        throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, text));
+        throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, abbreviated(text)));
     return value;
 }
 

@@ -1,6 +1,7 @@
 #include "host/blocks/DataDirectory.h"
 
 #include "host/base/Error.h"
+#include "host/base/Text.h"
 
 #include <fmt/format.h>
 
@@ -11,17 +12,28 @@ namespace zelm::host {
 
 std::string chooseDataDirectory(const std::string& option)
 {
+    const auto check = [](const std::string& name, const std::string& directories) {
+        for (const std::string& directory : split(directories, ':')) {
+            std::error_code unexamined;
+            if (!directory.empty() && std::filesystem::is_directory(directory + "/powercfg", unexamined))
+                return;
+        }
+        throw Error(fmt::format("{} {}: this directory has no powercfg folder (the data are in "
+                                "powercfg/orvane/*.cfg below it)",
+                                name, directories));
+    };
     const auto use = [](const std::string& directories, const char* origin) {
         setenv("QTA_DATADIR", directories.c_str(), 1);
         return fmt::format("data: {} ({})", directories, origin);
     };
     if (!option.empty()) {
-        if (option.find(':') == std::string::npos && !std::filesystem::is_directory(option + "/powercfg"))
-            throw Error(fmt::format("--datadir {}: this directory has no powercfg folder", option));
+        check("--datadir", option);
         return use(option, "--datadir");
     }
-    if (const char* variable = std::getenv("QTA_DATADIR"); variable && *variable)
+    if (const char* variable = std::getenv("QTA_DATADIR"); variable && *variable) {
+        check("QTA_DATADIR", variable);
         return use(variable, "QTA_DATADIR");
+    }
     std::error_code ignored;
     const auto self = std::filesystem::read_symlink("/proc/self/exe", ignored);
     const std::string beside = (self.parent_path() / "../share/zelm/data").lexically_normal().string();
@@ -31,7 +43,8 @@ std::string chooseDataDirectory(const std::string& option)
         if (std::filesystem::is_directory(directory))
             return use(directory, directory == std::string_view(ZELM_SOURCE_DATADIR) ? "source tree" : "installed");
     }
-    throw Error("no data directory: give --datadir or set QTA_DATADIR");
+    throw Error(fmt::format("no data directory: there is no {}, {} or {}; give --datadir or set QTA_DATADIR", beside,
+                            ZELM_INSTALLED_DATADIR, ZELM_SOURCE_DATADIR));
 }
 
 } // namespace zelm::host

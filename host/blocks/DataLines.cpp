@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <libconfig.h++>
 
+#include <cstdlib>
 #include <filesystem>
 
 namespace zelm::host {
@@ -48,8 +49,13 @@ void gather(const libconfig::Setting& setting, const std::string& table, const s
 
 std::string dataPath(const std::string& file)
 {
-    const std::string directory = ZelmData::getQTADataDir(file);
-    return directory.empty() ? "" : directory + "/" + file;
+    try {
+        const std::string directory = ZelmData::getQTADataDir(file);
+        return directory.empty() ? "" : directory + "/" + file;
+    } catch (const std::exception&) { // the library's file system throws where it may not look
+        throw Error(fmt::format("{}: the data search list {} has a folder that can't be looked into", file,
+                                std::getenv("QTA_DATADIR")));
+    }
 }
 
 DataLines::DataLines(const std::string& file)

@@ -23,7 +23,7 @@ Given setInputs(Instance& instance, const Block& block, const std::vector<std::s
     for (const std::string& assignment : assignments) {
         const std::size_t equals = assignment.find('=');
         if (equals == std::string::npos)
-            throw Error(fmt::format("\"{}\" is not of the form CELL=VALUE", assignment));
+            throw Error(fmt::format("\"{}\" is not of the form CELL=VALUE", abbreviated(assignment)));
         const ZelmCellInfo& cell = block.input(assignment.substr(0, equals));
         instance.set(cell, parseValue(cell, assignment.substr(equals + 1)));
         given.insert(cell.name);
@@ -67,7 +67,7 @@ std::string asTable(const Block& block, const Instance& instance, const Given& g
     for (const ZelmCellInfo& cell : block.cells) {
         const Value value = instance.get(cell);
         const std::string pattern = bitsOf(value);
-        table.row({std::string(cell.name), bits && !pattern.empty() ? pattern : valueText(value),
+        table.row({std::string(cell.name), bits && !pattern.empty() ? pattern : shown(valueText(value)),
                    std::string(cell.unit), std::string(kindWord(cell.kind)), origin(cell, value, given)});
     }
     return table.text();

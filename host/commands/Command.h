@@ -27,6 +27,7 @@ using Action = std::function<int(Run&)>;
 struct Command {
     const char* name;
     const char* description;
+    const char* example; ///< what to type, as the help ends
     Action (*declare)(Options& options);
 };
 

@@ -1,11 +1,11 @@
 #include "host/base/Error.h"
+#include "host/base/Files.h"
 #include "host/blocks/Block.h"
 #include "host/commands/Command.h"
 
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <fstream>
 
 namespace zelm::host {
 
@@ -40,17 +40,17 @@ std::string pageOf(const Block& block)
 // Writes the reference of all blocks' cells and tables as Markdown files into a directory.
 void writeReference(const std::string& directory)
 {
-    std::filesystem::create_directories(directory);
+    std::error_code failed;
+    if (std::filesystem::create_directories(directory, failed); failed)
+        throw Error(fmt::format("{}: cannot be made a folder: {}", directory, failed.message()));
     std::string index = "# Cells\n\nGenerated from the blocks' tables by `make docs`; do not edit.\n\n"
                         "| Block | What it is | Subsystem | Cells |\n|---|---|---|---|\n";
     for (const Block& block : blocks()) {
         index += fmt::format("| [{0}]({0}.md) | {1} | {2} | {3} |\n", block.name, block.title, block.subsystem,
                              block.cells.size());
-        std::ofstream file(fmt::format("{}/{}.md", directory, block.name));
-        if (!(file << pageOf(block)))
-            throw Error(fmt::format("{}: cannot be written", directory));
+        writeFile(fmt::format("{}/{}.md", directory, block.name), pageOf(block));
     }
-    std::ofstream(directory + "/README.md") << index;
+    writeFile(directory + "/README.md", index);
 }
 
 } // namespace

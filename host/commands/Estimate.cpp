@@ -1,33 +1,42 @@
 #include "host/estimate/Estimate.h"
 
-#include "host/base/Error.h"
+#include "host/base/Files.h"
 #include "host/base/Json.h"
 #include "host/base/Terminal.h"
+#include "host/blocks/DataLines.h"
 #include "host/commands/Command.h"
 #include "host/report/Report.h"
 
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <fstream>
 
 namespace zelm::host {
 
 namespace {
 
-void writeFile(const std::string& path, const std::string& text)
+// The files to write, unless one of them is a file that the estimate reads.
+void checkReports(const std::string& design, const std::vector<const std::optional<std::string>*>& reports)
 {
-    std::ofstream file(path, std::ios::binary);
-    if (!(file << text) || !file.flush())
-        throw Error(fmt::format("{}: cannot be written", path));
+    std::vector<std::string> outputs;
+    for (const std::optional<std::string>* report : reports) {
+        if (*report)
+            outputs.push_back(**report);
+    }
+    if (outputs.empty())
+        return;
+    std::vector<std::string> inputs{design};
+    for (const Block& block : blocks())
+        inputs.push_back(dataPath(block.dataFile()));
+    refuseOverwriting(outputs, inputs);
 }
 
 void sayBrokenBudgets(const Estimate& estimate)
 {
     for (const BudgetResult& budget : estimate.budgets) {
         if (budget.broken())
-            fmt::print(stderr, "zelm: budget broken: {} is {:.4g} {}, the limit is {:g} {}\n", budget.name,
-                       budget.actual, budget.unit, budget.limit, budget.unit);
+            complain(fmt::format("budget broken: {} is {:.4g} {}, the limit is {:g} {}", budget.name, budget.actual,
+                                 budget.unit, budget.limit, budget.unit));
     }
 }
 
@@ -39,22 +48,23 @@ Action declareEstimate(Options& options)
     const bool& json = options.flag("--json", "Print JSON");
     const bool& csv = options.flag("--csv", "Print CSV");
     options.exclude("--csv", "--json");
-    const std::string& html = options.text("--html", "Write a self-contained HTML report to this file");
+    const std::optional<std::string>& html = options.text("--html", "Write a self-contained HTML report to this file");
     const bool& check = options.flag("--check", "End with exit code 1 if a budget is broken");
-    const std::string& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
+    const std::optional<std::string>& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
     return [&](Run& run) {
-        const bool drawn = json || !html.empty();
+        checkReports(design, {&html, &junit});
+        const bool drawn = json || html;
         const Estimate result = estimate(readDesign(design), drawn ? Curves::drawn : Curves::none);
         run.out += json  ? jsonText(jsonReport(result))
                    : csv ? csvReport(result)
                          : textReport(result, run.verbose, Paint(takesColour(stdout)));
-        if (!html.empty())
-            writeFile(html, htmlReport(result));
-        if (!junit.empty())
-            writeFile(junit, junitReport(result));
+        if (html)
+            writeFile(*html, htmlReport(result));
+        if (junit)
+            writeFile(*junit, junitReport(result));
         if (json || csv) {
             for (const std::string& warning : result.warnings)
-                fmt::print(stderr, "zelm: warning: {}\n", warning);
+                complain("warning: " + warning);
         }
         if (!check || !result.budgetBroken())
             return kSuccess;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,8 @@ public:
     Options(CLI::App& command, std::string& dataDirectory);
 
     const bool& flag(const std::string& name, const std::string& description);
-    const std::string& text(const std::string& name, const std::string& description);
+    /// None unless given: an empty text is one.
+    const std::optional<std::string>& text(const std::string& name, const std::string& description);
     const std::string& required(const std::string& name, const std::string& description);
     const std::vector<std::string>& list(const std::string& name, const std::string& description);
     /// An option that may stand more than once, each time with one value, and must once.
@@ -32,6 +34,7 @@ private:
     std::string* m_dataDirectory;
     std::deque<bool> m_flags; // deques: what is handed out stays where it is
     std::deque<std::string> m_texts;
+    std::deque<std::optional<std::string>> m_optionals;
     std::deque<std::vector<std::string>> m_lists;
 };
 

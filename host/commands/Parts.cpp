@@ -44,10 +44,11 @@ std::vector<std::string> notModelled(const std::map<std::string, int>& resources
 // The table of devices, packages, grades and resources.
 std::string listParts(bool json)
 {
+    const std::vector<std::string> devices = deviceNames(); // loads the data, or says what is wrong with them
     const auto& catalogue = ZelmOrvanePartsData::getGlobal();
     Json list = Json::array();
     std::string text;
-    for (const std::string& device : deviceNames()) {
+    for (const std::string& device : devices) {
         const std::string family = catalogue.getDeviceToFamilyMap(device);
         const std::string coreVoltages = catalogue.getDeviceCoreVoltageMap(device);
         const auto byPackage = gradesByPackage(device);

@@ -2,13 +2,24 @@
 #include "host/commands/Tool.h"
 
 #include "host/base/Error.h"
+#include "host/base/Files.h"
 #include "host/base/Terminal.h"
+#include "host/base/Text.h"
 #include "host/blocks/DataDirectory.h"
+#include "host/commands/Manual.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <cstdio>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <iostream>
+#include <new>
+#include <sstream>
+#include <streambuf>
+#include <unistd.h>
+#include <utility>
 
 namespace zelm::host {
 
@@ -22,10 +33,10 @@ const bool& Options::flag(const std::string& name, const std::string& descriptio
     return m_flags.back();
 }
 
-const std::string& Options::text(const std::string& name, const std::string& description)
+const std::optional<std::string>& Options::text(const std::string& name, const std::string& description)
 {
-    m_command->add_option(name, m_texts.emplace_back(), description);
-    return m_texts.back();
+    m_command->add_option(name, m_optionals.emplace_back(), description)->type_name("FILE");
+    return m_optionals.back();
 }
 
 const std::string& Options::required(const std::string& name, const std::string& description)
@@ -56,7 +67,141 @@ void Options::exclude(const std::string& one, const std::string& other)
     m_command->get_option(one)->excludes(m_command->get_option(other));
 }
 
-int runTool(int argc, char** argv, std::span<const Command> commands)
+namespace {
+
+constexpr const char* kExitCodes =
+    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check); 2 a mistake, told\n"
+    "on standard error";
+
+std::string footer(const std::string& example)
+{
+    return fmt::format("Example:\n  {}\n\n{}", example, kExitCodes);
+}
+
+std::vector<std::string> namesOf(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        if (!command->get_group().empty())
+            names.push_back(command->get_name());
+    }
+    return names;
+}
+
+std::vector<std::string> optionsOf(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames())
+            names.push_back("--" + name);
+    }
+    return names;
+}
+
+// What is wrong with a command line. The parser itself tells neither which word it doesn't know nor one like it.
+std::string mistake(const CLI::App& app, const CLI::ParseError& error)
+{
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    for (const std::string& word : app.remaining(true)) {
+        if (word.size() > 1 && word.front() == '-') {
+            std::vector<std::string> known = optionsOf(app);
+            for (const CLI::App* command : chosen) {
+                for (std::string& name : optionsOf(*command))
+                    known.push_back(std::move(name));
+            }
+            const std::string name = word.substr(0, word.find('='));
+            return fmt::format("there is no option {}{}", abbreviated(name), suggestion(name, known));
+        }
+        if (chosen.empty())
+            return fmt::format("there is no subcommand {}{}; there are {}", abbreviated(word),
+                               suggestion(word, namesOf(app)), orList(namesOf(app)));
+        return fmt::format("{} takes no further argument: {}", chosen.front()->get_name(), abbreviated(word));
+    }
+    return abbreviated(error.what(), 300);
+}
+
+ManualEntry entryOf(const CLI::Option& option)
+{
+    ManualEntry entry;
+    entry.name = option.get_name(false, true); // "-v,--verbose"
+    entry.isArgument = option.get_positional();
+    entry.takesValue = option.get_items_expected_max() > 0;
+    entry.takesFile = option.get_type_name() == "FILE" || entry.name == "--datadir" || entry.name == "design" ||
+                      entry.name == "directory";
+    entry.description = option.get_description();
+    return entry;
+}
+
+std::vector<ManualEntry> entriesOf(const CLI::App& app)
+{
+    std::vector<ManualEntry> entries;
+    for (const CLI::Option* option : app.get_options()) {
+        if (!option->get_group().empty())
+            entries.push_back(entryOf(*option));
+    }
+    return entries;
+}
+
+// All that the help says, for other forms of it.
+Manual manualOf(const CLI::App& app, std::span<const Command> commands)
+{
+    Manual manual{app.get_description(), kExitCodes, entriesOf(app), {}};
+    for (const Command& command : commands)
+        manual.commands.push_back(
+            {command.name, command.description, command.example, entriesOf(*app.get_subcommand(command.name))});
+    return manual;
+}
+
+// What the shell closed stays closed, but no file that the tool opens takes its place. And what ends other programs
+// unheard, a reader that went away or a file that grew too large, is an error of the write.
+void prepareProcess()
+{
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(standard, F_GETFD) == -1)
+            static_cast<void>(::open("/dev/null", standard == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+// Takes what the library says by itself, about data files that it can't read: the tool says so too, once and with the
+// file's name, and its standard output is for reports alone.
+class Silence final : public std::streambuf {
+public:
+    Silence() : m_out(std::cout.rdbuf(this)), m_err(std::cerr.rdbuf(this)) {}
+    ~Silence() override
+    {
+        std::cout.rdbuf(m_out);
+        std::cerr.rdbuf(m_err);
+    }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        return traits_type::not_eof(c);
+    }
+    std::streamsize xsputn(const char*, std::streamsize count) override
+    {
+        return count;
+    }
+
+private:
+    std::streambuf* m_out;
+    std::streambuf* m_err;
+};
+
+// An error in printing doesn't hide a worse one, and a reader that has seen enough makes none.
+int printed(const std::string& text, int code)
+{
+    if (writeAll(STDOUT_FILENO, text) || errno == EPIPE)
+        return code;
+    complain("standard output cannot be written");
+    return code == kSuccess ? kUserError : code;
+}
+
+int parseAndRun(int argc, char** argv, std::span<const Command> commands)
 {
     CLI::App app("Estimates the power of designs for Orvane devices.", "zelm");
     // Not in the help, which would end in an empty line if this option weren't the first.
@@ -64,8 +209,9 @@ int runTool(int argc, char** argv, std::span<const Command> commands)
     app.add_option("--progress-after", barAfter, "Milliseconds until a progress bar shows")->group("");
     app.set_help_flag("-h,--help", "Print this help message and exit");
     app.require_subcommand(1);
-    app.set_version_flag("--version", ZELM_VERSION);
+    app.set_version_flag("--version", ZELM_VERSION, "Print the version and exit");
     app.fallthrough();
+    app.footer(footer("zelm estimate design.json"));
     std::string dataDirectory;
     Run run;
     app.add_option(
@@ -76,24 +222,54 @@ int runTool(int argc, char** argv, std::span<const Command> commands)
     Action action;
     for (const Command& command : commands) {
         CLI::App* subcommand = app.add_subcommand(command.name, command.description);
+        subcommand->footer(footer(command.example));
         subcommand->callback(
             [&action, then = command.declare(options.emplace_back(*subcommand, dataDirectory))] { action = then; });
     }
+    // For the build, which installs what it prints.
+    std::string form;
+    CLI::App* manual =
+        app.add_subcommand("manual", "Print the man page, or what completes words in a shell")->group("");
+    manual->add_option("form", form, "man, bash or zsh")->required()->check(CLI::IsMember({"man", "bash", "zsh"}));
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        const int code = app.exit(error);
-        return code == 0 ? kSuccess : kUserError;
+        if (error.get_exit_code() != 0) {
+            complain(mistake(app, error) + " (--help tells more)");
+            return kUserError;
+        }
+        std::ostringstream out;
+        app.exit(error, out, out); // a wish for help or version
+        return printed(out.str(), kSuccess);
     }
+    if (manual->parsed())
+        return printed(manualText(manualOf(app, commands), form), kSuccess);
 
     run.barAfter = std::chrono::milliseconds(barAfter);
+    TextTable::fitTo(terminalColumns());
     const std::string origin = chooseDataDirectory(dataDirectory);
     if (run.verbose)
-        fmt::print(stderr, "{}\n", origin);
+        say(origin);
     const int code = action(run);
-    if (std::fwrite(run.out.data(), 1, run.out.size(), stdout) != run.out.size() || std::fflush(stdout) != 0)
-        throw Error("standard output cannot be written");
-    return code;
+    return printed(run.out, code);
+}
+
+} // namespace
+
+int runTool(int argc, char** argv, std::span<const Command> commands)
+{
+    prepareProcess();
+    const Silence silence;
+    try {
+        return parseAndRun(argc, argv, commands);
+    } catch (const Error& error) {
+        complain(error.what());
+    } catch (const std::bad_alloc&) {
+        complain("not enough memory for this run");
+    } catch (const std::exception& error) {
+        complain(fmt::format("an error inside the tool, please report it: {}", error.what()));
+    }
+    return kUserError;
 }
 
 } // namespace zelm::host

@@ -6,7 +6,8 @@
 
 namespace zelm::host {
 
-/// Reads the command line, runs the command that it names and prints what that says. The exit code.
+/// Reads the command line, runs the command that it names and prints what that says; errors are said, none is thrown.
+/// The exit code.
 int runTool(int argc, char** argv, std::span<const Command> commands);
 
 } // namespace zelm::host

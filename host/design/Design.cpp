@@ -51,7 +51,7 @@ public:
 
     static std::string describe(const Json& value)
     {
-        return value.is_null() ? "null" : fmt::format("the {} {}", value.type_name(), value.dump());
+        return value.is_null() ? "null" : fmt::format("the {} {}", value.type_name(), quoted(value));
     }
 
     const Json* take(const std::string& name)
@@ -71,9 +71,20 @@ public:
         const Json* value = take(name);
         if (!value)
             return otherwise;
-        if (!value->is_string())
-            place(name).fail(fmt::format("expected a text, found {}", describe(*value)));
-        return value->get<std::string>();
+        return text(*value, place(name));
+    }
+
+    // Names and words go into every table and message: a limit keeps those readable.
+    static std::string text(const Json& value, const Place& where)
+    {
+        constexpr std::size_t most = 200;
+        if (!value.is_string())
+            where.fail(fmt::format("expected a text, found {}", describe(value)));
+        auto text = value.get<std::string>();
+        if (text.size() > most)
+            where.fail(fmt::format("expected a text of at most {} characters, found {} of them: {}", most, text.size(),
+                                   quoted(value)));
+        return text;
     }
 
     std::optional<double> number(const std::string& name, double least, double most, const char* unit)
@@ -90,7 +101,7 @@ public:
             where.fail(fmt::format("expected a number, found {}", describe(value)));
         const double number = value.get<double>();
         if (!(number >= least && number <= most))
-            where.fail(fmt::format("{} is outside {} to {} {}", value.dump(), least, most, unit));
+            where.fail(fmt::format("{} is outside {} to {} {}", quoted(value), least, most, unit));
         return number;
     }
 
@@ -126,9 +137,7 @@ Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
 {
     switch (cell.type) {
     case ZelmCellInfo::Type::text:
-        if (!value.is_string())
-            where.fail(fmt::format("expected a text, found {}", Fields::describe(value)));
-        return value.get<std::string>();
+        return Fields::text(value, where);
     case ZelmCellInfo::Type::integer: {
         const bool whole =
             value.is_number_integer() || (value.is_number() && value.get<double>() == std::floor(value.get<double>()));
@@ -269,7 +278,7 @@ std::map<std::string, double> readRegulators(const Json& value, const Place& whe
     std::map<std::string, double> regulators;
     Fields byRail(value, where);
     for (const auto& [rail, entry] : value.items()) {
-        Fields regulator(*byRail.take(rail), byRail.place(rail));
+        Fields regulator(entry, byRail.place(rail));
         const auto current = regulator.number("maxCurrent", 0.0, kMostAmperes, "A");
         if (!current)
             byRail.place(rail).fail("a regulator needs its \"maxCurrent\" in amperes");
@@ -327,7 +336,8 @@ std::vector<Group> readGroups(const Json& value, const Place& where)
         const Place place = where.element(i);
         Group group = readGroup(value[i], place);
         if (!names.insert(group.name).second)
-            place.field("name").fail(fmt::format("two groups are named \"{}\"; give each its own name", group.name));
+            place.field("name").fail(
+                fmt::format("two groups are named \"{}\"; give each its own name", abbreviated(group.name)));
         groups.push_back(std::move(group));
     }
     refuseUnknownClocks(groups, where);

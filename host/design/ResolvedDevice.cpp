@@ -40,7 +40,8 @@ void requireOneOf(const std::string& place, const std::string& what, const std::
                   const std::vector<std::string>& legal)
 {
     if (std::find(legal.begin(), legal.end(), word) == legal.end())
-        throw Error(fmt::format("{}: there is no {} {}; legal: {}", place, what, word, fmt::join(legal, ", ")));
+        throw Error(
+            fmt::format("{}: there is no {} {}; legal: {}", place, what, abbreviated(word), fmt::join(legal, ", ")));
 }
 
 std::string placeOf(const Design& design, const char* field)
@@ -62,8 +63,8 @@ Grades gradesOf(const Design& design, const std::vector<std::string>& part)
 {
     const auto chosen = [&](Grade grade, const std::string& given, const std::string& ofPart) {
         if (!given.empty() && !ofPart.empty() && given != ofPart)
-            throw Error(
-                fmt::format("{}: the design says {}, its part says {}", placeOf(design, grade.field), given, ofPart));
+            throw Error(fmt::format("{}: the design says {}, its part says {}", placeOf(design, grade.field),
+                                    abbreviated(given), ofPart));
         grade.word = !given.empty() ? given : !ofPart.empty() ? ofPart : constantDefault(statics().cell(grade.cell));
         return grade;
     };
@@ -98,7 +99,7 @@ void refuseUnknownSku(const Design& design, const Grades& grades)
         known.push_back(upper(device));
     const std::string& part = design.device->part;
     throw Error(fmt::format("{}: there is no part or device {}{}; devices: {} (zelm parts lists all)",
-                            placeOf(design, "part"), part, suggestion(part, known),
+                            placeOf(design, "part"), abbreviated(part), suggestion(part, known),
                             upper(fmt::format("{}", fmt::join(devices, ", ")))));
 }
 
@@ -120,8 +121,8 @@ std::vector<std::string> namesOf(const std::string& device)
 ResolvedDevice resolve(const Design& design)
 {
     const Device& device = design.device.value();
+    const std::vector<std::string> devices = deviceNames(); // loads the data, or says what is wrong with them
     const auto& catalogue = ZelmOrvanePartsData::getGlobal();
-    const std::vector<std::string> devices = deviceNames();
     const std::vector<std::string> orderable = orderableParts();
     const bool isPart = std::find(orderable.begin(), orderable.end(), device.part) != orderable.end();
     std::vector<std::string> fields = split(device.part, '_');
@@ -136,7 +137,7 @@ ResolvedDevice resolve(const Design& design)
     resolved.family = device.family.empty() ? catalogue.getDeviceToFamilyMap(name) : device.family;
     if (isPart && !isInFamily(resolved.family, device.part))
         throw Error(fmt::format("{}: {} is not in the {}; it is in the {}", placeOf(design, "family"), device.part,
-                                resolved.family, catalogue.getDeviceToFamilyMap(name)));
+                                abbreviated(resolved.family), catalogue.getDeviceToFamilyMap(name)));
     resolved.resources = resourcesOf(resolved.family, isPart ? device.part : name + "_");
 
     if (!isPart || fields.size() < gradedFields)

@@ -87,7 +87,8 @@ void setBankVoltage(Running& group, const RailVolts& rails, std::vector<std::str
         }
         wanted = standard->volts;
         constexpr float tolerance = 0.05f; // of the nominal, as bank supplies are specified
-        const float volts = std::get<float>(group.get(cellName));
+        const Value own = group.get(cellName);
+        const float volts = std::holds_alternative<float>(own) ? std::get<float>(own) : standard->volts;
         if (std::fabs(volts - standard->volts) > tolerance * standard->volts)
             warnings.push_back(fmt::format("group \"{}\": {} at {:g} V doesn't fit {}, which is made for {:g} V",
                                            group.name, cellName, volts, name, standard->volts));

@@ -76,8 +76,11 @@ std::optional<double> amountOf(const Output& output, const Running& group, std::
     const Value value = group.instance->get(cell);
     const float* number = std::get_if<float>(&value);
     double amount = number ? static_cast<double>(*number) : std::nan("");
-    if (!output.scaling.empty())
-        amount *= static_cast<double>(std::get<float>(group.instance->get(group.block->cell(output.scaling))));
+    if (!output.scaling.empty()) {
+        const Value factor = group.instance->get(group.block->cell(output.scaling));
+        const float* scaling = std::get_if<float>(&factor);
+        amount *= scaling ? static_cast<double>(*scaling) : std::nan("");
+    }
     constexpr double beyondBelief = 1e15; // what a sentinel that flowed through a formula looks like
     if (!(std::fabs(amount) < beyondBelief)) {
         warnings.push_back(fmt::format("group \"{}\": {} has no meaningful value ({})", group.name, output.cell,

@@ -44,7 +44,7 @@ std::string htmlReport(const Estimate& estimate)
         page.replace(page.find(mark), mark.size(), text);
     };
     fill("/*ECHARTS*/", {zelm_report_charts, static_cast<std::size_t>(zelm_report_charts_end - zelm_report_charts)});
-    fill("/*ESTIMATE*/", forScript(jsonReport(estimate).dump()));
+    fill("/*ESTIMATE*/", forScript(compactJson(jsonReport(estimate))));
     return page;
 }
 

@@ -1,17 +1,20 @@
+#include "host/base/Text.h"
 #include "host/report/Report.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace zelm::host {
 
 namespace {
 
+// For attributes. XML 1.0 can't hold most control characters and two others, not even escaped.
 std::string escapedXml(const std::string& text)
 {
     std::string escaped;
-    for (const char c : text) {
+    for (const char c : validUtf8(text)) {
         switch (c) {
         case '&':
             escaped += "&amp;";
@@ -25,10 +28,18 @@ std::string escapedXml(const std::string& text)
         case '"':
             escaped += "&quot;";
             break;
+        case '\t':
+        case '\n':
+        case '\r':
+            escaped += fmt::format("&#{};", static_cast<int>(c)); // plain ones would be read as spaces
+            break;
         default:
-            // XML 1.0 can't hold the other control characters, not even escaped.
-            escaped += static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n' ? ' ' : c;
+            escaped += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
         }
+    }
+    for (const std::string_view other : {"\xef\xbf\xbe", "\xef\xbf\xbf"}) { // U+FFFE and U+FFFF
+        for (std::size_t at = escaped.find(other); at != std::string::npos; at = escaped.find(other, at))
+            escaped.replace(at, other.size(), "\xef\xbf\xbd");
     }
     return escaped;
 }

@@ -27,7 +27,7 @@ std::string sweepTable(const Sweep& sweep, const Paint& paint)
 {
     std::vector<std::string> header;
     for (const Variation& variation : sweep.variations)
-        header.push_back(variation.path);
+        header.push_back(shown(variation.path));
     header.emplace_back("Dynamic");
     for (const Side& side : sweep.points.front().estimate.sides) {
         const std::string process = side.process.empty() ? "" : side.process + " ";
@@ -41,7 +41,7 @@ std::string sweepTable(const Sweep& sweep, const Paint& paint)
     for (const SweepPoint& point : sweep.points) {
         std::vector<std::string> cells;
         for (const Json& value : point.values)
-            cells.push_back(sweepWord(value));
+            cells.push_back(shown(sweepWord(value)));
         cells.push_back(si(point.estimate.dynamicWatts, "W"));
         for (const Side& first : sweep.points.front().estimate.sides) { // the order changes with device.process
             const auto found = std::find_if(point.estimate.sides.begin(), point.estimate.sides.end(),
@@ -57,7 +57,7 @@ std::string sweepTable(const Sweep& sweep, const Paint& paint)
         }
         rows.row(cells);
         for (const std::string& warning : point.estimate.warnings)
-            ++warnings[warning];
+            ++warnings[shown(warning)];
     }
     std::string text = rows.text();
     for (const auto& [warning, times] : warnings)

@@ -222,6 +222,33 @@ std::string carriedTable(const Estimate& estimate)
     return table.text();
 }
 
+// The estimate with all text that people wrote as a terminal may have it.
+Estimate forTerminal(const Estimate& estimate)
+{
+    Estimate safe = estimate;
+    const auto clean = [](std::string& text) { text = shown(text); };
+    clean(safe.design.name);
+    for (GroupResult& group : safe.groups) {
+        clean(group.name);
+        for (InputValue& input : group.inputs) {
+            if (std::string* text = std::get_if<std::string>(&input.value))
+                clean(*text);
+        }
+    }
+    for (CoolingResult& result : safe.cooling)
+        clean(result.cooling.name);
+    for (BudgetResult& budget : safe.budgets)
+        clean(budget.name);
+    for (Carried& carried : safe.carried) {
+        clean(carried.from);
+        clean(carried.to);
+        clean(carried.value);
+    }
+    for (std::string& warning : safe.warnings)
+        clean(warning);
+    return safe;
+}
+
 std::string warningLines(const Estimate& estimate, const Paint& paint)
 {
     std::string text;
@@ -232,8 +259,9 @@ std::string warningLines(const Estimate& estimate, const Paint& paint)
 
 } // namespace
 
-std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint)
+std::string textReport(const Estimate& result, bool verbose, const Paint& paint)
 {
+    const Estimate estimate = forTerminal(result);
     std::string text = summary(estimate, paint);
     const auto section = [&](const std::string& name, const std::string& body) { text += title(paint, name) + body; };
     section("Groups", groupsTable(estimate));

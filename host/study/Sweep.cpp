@@ -39,7 +39,7 @@ Json plain(double value)
 
 [[noreturn]] void fail(const std::string& variation, const std::string& message)
 {
-    throw Error(fmt::format("--vary {}: {}", variation, message));
+    throw Error(fmt::format("--vary {}: {}", abbreviated(variation, 200), message));
 }
 
 std::vector<Json> range(const std::string& variation, double from, double to, double step)
@@ -62,6 +62,9 @@ std::vector<Json> range(const std::string& variation, double from, double to, do
 // whether it may.
 Json& at(Json& root, const std::string& path, const std::string& variation)
 {
+    constexpr auto deepest = 64; // as in files
+    if (std::count(path.begin(), path.end(), '.') >= deepest)
+        fail(variation, fmt::format("the path is more than {} fields deep", deepest));
     Json* here = &root;
     std::size_t next = 0;
     while (next < path.size()) {
@@ -148,7 +151,7 @@ std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const st
             const Json& value = variation.values[index / rest % variation.values.size()];
             at(changed, variation.path, variation.path) = value;
             point.values.push_back(value);
-            settings.push_back(fmt::format("{} = {}", variation.path, sweepWord(value)));
+            settings.push_back(fmt::format("{} = {}", variation.path, abbreviated(sweepWord(value))));
         }
         try {
             point.estimate = estimate(readDesign(changed, source));
@@ -165,7 +168,7 @@ std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const st
 
 std::string sweepWord(const Json& value)
 {
-    return value.is_string() ? value.get<std::string>() : value.dump();
+    return value.is_string() ? value.get<std::string>() : compactJson(value);
 }
 
 Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,

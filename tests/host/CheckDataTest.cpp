@@ -241,7 +241,7 @@ TEST(CheckData, AFormulaThatFindsNoNumberInATextSaysWhichFileToCheck)
     std::ofstream(file) << text;
     const ToolRun result = scratch.run("--datadir " + data + " calc DspActivity");
     EXPECT_EQ(result.code, 2);
-    EXPECT_THAT(result.err, HasSubstr(file + ": a formula reads a number from a text that is missing or is none"));
+    EXPECT_THAT(result.err, HasSubstr(file + ": a formula fails on its rows: a text that is no number"));
 }
 
 // ---- Rows of every table of every file ----

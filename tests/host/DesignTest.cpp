@@ -147,12 +147,18 @@ INSTANTIATE_TEST_SUITE_P(All, BadDesign, testing::ValuesIn(kBad), [](const auto&
 
 TEST(Design, UnreadableFilesAreNamed)
 {
-    for (const std::string file : {"/nonexistent/design.json", "/", "/dev/null"}) {
+    const std::pair<std::string, std::string> files[] = {
+        {"/nonexistent/design.json", "/nonexistent/design.json: cannot be read: there is no such file"},
+        {"/", "/: cannot be read: is a folder, not a file"},
+        {"/dev/null", "/dev/null: is empty"},
+        {"", "the name of the file to read is empty"},
+    };
+    for (const auto& [file, words] : files) {
         try {
             readDesign(file);
             ADD_FAILURE() << file << " was read";
         } catch (const Error& error) {
-            EXPECT_EQ(std::string(error.what()), file + ": cannot be read, or is empty");
+            EXPECT_EQ(error.what(), words);
         }
     }
 }
