@@ -8,6 +8,8 @@
 #include <charconv>
 #include <clocale>
 #include <cmath>
+#include <cstdint>
+#include <cuchar>
 #include <cwchar>
 #include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale and uselocale are POSIX's
 #include <numeric>
@@ -60,7 +62,7 @@ private:
 // One character of UTF-8 text, or a byte that is no part of any.
 struct Character {
     std::string_view bytes;
-    wchar_t code = 0;
+    char32_t code = 0;
     bool valid = false;
 };
 
@@ -75,7 +77,7 @@ void forEachCharacter(std::string_view text, Each each)
             character.valid = true;
         } else {
             std::mbstate_t state{};
-            const std::size_t size = std::mbrtowc(&character.code, text.data(), text.size(), &state);
+            const std::size_t size = std::mbrtoc32(&character.code, text.data(), text.size(), &state);
             character.valid = size <= text.size(); // errors are larger than any text
             if (character.valid)
                 character.bytes = text.substr(0, size);
@@ -85,9 +87,9 @@ void forEachCharacter(std::string_view text, Each each)
     }
 }
 
-bool misleads(wchar_t code)
+bool misleads(char32_t code)
 {
-    const auto within = [code](wchar_t first, wchar_t last) { return code >= first && code <= last; };
+    const auto within = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
     return code < 0x20 || within(0x7f, 0x9f) || code == 0x61c || within(0x200e, 0x200f) || within(0x2028, 0x202e) ||
            within(0x2066, 0x2069) || code == 0xfeff;
 }
@@ -106,7 +108,7 @@ std::string cutLine(std::string& rest, std::size_t columns)
             return;
         used += wide;
         taken += character.bytes.size();
-        if (character.code == ' ')
+        if (character.code == U' ')
             space = taken;
     });
     if (taken < rest.size() && rest[taken] == ' ')
@@ -239,10 +241,12 @@ std::size_t width(std::string_view text)
     std::size_t columns = 0;
     bool escape = false;
     forEachCharacter(text, [&](const Character& character) {
-        escape = escape || character.code == '\x1b';
+        escape = escape || character.code == U'\x1b';
         if (!escape)
-            columns += character.valid ? static_cast<std::size_t>(std::max(0, wcwidth(character.code))) : 1;
-        escape = escape && character.code != 'm';
+            columns += character.valid
+                           ? static_cast<std::size_t>(std::max(0, wcwidth(static_cast<wchar_t>(character.code))))
+                           : 1;
+        escape = escape && character.code != U'm';
     });
     return columns;
 }
