@@ -10,10 +10,6 @@ namespace zelm::host {
 /// The values over which a data file must be whole: legal words, and ints that choose rows. Empty if any value is fine.
 std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell);
 
-/// The words that a string input takes: those that its formulas know, or the keys of the table that it chooses from,
-/// read from the data file. Empty if any is fine.
-std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell);
-
 /// Whether the formulas ask for a row that need not be there, and take a miss for "no".
 bool isMeantToMiss(const Block& block, const MissingRow& row);
 

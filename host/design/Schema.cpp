@@ -1,12 +1,14 @@
 #include "host/design/Schema.h"
 
 #include "host/base/Json.h"
-#include "host/blocks/LegalWords.h"
+#include "host/blocks/Legal.h"
 #include "host/blocks/Rails.h"
 #include "host/design/Design.h"
 #include "host/design/Limits.h"
 
 #include <fmt/format.h>
+
+#include <cmath>
 
 namespace zelm::host {
 
@@ -32,6 +34,23 @@ Json objectSchema(Json properties, Json required = Json::array())
     return schema;
 }
 
+void addDomain(Json& schema, const Block& block, const ZelmCellInfo& cell)
+{
+    if (const std::vector<std::string> words = legalWords(block, cell); !words.empty())
+        schema["enum"] = words;
+    else if (const std::vector<int> numbers = legalNumbers(cell); !numbers.empty())
+        schema["enum"] = numbers;
+    else if (cell.legal.kind == zelm::Legal::Kind::number) {
+        const auto end = [&](const char* name, double value) {
+            if (std::isfinite(value))
+                schema[name] = cell.type == Type::integer ? Json(static_cast<int>(value)) : Json(value);
+        };
+        const bool aboveZero = cell.legal.lowest == zelm::legal::aboveZero.lowest;
+        end(aboveZero ? "exclusiveMinimum" : "minimum", aboveZero ? 0.0 : cell.legal.lowest);
+        end("maximum", cell.legal.highest);
+    }
+}
+
 Json inputSchema(const Block& block, const ZelmCellInfo& cell)
 {
     std::string description(cell.meaning);
@@ -48,10 +67,7 @@ Json inputSchema(const Block& block, const ZelmCellInfo& cell)
     } else if (!text.empty()) {
         schema["default"] = cell.type == Type::integer ? Json(std::stoi(text)) : Json(std::stod(text));
     }
-    // The formulas take any word, and give an unknown one no power: editors propose the known ones.
-    const std::vector<std::string> words = legalWords(block, cell);
-    if (!words.empty() && cell.type == Type::text)
-        schema["examples"] = words;
+    addDomain(schema, block, cell);
     return schema;
 }
 

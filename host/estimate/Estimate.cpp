@@ -69,31 +69,30 @@ std::vector<InputValue> inputsOf(const Running& group)
 }
 
 // What an output of a group amounts to, in watts or amperes; nothing if it means nothing.
-std::optional<double> amountOf(const Output& output, const Running& group, std::vector<std::string>& warnings)
+std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group, std::vector<std::string>& warnings)
 {
-    const ZelmCellInfo& cell = group.block->cell(output.cell);
-    const Value value = group.instance->get(cell);
+    const Value value = group.instance->get(output);
     const float* number = std::get_if<float>(&value);
     double amount = number ? static_cast<double>(*number) : std::nan("");
-    if (!output.scaling.empty())
-        amount *= static_cast<double>(std::get<float>(group.instance->get(group.block->cell(output.scaling))));
+    if (!output.goes.scaling.empty())
+        amount *= static_cast<double>(std::get<float>(group.get(output.goes.scaling)));
     constexpr double beyondBelief = 1e15; // what a sentinel that flowed through a formula looks like
     if (!(std::fabs(amount) < beyondBelief)) {
-        warnings.push_back(fmt::format("group \"{}\": {} has no meaningful value ({})", group.name, output.cell,
+        warnings.push_back(fmt::format("group \"{}\": {} has no meaningful value ({})", group.name, output.name,
                                        number ? exactText(*number) : "unset"));
         return std::nullopt;
     }
-    return inWattsOrAmperes(cell.unit, amount) * multiplier(group);
+    return inWattsOrAmperes(output.unit, amount) * multiplier(group);
 }
 
 // What an output adds to its rail.
-Contribution contributionOf(const Output& output, double amount, const Running& group, const RailVolts& rails,
+Contribution contributionOf(const ZelmCellInfo& output, double amount, const Running& group, const RailVolts& rails,
                             std::vector<std::string>& warnings)
 {
-    Contribution part{std::string(output.cell), output.rail == "VCCO" ? group.bankRail() : std::string(output.rail),
-                      amount, amount};
+    const std::string_view rail = output.goes.name;
+    Contribution part{std::string(output.name), rail == "VCCO" ? group.bankRail() : std::string(rail), amount, amount};
     const double volts = railVolts(group, part.rail, rails);
-    if (isCurrent(group.block->cell(output.cell).unit))
+    if (isCurrent(output.unit))
         part.watts = amount * volts;
     else
         part.amperes = volts > 0.0 ? amount / volts : 0.0;
@@ -106,14 +105,15 @@ Contribution contributionOf(const Output& output, double amount, const Running& 
 GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::string>& warnings)
 {
     GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
-    for (const Output& output : outputs()) {
-        if (output.block != group.block->name || output.role == Role::shown)
+    for (const ZelmCellInfo& output : group.block->cells) {
+        const auto kind = output.goes.kind;
+        if (kind != zelm::Destination::Kind::rail && kind != zelm::Destination::Kind::offchip)
             continue;
         result.onlyCarries = false;
         const std::optional<double> amount = amountOf(output, group, warnings);
         if (!amount)
             continue;
-        if (output.role == Role::offchip) {
+        if (kind == zelm::Destination::Kind::offchip) {
             result.offchipWatts += *amount;
             continue;
         }

@@ -55,7 +55,7 @@ Origin Running::originOf(std::string_view cell) const
 const ZelmCellInfo* Running::railInput(const std::string& rail) const
 {
     for (const ZelmCellInfo& cell : block->cells) {
-        if (takesVolts(cell) && railOf(*block, cell) == rail)
+        if (takesVolts(cell) && cell.legal.rail == rail)
             return &cell;
     }
     return nullptr;

@@ -1,7 +1,6 @@
 #include "host/estimate/StaticPower.h"
 
 #include "host/blocks/Rails.h"
-#include "host/blocks/RollUp.h"
 #include "host/estimate/Thermal.h"
 
 #include <fmt/format.h>
@@ -41,10 +40,7 @@ public:
         for (const auto& [cell, value] : estimate.design.staticInputs)
             m_instance->set(m_block.cell(cell), value);
         for (const std::string& rail : railNames()) {
-            const auto nested = std::find_if(nestedRails().begin(), nestedRails().end(),
-                                             [&](const NestedRail& n) { return n.rail == rail; });
-            m_rails.push_back({rail, nested == nestedRails().end() ? "" : std::string(nested->inside),
-                               &m_block.cell(rail), &m_block.cell(rail + "_STATIC_CURRENT"),
+            m_rails.push_back({rail, railHolding(rail), &m_block.cell(rail), &m_block.cell(rail + "_STATIC_CURRENT"),
                                &m_block.cell(rail + "_POWERUP_CURRENT")});
         }
     }
