@@ -113,7 +113,9 @@ std::vector<std::string> split(const std::string& text, char separator)
 
 std::string si(double value, std::string_view unit)
 {
-    if (!std::isfinite(value))
+    if (std::isnan(value))
+        return "none";
+    if (std::isinf(value))
         return fmt::format("{} {}", value, unit);
     struct Prefix {
         double factor;

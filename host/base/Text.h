@@ -18,7 +18,7 @@ std::string lower(std::string text);
 /// The parts between separators; one, the text itself, if there is none.
 std::vector<std::string> split(const std::string& text, char separator);
 
-/// A number with an SI prefix and four significant digits: si(0.00123, "W") is "1.230 mW".
+/// A number with an SI prefix and four significant digits: si(0.00123, "W") is "1.230 mW"; "none" for NaN.
 std::string si(double value, std::string_view unit);
 /// The shortest text that reads back as the same float.
 std::string exactText(float value);

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <mutex>
 #include <set>
 
 namespace zelm::host {
@@ -44,9 +46,8 @@ void addKeys(const Block& block, std::vector<std::string> above, const std::vect
     }
 }
 
-std::vector<std::string> keysOf(const Block& block, const Legal& legal)
+std::vector<std::string> findKeys(const Block& block, const Legal& legal)
 {
-    block.load();
     std::set<std::string> words;
     for (const std::string& text : listed(legal.text)) {
         std::vector<std::string> chain = split(text, '/');
@@ -59,6 +60,20 @@ std::vector<std::string> keysOf(const Block& block, const Legal& legal)
     for (const std::string& barred : listed(legal.barred))
         words.erase(barred);
     return {words.begin(), words.end()};
+}
+
+// Tables don't change while the tool runs, and a sweep asks again at each of its points.
+std::vector<std::string> keysOf(const Block& block, const Legal& legal)
+{
+    block.load();
+    static std::mutex mutex;
+    static std::map<std::string, std::vector<std::string>> known;
+    const std::string question = fmt::format("{} {} {} {}", block.name, legal.text, legal.known, legal.barred);
+    const std::lock_guard lock(mutex);
+    const auto [words, isNew] = known.try_emplace(question);
+    if (isNew)
+        words->second = findKeys(block, legal);
+    return words->second;
 }
 
 std::string numberText(double number)
@@ -165,6 +180,8 @@ std::optional<std::string> whyIllegal(const Block& block, const ZelmCellInfo& ce
                            fmt::join(words, ", "));
     }
     const double number = numberOf(value);
+    if (!cell.legal.rail.empty() && number == 0.0)
+        return fmt::format("a rail at 0 V: leave {} out if the rail is unused", cell.name);
     const std::vector<int> numbers = legalNumbers(cell);
     const bool among = numbers.empty() || std::find(numbers.begin(), numbers.end(), number) != numbers.end();
     if (among && number >= cell.legal.lowest && number <= cell.legal.highest)

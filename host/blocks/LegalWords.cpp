@@ -42,19 +42,29 @@ struct MeantToMiss {
     std::string_view block;
     std::string_view table;
     std::string_view keyPart;
+    bool inGoodDesigns; ///< else the inputs ask for hardware that isn't there
 };
 
 constexpr MeantToMiss kMeantToMiss[] = {
-    {"Parts", "DEVICE_DATA", ""},             // a part stands in one series only, and all are asked
-    {"CleLogic", "REG_CAP", "LUT_"},          // no register
-    {"CleLogic", "REG_CAP", "OFMUX"},         // no register
-    {"CleLogic", "REG_CAP", "BYP"},           // no register
-    {"CleLogic", "REG_CAP", "LOOKAHEAD"},     // no register
-    {"Wist", "CONFIG_POWER_DATA", "_x16_A2"}, // sixteen lanes are one controller's
-    {"Ddrmc", "DDRMC_DATA", "_2CH_X16_"},     // a channel has at least 16 bits
-    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X64_"}, // and with LP4 at most 32, or
-    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X80_"}, // 40 with error correction
+    {"Parts", "DEVICE_DATA", "", true},              // a part stands in one series only, and all are asked
+    {"CleLogic", "REG_CAP", "LUT_", true},           // no register
+    {"CleLogic", "REG_CAP", "OFMUX", true},          // no register
+    {"CleLogic", "REG_CAP", "BYP", true},            // no register
+    {"CleLogic", "REG_CAP", "LOOKAHEAD", true},      // no register
+    {"Wist", "CONFIG_POWER_DATA", "_x16_A2", false}, // sixteen lanes are one controller's
+    {"Ddrmc", "DDRMC_DATA", "_2CH_X16_", false},     // a channel has at least 16 bits
+    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X64_", false}, // and with LP4 at most 32, or
+    {"Ddrmc", "DDRMC_DATA", "_LP4_1CH_X80_", false}, // 40 with error correction
 };
+
+template <class Also>
+bool standsInMisses(const Block& block, const MissingRow& row, Also also)
+{
+    return std::any_of(std::begin(kMeantToMiss), std::end(kMeantToMiss), [&](const MeantToMiss& rule) {
+        return rule.block == block.name && rule.table == row.table && row.key.find(rule.keyPart) != std::string::npos &&
+               also(rule);
+    });
+}
 
 } // namespace
 
@@ -76,9 +86,12 @@ std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell)
 
 bool isMeantToMiss(const Block& block, const MissingRow& row)
 {
-    return std::any_of(std::begin(kMeantToMiss), std::end(kMeantToMiss), [&](const MeantToMiss& rule) {
-        return rule.block == block.name && rule.table == row.table && row.key.find(rule.keyPart) != std::string::npos;
-    });
+    return standsInMisses(block, row, [](const MeantToMiss&) { return true; });
+}
+
+bool missesInGoodDesigns(const Block& block, const MissingRow& row)
+{
+    return standsInMisses(block, row, [](const MeantToMiss& rule) { return rule.inGoodDesigns; });
 }
 
 } // namespace zelm::host

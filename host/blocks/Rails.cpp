@@ -1,5 +1,7 @@
 #include "host/blocks/Rails.h"
 
+#include "device/ZelmOrvaneStaticData.h"
+
 namespace zelm::host {
 
 namespace {
@@ -21,6 +23,12 @@ std::vector<std::string> railNames()
 bool takesVolts(const ZelmCellInfo& cell)
 {
     return cell.kind == ZelmCellInfo::Kind::userInput && !cell.legal.rail.empty();
+}
+
+bool hasRail(const std::string& device, const std::string& rail)
+{
+    block("Static").load();
+    return ZelmOrvaneStaticData::getGlobal().getSupplyList(device, rail) != "NO";
 }
 
 std::string railHolding(const std::string& rail)

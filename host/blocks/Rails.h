@@ -13,6 +13,9 @@ std::vector<std::string> railNames();
 /// Whether a cell is an input of a supply rail's voltage. Its row tells which.
 bool takesVolts(const ZelmCellInfo& cell);
 
+/// Whether a device has a rail; so too if the data don't know the device.
+bool hasRail(const std::string& device, const std::string& rail);
+
 /// The rail whose static current holds this rail's too, empty if there is none.
 std::string railHolding(const std::string& rail);
 

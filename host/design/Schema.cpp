@@ -45,7 +45,8 @@ void addDomain(Json& schema, const Block& block, const ZelmCellInfo& cell)
             if (std::isfinite(value))
                 schema[name] = cell.type == Type::integer ? Json(static_cast<int>(value)) : Json(value);
         };
-        const bool aboveZero = cell.legal.lowest == zelm::legal::aboveZero.lowest;
+        // A rail that is used has a voltage.
+        const bool aboveZero = cell.legal.lowest == zelm::legal::aboveZero.lowest || takesVolts(cell);
         end(aboveZero ? "exclusiveMinimum" : "minimum", aboveZero ? 0.0 : cell.legal.lowest);
         end("maximum", cell.legal.highest);
     }
@@ -149,7 +150,7 @@ Json groupsSchema()
     Json groups = Json::array();
     Json names = Json::array();
     for (const Block& block : blocks()) {
-        if (block.name == "Static")
+        if (block.name == "Static" || block.name == "Parts")
             continue;
         names.push_back(block.name);
         groups.push_back(
@@ -165,17 +166,21 @@ Json groupsSchema()
 Json designSchema()
 {
     const Json amperes = numberSchema("amperes", 0.0, kMostAmperes);
+    const Json volts{{"type", "number"}, {"description", "volts"}, {"exclusiveMinimum", 0.0}, {"maximum", kMostVolts}};
     const auto [device, staticInputs] = deviceAndStaticSchema();
     Json fields{{"$schema", textSchema("this schema, for editors")},
                 {"name", textSchema("of the design")},
                 {"description", textSchema("for people")}};
     fields["device"] = device;
     fields["environment"] = environmentSchema();
-    fields["rails"] = railsSchema(numberSchema("volts", 0.0, kMostVolts));
+    fields["rails"] = railsSchema(volts);
     fields["regulators"] = railsSchema(objectSchema({{"maxCurrent", amperes}}, {"maxCurrent"}));
+    const Json judgedAt{{"enum", {"TYP", "MAX"}},
+                        {"description", "the process side on which budgets and regulators count; the worse if unsaid"}};
     fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes)},
                                       {"junctionTemperature", temperatureSchema("degrees Celsius")},
-                                      {"rails", railsSchema(amperes)}});
+                                      {"rails", railsSchema(amperes)},
+                                      {"judgedAt", judgedAt}});
     fields["static"] = staticInputs;
     fields["groups"] = groupsSchema();
 

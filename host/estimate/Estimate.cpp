@@ -7,6 +7,7 @@
 #include "host/blocks/RollUp.h"
 #include "host/estimate/Budgets.h"
 #include "host/estimate/Carry.h"
+#include "host/estimate/Combination.h"
 #include "host/estimate/Ranges.h"
 #include "host/estimate/StaticPower.h"
 
@@ -68,8 +69,38 @@ std::vector<InputValue> inputsOf(const Running& group)
     return inputs;
 }
 
+// Says what makes a group's power wrong: an Error, or a warning.
+class GapTeller {
+public:
+    GapTeller(const Design& design, Gaps gaps, std::vector<std::string>& warnings)
+        : m_design(&design), m_gaps(gaps), m_warnings(&warnings)
+    {
+    }
+
+    void tell(const Running& group, const std::string& message) const
+    {
+        if (m_gaps == Gaps::refused)
+            throw Error(fmt::format("{}: group \"{}\": {} (--keep-going estimates the rest)",
+                                    m_design->source.at(group.place + ".inputs"), group.name, message));
+        m_warnings->push_back(fmt::format("group \"{}\": {}", group.name, message));
+    }
+
+    void tell(const Running& group, const MissingRow& row) const
+    {
+        const std::string inputs = combinationWithout(group, row);
+        tell(group, fmt::format("{}{} has no row {} in {}, so the group's power can't be right",
+                                inputs.empty() ? "" : fmt::format("{} don't go together: ", inputs),
+                                group.block->dataFile(), row.key, row.table));
+    }
+
+private:
+    const Design* m_design;
+    Gaps m_gaps;
+    std::vector<std::string>* m_warnings;
+};
+
 // What an output of a group amounts to, in watts or amperes; nothing if it means nothing.
-std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group, std::vector<std::string>& warnings)
+std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group, const GapTeller& gaps)
 {
     const Value value = group.instance->get(output);
     const float* number = std::get_if<float>(&value);
@@ -78,8 +109,8 @@ std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group,
         amount *= static_cast<double>(std::get<float>(group.get(output.goes.scaling)));
     constexpr double beyondBelief = 1e15; // what a sentinel that flowed through a formula looks like
     if (!(std::fabs(amount) < beyondBelief)) {
-        warnings.push_back(fmt::format("group \"{}\": {} has no meaningful value ({})", group.name, output.name,
-                                       number ? exactText(*number) : "unset"));
+        gaps.tell(group,
+                  fmt::format("{} has no meaningful value ({})", output.name, number ? exactText(*number) : "unset"));
         return std::nullopt;
     }
     return inWattsOrAmperes(output.unit, amount) * multiplier(group);
@@ -102,15 +133,19 @@ Contribution contributionOf(const ZelmCellInfo& output, double amount, const Run
     return part;
 }
 
-GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::string>& warnings)
+GroupResult finish(Running& group, const RailVolts& rails, const GapTeller& gaps, std::vector<std::string>& warnings)
 {
+    for (const MissingRow& row : group.missingRows) {
+        if (!missesInGoodDesigns(*group.block, row))
+            gaps.tell(group, row);
+    }
     GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
     for (const ZelmCellInfo& output : group.block->cells) {
         const auto kind = output.goes.kind;
         if (kind != zelm::Destination::Kind::rail && kind != zelm::Destination::Kind::offchip)
             continue;
         result.onlyCarries = false;
-        const std::optional<double> amount = amountOf(output, group, warnings);
+        const std::optional<double> amount = amountOf(output, group, gaps);
         if (!amount)
             continue;
         if (kind == zelm::Destination::Kind::offchip) {
@@ -119,11 +154,6 @@ GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::stri
         }
         result.contributions.push_back(contributionOf(output, *amount, group, rails, warnings));
         result.watts += result.contributions.back().watts;
-    }
-    for (const MissingRow& row : group.missingRows) {
-        if (!isMeantToMiss(*group.block, row))
-            warnings.push_back(fmt::format("group \"{}\": {} has no row {} in {}, so the group's power can't be right",
-                                           group.name, group.block->dataFile(), row.key, row.table));
     }
     for (std::string& warning : rangeWarnings(group))
         warnings.push_back(std::move(warning));
@@ -163,13 +193,37 @@ void refuseUnknownRails(const Design& design)
         check(rail, "budgets.rails");
 }
 
+// Limits on rails that mean nothing: a name that differs by a letter, say.
+void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estimate& result)
+{
+    std::vector<std::string> loaded;
+    for (const RailResult& rail : result.side().rails) {
+        if (rail.amperes() != 0.0)
+            loaded.push_back(rail.name);
+    }
+    const auto check = [&](const std::string& rail, const char* where) {
+        const bool lacking = device && !hasRail(device->name, rail);
+        if (!lacking && std::find(loaded.begin(), loaded.end(), rail) != loaded.end())
+            return;
+        const std::string what = lacking ? device->name + " has no such rail" : "nothing loads this rail";
+        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(fmt::format("{}.{}", where, rail)), what,
+                                              suggestion(rail, loaded)));
+    };
+    for (const auto& [rail, current] : design.regulators)
+        check(rail, "regulators");
+    for (const auto& [rail, current] : design.budgets.rails)
+        check(rail, "budgets.rails");
+}
+
 } // namespace
 
-Estimate estimate(const Design& design, Curves curves)
+Estimate estimate(const Design& design, Curves curves, Gaps gaps)
 {
     refuseUnknownRails(design);
     Estimate result;
     result.design = design;
+    result.warnings = design.warnings;
+    const GapTeller gapTeller(design, gaps, result.warnings);
 
     std::optional<ResolvedDevice> device;
     if (design.device)
@@ -178,7 +232,7 @@ Estimate estimate(const Design& design, Curves curves)
 
     std::vector<Running> running = start(design, rails, device ? &*device : nullptr, result.carried, result.warnings);
     for (Running& group : running) {
-        result.groups.push_back(finish(group, rails, result.warnings));
+        result.groups.push_back(finish(group, rails, gapTeller, result.warnings));
         result.dynamicWatts += result.groups.back().watts;
         result.offchipWatts += result.groups.back().offchipWatts;
     }
@@ -199,6 +253,7 @@ Estimate estimate(const Design& design, Curves curves)
     }
     for (Side& side : result.sides)
         addUp(result, side);
+    warnOfIdleLimits(design, device ? &*device : nullptr, result);
     checkBudgets(result);
     return result;
 }

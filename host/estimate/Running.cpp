@@ -7,7 +7,7 @@
 namespace zelm::host {
 
 Running::Running(const Block& ofBlock, const Group& group, const std::string& asName)
-    : name(asName), block(&ofBlock), count(group.count), instance(ofBlock.create())
+    : name(asName), block(&ofBlock), count(group.count), place(group.place), instance(ofBlock.create())
 {
     for (const auto& [cellName, value] : group.inputs) {
         const ZelmCellInfo* cell = block->findCell(cellName);

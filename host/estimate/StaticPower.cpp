@@ -184,6 +184,24 @@ void takeStaticPower(Side& side, StaticModel& model)
         side.subsystems.push_back({cell, model.number(cell)});
 }
 
+// What a device that runs away has none of: neither a temperature nor anything that depends on it.
+void forgetAmounts(OperatingPoint& point)
+{
+    point.junction = point.power = point.loopGain = std::nan("");
+}
+
+void forgetAmounts(Side& side)
+{
+    forgetAmounts(*side.thermal);
+    side.junction = side.staticWatts = std::nan("");
+    for (RailResult& rail : side.rails) {
+        if (rail.staticAmperes != 0.0)
+            rail.staticAmperes = rail.staticWatts = rail.powerUpAmperes = std::nan("");
+    }
+    for (Subsystem& subsystem : side.subsystems)
+        subsystem.watts = std::nan("");
+}
+
 void warn(const Side& side, std::vector<std::string>& warnings)
 {
     if (!side.settles())
@@ -217,10 +235,15 @@ void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std:
         if (curves == Curves::drawn)
             side.curve = curveOf(total);
         if (environment.ambient && process == device.process) {
-            for (const Cooling& cooling : environment.cooling)
+            for (const Cooling& cooling : environment.cooling) {
                 estimate.cooling.push_back({cooling, findOperatingPoint(total, *environment.ambient, cooling.thetaJA)});
+                if (!estimate.cooling.back().point.converged)
+                    forgetAmounts(estimate.cooling.back().point);
+            }
         }
         takeStaticPower(side, model);
+        if (!side.settles())
+            forgetAmounts(side);
         warn(side, estimate.warnings);
         if (process == device.process) {
             for (std::string& warning : model.voltageWarnings())

@@ -4,9 +4,18 @@
 #include "host/base/Terminal.h"
 #include "host/estimate/Results.h"
 
+#include <fmt/format.h>
+
+#include <cmath>
 #include <string>
 
 namespace zelm::host {
+
+/// A number in CSV; nothing for NaN, which a runaway leaves.
+inline std::string csvNumber(double value)
+{
+    return std::isnan(value) ? std::string() : fmt::format("{}", value);
+}
 
 /// The estimate as tables for a terminal; verbose adds the inputs and what was carried where.
 std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint = Paint());

@@ -2,12 +2,14 @@
 
 #include "host/base/Json.h"
 #include "host/base/Text.h"
+#include "host/report/Report.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
 #include <map>
+#include <span>
 
 namespace zelm::host {
 
@@ -18,6 +20,17 @@ std::vector<std::string> brokenBudgets(const Estimate& estimate)
     std::vector<std::string> names;
     for (const BudgetResult& budget : estimate.budgets) {
         if (budget.broken())
+            names.push_back(budget.name);
+    }
+    return names;
+}
+
+// The budgets that one process side breaks: it alone is to blame.
+std::vector<std::string> brokenBudgetsAt(const Estimate& estimate, const std::string& process)
+{
+    std::vector<std::string> names;
+    for (const BudgetResult& budget : estimate.budgets) {
+        if (budget.brokenAt(process))
             names.push_back(budget.name);
     }
     return names;
@@ -48,7 +61,8 @@ std::string sweepTable(const Sweep& sweep, const Paint& paint)
                                             [&](const Side& side) { return side.process == first.process; });
             const Side& side = found == point.estimate.sides.end() ? point.estimate.side() : *found;
             cells.insert(cells.end(), {si(side.staticWatts, "W"), si(side.totalWatts, "W"),
-                                       side.settles() ? fmt::format("{:.2f} C", side.junction) : paint.bad("runaway")});
+                                       side.settles() ? fmt::format("{:.2f} C", side.junction)
+                                                      : paint.bad("none: thermal runaway")});
         }
         if (budgets) {
             const std::vector<std::string> broken = brokenBudgets(point.estimate);
@@ -90,6 +104,12 @@ Json sweepJson(const Sweep& sweep)
     return list;
 }
 
+bool variesProcess(const Sweep& sweep)
+{
+    return std::any_of(sweep.variations.begin(), sweep.variations.end(),
+                       [](const Variation& variation) { return variation.path == "device.process"; });
+}
+
 std::string sweepCsv(const Sweep& sweep)
 {
     std::string text;
@@ -100,10 +120,14 @@ std::string sweepCsv(const Sweep& sweep)
         std::string settings;
         for (const Json& value : point.values)
             settings += escapedCsv(sweepWord(value)) + ",";
-        for (const Side& side : point.estimate.sides)
-            text += fmt::format("{}{},{},{},{},{},{},{}\n", settings, side.process, point.estimate.dynamicWatts,
-                                side.staticWatts, side.totalWatts, side.junction, side.settles() ? "yes" : "no",
-                                escapedCsv(fmt::format("{}", fmt::join(brokenBudgets(point.estimate), "; "))));
+        // Where the process varies, the other side has a point of its own.
+        const std::size_t sides = variesProcess(sweep) ? 1 : point.estimate.sides.size();
+        for (const Side& side : std::span(point.estimate.sides).first(sides))
+            text += fmt::format(
+                "{}{},{},{},{},{},{},{}\n", settings, side.process, point.estimate.dynamicWatts,
+                csvNumber(side.staticWatts), csvNumber(side.totalWatts), csvNumber(side.junction),
+                side.settles() ? "yes" : "no",
+                escapedCsv(fmt::format("{}", fmt::join(brokenBudgetsAt(point.estimate, side.process), "; "))));
     }
     return text;
 }
