@@ -106,12 +106,6 @@ double numberOf(const Value& value)
     return std::nan("");
 }
 
-// A number as people wrote it: the shortest text of the float.
-std::string shown(const Value& value)
-{
-    return valueText(value);
-}
-
 } // namespace
 
 std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell)
@@ -187,7 +181,7 @@ std::optional<std::string> whyIllegal(const Block& block, const ZelmCellInfo& ce
     if (among && number >= cell.legal.lowest && number <= cell.legal.highest)
         return std::nullopt;
     return fmt::format("{} takes {}{}{}, not {}", cell.name, domainText(cell.legal), cell.unit.empty() ? "" : " ",
-                       cell.unit, shown(value));
+                       cell.unit, valueText(value));
 }
 
 std::optional<std::string> whyUnlikely(const ZelmCellInfo& cell, const Value& value)
@@ -195,13 +189,13 @@ std::optional<std::string> whyUnlikely(const ZelmCellInfo& cell, const Value& va
     const double number = numberOf(value);
     if (!(number > cell.legal.usualHighest))
         return std::nullopt;
-    const char* slip = cell.unit == "MHz"                      ? "; it is in MHz: hertz?"
-                       : cell.unit == "V"                      ? "; it is in V: millivolts?"
-                       : cell.legal.usualHighest <= 2.0        ? "; percent?"
-                       : cell.unit.find("C") != cell.unit.npos ? "; it is in degrees Celsius: kelvin?"
-                                                               : "";
-    return fmt::format("{} is {}, usually at most {}{}", cell.name, shown(value), numberText(cell.legal.usualHighest),
-                       slip);
+    const char* slip = cell.unit == "MHz"               ? "; it is in MHz: hertz?"
+                       : cell.unit == "V"               ? "; it is in V: millivolts?"
+                       : cell.unit == "C"               ? "; it is in degrees Celsius: kelvin?"
+                       : cell.legal.usualHighest <= 2.0 ? "; percent?"
+                                                        : "";
+    return fmt::format("{} is {}, usually at most {}{}", cell.name, valueText(value),
+                       numberText(cell.legal.usualHighest), slip);
 }
 
 } // namespace zelm::host

@@ -11,14 +11,6 @@ namespace zelm::host {
 
 namespace {
 
-// A number that a runaway leaves unknown is null with that reason.
-void addAmount(Json& object, const std::string& name, double value)
-{
-    addNumber(object, name, value);
-    if (std::isnan(value))
-        object[name + "Reason"] = "thermal runaway";
-}
-
 Json railJson(const RailResult& rail)
 {
     Json json{{"rail", rail.name}};
@@ -164,6 +156,13 @@ Json filesJson(const Estimate& estimate)
 }
 
 } // namespace
+
+void addAmount(Json& object, const std::string& name, double value)
+{
+    addNumber(object, name, value);
+    if (std::isnan(value))
+        object[name + "Reason"] = "thermal runaway";
+}
 
 Json jsonReport(const Estimate& estimate)
 {

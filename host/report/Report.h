@@ -17,6 +17,9 @@ inline std::string csvNumber(double value)
     return std::isnan(value) ? std::string() : fmt::format("{}", value);
 }
 
+/// A number as JSON; NaN, which a runaway leaves, is null with that reason beside it.
+void addAmount(Json& object, const std::string& name, double value);
+
 /// The estimate as tables for a terminal; verbose adds the inputs and what was carried where.
 std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint = Paint());
 /// The estimate as JSON, all of it.

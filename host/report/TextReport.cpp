@@ -45,7 +45,8 @@ std::string railsTable(const Estimate& estimate)
             (!other || (other->amperes() == 0.0 && other->powerUpAmperes == 0.0)))
             continue;
         // The model knows it for the worst case only.
-        const double powerUp = std::max(rail.powerUpAmperes, other ? other->powerUpAmperes : 0.0);
+        const double powerUp =
+            other && !(other->powerUpAmperes <= rail.powerUpAmperes) ? other->powerUpAmperes : rail.powerUpAmperes;
         std::vector<std::string> cells{rail.inside.empty() ? rail.name : rail.name + " *",
                                        fmt::format("{:.3f}", rail.volts),
                                        si(rail.dynamicAmperes, "A"),
