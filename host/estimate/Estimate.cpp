@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace zelm::host {
 
@@ -215,6 +216,13 @@ void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estima
         check(rail, "budgets.rails");
 }
 
+// Two outputs of a group on one rail warn of the same.
+void sayOnce(std::vector<std::string>& warnings)
+{
+    std::set<std::string> said;
+    std::erase_if(warnings, [&](const std::string& warning) { return !said.insert(warning).second; });
+}
+
 } // namespace
 
 Estimate estimate(const Design& design, Curves curves, Gaps gaps)
@@ -255,6 +263,7 @@ Estimate estimate(const Design& design, Curves curves, Gaps gaps)
         addUp(result, side);
     warnOfIdleLimits(design, device ? &*device : nullptr, result);
     checkBudgets(result);
+    sayOnce(result.warnings);
     return result;
 }
 
