@@ -263,7 +263,9 @@ std::string abbreviated(std::string_view text, std::size_t most)
 
 std::string si(double value, std::string_view unit)
 {
-    if (!std::isfinite(value))
+    if (std::isnan(value))
+        return "none";
+    if (std::isinf(value))
         return fmt::format("{} {}", value, unit);
     struct Prefix {
         double factor;

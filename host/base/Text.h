@@ -30,7 +30,7 @@ std::size_t width(std::string_view text);
 /// A long text's begin, for messages.
 std::string abbreviated(std::string_view text, std::size_t most = 60);
 
-/// A number with an SI prefix and four significant digits: si(0.00123, "W") is "1.230 mW".
+/// A number with an SI prefix and four significant digits: si(0.00123, "W") is "1.230 mW"; "none" for NaN.
 std::string si(double value, std::string_view unit);
 /// The shortest text that reads back as the same float.
 std::string exactText(float value);

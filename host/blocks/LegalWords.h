@@ -10,11 +10,10 @@ namespace zelm::host {
 /// The values over which a data file must be whole: legal words, and ints that choose rows. Empty if any value is fine.
 std::vector<Value> legalValues(const Block& block, const ZelmCellInfo& cell);
 
-/// The words that a string input takes: those that its formulas know, or the keys of the table that it chooses from,
-/// read from the data file. Empty if any is fine.
-std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell);
-
-/// Whether the formulas ask for a row that need not be there, and take a miss for "no".
+/// Whether a data file is whole without a row that the formulas ask for.
 bool isMeantToMiss(const Block& block, const MissingRow& row);
+
+/// Whether the formulas take the miss for a plain "no". Other misses come from inputs that don't go together.
+bool missesInGoodDesigns(const Block& block, const MissingRow& row);
 
 } // namespace zelm::host

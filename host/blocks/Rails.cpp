@@ -1,8 +1,14 @@
 #include "host/blocks/Rails.h"
 
-#include "host/blocks/RollUp.h"
+#include "device/ZelmOrvaneStaticData.h"
 
 namespace zelm::host {
+
+namespace {
+
+constexpr std::string_view kStaticCurrent = "_STATIC_CURRENT";
+
+} // namespace
 
 std::vector<std::string> railNames()
 {
@@ -16,16 +22,21 @@ std::vector<std::string> railNames()
 
 bool takesVolts(const ZelmCellInfo& cell)
 {
-    return cell.kind == ZelmCellInfo::Kind::userInput && cell.type == ZelmCellInfo::Type::real && cell.unit == "V";
+    return cell.kind == ZelmCellInfo::Kind::userInput && !cell.legal.rail.empty();
 }
 
-std::string railOf(const Block& block, const ZelmCellInfo& cell)
+bool hasRail(const std::string& device, const std::string& rail)
 {
-    for (const RailInput& alias : railInputs()) {
-        if (alias.block == block.name && alias.cell == cell.name)
-            return std::string(alias.rail);
-    }
-    return std::string(cell.name);
+    block("Static").load();
+    return ZelmOrvaneStaticData::getGlobal().getSupplyList(device, rail) != "NO";
+}
+
+std::string railHolding(const std::string& rail)
+{
+    const zelm::Destination& goes = block("Static").cell(rail + std::string(kStaticCurrent)).goes;
+    return goes.kind == zelm::Destination::Kind::part
+               ? std::string(goes.name.substr(0, goes.name.size() - kStaticCurrent.size()))
+               : std::string();
 }
 
 } // namespace zelm::host

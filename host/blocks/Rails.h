@@ -10,10 +10,13 @@ namespace zelm::host {
 /// The names of all supply rails.
 std::vector<std::string> railNames();
 
-/// Whether a cell is an input of a voltage.
+/// Whether a cell is an input of a supply rail's voltage. Its row tells which.
 bool takesVolts(const ZelmCellInfo& cell);
 
-/// The rail whose voltage an input takes: the one of the cell's own name, or the one that the roll-up tells.
-std::string railOf(const Block& block, const ZelmCellInfo& cell);
+/// Whether a device has a rail; so too if the data don't know the device.
+bool hasRail(const std::string& device, const std::string& rail);
+
+/// The rail whose static current holds this rail's too, empty if there is none.
+std::string railHolding(const std::string& rail);
 
 } // namespace zelm::host

@@ -1,14 +1,17 @@
 #include "host/base/Error.h"
 #include "host/base/Json.h"
 #include "host/base/Text.h"
-#include "host/blocks/Block.h"
+#include "host/blocks/Legal.h"
 #include "host/blocks/ValueJson.h"
 #include "host/commands/Command.h"
+
+#include "framework/ZelmUnset.h"
 
 #include <fmt/format.h>
 
 #include <bit>
 #include <cstdint>
+#include <cstdio>
 #include <set>
 
 namespace zelm::host {
@@ -25,8 +28,16 @@ Given setInputs(Instance& instance, const Block& block, const std::vector<std::s
         if (equals == std::string::npos)
             throw Error(fmt::format("\"{}\" is not of the form CELL=VALUE", abbreviated(assignment)));
         const ZelmCellInfo& cell = block.input(assignment.substr(0, equals));
-        instance.set(cell, parseValue(cell, assignment.substr(equals + 1)));
-        given.insert(cell.name);
+        const Value value = parseValue(cell, assignment.substr(equals + 1));
+        if (!given.insert(cell.name).second)
+            throw Error(fmt::format("{} is given twice", cell.name));
+        if (const auto* text = std::get_if<std::string>(&value); text && zelm::isUnset(*text))
+            throw Error(fmt::format("{}: \"{}\" is how an unset cell reads; leave it out", cell.name, *text));
+        instance.set(cell, value);
+        if (const auto illegal = whyIllegal(block, cell, value))
+            fmt::print(stderr, "zelm: warning: {}\n", *illegal);
+        else if (const auto unlikely = whyUnlikely(cell, value))
+            fmt::print(stderr, "zelm: warning: {}\n", *unlikely);
     }
     return given;
 }

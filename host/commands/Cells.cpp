@@ -1,10 +1,11 @@
 #include "host/base/Json.h"
 #include "host/base/Text.h"
-#include "host/blocks/Block.h"
+#include "host/blocks/Legal.h"
 #include "host/blocks/Uncertainty.h"
 #include "host/commands/Command.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace zelm::host {
 
@@ -18,25 +19,41 @@ std::string shownDefault(const ZelmCellInfo& cell)
     return constant.empty() && cell.defaultText != "\"\"" ? std::string("derived") : constant;
 }
 
-// Every cell of a block: kind, type, default, unit, meaning.
-std::string listCells(const std::string& blockName, bool json)
+// What stands in the last but one column: what is legal in an input, all its words if they are asked for, and where an
+// output goes.
+std::string roleOf(const Block& block, const ZelmCellInfo& cell, bool spelledOut)
+{
+    if (cell.kind != ZelmCellInfo::Kind::userInput)
+        return goesText(cell);
+    const std::vector<std::string> words = spelledOut ? legalWords(block, cell) : std::vector<std::string>();
+    return words.empty() ? legalText(cell) : fmt::format("{}", fmt::join(words, ", "));
+}
+
+// The cells of a block, all or its inputs: kind, type, default, unit, what is legal or where it goes, meaning.
+std::string listCells(const std::string& blockName, bool inputs, bool json)
 {
     const Block& b = block(blockName);
-    if (json) {
-        Json list = Json::array();
-        for (const ZelmCellInfo& cell : b.cells)
-            list.push_back({{"cell", cell.name},
-                            {"kind", kindWord(cell.kind)},
-                            {"type", typeWord(cell.type)},
-                            {"default", shownDefault(cell)},
-                            {"unit", cell.unit},
-                            {"meaning", cell.meaning}});
-        return jsonText(list);
+    Json list = Json::array();
+    TextTable table({"Cell", "Kind", "Type", "Default", "Unit", inputs ? "Legal" : "Legal, or goes to", "Meaning"});
+    for (const ZelmCellInfo& cell : b.cells) {
+        const bool isInput = cell.kind == ZelmCellInfo::Kind::userInput;
+        if (inputs && !isInput)
+            continue;
+        const std::string role = roleOf(b, cell, inputs);
+        if (!json) {
+            table.row({std::string(cell.name), std::string(kindWord(cell.kind)), std::string(typeWord(cell.type)),
+                       shownDefault(cell), std::string(cell.unit), role, std::string(cell.meaning)});
+            continue;
+        }
+        Json entry{{"cell", cell.name},           {"kind", kindWord(cell.kind)},
+                   {"type", typeWord(cell.type)}, {"default", shownDefault(cell)},
+                   {"unit", cell.unit},           {"meaning", cell.meaning}};
+        if (!role.empty())
+            entry[isInput ? "legal" : "goesTo"] = role;
+        list.push_back(std::move(entry));
     }
-    TextTable table({"Cell", "Kind", "Type", "Default", "Unit", "Meaning"});
-    for (const ZelmCellInfo& cell : b.cells)
-        table.row({std::string(cell.name), std::string(kindWord(cell.kind)), std::string(typeWord(cell.type)),
-                   shownDefault(cell), std::string(cell.unit), std::string(cell.meaning)});
+    if (json)
+        return jsonText(list);
     std::string text = table.text();
     const auto known = uncertainties();
     if (const auto of = known.find(b.name); of != known.end() && !of->second.empty()) {
@@ -52,9 +69,10 @@ std::string listCells(const std::string& blockName, bool json)
 Action declareCells(Options& options)
 {
     const std::string& blockName = options.required("block", "Block name");
+    const bool& inputs = options.flag("--inputs", "The inputs only, with all legal words and numbers");
     const bool& json = options.flag("--json", "Print JSON");
-    return [&blockName, &json](Run& run) {
-        run.out += listCells(blockName, json);
+    return [&blockName, &inputs, &json](Run& run) {
+        run.out += listCells(blockName, inputs, json);
         return kSuccess;
     };
 }

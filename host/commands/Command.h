@@ -10,7 +10,7 @@ namespace zelm::host {
 
 /// How the tool ends.
 inline constexpr int kSuccess = 0;
-inline constexpr int kBudgetBroken = 1;
+inline constexpr int kBudgetBroken = 1; // or a warning, if it is to count
 inline constexpr int kUserError = 2;
 
 /// One run of the tool: what all commands are told, and what the chosen one says.

@@ -35,8 +35,7 @@ void sayBrokenBudgets(const Estimate& estimate)
 {
     for (const BudgetResult& budget : estimate.budgets) {
         if (budget.broken())
-            complain(fmt::format("budget broken: {} is {:.4g} {}, the limit is {:g} {}", budget.name, budget.actual,
-                                 budget.unit, budget.limit, budget.unit));
+            complain("budget broken: " + budget.words());
     }
 }
 
@@ -50,11 +49,15 @@ Action declareEstimate(Options& options)
     options.exclude("--csv", "--json");
     const std::optional<std::string>& html = options.text("--html", "Write a self-contained HTML report to this file");
     const bool& check = options.flag("--check", "End with exit code 1 if a budget is broken");
+    const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
+    const bool& keepGoing =
+        options.flag("--keep-going", "Warn of inputs that have no row in the data, and estimate the rest");
     const std::optional<std::string>& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
     return [&](Run& run) {
         checkReports(design, {&html, &junit});
         const bool drawn = json || html;
-        const Estimate result = estimate(readDesign(design), drawn ? Curves::drawn : Curves::none);
+        const Estimate result = estimate(readDesign(design), drawn ? Curves::drawn : Curves::none,
+                                         keepGoing ? Gaps::warned : Gaps::refused);
         run.out += json  ? jsonText(jsonReport(result))
                    : csv ? csvReport(result)
                          : textReport(result, run.verbose, Paint(takesColour(stdout)));
@@ -66,10 +69,10 @@ Action declareEstimate(Options& options)
             for (const std::string& warning : result.warnings)
                 complain("warning: " + warning);
         }
-        if (!check || !result.budgetBroken())
-            return kSuccess;
-        sayBrokenBudgets(result);
-        return kBudgetBroken;
+        const bool broken = check && result.budgetBroken();
+        if (broken)
+            sayBrokenBudgets(result);
+        return broken || (strict && !result.warnings.empty()) ? kBudgetBroken : kSuccess;
     };
 }
 

@@ -16,9 +16,12 @@ Action declareSweep(Options& options)
     const bool& json = options.flag("--json", "Print JSON");
     const bool& csv = options.flag("--csv", "Print CSV");
     options.exclude("--csv", "--json");
+    const bool& keepGoing =
+        options.flag("--keep-going", "Warn of inputs that have no row in the data, and estimate the rest");
     return [&](Run& run) {
         const SweepFormat format = json ? SweepFormat::json : csv ? SweepFormat::csv : SweepFormat::table;
-        run.out += sweepReport(sweep(design, variations, run.barAfter), format, Paint(takesColour(stdout)));
+        run.out += sweepReport(sweep(design, variations, run.barAfter, keepGoing ? Gaps::warned : Gaps::refused),
+                               format, Paint(takesColour(stdout)));
         return kSuccess;
     };
 }

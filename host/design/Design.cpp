@@ -3,8 +3,12 @@
 #include "host/base/Error.h"
 #include "host/base/Json.h"
 #include "host/base/Text.h"
+#include "host/blocks/Legal.h"
+#include "host/blocks/Rails.h"
 #include "host/blocks/Uses.h"
 #include "host/design/Limits.h"
+
+#include "framework/ZelmUnset.h"
 
 #include <fmt/format.h>
 
@@ -30,9 +34,17 @@ public:
     {
         return {*m_source, fmt::format("{}[{}]", m_path, index)};
     }
+    std::string say(const std::string& message) const
+    {
+        return fmt::format("{}: {}", m_source->at(m_path), message);
+    }
     [[noreturn]] void fail(const std::string& message) const
     {
-        throw Error(fmt::format("{}: {}", m_source->at(m_path), message));
+        throw Error(say(message));
+    }
+    const std::string& path() const
+    {
+        return m_path;
     }
 
 private:
@@ -137,14 +149,17 @@ Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
 {
     switch (cell.type) {
     case ZelmCellInfo::Type::text:
+        if (value.is_string() && zelm::isUnset(value.get<std::string>()))
+            where.fail(fmt::format("\"{}\" is how an unset cell reads; leave the input out", value.get<std::string>()));
         return Fields::text(value, where);
     case ZelmCellInfo::Type::integer: {
         const bool whole =
             value.is_number_integer() || (value.is_number() && value.get<double>() == std::floor(value.get<double>()));
         if (!whole)
             where.fail(fmt::format("expected a whole number, found {}", Fields::describe(value)));
+        // The two largest ints stand for an unset cell and for what is no number.
         return static_cast<int>(
-            Fields::number(value, where, std::numeric_limits<int>::min(), std::numeric_limits<int>::max() - 1, ""));
+            Fields::number(value, where, std::numeric_limits<int>::min(), zelm::notANumberInt - 1, ""));
     }
     case ZelmCellInfo::Type::real:
         break;
@@ -161,19 +176,30 @@ constexpr OwnField kOwnFields[] = {
     {"OVER_DRIVE", "device.overdrive"},     {"JUNCTION_TEMPERATURE", "environment.junctionTemperature"},
 };
 
-// The input of that name among the blocks that the group's inputs reach.
-const ZelmCellInfo& findInput(const std::vector<const Block*>& blocks, const std::string& name)
+// The block among those that the group's inputs reach that has an input of that name.
+const Block& blockWithInput(const std::vector<const Block*>& blocks, const std::string& name)
 {
     for (const Block* block : blocks) {
         const ZelmCellInfo* cell = block->findCell(name);
         if (cell && cell->kind == ZelmCellInfo::Kind::userInput)
-            return *cell;
+            return *block;
     }
-    return blocks.front()->input(name);
+    blocks.front()->input(name); // says what is wrong with the name
+    return *blocks.front();
+}
+
+// What a value means: a word or number that isn't legal is an error, one that is unlikely a warning.
+void judge(const Block& block, const ZelmCellInfo& cell, const Value& value, const Place& place,
+           std::vector<std::string>& warnings)
+{
+    if (const auto illegal = whyIllegal(block, cell, value))
+        place.fail(*illegal);
+    if (const auto unlikely = whyUnlikely(cell, value))
+        warnings.push_back(place.say(*unlikely));
 }
 
 std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const std::vector<const Block*>& blocks,
-                                                      const Place& where)
+                                                      const Place& where, std::vector<std::string>& warnings)
 {
     std::vector<std::pair<std::string, Value>> inputs;
     if (!object)
@@ -182,21 +208,29 @@ std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const 
         where.fail(fmt::format("expected an object of inputs by cell name, found {}", Fields::describe(*object)));
     for (const auto& [name, value] : object->items()) {
         const Place place = where.field(name);
-        const ZelmCellInfo* cell = nullptr;
+        const Block* block = nullptr;
         try {
-            cell = &findInput(blocks, name);
+            block = &blockWithInput(blocks, name);
         } catch (const Error& error) {
             place.fail(error.what());
         }
-        inputs.emplace_back(name, cellValue(*cell, value, place));
+        const ZelmCellInfo& cell = block->input(name);
+        inputs.emplace_back(name, cellValue(cell, value, place));
+        judge(*block, cell, inputs.back().second, place, warnings);
     }
     return inputs;
 }
 
-Group readGroup(const Json& value, const Place& where)
+bool isIndex(const std::string& name)
+{
+    return !name.empty() && name.find_first_not_of("0123456789") == std::string::npos;
+}
+
+Group readGroup(const Json& value, const Place& where, std::vector<std::string>& warnings)
 {
     Fields fields(value, where);
     Group group;
+    group.place = where.path();
     const std::string blockName = fields.text("block");
     if (blockName.empty())
         where.fail("a group needs a \"block\" (zelm blocks lists them)");
@@ -207,7 +241,11 @@ Group readGroup(const Json& value, const Place& where)
     }
     if (group.block->name == "Static")
         fields.place("block").fail("static power is estimated once for the device; put its inputs under \"static\"");
+    if (group.block->name == "Parts")
+        fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
     group.name = fields.text("name", blockName);
+    if (isIndex(group.name))
+        fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
     if (const auto count = fields.number("count", 0, 1e6, "instances")) {
         if (*count != std::floor(*count))
             fields.place("count").fail("expected a whole number");
@@ -216,7 +254,7 @@ Group readGroup(const Json& value, const Place& where)
     group.clock = fields.text("clock");
     if (!group.clock.empty() && !takesClock(group.block->name))
         fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
-    group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"));
+    group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"), warnings);
     fields.refuseOthers();
     return group;
 }
@@ -232,6 +270,8 @@ Environment readEnvironment(const Json& value, const Place& where)
         environment.cooling.push_back({"thetaJA", *theta});
     if (const Json* list = fields.take("cooling")) {
         const Place place = fields.place("cooling");
+        if (!environment.cooling.empty())
+            place.fail("give thetaJA, or a list of cooling, not both");
         if (!list->is_array() || list->empty())
             place.fail("expected a list of {\"name\": ..., \"thetaJA\": ...}");
         for (std::size_t i = 0; i < list->size(); ++i) {
@@ -295,13 +335,31 @@ Budgets readBudgets(const Json& value, const Place& where)
     budgets.totalPower = fields.number("totalPower", 0.0, kMostAmperes, "W");
     budgets.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
     budgets.rails = fields.numbers("rails", 0.0, kMostAmperes, "A");
+    budgets.judgedAt = fields.text("judgedAt");
+    if (!budgets.judgedAt.empty() && budgets.judgedAt != "TYP" && budgets.judgedAt != "MAX")
+        fields.place("judgedAt").fail(fmt::format("there is no process side {}; legal: TYP, MAX", budgets.judgedAt));
     fields.refuseOthers();
     return budgets;
 }
 
-std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, const Place& where)
+// Rails that there are none of are refused later, with all rails of the design.
+std::map<std::string, float> readRails(const std::map<std::string, double>& byRail, const Place& where,
+                                       std::vector<std::string>& warnings)
 {
-    std::vector<std::pair<std::string, Value>> inputs = readInputs(&value, {&block("Static")}, where);
+    std::map<std::string, float> rails;
+    for (const auto& [rail, volts] : byRail) {
+        rails[rail] = static_cast<float>(volts);
+        const ZelmCellInfo* cell = block("Static").findCell(rail);
+        if (cell && takesVolts(*cell))
+            judge(block("Static"), *cell, rails[rail], where.field(rail), warnings);
+    }
+    return rails;
+}
+
+std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, const Place& where,
+                                                            std::vector<std::string>& warnings)
+{
+    std::vector<std::pair<std::string, Value>> inputs = readInputs(&value, {&block("Static")}, where, warnings);
     for (const auto& [cell, input] : inputs) {
         for (const auto& [taken, place] : kOwnFields) {
             if (cell == taken)
@@ -326,7 +384,7 @@ void refuseUnknownClocks(const std::vector<Group>& groups, const Place& where)
     }
 }
 
-std::vector<Group> readGroups(const Json& value, const Place& where)
+std::vector<Group> readGroups(const Json& value, const Place& where, std::vector<std::string>& warnings)
 {
     if (!value.is_array())
         where.fail(fmt::format("expected a list [...], found {}", Fields::describe(value)));
@@ -334,7 +392,7 @@ std::vector<Group> readGroups(const Json& value, const Place& where)
     std::set<std::string> names;
     for (std::size_t i = 0; i < value.size(); ++i) {
         const Place place = where.element(i);
-        Group group = readGroup(value[i], place);
+        Group group = readGroup(value[i], place, warnings);
         if (!names.insert(group.name).second)
             place.field("name").fail(
                 fmt::format("two groups are named \"{}\"; give each its own name", abbreviated(group.name)));
@@ -383,19 +441,18 @@ Design readDesign(const Json& root, const JsonSource& source)
         design.device = readDevice(*device, fields.place("device"));
     if (const Json* environment = fields.take("environment"))
         design.environment = readEnvironment(*environment, fields.place("environment"));
-    for (const auto& [rail, volts] : fields.numbers("rails", 0.0, kMostVolts, "V"))
-        design.rails[rail] = static_cast<float>(volts);
+    design.rails = readRails(fields.numbers("rails", 0.0, kMostVolts, "V"), fields.place("rails"), design.warnings);
     if (const Json* regulators = fields.take("regulators"))
         design.regulators = readRegulators(*regulators, fields.place("regulators"));
     if (const Json* budgets = fields.take("budgets"))
         design.budgets = readBudgets(*budgets, fields.place("budgets"));
     if (const Json* inputs = fields.take("static"))
-        design.staticInputs = readStaticInputs(*inputs, fields.place("static"));
+        design.staticInputs = readStaticInputs(*inputs, fields.place("static"), design.warnings);
     const Json* groups = fields.take("groups");
     fields.refuseOthers();
     if (!groups)
         where.fail("a design needs \"groups\": a list of blocks and their inputs");
-    design.groups = readGroups(*groups, fields.place("groups"));
+    design.groups = readGroups(*groups, fields.place("groups"), design.warnings);
     return design;
 }
 

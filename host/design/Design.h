@@ -19,7 +19,8 @@ struct Group {
     std::string name;
     int count = 1;
     std::string clock; ///< the name of the Clock group that clocks it, empty if none is named
-    std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, of types that fit their cells
+    std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, legal in their cells
+    std::string place;                                 ///< its path in the file: groups[2]
 
     const Value* input(std::string_view cell) const;
 };
@@ -52,6 +53,7 @@ struct Budgets {
     std::optional<double> totalPower;    ///< W
     std::optional<double> junction;      ///< degrees Celsius
     std::map<std::string, double> rails; ///< A by rail
+    std::string judgedAt;                ///< the process side that counts; empty: the worse of both
 };
 
 struct Design {
@@ -64,6 +66,7 @@ struct Design {
     Budgets budgets;
     std::vector<std::pair<std::string, Value>> staticInputs; ///< of the Static block, set by hand
     std::vector<Group> groups;
+    std::vector<std::string> warnings; ///< values that are legal but most likely a slip
 };
 
 /// Reads a design file. Whatever is wrong with it is an Error that tells file, line, place and what was expected.

@@ -1,13 +1,15 @@
 #include "host/design/Schema.h"
 
 #include "host/base/Json.h"
-#include "host/blocks/LegalWords.h"
+#include "host/blocks/Legal.h"
 #include "host/blocks/Rails.h"
 #include "host/blocks/Uses.h"
 #include "host/design/Design.h"
 #include "host/design/Limits.h"
 
 #include <fmt/format.h>
+
+#include <cmath>
 
 namespace zelm::host {
 
@@ -33,6 +35,24 @@ Json objectSchema(Json properties, Json required = Json::array())
     return schema;
 }
 
+void addDomain(Json& schema, const Block& block, const ZelmCellInfo& cell)
+{
+    if (const std::vector<std::string> words = legalWords(block, cell); !words.empty())
+        schema["enum"] = words;
+    else if (const std::vector<int> numbers = legalNumbers(cell); !numbers.empty())
+        schema["enum"] = numbers;
+    else if (cell.legal.kind == zelm::Legal::Kind::number) {
+        const auto end = [&](const char* name, double value) {
+            if (std::isfinite(value))
+                schema[name] = cell.type == Type::integer ? Json(static_cast<int>(value)) : Json(value);
+        };
+        // A rail that is used has a voltage.
+        const bool aboveZero = cell.legal.lowest == zelm::legal::aboveZero.lowest || takesVolts(cell);
+        end(aboveZero ? "exclusiveMinimum" : "minimum", aboveZero ? 0.0 : cell.legal.lowest);
+        end("maximum", cell.legal.highest);
+    }
+}
+
 Json inputSchema(const Block& block, const ZelmCellInfo& cell)
 {
     std::string description(cell.meaning);
@@ -49,10 +69,7 @@ Json inputSchema(const Block& block, const ZelmCellInfo& cell)
     } else if (!text.empty()) {
         schema["default"] = cell.type == Type::integer ? Json(std::stoi(text)) : Json(std::stod(text));
     }
-    // The formulas take any word, and give an unknown one no power: editors propose the known ones.
-    const std::vector<std::string> words = legalWords(block, cell);
-    if (!words.empty() && cell.type == Type::text)
-        schema["examples"] = words;
+    addDomain(schema, block, cell);
     return schema;
 }
 
@@ -136,7 +153,7 @@ Json groupsSchema()
     Json groups = Json::array();
     Json names = Json::array();
     for (const Block& block : blocks()) {
-        if (block.name == "Static")
+        if (block.name == "Static" || block.name == "Parts")
             continue;
         names.push_back(block.name);
         groups.push_back(
@@ -152,17 +169,21 @@ Json groupsSchema()
 Json designSchema()
 {
     const Json amperes = numberSchema("amperes", 0.0, kMostAmperes);
+    const Json volts{{"type", "number"}, {"description", "volts"}, {"exclusiveMinimum", 0.0}, {"maximum", kMostVolts}};
     const auto [device, staticInputs] = deviceAndStaticSchema();
     Json fields{{"$schema", textSchema("this schema, for editors")},
                 {"name", textSchema("of the design")},
                 {"description", textSchema("for people")}};
     fields["device"] = device;
     fields["environment"] = environmentSchema();
-    fields["rails"] = railsSchema(numberSchema("volts", 0.0, kMostVolts));
+    fields["rails"] = railsSchema(volts);
     fields["regulators"] = railsSchema(objectSchema({{"maxCurrent", amperes}}, {"maxCurrent"}));
+    const Json judgedAt{{"enum", {"TYP", "MAX"}},
+                        {"description", "the process side on which budgets and regulators count; the worse if unsaid"}};
     fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes)},
                                       {"junctionTemperature", temperatureSchema("degrees Celsius")},
-                                      {"rails", railsSchema(amperes)}});
+                                      {"rails", railsSchema(amperes)},
+                                      {"judgedAt", judgedAt}});
     fields["static"] = staticInputs;
     fields["groups"] = groupsSchema();
 

@@ -1,15 +1,8 @@
 #include "host/estimate/Budgets.h"
 
-#include <cmath>
-
 namespace zelm::host {
 
 namespace {
-
-double junctionOf(const Side& side)
-{
-    return side.settles() ? side.junction : HUGE_VAL;
-}
 
 double amperesOf(const Side& side, const std::string& rail)
 {
@@ -23,15 +16,18 @@ void checkBudgets(Estimate& estimate)
 {
     const Budgets& budgets = estimate.design.budgets;
     const auto add = [&](const std::string& name, double limit, const char* unit, const auto& actual) {
-        BudgetResult result{name, limit, actual(estimate.side()), unit, std::nullopt};
-        if (estimate.sides.size() > 1)
+        BudgetResult result{name, limit, actual(estimate.side()), unit, std::nullopt, estimate.side().process};
+        if (estimate.sides.size() > 1) {
+            result.judgedAt = budgets.judgedAt;
             result.otherActual = actual(estimate.sides[1]);
+            result.otherProcess = estimate.sides[1].process;
+        }
         estimate.budgets.push_back(std::move(result));
     };
     if (budgets.totalPower)
         add("total power", *budgets.totalPower, "W", [](const Side& side) { return side.totalWatts; });
     if (budgets.junction)
-        add("junction temperature", *budgets.junction, "degrees", junctionOf);
+        add("junction temperature", *budgets.junction, "degrees", [](const Side& side) { return side.junction; });
     const auto addCurrents = [&](const char* what, const std::map<std::string, double>& limits) {
         for (const auto& limit : limits)
             add(what + limit.first, limit.second, "A", [&](const Side& side) { return amperesOf(side, limit.first); });
@@ -39,7 +35,8 @@ void checkBudgets(Estimate& estimate)
     addCurrents("current of ", budgets.rails);
     addCurrents("regulator of ", estimate.design.regulators);
     if (estimate.design.environment.junctionLimit)
-        add("junction limit", *estimate.design.environment.junctionLimit, "degrees", junctionOf);
+        add("junction limit", *estimate.design.environment.junctionLimit, "degrees",
+            [](const Side& side) { return side.junction; });
 }
 
 } // namespace zelm::host

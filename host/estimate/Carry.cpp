@@ -1,7 +1,7 @@
 #include "host/estimate/Carry.h"
 
 #include "host/blocks/IoStandards.h"
-#include "host/blocks/LegalWords.h"
+#include "host/blocks/Legal.h"
 #include "host/blocks/Rails.h"
 #include "host/blocks/RollUp.h"
 #include "host/blocks/Uses.h"
@@ -29,7 +29,7 @@ void applyRails(Running& group, const RailVolts& rails)
     for (const ZelmCellInfo& cell : group.block->cells) {
         if (!takesVolts(cell) || group.isSet(cell.name))
             continue;
-        if (const auto known = rails.find(railOf(*group.block, cell)))
+        if (const auto known = rails.find(std::string(cell.legal.rail)))
             group.set(cell, known->volts, known->origin);
     }
 }

@@ -7,6 +7,7 @@
 #include "host/blocks/RollUp.h"
 #include "host/estimate/Budgets.h"
 #include "host/estimate/Carry.h"
+#include "host/estimate/Combination.h"
 #include "host/estimate/CrossChecks.h"
 #include "host/estimate/Ranges.h"
 #include "host/estimate/StaticPower.h"
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace zelm::host {
 
@@ -69,35 +71,64 @@ std::vector<InputValue> inputsOf(const Running& group)
     return inputs;
 }
 
+// Says what makes a group's power wrong: an Error, or a warning.
+class GapTeller {
+public:
+    GapTeller(const Design& design, Gaps gaps, std::vector<std::string>& warnings)
+        : m_design(&design), m_gaps(gaps), m_warnings(&warnings)
+    {
+    }
+
+    void tell(const Running& group, const std::string& message) const
+    {
+        if (m_gaps == Gaps::refused)
+            throw Error(fmt::format("{}: group \"{}\": {} (--keep-going estimates the rest)",
+                                    m_design->source.at(group.place + ".inputs"), group.name, message));
+        m_warnings->push_back(fmt::format("group \"{}\": {}", group.name, message));
+    }
+
+    void tell(const Running& group, const MissingRow& row) const
+    {
+        const std::string inputs = combinationWithout(group, row);
+        tell(group, fmt::format("{}{} has no row {} in {}, so the group's power can't be right",
+                                inputs.empty() ? "" : fmt::format("{} don't go together: ", inputs),
+                                group.block->dataFile(), row.key, row.table));
+    }
+
+private:
+    const Design* m_design;
+    Gaps m_gaps;
+    std::vector<std::string>* m_warnings;
+};
+
 // What an output of a group amounts to, in watts or amperes; nothing if it means nothing.
-std::optional<double> amountOf(const Output& output, const Running& group, std::vector<std::string>& warnings)
+std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group, const GapTeller& gaps)
 {
-    const ZelmCellInfo& cell = group.block->cell(output.cell);
-    const Value value = group.instance->get(cell);
+    const Value value = group.instance->get(output);
     const float* number = std::get_if<float>(&value);
     double amount = number ? static_cast<double>(*number) : std::nan("");
-    if (!output.scaling.empty()) {
-        const Value factor = group.instance->get(group.block->cell(output.scaling));
+    if (!output.goes.scaling.empty()) {
+        const Value factor = group.get(output.goes.scaling);
         const float* scaling = std::get_if<float>(&factor);
         amount *= scaling ? static_cast<double>(*scaling) : std::nan("");
     }
     constexpr double beyondBelief = 1e15; // what a sentinel that flowed through a formula looks like
     if (!(std::fabs(amount) < beyondBelief)) {
-        warnings.push_back(fmt::format("group \"{}\": {} has no meaningful value ({})", group.name, output.cell,
-                                       number ? exactText(*number) : "unset"));
+        gaps.tell(group,
+                  fmt::format("{} has no meaningful value ({})", output.name, number ? exactText(*number) : "unset"));
         return std::nullopt;
     }
-    return inWattsOrAmperes(cell.unit, amount) * multiplier(group);
+    return inWattsOrAmperes(output.unit, amount) * multiplier(group);
 }
 
 // What an output adds to its rail.
-Contribution contributionOf(const Output& output, double amount, const Running& group, const RailVolts& rails,
+Contribution contributionOf(const ZelmCellInfo& output, double amount, const Running& group, const RailVolts& rails,
                             std::vector<std::string>& warnings)
 {
-    Contribution part{std::string(output.cell), output.rail == "VCCO" ? group.bankRail() : std::string(output.rail),
-                      amount, amount};
-    const double volts = padVolts(group, output.cell).value_or(railVolts(group, part.rail, rails));
-    if (isCurrent(group.block->cell(output.cell).unit))
+    const std::string_view rail = output.goes.name;
+    Contribution part{std::string(output.name), rail == "VCCO" ? group.bankRail() : std::string(rail), amount, amount};
+    const double volts = padVolts(group, output.name).value_or(railVolts(group, part.rail, rails));
+    if (isCurrent(output.unit))
         part.watts = amount * volts;
     else
         part.amperes = volts > 0.0 ? amount / volts : 0.0;
@@ -107,27 +138,27 @@ Contribution contributionOf(const Output& output, double amount, const Running& 
     return part;
 }
 
-GroupResult finish(Running& group, const RailVolts& rails, std::vector<std::string>& warnings)
+GroupResult finish(Running& group, const RailVolts& rails, const GapTeller& gaps, std::vector<std::string>& warnings)
 {
+    for (const MissingRow& row : group.missingRows) {
+        if (!missesInGoodDesigns(*group.block, row))
+            gaps.tell(group, row);
+    }
     GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
-    for (const Output& output : outputs()) {
-        if (output.block != group.block->name || output.role == Role::shown)
+    for (const ZelmCellInfo& output : group.block->cells) {
+        const auto kind = output.goes.kind;
+        if (kind != zelm::Destination::Kind::rail && kind != zelm::Destination::Kind::offchip)
             continue;
         result.onlyCarries = false;
-        const std::optional<double> amount = amountOf(output, group, warnings);
+        const std::optional<double> amount = amountOf(output, group, gaps);
         if (!amount)
             continue;
-        if (output.role == Role::offchip) {
+        if (kind == zelm::Destination::Kind::offchip) {
             result.offchipWatts += *amount;
             continue;
         }
         result.contributions.push_back(contributionOf(output, *amount, group, rails, warnings));
         result.watts += result.contributions.back().watts;
-    }
-    for (const MissingRow& row : group.missingRows) {
-        if (!isMeantToMiss(*group.block, row))
-            warnings.push_back(fmt::format("group \"{}\": {} has no row {} in {}, so the group's power can't be right",
-                                           group.name, group.block->dataFile(), row.key, row.table));
     }
     for (std::string& warning : rangeWarnings(group))
         warnings.push_back(std::move(warning));
@@ -167,14 +198,45 @@ void refuseUnknownRails(const Design& design)
         check(rail, "budgets.rails");
 }
 
+// Limits on rails that mean nothing: a name that differs by a letter, say.
+void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estimate& result)
+{
+    std::vector<std::string> loaded;
+    for (const RailResult& rail : result.side().rails) {
+        if (rail.amperes() != 0.0)
+            loaded.push_back(rail.name);
+    }
+    const auto check = [&](const std::string& rail, const char* where) {
+        const bool lacking = device && !hasRail(device->name, rail);
+        if (!lacking && std::find(loaded.begin(), loaded.end(), rail) != loaded.end())
+            return;
+        const std::string what = lacking ? device->name + " has no such rail" : "nothing loads this rail";
+        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(fmt::format("{}.{}", where, rail)), what,
+                                              suggestion(rail, loaded)));
+    };
+    for (const auto& [rail, current] : design.regulators)
+        check(rail, "regulators");
+    for (const auto& [rail, current] : design.budgets.rails)
+        check(rail, "budgets.rails");
+}
+
+// Two outputs of a group on one rail warn of the same.
+void sayOnce(std::vector<std::string>& warnings)
+{
+    std::set<std::string> said;
+    std::erase_if(warnings, [&](const std::string& warning) { return !said.insert(warning).second; });
+}
+
 } // namespace
 
-Estimate estimate(const Design& design, Curves curves)
+Estimate estimate(const Design& design, Curves curves, Gaps gaps)
 {
     refuseUnknownRails(design);
     refuseImpossible(design);
     Estimate result;
     result.design = design;
+    result.warnings = design.warnings;
+    const GapTeller gapTeller(design, gaps, result.warnings);
 
     std::optional<ResolvedDevice> device;
     if (design.device)
@@ -183,7 +245,7 @@ Estimate estimate(const Design& design, Curves curves)
 
     std::vector<Running> running = start(design, rails, device ? &*device : nullptr, result.carried, result.warnings);
     for (Running& group : running) {
-        result.groups.push_back(finish(group, rails, result.warnings));
+        result.groups.push_back(finish(group, rails, gapTeller, result.warnings));
         result.dynamicWatts += result.groups.back().watts;
         result.offchipWatts += result.groups.back().offchipWatts;
     }
@@ -206,7 +268,9 @@ Estimate estimate(const Design& design, Curves curves)
     }
     for (Side& side : result.sides)
         addUp(result, side);
+    warnOfIdleLimits(design, device ? &*device : nullptr, result);
     checkBudgets(result);
+    sayOnce(result.warnings);
     return result;
 }
 

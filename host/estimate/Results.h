@@ -82,7 +82,7 @@ struct Utilisation {
 /// One process side of the device: typical or worst case.
 struct Side {
     std::string process;
-    double junction = 0.0;
+    double junction = 0.0;                 ///< NaN, as all that depends on it, if it runs away
     std::optional<OperatingPoint> thermal; ///< if the junction was found from ambient
     std::vector<RailResult> rails;
     std::vector<Subsystem> subsystems;
@@ -107,17 +107,27 @@ struct CoolingResult {
     OperatingPoint point;
 };
 
+/// A limit against what the design comes to. NaN stands for what a runaway leaves unknown: it breaks every limit.
 struct BudgetResult {
     std::string name;
     double limit = 0.0;
-    double actual = 0.0; ///< on the design's process side; infinite if that finds no equilibrium
+    double actual = 0.0; ///< on the design's process side
     std::string unit;
-    std::optional<double> otherActual{}; ///< on the other process side, if there is one; it breaks nothing
+    std::optional<double> otherActual{}; ///< on the other process side, if there is one
+    std::string process{};
+    std::string otherProcess{};
+    std::string judgedAt{}; ///< the process side that counts; empty: the worse of both
 
+    /// Whether the limit is broken on a process side that counts.
+    bool brokenAt(std::string_view side) const;
     bool broken() const
     {
-        return !(actual <= limit);
+        return brokenAt(process) || (otherActual && brokenAt(otherProcess));
     }
+    /// "kept", "BROKEN", or what differs by process side: "kept at TYP, BROKEN at MAX".
+    std::string verdict() const;
+    /// How far the worst that counts is from the limit.
+    std::string words() const;
 };
 
 struct Estimate {

@@ -7,7 +7,7 @@
 namespace zelm::host {
 
 Running::Running(const Block& ofBlock, const Group& group, const std::string& asName)
-    : name(asName), block(&ofBlock), count(group.count), instance(ofBlock.create())
+    : name(asName), block(&ofBlock), count(group.count), place(group.place), instance(ofBlock.create())
 {
     for (const auto& [cellName, value] : group.inputs) {
         const ZelmCellInfo* cell = block->findCell(cellName);
@@ -55,7 +55,7 @@ Origin Running::originOf(std::string_view cell) const
 const ZelmCellInfo* Running::railInput(const std::string& rail) const
 {
     for (const ZelmCellInfo& cell : block->cells) {
-        if (takesVolts(cell) && railOf(*block, cell) == rail)
+        if (takesVolts(cell) && cell.legal.rail == rail)
             return &cell;
     }
     return nullptr;

@@ -16,6 +16,7 @@ struct Running {
     std::string name;
     const Block* block = nullptr;
     int count = 1;
+    std::string place; ///< the group's path in the design
     std::unique_ptr<Instance> instance;
     std::map<std::string, Origin, std::less<>> origins;
     std::vector<MissingRow> missingRows;

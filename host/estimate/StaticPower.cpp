@@ -1,7 +1,6 @@
 #include "host/estimate/StaticPower.h"
 
 #include "host/blocks/Rails.h"
-#include "host/blocks/RollUp.h"
 #include "host/estimate/Thermal.h"
 
 #include <fmt/format.h>
@@ -41,10 +40,7 @@ public:
         for (const auto& [cell, value] : estimate.design.staticInputs)
             m_instance->set(m_block.cell(cell), value);
         for (const std::string& rail : railNames()) {
-            const auto nested = std::find_if(nestedRails().begin(), nestedRails().end(),
-                                             [&](const NestedRail& n) { return n.rail == rail; });
-            m_rails.push_back({rail, nested == nestedRails().end() ? "" : std::string(nested->inside),
-                               &m_block.cell(rail), &m_block.cell(rail + "_STATIC_CURRENT"),
+            m_rails.push_back({rail, railHolding(rail), &m_block.cell(rail), &m_block.cell(rail + "_STATIC_CURRENT"),
                                &m_block.cell(rail + "_POWERUP_CURRENT")});
         }
     }
@@ -188,6 +184,24 @@ void takeStaticPower(Side& side, StaticModel& model)
         side.subsystems.push_back({cell, model.number(cell)});
 }
 
+// What a device that runs away has none of: neither a temperature nor anything that depends on it.
+void forgetAmounts(OperatingPoint& point)
+{
+    point.junction = point.power = point.loopGain = std::nan("");
+}
+
+void forgetAmounts(Side& side)
+{
+    forgetAmounts(*side.thermal);
+    side.junction = side.staticWatts = std::nan("");
+    for (RailResult& rail : side.rails) {
+        if (rail.staticAmperes != 0.0)
+            rail.staticAmperes = rail.staticWatts = rail.powerUpAmperes = std::nan("");
+    }
+    for (Subsystem& subsystem : side.subsystems)
+        subsystem.watts = std::nan("");
+}
+
 void warn(const Side& side, std::vector<std::string>& warnings)
 {
     if (!side.settles())
@@ -221,10 +235,15 @@ void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std:
         if (curves == Curves::drawn)
             side.curve = curveOf(total);
         if (environment.ambient && process == device.process) {
-            for (const Cooling& cooling : environment.cooling)
+            for (const Cooling& cooling : environment.cooling) {
                 estimate.cooling.push_back({cooling, findOperatingPoint(total, *environment.ambient, cooling.thetaJA)});
+                if (!estimate.cooling.back().point.converged)
+                    forgetAmounts(estimate.cooling.back().point);
+            }
         }
         takeStaticPower(side, model);
+        if (!side.settles())
+            forgetAmounts(side);
         warn(side, estimate.warnings);
         if (process == device.process) {
             for (std::string& warning : model.voltageWarnings())

@@ -18,11 +18,12 @@ std::string csvReport(const Estimate& estimate)
     }
     for (const Side& side : estimate.sides) {
         for (const RailResult& rail : side.rails)
-            text +=
-                fmt::format("rail,{},{},,,{},{},{},{},{},{},{}\n", side.process,
-                            rail.inside.empty() ? "" : "in " + rail.inside, rail.name, rail.volts, rail.dynamicWatts,
-                            rail.dynamicAmperes, rail.staticWatts, rail.staticAmperes, rail.powerUpAmperes);
-        text += fmt::format("total,{},,,,,,{},,{},,\n", side.process, estimate.dynamicWatts, side.staticWatts);
+            text += fmt::format("rail,{},{},,,{},{},{},{},{},{},{}\n", side.process,
+                                rail.inside.empty() ? "" : "in " + rail.inside, rail.name, rail.volts,
+                                rail.dynamicWatts, rail.dynamicAmperes, csvNumber(rail.staticWatts),
+                                csvNumber(rail.staticAmperes), csvNumber(rail.powerUpAmperes));
+        text +=
+            fmt::format("total,{},,,,,,{},,{},,\n", side.process, estimate.dynamicWatts, csvNumber(side.staticWatts));
     }
     return text;
 }

@@ -12,16 +12,6 @@ namespace zelm::host {
 
 namespace {
 
-std::string budgetWords(const BudgetResult& budget)
-{
-    if (!std::isfinite(budget.actual))
-        return fmt::format("{}: no equilibrium, so the limit of {:g} {} can't hold", budget.name, budget.limit,
-                           budget.unit);
-    return fmt::format("{}: {:.4g} {}, which is {:.4g} {} {} the limit of {:g} {}", budget.name, budget.actual,
-                       budget.unit, std::fabs(budget.limit - budget.actual), budget.unit,
-                       budget.broken() ? "above" : "below", budget.limit, budget.unit);
-}
-
 Json railJson(const RailResult& rail)
 {
     Json json{{"rail", rail.name}};
@@ -29,21 +19,21 @@ Json railJson(const RailResult& rail)
         json["staticCurrentInside"] = rail.inside;
     addNumber(json, "volts", rail.volts);
     addNumber(json, "dynamicAmperes", rail.dynamicAmperes);
-    addNumber(json, "staticAmperes", rail.staticAmperes);
-    addNumber(json, "totalAmperes", rail.amperes());
+    addAmount(json, "staticAmperes", rail.staticAmperes);
+    addAmount(json, "totalAmperes", rail.amperes());
     addNumber(json, "dynamicWatts", rail.dynamicWatts);
-    addNumber(json, "staticWatts", rail.staticWatts);
-    addNumber(json, "watts", rail.watts());
-    addNumber(json, "powerUpAmperes", rail.powerUpAmperes);
+    addAmount(json, "staticWatts", rail.staticWatts);
+    addAmount(json, "watts", rail.watts());
+    addAmount(json, "powerUpAmperes", rail.powerUpAmperes);
     return json;
 }
 
 Json pointJson(const OperatingPoint& point)
 {
     Json json{{"converged", point.converged}};
-    addNumber(json, "junctionTemperature", point.junction);
-    addNumber(json, "watts", point.power);
-    addNumber(json, "loopGain", point.loopGain);
+    addAmount(json, "junctionTemperature", point.junction);
+    addAmount(json, "watts", point.power);
+    addAmount(json, "loopGain", point.loopGain);
     json["words"] = point.words;
     return json;
 }
@@ -51,9 +41,9 @@ Json pointJson(const OperatingPoint& point)
 Json sideJson(const Side& side)
 {
     Json json{{"process", side.process}};
-    addNumber(json, "junctionTemperature", side.junction);
-    addNumber(json, "staticWatts", side.staticWatts);
-    addNumber(json, "totalWatts", side.totalWatts);
+    addAmount(json, "junctionTemperature", side.junction);
+    addAmount(json, "staticWatts", side.staticWatts);
+    addAmount(json, "totalWatts", side.totalWatts);
     if (side.thermal)
         json["thermal"] = pointJson(*side.thermal);
     if (side.highestAmbient)
@@ -66,7 +56,7 @@ Json sideJson(const Side& side)
     json["subsystems"] = Json::array();
     for (const Subsystem& subsystem : side.subsystems) {
         Json entry{{"cell", subsystem.cell}};
-        addNumber(entry, "watts", subsystem.watts);
+        addAmount(entry, "watts", subsystem.watts);
         json["subsystems"].push_back(entry);
     }
     json["curve"] = Json::array();
@@ -147,7 +137,7 @@ Json regulatorsJson(const Estimate& estimate)
     for (const auto& [rail, current] : estimate.design.regulators) {
         const RailResult* result = estimate.side().rail(rail);
         Json entry{{"rail", rail}, {"maxAmperes", current}};
-        addNumber(entry, "marginAmperes", current - (result ? result->amperes() : 0.0));
+        addAmount(entry, "marginAmperes", current - (result ? result->amperes() : 0.0));
         list.push_back(std::move(entry));
     }
     return list;
@@ -157,10 +147,11 @@ Json budgetJson(const BudgetResult& budget)
 {
     Json json{{"name", budget.name}, {"unit", budget.unit}, {"broken", budget.broken()}};
     addNumber(json, "limit", budget.limit);
-    addNumber(json, "actual", budget.actual);
+    addAmount(json, "actual", budget.actual);
     if (budget.otherActual)
-        addNumber(json, "otherActual", *budget.otherActual);
-    json["words"] = budgetWords(budget);
+        addAmount(json, "otherActual", *budget.otherActual);
+    json["verdict"] = budget.verdict();
+    json["words"] = budget.words();
     return json;
 }
 
@@ -184,12 +175,19 @@ Json filesJson(const Estimate& estimate)
 
 } // namespace
 
+void addAmount(Json& object, const std::string& name, double value)
+{
+    addNumber(object, name, value);
+    if (std::isnan(value))
+        object[name + "Reason"] = "thermal runaway";
+}
+
 Json jsonReport(const Estimate& estimate)
 {
     Json json{{"name", estimate.design.name}, {"version", ZELM_VERSION}};
-    addNumber(json, "totalWatts", estimate.side().totalWatts);
+    addAmount(json, "totalWatts", estimate.side().totalWatts);
     addNumber(json, "dynamicWatts", estimate.dynamicWatts);
-    addNumber(json, "staticWatts", estimate.side().staticWatts);
+    addAmount(json, "staticWatts", estimate.side().staticWatts);
     addNumber(json, "offchipWatts", estimate.offchipWatts);
     if (estimate.design.device)
         json["part"] = estimate.design.device->part;

@@ -56,8 +56,7 @@ std::string junitReport(const Estimate& estimate)
     for (const BudgetResult& budget : estimate.budgets) {
         text += fmt::format("  <testcase classname=\"budgets\" name=\"{}\"", escapedXml(budget.name));
         if (budget.broken())
-            text += fmt::format(">\n    <failure message=\"{:g} {} is above the limit of {:g} {}\"/>\n  </testcase>\n",
-                                budget.actual, budget.unit, budget.limit, budget.unit);
+            text += fmt::format(">\n    <failure message=\"{}\"/>\n  </testcase>\n", escapedXml(budget.words()));
         else
             text += "/>\n";
     }

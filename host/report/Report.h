@@ -4,9 +4,21 @@
 #include "host/base/Terminal.h"
 #include "host/estimate/Results.h"
 
+#include <fmt/format.h>
+
+#include <cmath>
 #include <string>
 
 namespace zelm::host {
+
+/// A number in CSV; nothing for NaN, which a runaway leaves.
+inline std::string csvNumber(double value)
+{
+    return std::isnan(value) ? std::string() : fmt::format("{}", value);
+}
+
+/// A number as JSON; NaN, which a runaway leaves, is null with that reason beside it.
+void addAmount(Json& object, const std::string& name, double value);
 
 /// The estimate as tables for a terminal; verbose adds the inputs and what was carried where.
 std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint = Paint());

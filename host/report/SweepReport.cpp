@@ -2,12 +2,14 @@
 
 #include "host/base/Json.h"
 #include "host/base/Text.h"
+#include "host/report/Report.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
 #include <map>
+#include <span>
 
 namespace zelm::host {
 
@@ -23,14 +25,45 @@ std::vector<std::string> brokenBudgets(const Estimate& estimate)
     return names;
 }
 
+// The budgets that one process side breaks: it alone is to blame.
+std::vector<std::string> brokenBudgetsAt(const Estimate& estimate, const std::string& process)
+{
+    std::vector<std::string> names;
+    for (const BudgetResult& budget : estimate.budgets) {
+        if (budget.brokenAt(process))
+            names.push_back(budget.name);
+    }
+    return names;
+}
+
+// Where the process varies, the other side has a point of its own.
+bool variesProcess(const Sweep& sweep)
+{
+    return std::any_of(sweep.variations.begin(), sweep.variations.end(),
+                       [](const Variation& variation) { return variation.path == "device.process"; });
+}
+
+std::span<const Side> sidesOf(const Sweep& sweep, const SweepPoint& point)
+{
+    const std::span<const Side> all(point.estimate.sides);
+    return variesProcess(sweep) ? all.first(1) : all;
+}
+
+// What breaks on the sides that a point tells of.
+std::vector<std::string> brokenBudgets(const Sweep& sweep, const SweepPoint& point)
+{
+    return variesProcess(sweep) ? brokenBudgetsAt(point.estimate, point.estimate.side().process)
+                                : brokenBudgets(point.estimate);
+}
+
 std::string sweepTable(const Sweep& sweep, const Paint& paint)
 {
     std::vector<std::string> header;
     for (const Variation& variation : sweep.variations)
         header.push_back(shown(variation.path));
     header.emplace_back("Dynamic");
-    for (const Side& side : sweep.points.front().estimate.sides) {
-        const std::string process = side.process.empty() ? "" : side.process + " ";
+    for (const Side& side : sidesOf(sweep, sweep.points.front())) {
+        const std::string process = side.process.empty() || variesProcess(sweep) ? "" : side.process + " ";
         header.insert(header.end(), {process + "static", process + "total", process + "junction"});
     }
     const bool budgets = !sweep.points.front().estimate.budgets.empty();
@@ -43,15 +76,13 @@ std::string sweepTable(const Sweep& sweep, const Paint& paint)
         for (const Json& value : point.values)
             cells.push_back(shown(sweepWord(value)));
         cells.push_back(si(point.estimate.dynamicWatts, "W"));
-        for (const Side& first : sweep.points.front().estimate.sides) { // the order changes with device.process
-            const auto found = std::find_if(point.estimate.sides.begin(), point.estimate.sides.end(),
-                                            [&](const Side& side) { return side.process == first.process; });
-            const Side& side = found == point.estimate.sides.end() ? point.estimate.side() : *found;
+        for (const Side& side : sidesOf(sweep, point)) {
             cells.insert(cells.end(), {si(side.staticWatts, "W"), si(side.totalWatts, "W"),
-                                       side.settles() ? fmt::format("{:.2f} C", side.junction) : paint.bad("runaway")});
+                                       side.settles() ? fmt::format("{:.2f} C", side.junction)
+                                                      : paint.bad("none: thermal runaway")});
         }
         if (budgets) {
-            const std::vector<std::string> broken = brokenBudgets(point.estimate);
+            const std::vector<std::string> broken = brokenBudgets(sweep, point);
             cells.push_back(broken.empty() ? paint.good("kept")
                                            : paint.bad(fmt::format("BROKEN: {}", fmt::join(broken, ", "))));
         }
@@ -75,15 +106,15 @@ Json sweepJson(const Sweep& sweep)
         addNumber(entry, "dynamicWatts", point.estimate.dynamicWatts);
         addNumber(entry, "offchipWatts", point.estimate.offchipWatts);
         entry["sides"] = Json::array();
-        for (const Side& side : point.estimate.sides) {
+        for (const Side& side : sidesOf(sweep, point)) {
             Json each{{"process", side.process}};
-            addNumber(each, "junctionTemperature", side.junction);
-            addNumber(each, "staticWatts", side.staticWatts);
-            addNumber(each, "totalWatts", side.totalWatts);
+            addAmount(each, "junctionTemperature", side.junction);
+            addAmount(each, "staticWatts", side.staticWatts);
+            addAmount(each, "totalWatts", side.totalWatts);
             each["settles"] = side.settles();
             entry["sides"].push_back(std::move(each));
         }
-        entry["budgetsBroken"] = brokenBudgets(point.estimate);
+        entry["budgetsBroken"] = brokenBudgets(sweep, point);
         entry["warnings"] = point.estimate.warnings;
         list.push_back(std::move(entry));
     }
@@ -100,10 +131,12 @@ std::string sweepCsv(const Sweep& sweep)
         std::string settings;
         for (const Json& value : point.values)
             settings += escapedCsv(sweepWord(value)) + ",";
-        for (const Side& side : point.estimate.sides)
-            text += fmt::format("{}{},{},{},{},{},{},{}\n", settings, side.process, point.estimate.dynamicWatts,
-                                side.staticWatts, side.totalWatts, side.junction, side.settles() ? "yes" : "no",
-                                escapedCsv(fmt::format("{}", fmt::join(brokenBudgets(point.estimate), "; "))));
+        for (const Side& side : sidesOf(sweep, point))
+            text += fmt::format(
+                "{}{},{},{},{},{},{},{}\n", settings, side.process, point.estimate.dynamicWatts,
+                csvNumber(side.staticWatts), csvNumber(side.totalWatts), csvNumber(side.junction),
+                side.settles() ? "yes" : "no",
+                escapedCsv(fmt::format("{}", fmt::join(brokenBudgetsAt(point.estimate, side.process), "; "))));
     }
     return text;
 }

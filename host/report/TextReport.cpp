@@ -5,6 +5,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 
 namespace zelm::host {
@@ -21,9 +22,11 @@ std::string degrees(double value)
     return fmt::format("{:.2f} C", value);
 }
 
+constexpr const char* kRunaway = "none: thermal runaway";
+
 std::string junctionText(const Side& side)
 {
-    return side.settles() ? degrees(side.junction) : "no equilibrium";
+    return side.settles() ? degrees(side.junction) : kRunaway;
 }
 
 std::string railsTable(const Estimate& estimate)
@@ -42,7 +45,8 @@ std::string railsTable(const Estimate& estimate)
             (!other || (other->amperes() == 0.0 && other->powerUpAmperes == 0.0)))
             continue;
         // The model knows it for the worst case only.
-        const double powerUp = std::max(rail.powerUpAmperes, other ? other->powerUpAmperes : 0.0);
+        const double powerUp =
+            other && !(other->powerUpAmperes <= rail.powerUpAmperes) ? other->powerUpAmperes : rail.powerUpAmperes;
         std::vector<std::string> cells{rail.inside.empty() ? rail.name : rail.name + " *",
                                        fmt::format("{:.3f}", rail.volts),
                                        si(rail.dynamicAmperes, "A"),
@@ -142,18 +146,30 @@ std::string sidesTable(const Estimate& estimate)
     return text;
 }
 
+std::string warningLines(const Estimate& estimate, const Paint& paint)
+{
+    std::string text;
+    for (const std::string& warning : estimate.warnings)
+        text += paint.warning(fmt::format("- {}", warning)) + "\n";
+    return text;
+}
+
 std::string summary(const Estimate& estimate, const Paint& paint)
 {
     const Side& side = estimate.side();
-    const std::string text =
-        fmt::format("{}\n{} on the chip: {} dynamic, {} static", paint.title(estimate.design.name),
-                    si(side.totalWatts, "W"), si(estimate.dynamicWatts, "W"), si(side.staticWatts, "W"));
-    if (side.process.empty())
-        return text + "\n";
-    if (!side.settles())
-        return text + fmt::format(", process {}: {}, amounts are those at {}, where the search ended\n", side.process,
-                                  paint.bad("no equilibrium"), degrees(side.junction));
-    return text + fmt::format(", process {}, junction {}\n", side.process, degrees(side.junction));
+    std::string text = paint.title(estimate.design.name) + "\n";
+    if (side.settles())
+        text += fmt::format("{} on the chip: {} dynamic, {} static", si(side.totalWatts, "W"),
+                            si(estimate.dynamicWatts, "W"), si(side.staticWatts, "W"));
+    else
+        text += fmt::format("Power on the chip: {}", paint.bad(kRunaway));
+    if (!side.process.empty())
+        text += fmt::format(", process {}", side.process);
+    if (!side.process.empty() && side.settles())
+        text += fmt::format(", junction {}", degrees(side.junction));
+    if (const std::size_t count = estimate.warnings.size(); count > 0)
+        text += ", " + paint.warning(fmt::format("{} warning{}", count, count == 1 ? "" : "s"));
+    return text + "\n" + warningLines(estimate, paint);
 }
 
 std::string subsystemsTable(const Side& side)
@@ -191,10 +207,12 @@ std::string budgetsTable(const Estimate& estimate, const Paint& paint)
         header.push_back(estimate.sides[1].process + " actual");
     TextTable table(header);
     for (const BudgetResult& budget : estimate.budgets) {
-        const auto amount = [&](double actual) { return fmt::format("{:.4g} {}", actual, budget.unit); };
+        const auto amount = [&](double actual) {
+            return std::isnan(actual) ? std::string(kRunaway) : fmt::format("{:.4g} {}", actual, budget.unit);
+        };
         std::vector<std::string> cells{budget.name, fmt::format("{:g} {}", budget.limit, budget.unit),
                                        amount(budget.actual),
-                                       budget.broken() ? paint.bad("BROKEN") : paint.good("kept")};
+                                       budget.broken() ? paint.bad(budget.verdict()) : paint.good(budget.verdict())};
         if (budget.otherActual)
             cells.push_back(*budget.otherActual <= budget.limit ? amount(*budget.otherActual)
                                                                 : paint.bad(amount(*budget.otherActual)));
@@ -249,14 +267,6 @@ Estimate forTerminal(const Estimate& estimate)
     return safe;
 }
 
-std::string warningLines(const Estimate& estimate, const Paint& paint)
-{
-    std::string text;
-    for (const std::string& warning : estimate.warnings)
-        text += paint.warning(fmt::format("- {}", warning)) + "\n";
-    return text;
-}
-
 } // namespace
 
 std::string textReport(const Estimate& result, bool verbose, const Paint& paint)
@@ -280,8 +290,6 @@ std::string textReport(const Estimate& result, bool verbose, const Paint& paint)
         section("Inputs", inputsTable(estimate));
     if (verbose && !estimate.carried.empty())
         section("Carried between blocks", carriedTable(estimate));
-    if (!estimate.warnings.empty())
-        section("Warnings", warningLines(estimate, paint));
     return text;
 }
 

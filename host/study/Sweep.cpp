@@ -130,8 +130,20 @@ Variation parse(const std::string& text, const Json& root)
     return variation;
 }
 
+// By index or by name, the last variation of a place would win.
+void refuseOnePlaceTwice(const std::vector<Variation>& variations, Json marked)
+{
+    const auto place = [&](std::size_t i) -> Json& { return at(marked, variations[i].path, variations[i].path); };
+    for (std::size_t i = 0; i < variations.size(); ++i)
+        place(i) = i;
+    for (std::size_t i = 0; i < variations.size(); ++i) {
+        if (place(i) != i)
+            fail(variations[i].path, "this place varies twice");
+    }
+}
+
 std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const std::vector<Variation>& variations,
-                            std::chrono::milliseconds barAfter)
+                            std::chrono::milliseconds barAfter, Gaps gaps)
 {
     std::size_t count = 1;
     for (const Variation& variation : variations) {
@@ -154,7 +166,7 @@ std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const st
             settings.push_back(fmt::format("{} = {}", variation.path, abbreviated(sweepWord(value))));
         }
         try {
-            point.estimate = estimate(readDesign(changed, source));
+            point.estimate = estimate(readDesign(changed, source), Curves::none, gaps);
         } catch (const Error& error) {
             throw Error(fmt::format("{} (at {})", error.what(), fmt::join(settings, ", ")));
         }
@@ -172,14 +184,15 @@ std::string sweepWord(const Json& value)
 }
 
 Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,
-            std::chrono::milliseconds barAfter)
+            std::chrono::milliseconds barAfter, Gaps gaps)
 {
     JsonSource source;
     const Json root = readJson(designFile, source);
     Sweep result;
     for (const std::string& variation : variations)
         result.variations.push_back(parse(variation, root));
-    result.points = run(root, source, result.variations, barAfter);
+    refuseOnePlaceTwice(result.variations, root);
+    result.points = run(root, source, result.variations, barAfter, gaps);
     return result;
 }
 

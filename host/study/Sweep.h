@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/base/JsonFwd.h"
-#include "host/estimate/Results.h"
+#include "host/estimate/Estimate.h"
 
 #include <chrono>
 #include <string>
@@ -30,7 +30,7 @@ struct Sweep {
 /// "rails.VCCINT", "groups[2].inputs.CLOCK_FREQ"; a group's name may stand for its index. An Error tells what is wrong
 /// with a variation, or at which point the design is. A progress bar shows after that time.
 Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,
-            std::chrono::milliseconds barAfter);
+            std::chrono::milliseconds barAfter, Gaps gaps = Gaps::refused);
 
 /// A varied value as people write it.
 std::string sweepWord(const Json& value);

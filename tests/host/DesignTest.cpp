@@ -78,9 +78,10 @@ const Bad kBad[] = {
     {"NumberBelowFloat", BRAM(R"("PORT_A_CLOCK": -1e39)"), {"test.json:1: groups[0].inputs.PORT_A_CLOCK: -1e+39 is outside"}},
     {"LargestFloatIsUnset", BRAM(R"("PORT_A_CLOCK": 3.4028235e38)"), {"test.json:1: groups[0].inputs.PORT_A_CLOCK: ", "is outside"}},
     {"NotANumber", BRAM(R"("PORT_A_CLOCK": NaN)"), {"test.json:1:", "syntax error"}},
-    {"IntTooLarge", BRAM(R"("NUM_BRAMS": 3000000000)"), {"test.json:1: groups[0].inputs.NUM_BRAMS: 3000000000 is outside -2147483648 to 2147483646"}},
+    {"IntTooLarge", BRAM(R"("NUM_BRAMS": 3000000000)"), {"test.json:1: groups[0].inputs.NUM_BRAMS: 3000000000 is outside -2147483648 to 2147483645"}},
     {"IntTooSmall", BRAM(R"("NUM_BRAMS": -2147483649)"), {"test.json:1: groups[0].inputs.NUM_BRAMS: -2147483649 is outside"}},
     {"LargestIntIsUnset", BRAM(R"("NUM_BRAMS": 2147483647)"), {"test.json:1: groups[0].inputs.NUM_BRAMS: 2147483647 is outside"}},
+    {"NextToLargestIntIsNoNumber", BRAM(R"("NUM_BRAMS": 2147483646)"), {"test.json:1: groups[0].inputs.NUM_BRAMS: 2147483646 is outside"}},
     {"InputsNotAnObject", GROUPS(R"({"block": "Bram", "inputs": [1]})"), {"test.json:1: groups[0].inputs: expected an object of inputs by cell name, found the array [1]"}},
     {"FractionalCount", GROUPS(R"({"block": "Bram", "count": 1.5})"), {"test.json:1: groups[0].count: expected a whole number"}},
     {"NegativeCount", GROUPS(R"({"block": "Bram", "count": -1})"), {"test.json:1: groups[0].count: -1 is outside 0 to 1000000 instances"}},
@@ -169,12 +170,12 @@ TEST(Design, TakesEveryFieldInItsOwnPlace)
         "$schema": "x", "description": "y", "name": "n",
         "device": {"part": "p", "family": "f", "process": "MAX", "speedGrade": "1", "voltageGrade": "v",
                    "powerScreen": "s", "temperatureGrade": "t", "overdrive": "o"},
-        "environment": {"ambientTemperature": 25, "junctionLimit": 90, "thetaJA": 2,
+        "environment": {"ambientTemperature": 25, "junctionLimit": 90,
                         "cooling": [{"thetaJA": 1}, {"name": "fan", "thetaJA": 0.5}]},
         "rails": {"VCCINT": 0.75}, "regulators": {"VCCAUX": {"maxCurrent": 3}},
-        "budgets": {"totalPower": 4, "junctionTemperature": 80, "rails": {"VCCRAM": 5}},
+        "budgets": {"totalPower": 4, "junctionTemperature": 80, "rails": {"VCCRAM": 5}, "judgedAt": "MAX"},
         "static": {"USED_BRAMS_ACTIVE": 6},
-        "groups": [{"block": "Bram", "count": 7.0, "inputs": {"NUM_BRAMS": 8.0, "PORT_A_CLOCK": 9, "MODE": "m"}}]})");
+        "groups": [{"block": "Bram", "count": 7.0, "inputs": {"NUM_BRAMS": 8.0, "PORT_A_CLOCK": 9, "MODE": "BLKM36"}}]})");
     EXPECT_EQ(design.name, "n");
     EXPECT_EQ(design.device->part + design.device->family + design.device->process + design.device->speedGrade +
                   design.device->voltageGrade + design.device->powerScreen + design.device->temperatureGrade +
@@ -186,18 +187,21 @@ TEST(Design, TakesEveryFieldInItsOwnPlace)
     std::string cooling;
     for (const Cooling& c : design.environment.cooling)
         cooling += c.name + "=" + std::to_string(c.thetaJA) + ";";
-    EXPECT_EQ(cooling, "thetaJA=2.000000;cooling 1=1.000000;fan=0.500000;");
+    EXPECT_EQ(cooling, "cooling 1=1.000000;fan=0.500000;");
     EXPECT_EQ(design.rails, (std::map<std::string, float>{{"VCCINT", 0.75f}}));
     EXPECT_EQ(design.regulators, (std::map<std::string, double>{{"VCCAUX", 3.0}}));
     EXPECT_EQ(design.budgets.totalPower, 4.0);
     EXPECT_EQ(design.budgets.junction, 80.0);
+    EXPECT_EQ(design.budgets.judgedAt, "MAX");
+    EXPECT_EQ(design.groups.at(0).place, "groups[0]");
     EXPECT_EQ(design.budgets.rails, (std::map<std::string, double>{{"VCCRAM", 5.0}}));
     using Inputs = std::vector<std::pair<std::string, Value>>;
     EXPECT_EQ(design.staticInputs, (Inputs{{"USED_BRAMS_ACTIVE", 6}}));
     ASSERT_EQ(design.groups.size(), 1u);
     EXPECT_EQ(design.groups[0].name, "Bram");
     EXPECT_EQ(design.groups[0].count, 7);
-    EXPECT_EQ(design.groups[0].inputs, (Inputs{{"NUM_BRAMS", 8}, {"PORT_A_CLOCK", 9.0f}, {"MODE", std::string("m")}}));
+    EXPECT_EQ(design.groups[0].inputs,
+              (Inputs{{"NUM_BRAMS", 8}, {"PORT_A_CLOCK", 9.0f}, {"MODE", std::string("BLKM36")}}));
 }
 
 } // namespace

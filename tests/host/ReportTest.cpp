@@ -58,10 +58,10 @@ TEST(Report, RunawayBreaksJunctionBudgetsAndStaysValidJson)
     EXPECT_TRUE(estimate.budgetBroken());
     const Json parsed = Json::parse(jsonReport(estimate).dump());
     EXPECT_TRUE(parsed.at("budgets")[0].at("actual").is_null());
-    EXPECT_EQ(parsed.at("budgets")[0].at("actualReason"), "infinite");
+    EXPECT_EQ(parsed.at("budgets")[0].at("actualReason"), "thermal runaway");
     EXPECT_EQ(parsed.at("budgets")[0].at("broken"), true);
     EXPECT_EQ(parsed.at("budgets")[0].at("words"),
-              "junction temperature: no equilibrium, so the limit of 125 degrees can't hold");
+              "junction temperature: none, thermal runaway at TYP, so the limit of 125 degrees can't hold");
     EXPECT_EQ(parsed.at("sides")[0].at("thermal").at("converged"), false);
 }
 
@@ -153,11 +153,107 @@ TEST(Report, TextNeverShowsTheLastTriedTemperatureAsTheJunction)
                        "environment": {"ambientTemperature": 80, "cooling": [{"name": "still air", "thetaJA": 30},
                                                                              {"name": "cold plate", "thetaJA": 0.1}]}})"),
                                         false);
-    EXPECT_THAT(text, HasSubstr("process TYP: no equilibrium, amounts are those at 200.00 C, where the search ended"));
-    EXPECT_THAT(text, testing::ContainsRegex("TYP +no equilibrium"));
+    EXPECT_THAT(
+        text, HasSubstr("\nPower on the chip: none: thermal runaway, process TYP, 2 warnings\n- process TYP: thermal"));
+    EXPECT_THAT(text, testing::ContainsRegex("TYP +none: thermal runaway +none +0.000 W +none\n"));
     EXPECT_THAT(text, testing::ContainsRegex("still air +30.000 +none +thermal runaway"));
     EXPECT_THAT(text, testing::ContainsRegex("cold plate +0.100 +8[0-9.]+ C +[0-9.]+ W +settles"));
     EXPECT_THAT(text, HasSubstr("- process TYP: thermal runaway"));
+}
+
+// Every number of the amounts that only a junction temperature gives, in each form of the report.
+TEST(Report, ARunawayShowsNoNumberAnywhere)
+{
+    const Estimate estimate = estimateOf(R"({"device": {"part": "zq5620"},
+        "environment": {"ambientTemperature": 80, "thetaJA": 30}, "groups": [{"block": "Bram", "inputs": {"NUM_BRAMS": 9}}],
+        "budgets": {"totalPower": 5, "junctionTemperature": 100, "rails": {"VCCINT": 9}}, "regulators": {"VCCRAM": {"maxCurrent": 2}}})");
+    for (const Side& side : estimate.sides) {
+        ASSERT_FALSE(side.settles()) << side.process;
+        for (const double amount : {side.junction, side.staticWatts, side.totalWatts, side.thermal->power})
+            EXPECT_TRUE(std::isnan(amount)) << side.process << ": " << amount;
+    }
+    const std::string text = textReport(estimate, false);
+    EXPECT_THAT(text, testing::Not(testing::ContainsRegex("inf|nan")));
+    EXPECT_THAT(text, testing::ContainsRegex("VCCINT +[0-9.]+ +[0-9.]+ mA +none +none +none +none"));
+    EXPECT_THAT(text, testing::ContainsRegex("junction temperature +100 degrees +none: thermal runaway +BROKEN"));
+
+    std::istringstream csv(csvReport(estimate));
+    bool total = false;
+    for (std::string line; std::getline(csv, line);) {
+        EXPECT_THAT(line, testing::Not(testing::ContainsRegex("inf|nan")));
+        const std::vector<std::string> fields = fieldsOf(line);
+        if (fields[0] == "total") {
+            EXPECT_EQ(fields[9], "") << line;
+            total = true;
+        }
+    }
+    EXPECT_TRUE(total);
+
+    const std::string xml = junitReport(estimate);
+    EXPECT_THAT(xml, testing::Not(testing::ContainsRegex("inf |nan")));
+    EXPECT_THAT(xml, HasSubstr("failures=\"4\""));
+    EXPECT_THAT(xml, HasSubstr("<failure message=\"total power: none, thermal runaway at TYP, so"));
+
+    const Json json = jsonReport(estimate);
+    const auto expectNone = [](const Json& object, const char* name) {
+        EXPECT_TRUE(object.at(name).is_null()) << name << " is " << object.at(name);
+        EXPECT_EQ(object.at(std::string(name) + "Reason"), "thermal runaway") << name;
+    };
+    expectNone(json, "totalWatts");
+    expectNone(json, "staticWatts");
+    for (const Json& side : json.at("sides")) {
+        for (const char* name : {"junctionTemperature", "staticWatts", "totalWatts"})
+            expectNone(side, name);
+        for (const char* name : {"junctionTemperature", "watts", "loopGain"})
+            expectNone(side.at("thermal"), name);
+    }
+    expectNone(json.at("cooling")[0].at("point"), "junctionTemperature");
+    expectNone(json.at("budgets")[0], "actual");
+    expectNone(json.at("regulators")[0], "marginAmperes");
+}
+
+TEST(Report, WarningsAreCountedInTheHeadlineAndStandBelowIt)
+{
+    Estimate estimate = budgeted();
+    estimate.warnings.clear();
+    EXPECT_THAT(textReport(estimate, false), testing::Not(HasSubstr("warning")));
+    estimate.warnings = {"first thing", "second thing"};
+    EXPECT_THAT(textReport(estimate, false), HasSubstr(", 2 warnings\n- first thing\n- second thing\n\nGroups\n"));
+    estimate.warnings.pop_back();
+    EXPECT_THAT(textReport(estimate, false), HasSubstr(", 1 warning\n- first thing\n\nGroups\n"));
+}
+
+// The limit is 10; what both sides come to, and which counts.
+struct Judged {
+    double typ;
+    double max;
+    const char* judgedAt;
+    bool broken;
+    const char* verdict;
+    const char* words; ///< how the words begin, after the name
+};
+
+TEST(Report, BudgetsAreJudgedOnTheWorseSideUnlessOneIsNamed)
+{
+    const double none = std::nan("");
+    const Judged rows[] = {
+        {7, 9, "", false, "kept", "9 W at MAX, which is 1 W below"},
+        {7, 12, "", true, "kept at TYP, BROKEN at MAX", "12 W at MAX, which is 2 W above"},
+        {12, 7, "", true, "kept at MAX, BROKEN at TYP", "12 W at TYP, which is 2 W above"},
+        {12, 13, "", true, "BROKEN", "13 W at MAX, which is 3 W above"},
+        {7, 12, "TYP", false, "kept at TYP", "7 W at TYP, which is 3 W below"},
+        {7, 12, "MAX", true, "BROKEN at MAX", "12 W at MAX, which is 2 W above"},
+        {7, none, "", true, "kept at TYP, BROKEN at MAX", "none, thermal runaway at MAX"},
+        {7, none, "TYP", false, "kept at TYP", "7 W at TYP"},
+        {none, none, "", true, "BROKEN", "none, thermal runaway at TYP"},
+    };
+    for (const Judged& row : rows) {
+        const BudgetResult budget{"power", 10.0, row.typ, "W", row.max, "TYP", "MAX", row.judgedAt};
+        const std::string where = std::to_string(row.typ) + " " + std::to_string(row.max) + " " + row.judgedAt;
+        EXPECT_EQ(budget.broken(), row.broken) << where;
+        EXPECT_EQ(budget.verdict(), row.verdict) << where;
+        EXPECT_THAT(budget.words(), testing::StartsWith(std::string("power: ") + row.words)) << where;
+    }
 }
 
 } // namespace

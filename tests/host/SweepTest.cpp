@@ -76,9 +76,6 @@ TEST_F(SweepTest, EachPointIsTheEstimateOfItsDesign)
 
 TEST_F(SweepTest, WordsFieldsNotThereAndIndexes)
 {
-    const Json processes = swept({"device.process=TYP,MAX"});
-    ASSERT_EQ(processes.size(), 2u);
-    expectPoint(processes[1], designText("40", "8", "MAX"));
     EXPECT_EQ(swept({"device.speedGrade=1,2"}).size(), 2u) << "grades are words, whatever they look like";
     const Json modes = swept({"groups[1].inputs.MODE=BLKM18,BLKM36"});
     ASSERT_EQ(modes.size(), 2u);
@@ -137,20 +134,25 @@ TEST_F(SweepTest, TableAndCsvSayWhatBreaksAndRunsAway)
     EXPECT_THAT(csv, HasSubstr(",no,total power\n"));
 }
 
-TEST_F(SweepTest, TheTableKeepsProcessesInTheirColumns)
+TEST_F(SweepTest, OverTheProcessEachPointIsItsOwnSide)
 {
-    // TYP first in both rows, whichever side is the design's.
-    const std::string table = sweep(m_file, {"device.process=TYP,MAX"}, SweepFormat::table);
-    const std::size_t first = table.find("\nTYP ");
-    const std::size_t second = table.find("\nMAX ");
-    ASSERT_NE(first, std::string::npos) << table;
-    ASSERT_NE(second, std::string::npos) << table;
-    const auto figures = [&](std::size_t row) {
-        const std::size_t start = row + 5;
-        const std::string line = table.substr(start, table.find('\n', start) - start);
-        return line.substr(line.find_first_not_of(' '), line.find_last_of('C') - line.find_first_not_of(' '));
-    };
-    EXPECT_EQ(figures(first), figures(second)) << table;
+    const Estimate both = estimateOf(designText("40", "8"));
+    ASSERT_LT(both.sides[0].totalWatts, 4.0); // the budget lies between the sides
+    ASSERT_GT(both.sides[1].totalWatts, 4.0);
+    const std::vector<std::string> variation{"device.process=TYP,MAX"};
+    const std::string csv = sweep(m_file, variation, SweepFormat::csv);
+    EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 1 + 2) << csv;
+    EXPECT_THAT(csv, testing::ContainsRegex("\nTYP,TYP,[^\n]*,yes,\n"));
+    EXPECT_THAT(csv, testing::ContainsRegex("\nMAX,MAX,[^\n]*,yes,total power\n"));
+    const std::string table = sweep(m_file, variation, SweepFormat::table);
+    EXPECT_THAT(table, testing::ContainsRegex("\nTYP [^\n]* C +kept *\n"));
+    EXPECT_THAT(table, testing::ContainsRegex("\nMAX [^\n]* C +BROKEN: total power *\n"));
+    const Json points = swept(variation);
+    for (std::size_t i = 0; i < 2; ++i) {
+        ASSERT_EQ(points[i]["sides"].size(), 1u);
+        EXPECT_EQ(points[i]["sides"][0]["process"], both.sides[i].process);
+        EXPECT_EQ(points[i]["sides"][0]["totalWatts"], both.sides[i].totalWatts);
+    }
 }
 
 } // namespace

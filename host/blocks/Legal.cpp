@@ -1,0 +1,201 @@
+#include "host/blocks/Legal.h"
+
+#include "host/base/Text.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <mutex>
+#include <set>
+
+namespace zelm::host {
+
+namespace {
+
+using zelm::Destination;
+using zelm::Legal;
+
+std::vector<std::string> listed(std::string_view words)
+{
+    return words.empty() ? std::vector<std::string>() : split(std::string(words), '|');
+}
+
+// The keys that fit the last part of a chain, below all that fit the parts before it: "*" is any key, and {} the word.
+void addKeys(const Block& block, std::vector<std::string> above, const std::vector<std::string>& chain,
+             std::set<std::string>& words)
+{
+    const std::string& part = chain[above.size()];
+    const std::size_t word = part.find("{}");
+    if (word == std::string::npos && part != "*") {
+        above.push_back(part);
+        addKeys(block, std::move(above), chain, words);
+        return;
+    }
+    const std::string prefix = word == std::string::npos ? "" : part.substr(0, word);
+    const std::string suffix = word == std::string::npos ? "" : part.substr(word + 2);
+    for (const std::string& key : block.keys(above, false)) {
+        if (word == std::string::npos) {
+            std::vector<std::string> next = above;
+            next.push_back(key);
+            addKeys(block, std::move(next), chain, words);
+        } else if (key.size() >= prefix.size() + suffix.size() && key.starts_with(prefix) && key.ends_with(suffix))
+            words.insert(key.substr(prefix.size(), key.size() - prefix.size() - suffix.size()));
+    }
+}
+
+std::vector<std::string> findKeys(const Block& block, const Legal& legal)
+{
+    std::set<std::string> words;
+    for (const std::string& text : listed(legal.text)) {
+        std::vector<std::string> chain = split(text, '/');
+        if (text.find("{}") == std::string::npos)
+            chain.emplace_back("{}");
+        addKeys(block, {}, chain, words);
+    }
+    for (const std::string& known : listed(legal.known))
+        words.insert(known);
+    for (const std::string& barred : listed(legal.barred))
+        words.erase(barred);
+    return {words.begin(), words.end()};
+}
+
+// Tables don't change while the tool runs, and a sweep asks again at each of its points.
+std::vector<std::string> keysOf(const Block& block, const Legal& legal)
+{
+    block.load();
+    static std::mutex mutex;
+    static std::map<std::string, std::vector<std::string>> known;
+    const std::string question = fmt::format("{} {} {} {}", block.name, legal.text, legal.known, legal.barred);
+    const std::lock_guard lock(mutex);
+    const auto [words, isNew] = known.try_emplace(question);
+    if (isNew)
+        words->second = findKeys(block, legal);
+    return words->second;
+}
+
+std::string numberText(double number)
+{
+    return number == std::floor(number) ? fmt::format("{:.0f}", number) : fmt::format("{:.6g}", number);
+}
+
+std::string domainText(const Legal& legal)
+{
+    if (!legal.text.empty())
+        return orList(listed(legal.text));
+    std::string usual;
+    if (std::isfinite(legal.usualHighest) && !std::isfinite(legal.highest))
+        usual = fmt::format(", usually up to {}", numberText(legal.usualHighest));
+    if (std::isfinite(legal.lowest) && std::isfinite(legal.highest))
+        return fmt::format("{} to {}", numberText(legal.lowest), numberText(legal.highest));
+    if (legal.lowest == zelm::legal::aboveZero.lowest)
+        return "above 0" + usual;
+    if (std::isfinite(legal.lowest))
+        return "from " + numberText(legal.lowest) + usual;
+    return "any" + usual;
+}
+
+double numberOf(const Value& value)
+{
+    if (const int* whole = std::get_if<int>(&value))
+        return *whole;
+    if (const float* real = std::get_if<float>(&value))
+        return static_cast<double>(*real);
+    return std::nan("");
+}
+
+} // namespace
+
+std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell)
+{
+    switch (cell.legal.kind) {
+    case Legal::Kind::words:
+        return listed(cell.legal.text);
+    case Legal::Kind::keys:
+        return keysOf(block, cell.legal);
+    case Legal::Kind::number:
+    case Legal::Kind::text:
+        break;
+    }
+    return {};
+}
+
+std::vector<int> legalNumbers(const ZelmCellInfo& cell)
+{
+    std::vector<int> numbers;
+    if (cell.legal.kind == Legal::Kind::number) {
+        for (const std::string& number : listed(cell.legal.text))
+            numbers.push_back(static_cast<int>(zelm::legal::wholeNumber(number)));
+    }
+    return numbers;
+}
+
+std::string legalText(const ZelmCellInfo& cell)
+{
+    switch (cell.legal.kind) {
+    case Legal::Kind::words:
+        return orList(listed(cell.legal.text));
+    case Legal::Kind::keys:
+        return "a key of " + orList(listed(cell.legal.text));
+    case Legal::Kind::text:
+        return "any text";
+    case Legal::Kind::number:
+        break;
+    }
+    return domainText(cell.legal);
+}
+
+std::string goesText(const ZelmCellInfo& cell)
+{
+    switch (cell.goes.kind) {
+    case Destination::Kind::rail:
+        return std::string(cell.goes.name) + (cell.goes.scaling.empty() ? "" : fmt::format(" x {}", cell.goes.scaling));
+    case Destination::Kind::offchip:
+        return "off chip";
+    case Destination::Kind::shown:
+        return "shown";
+    case Destination::Kind::part:
+        return fmt::format("in {}", cell.goes.name);
+    case Destination::Kind::none:
+        break;
+    }
+    return {};
+}
+
+std::optional<std::string> whyIllegal(const Block& block, const ZelmCellInfo& cell, const Value& value)
+{
+    if (const std::string* text = std::get_if<std::string>(&value)) {
+        const std::vector<std::string> words = legalWords(block, cell);
+        if (words.empty() || std::find(words.begin(), words.end(), *text) != words.end())
+            return std::nullopt;
+        return fmt::format("\"{}\" is no word of {}{}; legal: {}", *text, cell.name, suggestion(*text, words),
+                           fmt::join(words, ", "));
+    }
+    const double number = numberOf(value);
+    if (!cell.legal.rail.empty() && number == 0.0)
+        return fmt::format("a rail at 0 V: leave {} out if the rail is unused", cell.name);
+    const std::vector<int> numbers = legalNumbers(cell);
+    const bool among = numbers.empty() || std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+    if (among && number >= cell.legal.lowest && number <= cell.legal.highest)
+        return std::nullopt;
+    return fmt::format("{} takes {}{}{}, not {}", cell.name, domainText(cell.legal), cell.unit.empty() ? "" : " ",
+                       cell.unit, valueText(value));
+}
+
+std::optional<std::string> whyUnlikely(const ZelmCellInfo& cell, const Value& value)
+{
+    const double number = numberOf(value);
+    if (!(number > cell.legal.usualHighest))
+        return std::nullopt;
+    const char* slip = cell.unit == "MHz"               ? "; it is in MHz: hertz?"
+                       : cell.unit == "V"               ? "; it is in V: millivolts?"
+                       : cell.unit == "C"               ? "; it is in degrees Celsius: kelvin?"
+                       : cell.legal.usualHighest <= 2.0 ? "; percent?"
+                                                        : "";
+    return fmt::format("{} is {}, usually at most {}{}", cell.name, valueText(value),
+                       numberText(cell.legal.usualHighest), slip);
+}
+
+} // namespace zelm::host
