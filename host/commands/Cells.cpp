@@ -27,7 +27,7 @@ std::string shownLegal(const Block& block, const ZelmCellInfo& cell)
     const zelm::Legal& legal = cell.legal;
     if (cell.type == ZelmCellInfo::Type::text) {
         const std::vector<std::string> words = legalWords(block, cell);
-        return words.empty() ? "any text" : fmt::format("{}", fmt::join(words, ", "));
+        return words.empty() ? "any text" : fmt::format("one of {}", fmt::join(words, ", "));
     }
     if (!legal.text.empty())
         return fmt::format("one of {}", fmt::join(split(std::string(legal.text), '|'), ", "));
