@@ -9,7 +9,7 @@ constexpr Command kCommands[] = {
     {"sweep", "Estimate a design over ranges of its values",
      "zelm sweep design.json --vary environment.ambientTemperature=0:80:10 --csv", declareSweep},
     {"blocks", "List the resource kinds", "zelm blocks --json", declareBlocks},
-    {"cells", "List the cells of a block", "zelm cells Bram", declareCells},
+    {"cells", "List the cells of a block", "zelm cells Bram --inputs", declareCells},
     {"calc", "Calculate one block and print all its cells", "zelm calc Bram NUM_BRAMS=64 PORT_A_CLOCK=250",
      declareCalc},
     {"parts", "List devices, packages, grades and resources", "zelm parts", declareParts},

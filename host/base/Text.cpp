@@ -141,9 +141,11 @@ void narrow(std::vector<std::size_t>& widths, const std::vector<bool>& breaks)
     }
 }
 
+// A number, perhaps with its unit: more words are a sentence that begins with a number.
 bool looksNumeric(std::string_view text)
 {
-    return !text.empty() && (std::isdigit(static_cast<unsigned char>(text[0])) || text[0] == '-' || text == "inf");
+    return !text.empty() && (std::isdigit(static_cast<unsigned char>(text[0])) || text[0] == '-' || text == "inf") &&
+           std::count(text.begin(), text.end(), ' ') <= 1;
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include <chrono>
+#include <map>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -187,6 +188,22 @@ TEST(CommandLine, EveryHelpEndsWithAnExampleAndTheExitCodes)
         EXPECT_NE(codes, std::string::npos) << command << "\n" << result.out;
         EXPECT_THAT(result.out, Not(HasSubstr("manual"))) << command;
     }
+}
+
+TEST(CommandLine, CellsShowWhatIsLegalInInputs)
+{
+    const Scratch scratch;
+    const ToolRun result = scratch.run("cells Bram --inputs --json");
+    ASSERT_EQ(result.code, 0) << result.err;
+    std::map<std::string, std::string> legal;
+    for (const auto& cell : nlohmann::json::parse(result.out))
+        legal[cell.at("cell").get<std::string>()] = cell.at("legal").get<std::string>();
+    EXPECT_EQ(legal["NUM_BRAMS"], "from 0");
+    EXPECT_EQ(legal["PORT_A_CLOCK"], "from 0, usually to 10000");
+    EXPECT_EQ(legal["PORT_A_ENABLE_RATE"], "from 0, usually to 1");
+    EXPECT_THAT(legal["MODE"], HasSubstr(", "));
+    EXPECT_FALSE(legal.contains("VCCINT_POWER"));
+    EXPECT_THAT(scratch.run("cells Bram --inputs").out, HasSubstr("Legal"));
 }
 
 TEST(CommandLine, ManPageAndCompletionHoldEveryCommandAndOption)
