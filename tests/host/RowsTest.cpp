@@ -253,10 +253,6 @@ TEST_P(EveryBlock, StandsInAllPlaces)
         expectIn("docs/design.schema.json", "\"const\": \"" + name + "\"");
     EXPECT_THAT(textOf("tests/contract/Blocks.def"), testing::ContainsRegex(" " + name + ", "))
         << "tests/contract/Blocks.def";
-    std::string benches;
-    for (const auto& file : std::filesystem::directory_iterator(ZELM_SOURCE_DIR "/bench"))
-        benches += textOf("bench/" + file.path().filename().string());
-    EXPECT_THAT(benches, HasSubstr("<ZelmOrvane" + name + "Model>")) << "bench/";
 }
 
 // Blocks that take none of what the catalogue counts.
