@@ -7,7 +7,6 @@ using namespace zelm::test;
 using namespace zelm::host;
 using testing::Contains;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -110,11 +109,12 @@ TEST(Meaning, PartialDataMayBeWorkedWith)
     EXPECT_THAT(result.warnings, Contains(HasSubstr("LINK_WIDTH_A0 16, PCI_CHANNELS 2 don't go together")));
 }
 
+// But for pads at a voltage that the formulas don't know, of which examples/README.md speaks.
 TEST(Meaning, ExamplesAreReadWithoutWarnings)
 {
     for (const char* name : {"controller", "first", "gateway", "network", "radio", "vision"}) {
         const Estimate result = estimate(readDesign(std::string(ZELM_SOURCE_DIR "/examples/") + name + ".json"));
-        EXPECT_THAT(result.warnings, IsEmpty()) << name;
+        EXPECT_THAT(result.warnings, testing::Each(HasSubstr("pads are estimated at 3.3 V"))) << name;
         EXPECT_FALSE(result.budgetBroken()) << name;
     }
 }
