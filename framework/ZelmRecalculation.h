@@ -167,7 +167,8 @@ private:
         auto& slot = m_params[cell];
         const Dependencies::Node node = nodeOf(cell);
         const bool given = !isUnset(value);
-        if (m_given[node] == given && (!given || same(slot, static_cast<std::remove_reference_t<decltype(slot)>>(value))))
+        if (m_given[node] == given &&
+            (!given || same(slot, static_cast<std::remove_reference_t<decltype(slot)>>(value))))
             return;
         // What its default was computed from may now be read by nobody.
         m_all = m_all || (given && !m_given[node] && m_dependencies.hasOperands(node));
