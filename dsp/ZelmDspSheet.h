@@ -118,17 +118,21 @@ constexpr auto dspAggregate(const DspWeight (&rest)[size])
 template <class Sheet>
 using DspToggle = float (Sheet::*)() const;
 
-/// A component's toggle formula in each group of modes. Groups that are left out take the first one's.
+/// A component's toggle formula in all groups of modes, or in each of two, three or five. (Left-out ones as null
+/// pointers would be shorter, but comparing them is no constant expression under the sanitizers.)
 template <class Sheet>
 struct DspToggleRow {
     using Toggle = DspToggle<Sheet>;
 
-    constexpr DspToggleRow(DspComponent of, Toggle first, Toggle second = nullptr, Toggle third = nullptr,
-                           Toggle fourth = nullptr, Toggle fifth = nullptr)
+    constexpr DspToggleRow(DspComponent of, Toggle inAll) : DspToggleRow(of, inAll, inAll, inAll) {}
+    constexpr DspToggleRow(DspComponent of, Toggle first, Toggle second) : DspToggleRow(of, first, second, first) {}
+    constexpr DspToggleRow(DspComponent of, Toggle first, Toggle second, Toggle third)
+        : DspToggleRow(of, first, second, third, first, first)
+    {
+    }
+    constexpr DspToggleRow(DspComponent of, Toggle first, Toggle second, Toggle third, Toggle fourth, Toggle fifth)
         : component(of), byGroup{first, second, third, fourth, fifth}
     {
-        for (Toggle& toggle : byGroup)
-            toggle = toggle == nullptr ? first : toggle;
     }
 
     DspComponent component;
