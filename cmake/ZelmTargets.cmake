@@ -31,6 +31,22 @@ function(zelm_blocks)
   endforeach()
 endfunction()
 
+# The list of all resource kinds, one row each; it stands with the tool.
+set(ZELM_BLOCK_LIST "${PROJECT_SOURCE_DIR}/host/blocks/BlockList.def")
+
+# Writes BlockHeaders.h into this folder's build folder: the headers that the list's rows need.
+function(zelm_block_headers)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${ZELM_BLOCK_LIST}")
+  file(STRINGS "${ZELM_BLOCK_LIST}" rows REGEX "^BLOCK")
+  set(includes "")
+  foreach(row IN LISTS rows)
+    if(row MATCHES "^BLOCK *\\(([A-Za-z0-9]+), *([a-z]+),")
+      string(APPEND includes "#include \"${CMAKE_MATCH_2}/ZelmOrvane${CMAKE_MATCH_1}Model.h\"\n")
+    endif()
+  endforeach()
+  file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/BlockHeaders.h" CONTENT "${includes}" @ONLY)
+endfunction()
+
 # Adds a test program from the sources in this folder: zelm_test(memories_test BramTest.cpp PlamTest.cpp)
 function(zelm_test name)
   add_executable(${name} ${ARGN})
