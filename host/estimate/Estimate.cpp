@@ -9,6 +9,7 @@
 #include "host/estimate/Carry.h"
 #include "host/estimate/Combination.h"
 #include "host/estimate/CrossChecks.h"
+#include "host/estimate/DeviceChecks.h"
 #include "host/estimate/Ranges.h"
 #include "host/estimate/StaticPower.h"
 
@@ -40,6 +41,7 @@ bool isCurrent(std::string_view unit)
 double railVolts(const Running& group, const std::string& rail, const RailVolts& rails)
 {
     if (const ZelmCellInfo* own = group.railInput(rail)) {
+        group.instance->pull(*own); // some are for hosts alone: no formula has put the default there
         const Value value = group.instance->get(*own);
         if (const float* volts = std::get_if<float>(&value))
             return static_cast<double>(*volts);
@@ -140,9 +142,12 @@ Contribution contributionOf(const ZelmCellInfo& output, double amount, const Run
 
 GroupResult finish(Running& group, const RailVolts& rails, const GapTeller& gaps, std::vector<std::string>& warnings)
 {
+    bool complete = true;
     for (const MissingRow& row : group.missingRows) {
-        if (!missesInGoodDesigns(*group.block, row))
-            gaps.tell(group, row);
+        if (missesInGoodDesigns(*group.block, row))
+            continue;
+        complete = false;
+        gaps.tell(group, row);
     }
     GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
     for (const ZelmCellInfo& output : group.block->cells) {
@@ -160,8 +165,17 @@ GroupResult finish(Running& group, const RailVolts& rails, const GapTeller& gaps
         result.contributions.push_back(contributionOf(output, *amount, group, rails, warnings));
         result.watts += result.contributions.back().watts;
     }
+    if (complete && !result.onlyCarries && group.count > 0) {
+        if (const std::string inputs = combinationWithoutPower(group); !inputs.empty())
+            gaps.tell(group, fmt::format("{} don't go together: the formulas find no power for them", inputs));
+    }
     for (std::string& warning : rangeWarnings(group))
         warnings.push_back(std::move(warning));
+    constexpr double noDeviceTakes = 1000.0; // watts
+    if (result.watts > noDeviceTakes)
+        warnings.push_back(fmt::format("group \"{}\": {:.4g} W are more than any device takes: look for a count, clock "
+                                       "or rate in the wrong unit",
+                                       group.name, result.watts));
     return result;
 }
 
@@ -251,6 +265,8 @@ Estimate estimate(const Design& design, Curves curves, Gaps gaps)
     }
     for (std::string& warning : warningsAcross(running, device ? &*device : nullptr))
         result.warnings.push_back(std::move(warning));
+    for (std::string& warning : warningsOfDevice(design, running, device ? &*device : nullptr))
+        result.warnings.push_back(std::move(warning));
     if (device) {
         result.utilisation = utilisation(running, *device);
         for (const Utilisation& use : result.utilisation) {
@@ -263,8 +279,6 @@ Estimate estimate(const Design& design, Curves curves, Gaps gaps)
         Side side;
         side.junction = design.environment.junction.value_or(0.0);
         result.sides.push_back(side);
-        if (design.environment.ambient)
-            result.warnings.emplace_back("without a device there is no static power and no junction temperature");
     }
     for (Side& side : result.sides)
         addUp(result, side);

@@ -158,6 +158,8 @@ TEST(CommandLine, MistakesAreToldWithTheToolsNameAndTheNearestWord)
         {"", "subcommand is required"},
         {"estimate d.json --csv --json", "excludes"},
         {"estimate ''", "the name of the file to read is empty"},
+        {"--datadir '' parts", "--datadir: the name of the data directory is empty"},
+        {"check-data ''", "the name of the data directory is empty"},
         {"estimate d.json --html", "--html"},
         {"manual frob", "frob"},
         {"calc Bram NUM_BRAMS=99999999999", "NUM_BRAMS takes a whole number of 32 bits"},
