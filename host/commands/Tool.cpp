@@ -254,7 +254,7 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
         }
         std::ostringstream out;
         app.exit(error, out, out); // a wish for help or version
-        return printed(out.str(), kSuccess);
+        return printed(wrapped(out.str(), terminalColumns()), kSuccess);
     }
     if (manual->parsed())
         return printed(manualText(manualOf(app, commands), form), kSuccess);
