@@ -130,12 +130,7 @@ template <class Data>
 void loadAndCheck()
 {
     const std::string file = dataFileOf<Data>();
-    const std::string path = dataPath(file);
-    if (path.empty())
-        throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
-                                std::getenv("QTA_DATADIR")));
-    if (const std::string why = whyUnreadable(path); !why.empty())
-        throw Error(fmt::format("{}: cannot be read: {}", path, why));
+    const std::string path = loadablePath(file);
     const Data* data = nullptr;
     try {
         data = &Data::getGlobal();
