@@ -337,11 +337,19 @@ std::string JsonSource::at(const std::string& path) const
     return placeIn(file, lines.get(), path);
 }
 
-std::string JsonSource::scopeOf(const std::string& path) const
+std::vector<std::string> JsonSource::scopesOf(const std::string& path) const
 {
     std::string_view enclosing;
     const Included* other = inclusionOf(path, enclosing);
-    return other ? other->scope : std::string();
+    return other ? other->scopes : std::vector<std::string>();
+}
+
+std::vector<std::string> JsonSource::includedFiles() const
+{
+    std::set<std::string> files;
+    for (const auto& [path, field] : included ? *included : Inclusions())
+        files.insert(field.file);
+    return {files.begin(), files.end()};
 }
 
 Json parseJson(const std::string& text, JsonSource& source)

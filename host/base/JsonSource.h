@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace zelm::host {
 
@@ -21,8 +22,8 @@ struct JsonSource {
     struct Included {
         std::string file;
         std::shared_ptr<const Lines> lines;
-        std::string path;  ///< there
-        std::string scope; ///< what the names of that file begin with here
+        std::string path;                ///< there
+        std::vector<std::string> scopes; ///< what its names begin with here, then those of the files around it
     };
     using Inclusions = std::unordered_map<std::string, Included>; ///< by the path here
 
@@ -32,8 +33,10 @@ struct JsonSource {
 
     /// "design.json:12: groups[2].inputs.CLOCK_FREQ"; the line of what encloses a field that isn't there.
     std::string at(const std::string& path) const;
-    /// What the names of the file begin with in which a field stands; empty unless it was included with a prefix.
-    std::string scopeOf(const std::string& path) const;
+    /// What the names begin with that may be meant where a field stands, the nearest first; none for the file itself.
+    std::vector<std::string> scopesOf(const std::string& path) const;
+    /// The files that were included, each once.
+    std::vector<std::string> includedFiles() const;
 
 private:
     const Included* inclusionOf(std::string_view path, std::string_view& enclosing) const;

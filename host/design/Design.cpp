@@ -7,6 +7,7 @@
 #include "host/blocks/Rails.h"
 #include "host/blocks/Uses.h"
 #include "host/design/Fields.h"
+#include "host/design/Include.h"
 #include "host/design/Limits.h"
 #include "host/design/Sections.h"
 
@@ -328,7 +329,7 @@ Design readDesign(const Json& root, const JsonSource& source)
     Design design;
     design.source = source;
     design.name = fields.text("name", source.file);
-    for (const char* known : {"$schema", "description", "parameters"})
+    for (const char* known : {"$schema", "description", "include", "parameters"})
         fields.take(known);
     if (const Json* device = fields.take("device"))
         design.device = readDevice(*device, reading);
@@ -354,14 +355,14 @@ Design readDesign(const Json& root, const JsonSource& source)
 Design parseDesign(const std::string& file, const std::string& text)
 {
     JsonSource source{file, {}};
-    const Json root = parseJson(text, source);
+    const Json root = parseDesignTree(text, source);
     return readDesign(root, source);
 }
 
 Design readDesign(const std::string& file)
 {
     JsonSource source;
-    const Json root = readJson(file, source);
+    const Json root = readDesignTree(file, source);
     return readDesign(root, source);
 }
 

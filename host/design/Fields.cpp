@@ -19,7 +19,7 @@ namespace {
 double computed(const std::string& expression, const Place& where, std::string_view unit)
 {
     const Reading& reading = where.reading();
-    const Quantity quantity = reading.parameters.number(expression, reading.source.scopeOf(where.path()));
+    const Quantity quantity = reading.parameters.number(expression, reading.source.scopesOf(where.path()));
     if (quantity.dimension == kPlain)
         return quantity.value;
     if (quantity.dimension != host::unit(unit).dimension)
@@ -175,7 +175,7 @@ std::string Fields::word(const Json& value, const Place& where)
         return word;
     const Reading& reading = where.reading();
     try {
-        return reading.parameters.word(word, reading.source.scopeOf(where.path()));
+        return reading.parameters.word(word, reading.source.scopesOf(where.path()));
     } catch (const Error& error) {
         where.fail(fmt::format("\"{}\" {}", word, error.what()));
     }

@@ -257,20 +257,28 @@ Quantity evaluated(const std::string& expression, const LookUp& lookUp)
     }
 }
 
-// What an expression's names are looked up in: the scope's own names stand before the others.
+using Scopes = std::vector<std::string>;
+
+// What an expression's names are looked up in: the names of the nearest scope stand before the others.
 template <class Map>
-auto findIn(Map& map, const std::string& scope, const std::string& name)
+auto findIn(Map& map, const Scopes& scopes, const std::string& name)
 {
-    const auto own = map.find(scope + name);
-    return own == map.end() ? map.find(name) : own;
+    for (const std::string& scope : scopes) {
+        if (const auto own = map.find(scope + name); own != map.end())
+            return own;
+    }
+    return map.find(name);
 }
 
 template <class Map>
-[[noreturn]] void failUnknown(const Map& map, const std::string& scope, const std::string& name)
+[[noreturn]] void failUnknown(const Map& map, const Scopes& scopes, const std::string& name)
 {
     std::vector<std::string> known;
-    for (const auto& [other, value] : map)
-        known.push_back(!scope.empty() && other.starts_with(scope) ? other.substr(scope.size()) : other);
+    for (const auto& [other, value] : map) {
+        const auto scope =
+            std::find_if(scopes.begin(), scopes.end(), [&](const std::string& s) { return other.starts_with(s); });
+        known.push_back(scope == scopes.end() ? other : other.substr(scope->size()));
+    }
     std::string nearest = suggestion(name, known);
     if (nearest.empty())
         nearest = suggestion(name, Borrowed()->functions());
@@ -346,16 +354,16 @@ private:
     Parameters::Value readText(const std::string& name, const std::string& text)
     {
         // The scope is that of the file in which the parameter stands.
-        const std::string scope = m_source->scopeOf(placeOf(name));
+        const Scopes scopes = m_source->scopesOf(placeOf(name));
         const LookUp lookUp = [&](const std::string& other) -> Quantity {
-            const auto found = findIn(m_written, scope, other);
+            const auto found = findIn(m_written, scopes, other);
             if (found == m_written.end())
-                failUnknown(m_written, scope, other);
+                failUnknown(m_written, scopes, other);
             return asNumber(other, valueOf(found->first));
         };
         try {
             if (isExpression(text)) {
-                const auto alias = findIn(m_written, scope, bodyOf(text));
+                const auto alias = findIn(m_written, scopes, bodyOf(text));
                 return alias == m_written.end() ? evaluated(text, lookUp) : valueOf(alias->first);
             }
             if (const auto written = writtenQuantity(text))
@@ -392,22 +400,22 @@ Parameters::Parameters(const Json& object, const JsonSource& source)
     m_values = Resolver(object, source).all();
 }
 
-Quantity Parameters::number(const std::string& expression, const std::string& scope) const
+Quantity Parameters::number(const std::string& expression, const Scopes& scopes) const
 {
     return evaluated(expression, [&](const std::string& name) {
-        const auto found = findIn(m_values, scope, name);
+        const auto found = findIn(m_values, scopes, name);
         if (found == m_values.end())
-            failUnknown(m_values, scope, name);
+            failUnknown(m_values, scopes, name);
         return asNumber(name, found->second);
     });
 }
 
-std::string Parameters::word(const std::string& expression, const std::string& scope) const
+std::string Parameters::word(const std::string& expression, const Scopes& scopes) const
 {
     const std::string name = bodyOf(expression);
-    const auto found = findIn(m_values, scope, name);
+    const auto found = findIn(m_values, scopes, name);
     if (found == m_values.end())
-        failUnknown(m_values, scope, name);
+        failUnknown(m_values, scopes, name);
     if (const auto* word = std::get_if<std::string>(&found->second))
         return *word;
     throw Error(fmt::format("names {}, which is a number and no word", abbreviated(name)));

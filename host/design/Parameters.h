@@ -28,9 +28,9 @@ public:
 
     /// What an expression comes to; scope is what the names of its file begin with. An Error tells what is wrong with
     /// it.
-    Quantity number(const std::string& expression, const std::string& scope = {}) const;
+    Quantity number(const std::string& expression, const std::vector<std::string>& scopes = {}) const;
     /// The word that "= name" stands for.
-    std::string word(const std::string& expression, const std::string& scope = {}) const;
+    std::string word(const std::string& expression, const std::vector<std::string>& scopes = {}) const;
     const std::map<std::string, Value, std::less<>>& values() const
     {
         return m_values;

@@ -178,6 +178,19 @@ Json parametersSchema()
             {"additionalProperties", {{"type", {"number", "string"}}}}};
 }
 
+Json includeSchema()
+{
+    const Json file = textSchema("a file with groups and parameters, found from this file's folder");
+    return {{"type", "array"},
+            {"description", "files whose groups and parameters join this design's"},
+            {"items",
+             {{"anyOf",
+               {file, objectSchema({{"file", file},
+                                    {"prefix", textSchema("what the names of its groups begin with; of its parameters "
+                                                          "too, with _ for what names can't have")}},
+                                   {"file"})}}}}};
+}
+
 Json groupsSchema()
 {
     Json groups = Json::array();
@@ -208,6 +221,7 @@ Json designSchema()
     Json fields{{"$schema", textSchema("this schema, for editors")},
                 {"name", textSchema("of the design")},
                 {"description", textSchema("for people")}};
+    fields["include"] = includeSchema();
     fields["parameters"] = parametersSchema();
     fields["device"] = device;
     fields["environment"] = environmentSchema();

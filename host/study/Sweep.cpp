@@ -5,6 +5,7 @@
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
 #include "host/base/Units.h"
+#include "host/design/Include.h"
 #include "host/design/Parameters.h"
 #include "host/estimate/Estimate.h"
 
@@ -227,7 +228,7 @@ Sweep sweep(const std::string& designFile, const std::vector<std::string>& varia
             std::chrono::milliseconds barAfter, Gaps gaps)
 {
     JsonSource source;
-    const Json root = readJson(designFile, source);
+    const Json root = readDesignTree(designFile, source);
     Sweep result;
     for (const std::string& variation : variations)
         result.variations.push_back(parse(variation, root));
