@@ -3,6 +3,7 @@
 #include "host/base/Error.h"
 #include "host/base/Files.h"
 #include "host/base/Text.h"
+#include "host/base/Units.h"
 #include "host/blocks/DataLines.h"
 
 #include "BlockHeaders.h"
@@ -216,6 +217,26 @@ std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool input
     return names;
 }
 
+// A number with its unit: "250 MHz".
+Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::string_view text)
+{
+    double number = 0.0;
+    try {
+        number = inUnit(written, cell.unit);
+    } catch (const Error& error) {
+        throw Error(fmt::format("{}: {}", cell.name, error.what()));
+    }
+    if (cell.type == Type::integer) {
+        if (number != std::floor(number) || std::fabs(number) >= unsetInt)
+            throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, abbreviated(text)));
+        return static_cast<int>(number);
+    }
+    const auto value = static_cast<float>(number);
+    if (!std::isfinite(value))
+        throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, abbreviated(text)));
+    return value;
+}
+
 } // namespace
 
 const ZelmCellInfo* Block::findCell(std::string_view wanted) const
@@ -290,6 +311,8 @@ Value parseValue(const ZelmCellInfo& cell, std::string_view text)
     const char* end = text.data() + text.size();
     if (cell.type == Type::text)
         return std::string(text);
+    if (const auto written = writtenQuantity(text))
+        return valueOf(cell, *written, text);
     if (cell.type == Type::integer) {
         int value = 0;
         const auto parsed = std::from_chars(text.data(), end, value);
