@@ -22,9 +22,9 @@ struct Change {
 std::unique_ptr<Instance> calculatedWith(const Running& group, std::initializer_list<Change> changes)
 {
     auto instance = group.block->create();
-    for (const auto& [name, origin] : group.origins) {
-        const ZelmCellInfo& cell = group.block->cell(name);
-        instance->set(cell, group.instance->get(cell));
+    for (const ZelmCellInfo& cell : group.block->cells) {
+        if (group.isSet(cell))
+            instance->set(cell, group.instance->get(cell));
     }
     for (const Change& change : changes)
         instance->set(*change.cell, change.value);
@@ -52,9 +52,7 @@ bool draws(const Block& block, const Instance& instance)
     return std::any_of(block.cells.begin(), block.cells.end(), [&](const ZelmCellInfo& output) {
         if (output.goes.kind != Goes::rail && output.goes.kind != Goes::offchip)
             return false;
-        const Value value = instance.get(output);
-        const float* number = std::get_if<float>(&value);
-        return number && *number != 0.0f;
+        return instance.real(output).value_or(0.0f) != 0.0f;
     });
 }
 

@@ -122,23 +122,21 @@ void checkProcessors(const Running& system, Said& warnings)
 }
 
 // What the catalogue has no count of.
-void checkCounts(const std::vector<Running>& groups, const ResolvedDevice& device, Said& warnings)
+void checkCounts(const RunningGroups& groups, const ResolvedDevice& device, Said& warnings)
 {
     constexpr double iosOfPhy = 6.0;
     constexpr double registersOfPin = 3.0; // in, out and three-state
-    int monitors = 0;
-    double nibbles = 0.0;
-    double registers = 0.0;
-    for (const Running& group : groups) {
-        if (group.block->name == "Sysmon")
-            monitors += group.count;
-        if (group.block->name == "Kelp")
-            nibbles += group.count;
-        if (group.block->name == "Iologic")
-            registers += group.count;
-    }
+    const auto countOf = [&](std::string_view block) {
+        double count = 0.0;
+        for (const Running* group : groups.of(block))
+            count += group->count;
+        return count;
+    };
+    const double monitors = countOf("Sysmon");
+    const double nibbles = countOf("Kelp");
+    const double registers = countOf("Iologic");
     if (monitors > 1)
-        warnings.push_back(fmt::format("the design has {} system monitors, and {} has one", monitors, device.name));
+        warnings.push_back(fmt::format("the design has {:g} system monitors, and {} has one", monitors, device.name));
     if (const int pins = resourceOf(device, "SELV_IO"); nibbles * iosOfPhy > pins)
         warnings.push_back(fmt::format("the design has {:g} nibbles of I/O PHY, and the {} SELV_IO of {} are {:g}",
                                        nibbles, pins, device.name, pins / iosOfPhy));
@@ -150,7 +148,7 @@ void checkCounts(const std::vector<Running>& groups, const ResolvedDevice& devic
 
 } // namespace
 
-std::vector<std::string> warningsOfDevice(const Design& design, const std::vector<Running>& groups,
+std::vector<std::string> warningsOfDevice(const Design& design, const RunningGroups& groups,
                                           const ResolvedDevice* device)
 {
     constexpr double boils = 125.0; // nothing around a device is hotter than its junction may be
@@ -159,11 +157,11 @@ std::vector<std::string> warningsOfDevice(const Design& design, const std::vecto
         warnings.push_back(fmt::format("{}: {:g} degrees Celsius: kelvin?",
                                        design.source.at("environment.ambientTemperature"),
                                        *design.environment.ambient));
-    for (const Running& group : groups) {
-        if (group.block->name == "Yond" && group.count > 0)
-            checkProcessors(group, warnings);
+    for (const Running* group : groups.all()) {
+        if (group->block->name == "Yond" && group->count > 0)
+            checkProcessors(*group, warnings);
         if (device)
-            checkNames(group, *device, warnings);
+            checkNames(*group, *device, warnings);
     }
     if (!device) {
         if (const Said fields = needingADevice(design); !fields.empty())
