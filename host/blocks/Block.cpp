@@ -212,6 +212,15 @@ std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool input
     return names;
 }
 
+std::optional<WrittenQuantity> quantityIn(const ZelmCellInfo& cell, std::string_view text)
+{
+    try {
+        return writtenQuantity(text);
+    } catch (const Error& error) {
+        throw Error(fmt::format("{}: {}", cell.name, error.what()));
+    }
+}
+
 // A number with its unit: "250 MHz".
 Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::string_view text)
 {
@@ -306,7 +315,7 @@ Value parseValue(const ZelmCellInfo& cell, std::string_view text)
     const char* end = text.data() + text.size();
     if (cell.type == Type::text)
         return std::string(text);
-    if (const auto written = writtenQuantity(text))
+    if (const auto written = quantityIn(cell, text))
         return valueOf(cell, *written, text);
     if (cell.type == Type::integer) {
         int value = 0;

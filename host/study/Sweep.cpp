@@ -4,16 +4,16 @@
 #include "host/base/Json.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
-#include "host/design/Place.h"
 #include "host/base/Units.h"
 #include "host/design/Include.h"
 #include "host/design/Parameters.h"
+#include "host/design/Place.h"
 #include "host/estimate/Estimate.h"
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <optional>
