@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
