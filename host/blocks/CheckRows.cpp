@@ -82,9 +82,8 @@ bool isPartName(const std::string& name)
 {
     const std::vector<std::string> fields = split(name, '_');
     const auto isAll = [](const std::string& text, std::size_t size, int (*kind)(int)) {
-        return text.size() == size && std::all_of(text.begin(), text.end(), [kind](char c) {
-                   return kind(static_cast<unsigned char>(c)) != 0;
-               });
+        return text.size() == size && std::all_of(text.begin(), text.end(),
+                                                  [kind](char c) { return kind(static_cast<unsigned char>(c)) != 0; });
     };
     const bool sample = fields.size() == gradedFields + 1;
     return (fields.size() == gradedFields || sample) && !fields[deviceField].empty() && !fields[packageField].empty() &&
