@@ -58,10 +58,9 @@ public:
         return ifSet(m_params[static_cast<typename Params::StringEnum>(cell.ordinal)]);
     }
 
-    std::optional<float> real(const ZelmCellInfo& cell) const override
+    const float& slot(const ZelmCellInfo& cell) const override
     {
-        const float value = m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)];
-        return isUnset(value) ? std::nullopt : std::optional(value);
+        return m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)];
     }
 
     void calculate() override
@@ -238,6 +237,12 @@ Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::str
 }
 
 } // namespace
+
+std::optional<float> Instance::real(const ZelmCellInfo& cell) const
+{
+    const float value = slot(cell);
+    return isUnset(value) ? std::nullopt : std::optional(value);
+}
 
 const ZelmCellInfo* Block::findCell(std::string_view wanted) const
 {
