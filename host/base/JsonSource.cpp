@@ -297,23 +297,69 @@ private:
 
 } // namespace
 
-std::string JsonSource::at(const std::string& path) const
+namespace {
+
+// The path of what encloses a field or an element; empty for what nothing encloses.
+std::string_view enclosingPath(std::string_view path)
+{
+    const std::size_t cut = path.find_last_of(".[");
+    return path.substr(0, cut == std::string_view::npos ? 0 : cut);
+}
+
+std::string placeIn(const std::string& file, const JsonSource::Lines* lines, const std::string& path)
 {
     const std::string words = abbreviated(path, 200);
-    for (std::string_view enclosing = path; lines && !enclosing.empty();) {
+    for (std::string_view enclosing = path; lines && !enclosing.empty(); enclosing = enclosingPath(enclosing)) {
         if (const auto found = lines->find(hashed(kNoPath, enclosing)); found != lines->end())
             return fmt::format("{}:{}: {}", file, found->second, words);
-        const std::size_t cut = enclosing.find_last_of(".[");
-        enclosing = enclosing.substr(0, cut == std::string_view::npos ? 0 : cut);
     }
     return path.empty() ? file : fmt::format("{}: {}", file, words);
+}
+
+} // namespace
+
+const JsonSource::Included* JsonSource::inclusionOf(std::string_view path, std::string_view& enclosing) const
+{
+    if (!included)
+        return nullptr;
+    for (enclosing = path; !enclosing.empty(); enclosing = enclosingPath(enclosing)) {
+        if (const auto found = included->find(std::string(enclosing)); found != included->end())
+            return &found->second;
+    }
+    return nullptr;
+}
+
+std::string JsonSource::at(const std::string& path) const
+{
+    std::string_view enclosing;
+    if (const Included* other = inclusionOf(path, enclosing))
+        return placeIn(other->file, other->lines.get(), other->path + path.substr(enclosing.size()));
+    return placeIn(file, lines.get(), path);
+}
+
+std::vector<std::string> JsonSource::scopesOf(const std::string& path) const
+{
+    std::string_view enclosing;
+    const Included* other = inclusionOf(path, enclosing);
+    return other ? other->scopes : std::vector<std::string>();
+}
+
+std::vector<std::string> JsonSource::includedFiles() const
+{
+    std::set<std::string> files;
+    for (const auto& [path, field] : included ? *included : Inclusions())
+        files.insert(field.file);
+    return {files.begin(), files.end()};
 }
 
 Json parseJson(const std::string& text, JsonSource& source)
 {
     Position position;
     Builder builder(source.file, text, position);
-    Json::sax_parse(WatchedText(text.data(), position), WatchedText(text.data() + text.size(), position), &builder);
+    constexpr bool whole = true;
+    constexpr bool withComments = true;
+    Json::sax_parse(WatchedText(text.data(), position), WatchedText(text.data() + text.size(), position), &builder,
+                    nlohmann::detail::input_format_t::json, whole, withComments);
     source.lines = std::make_shared<const JsonSource::Lines>(std::move(builder.lines()));
     return std::move(builder.root());
 }

@@ -16,7 +16,8 @@ namespace zelm::host {
 namespace {
 
 // The files to write, unless one of them is a file that the estimate reads.
-void checkReports(const std::string& design, const std::vector<const std::optional<std::string>*>& reports)
+void checkReports(const std::string& file, const Design& design,
+                  const std::vector<const std::optional<std::string>*>& reports)
 {
     std::vector<std::string> outputs;
     for (const std::optional<std::string>* report : reports) {
@@ -25,7 +26,8 @@ void checkReports(const std::string& design, const std::vector<const std::option
     }
     if (outputs.empty())
         return;
-    std::vector<std::string> inputs{design};
+    std::vector<std::string> inputs = design.source.includedFiles();
+    inputs.push_back(file);
     for (const Block& block : blocks())
         inputs.push_back(dataPath(block.dataFile()));
     refuseOverwriting(outputs, inputs);
@@ -54,10 +56,11 @@ Action declareEstimate(Options& options)
         options.flag("--keep-going", "Warn of inputs that have no row in the data, and estimate the rest");
     const std::optional<std::string>& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
     return [&](Run& run) {
-        checkReports(design, {&html, &junit});
+        const Design read = readDesign(design);
+        checkReports(design, read, {&html, &junit});
         const bool drawn = json || html;
-        const Estimate result = estimate(readDesign(design), drawn ? Curves::drawn : Curves::none,
-                                         keepGoing ? Gaps::warned : Gaps::refused);
+        const Estimate result =
+            estimate(read, drawn ? Curves::drawn : Curves::none, keepGoing ? Gaps::warned : Gaps::refused);
         run.out += json  ? jsonText(jsonReport(result))
                    : csv ? csvReport(result)
                          : textReport(result, run.verbose, Paint(takesColour(stdout)));

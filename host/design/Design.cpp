@@ -6,7 +6,10 @@
 #include "host/blocks/Legal.h"
 #include "host/blocks/Rails.h"
 #include "host/blocks/Uses.h"
+#include "host/design/Fields.h"
+#include "host/design/Include.h"
 #include "host/design/Limits.h"
+#include "host/design/Sections.h"
 
 #include "framework/ZelmUnset.h"
 
@@ -21,153 +24,32 @@ namespace zelm::host {
 
 namespace {
 
-// A place in the file by its path: groups[2].inputs.CLOCK_FREQ.
-class Place {
-public:
-    Place(const JsonSource& source, std::string path) : m_source(&source), m_path(std::move(path)) {}
-
-    Place field(const std::string& name) const
-    {
-        return {*m_source, m_path.empty() ? name : m_path + "." + name};
-    }
-    Place element(std::size_t index) const
-    {
-        return {*m_source, fmt::format("{}[{}]", m_path, index)};
-    }
-    std::string say(const std::string& message) const
-    {
-        return fmt::format("{}: {}", m_source->at(m_path), message);
-    }
-    [[noreturn]] void fail(const std::string& message) const
-    {
-        throw Error(say(message));
-    }
-    const std::string& path() const
-    {
-        return m_path;
-    }
-
-private:
-    const JsonSource* m_source;
-    std::string m_path;
-};
-
-// An object whose fields are taken one by one, so that those left over are known to be mistakes.
-class Fields {
-public:
-    Fields(const Json& object, Place place) : m_object(&object), m_place(std::move(place))
-    {
-        if (!object.is_object())
-            m_place.fail(fmt::format("expected an object {{...}}, found {}", describe(object)));
-    }
-
-    static std::string describe(const Json& value)
-    {
-        return value.is_null() ? "null" : fmt::format("the {} {}", value.type_name(), quoted(value));
-    }
-
-    const Json* take(const std::string& name)
-    {
-        m_known.push_back(name);
-        const auto found = m_object->find(name);
-        return found == m_object->end() ? nullptr : &*found;
-    }
-
-    Place place(const std::string& name) const
-    {
-        return m_place.field(name);
-    }
-
-    std::string text(const std::string& name, const std::string& otherwise = "")
-    {
-        const Json* value = take(name);
-        if (!value)
-            return otherwise;
-        return text(*value, place(name));
-    }
-
-    // Names and words go into every table and message: a limit keeps those readable.
-    static std::string text(const Json& value, const Place& where)
-    {
-        constexpr std::size_t most = 200;
-        if (!value.is_string())
-            where.fail(fmt::format("expected a text, found {}", describe(value)));
-        auto text = value.get<std::string>();
-        if (text.size() > most)
-            where.fail(fmt::format("expected a text of at most {} characters, found {} of them: {}", most, text.size(),
-                                   quoted(value)));
-        return text;
-    }
-
-    std::optional<double> number(const std::string& name, double least, double most, const char* unit)
-    {
-        const Json* value = take(name);
-        if (!value)
-            return std::nullopt;
-        return number(*value, place(name), least, most, unit);
-    }
-
-    static double number(const Json& value, const Place& where, double least, double most, const char* unit)
-    {
-        if (!value.is_number())
-            where.fail(fmt::format("expected a number, found {}", describe(value)));
-        const double number = value.get<double>();
-        if (!(number >= least && number <= most))
-            where.fail(fmt::format("{} is outside {} to {} {}", quoted(value), least, most, unit));
-        return number;
-    }
-
-    std::map<std::string, double> numbers(const std::string& name, double least, double most, const char* unit)
-    {
-        std::map<std::string, double> values;
-        if (const Json* object = take(name)) {
-            if (!object->is_object())
-                place(name).fail(fmt::format("expected an object {{...}}, found {}", describe(*object)));
-            for (const auto& [key, value] : object->items())
-                values[key] = number(value, place(name).field(key), least, most, unit);
-        }
-        return values;
-    }
-
-    // To be called once everything known has been taken.
-    void refuseOthers() const
-    {
-        for (const auto& [name, value] : m_object->items()) {
-            if (std::find(m_known.begin(), m_known.end(), name) == m_known.end())
-                place(name).fail(fmt::format("there is no field of this name here{}; known fields: {}",
-                                             suggestion(name, m_known), fmt::join(m_known, ", ")));
-        }
-    }
-
-private:
-    const Json* m_object;
-    Place m_place;
-    std::vector<std::string> m_known;
-};
-
 Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
 {
     switch (cell.type) {
-    case ZelmCellInfo::Type::text:
-        if (value.is_string() && zelm::isUnset(value.get<std::string>()))
-            where.fail(fmt::format("\"{}\" is how an unset cell reads; leave the input out", value.get<std::string>()));
-        return Fields::text(value, where);
-    case ZelmCellInfo::Type::integer: {
-        const bool whole =
-            value.is_number_integer() || (value.is_number() && value.get<double>() == std::floor(value.get<double>()));
-        if (!whole)
-            where.fail(fmt::format("expected a whole number, found {}", Fields::describe(value)));
+    case ZelmCellInfo::Type::text: {
+        std::string word = Fields::word(value, where);
+        if (zelm::isUnset(word))
+            where.fail(fmt::format("\"{}\" is how an unset cell reads; leave the input out", word));
+        return word;
+    }
+    case ZelmCellInfo::Type::integer:
         // The two largest ints stand for an unset cell and for what is no number.
         return static_cast<int>(
-            Fields::number(value, where, std::numeric_limits<int>::min(), zelm::notANumberInt - 1, ""));
-    }
+            Fields::whole(value, where, {std::numeric_limits<int>::min(), zelm::notANumberInt - 1, cell.unit}));
     case ZelmCellInfo::Type::real:
         break;
     }
     // A float of the largest magnitude would be taken for an unset cell.
     constexpr double most = 3.4e38;
-    return static_cast<float>(Fields::number(value, where, -most, most, cell.unit.data()));
+    return static_cast<float>(Fields::number(value, where, {-most, most, cell.unit}));
 }
+
+constexpr Range kDegrees{kColdest, kHottest, "C", "degrees Celsius"};
+constexpr Range kDegreesPerWatt{0.0, kMostThetaJA, "C/W", "degrees per watt"};
+constexpr Range kVolts{0.0, kMostVolts, "V"};
+constexpr Range kAmperes{0.0, kMostAmperes, "A"};
+constexpr Range kWatts{0.0, kMostAmperes, "W"};
 
 constexpr OwnField kOwnFields[] = {
     {"DEVICE_NAME", "device.part"},         {"PROCESS", "device.process"},
@@ -189,17 +71,22 @@ const Block& blockWithInput(const std::vector<const Block*>& blocks, const std::
 }
 
 // What a value means: a word or number that isn't legal is an error, one that is unlikely a warning.
-void judge(const Block& block, const ZelmCellInfo& cell, const Value& value, const Place& place,
-           std::vector<std::string>& warnings)
+void judge(const Block& block, const ZelmCellInfo& cell, const Value& value, const Json& written, const Place& place,
+           Reading& reading)
 {
+    const auto* text = written.get_ptr<const std::string*>();
+    const bool computed = text && Value(*text) != value;
+    const auto said = [&](const std::string& why) {
+        return computed ? fmt::format("{}; it is written {}", why, quoted(written)) : why;
+    };
     if (const auto illegal = whyIllegal(block, cell, value))
-        place.fail(*illegal);
+        place.fail(said(*illegal));
     if (const auto unlikely = whyUnlikely(cell, value))
-        warnings.push_back(place.say(*unlikely));
+        reading.warnings.push_back(place.say(said(*unlikely)));
 }
 
 std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const std::vector<const Block*>& blocks,
-                                                      const Place& where, std::vector<std::string>& warnings)
+                                                      const Place& where, Reading& reading)
 {
     std::vector<std::pair<std::string, Value>> inputs;
     if (!object)
@@ -216,7 +103,7 @@ std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const 
         }
         const ZelmCellInfo& cell = block->input(name);
         inputs.emplace_back(name, cellValue(cell, value, place));
-        judge(*block, cell, inputs.back().second, place, warnings);
+        judge(*block, cell, inputs.back().second, value, place, reading);
     }
     return inputs;
 }
@@ -224,149 +111,6 @@ std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const 
 bool isIndex(const std::string& name)
 {
     return !name.empty() && name.find_first_not_of("0123456789") == std::string::npos;
-}
-
-Group readGroup(const Json& value, const Place& where, std::vector<std::string>& warnings)
-{
-    Fields fields(value, where);
-    Group group;
-    group.place = where.path();
-    const std::string blockName = fields.text("block");
-    if (blockName.empty())
-        where.fail("a group needs a \"block\" (zelm blocks lists them)");
-    try {
-        group.block = &block(blockName);
-    } catch (const Error& error) {
-        fields.place("block").fail(error.what());
-    }
-    if (group.block->name == "Static")
-        fields.place("block").fail("static power is estimated once for the device; put its inputs under \"static\"");
-    if (group.block->name == "Parts")
-        fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
-    group.name = fields.text("name", blockName);
-    if (isIndex(group.name))
-        fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
-    if (const auto count = fields.number("count", 0, 1e6, "instances")) {
-        if (*count != std::floor(*count))
-            fields.place("count").fail("expected a whole number");
-        group.count = static_cast<int>(*count);
-    }
-    group.clock = fields.text("clock");
-    if (!group.clock.empty() && !takesClock(group.block->name))
-        fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
-    group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"), warnings);
-    fields.refuseOthers();
-    return group;
-}
-
-Environment readEnvironment(const Json& value, const Place& where)
-{
-    Fields fields(value, where);
-    Environment environment;
-    environment.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
-    environment.ambient = fields.number("ambientTemperature", kColdest, kHottest, "degrees Celsius");
-    environment.junctionLimit = fields.number("junctionLimit", kColdest, kHottest, "degrees Celsius");
-    if (const auto theta = fields.number("thetaJA", 0.0, kMostThetaJA, "degrees per watt"))
-        environment.cooling.push_back({"thetaJA", *theta});
-    if (const Json* list = fields.take("cooling")) {
-        const Place place = fields.place("cooling");
-        if (!environment.cooling.empty())
-            place.fail("give thetaJA, or a list of cooling, not both");
-        if (!list->is_array() || list->empty())
-            place.fail("expected a list of {\"name\": ..., \"thetaJA\": ...}");
-        for (std::size_t i = 0; i < list->size(); ++i) {
-            Fields entry((*list)[i], place.element(i));
-            Cooling cooling{entry.text("name", fmt::format("cooling {}", i + 1)), 0.0};
-            const auto theta = entry.number("thetaJA", 0.0, kMostThetaJA, "degrees per watt");
-            if (!theta)
-                place.element(i).fail("a cooling needs its \"thetaJA\" in degrees per watt");
-            cooling.thetaJA = *theta;
-            entry.refuseOthers();
-            environment.cooling.push_back(cooling);
-        }
-    }
-    fields.refuseOthers();
-    if (environment.junction && environment.ambient)
-        where.fail("give junctionTemperature, or ambientTemperature with thetaJA, not both");
-    if (environment.ambient && environment.cooling.empty())
-        where.fail("ambientTemperature needs thetaJA or a list of cooling to find the junction temperature");
-    if (!environment.ambient && !environment.cooling.empty())
-        where.fail("thetaJA and cooling need an ambientTemperature");
-    return environment;
-}
-
-Device readDevice(const Json& value, const Place& where)
-{
-    Fields fields(value, where);
-    Device device;
-    device.part = fields.text("part");
-    device.family = fields.text("family");
-    device.process = fields.text("process");
-    device.speedGrade = fields.text("speedGrade");
-    device.voltageGrade = fields.text("voltageGrade");
-    device.powerScreen = fields.text("powerScreen");
-    device.temperatureGrade = fields.text("temperatureGrade");
-    device.overdrive = fields.text("overdrive");
-    fields.refuseOthers();
-    if (device.part.empty())
-        where.fail("a device needs its \"part\" (zelm parts lists them)");
-    return device;
-}
-
-std::map<std::string, double> readRegulators(const Json& value, const Place& where)
-{
-    std::map<std::string, double> regulators;
-    Fields byRail(value, where);
-    for (const auto& [rail, entry] : value.items()) {
-        Fields regulator(entry, byRail.place(rail));
-        const auto current = regulator.number("maxCurrent", 0.0, kMostAmperes, "A");
-        if (!current)
-            byRail.place(rail).fail("a regulator needs its \"maxCurrent\" in amperes");
-        regulators[rail] = *current;
-        regulator.refuseOthers();
-    }
-    return regulators;
-}
-
-Budgets readBudgets(const Json& value, const Place& where)
-{
-    Fields fields(value, where);
-    Budgets budgets;
-    budgets.totalPower = fields.number("totalPower", 0.0, kMostAmperes, "W");
-    budgets.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
-    budgets.rails = fields.numbers("rails", 0.0, kMostAmperes, "A");
-    budgets.judgedAt = fields.text("judgedAt");
-    if (!budgets.judgedAt.empty() && budgets.judgedAt != "TYP" && budgets.judgedAt != "MAX")
-        fields.place("judgedAt").fail(fmt::format("there is no process side {}; legal: TYP, MAX", budgets.judgedAt));
-    fields.refuseOthers();
-    return budgets;
-}
-
-// Rails that there are none of are refused later, with all rails of the design.
-std::map<std::string, float> readRails(const std::map<std::string, double>& byRail, const Place& where,
-                                       std::vector<std::string>& warnings)
-{
-    std::map<std::string, float> rails;
-    for (const auto& [rail, volts] : byRail) {
-        rails[rail] = static_cast<float>(volts);
-        const ZelmCellInfo* cell = block("Static").findCell(rail);
-        if (cell && takesVolts(*cell))
-            judge(block("Static"), *cell, rails[rail], where.field(rail), warnings);
-    }
-    return rails;
-}
-
-std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, const Place& where,
-                                                            std::vector<std::string>& warnings)
-{
-    std::vector<std::pair<std::string, Value>> inputs = readInputs(&value, {&block("Static")}, where, warnings);
-    for (const auto& [cell, input] : inputs) {
-        for (const auto& [taken, place] : kOwnFields) {
-            if (cell == taken)
-                where.field(cell).fail(fmt::format("give it as {}", place));
-        }
-    }
-    return inputs;
 }
 
 void refuseUnknownClocks(const std::vector<Group>& groups, const Place& where)
@@ -384,17 +128,17 @@ void refuseUnknownClocks(const std::vector<Group>& groups, const Place& where)
     }
 }
 
-std::vector<Group> readGroups(const Json& value, const Place& where, std::vector<std::string>& warnings)
+std::vector<Group> readGroups(const Json& value, Reading& reading)
 {
+    const Place where(reading, "groups");
     if (!value.is_array())
         where.fail(fmt::format("expected a list [...], found {}", Fields::describe(value)));
     std::vector<Group> groups;
     std::set<std::string> names;
     for (std::size_t i = 0; i < value.size(); ++i) {
-        const Place place = where.element(i);
-        Group group = readGroup(value[i], place, warnings);
+        Group group = readGroup(value[i], i, reading);
         if (!names.insert(group.name).second)
-            place.field("name").fail(
+            where.element(i).field("name").fail(
                 fmt::format("two groups are named \"{}\"; give each its own name", abbreviated(group.name)));
         groups.push_back(std::move(group));
     }
@@ -428,45 +172,197 @@ std::vector<const Block*> inputBlocks(const Block& own)
     return reached;
 }
 
+Reading startReading(const Json& root, const JsonSource& source)
+{
+    const auto parameters = root.is_object() ? root.find("parameters") : root.end();
+    return {source, parameters == root.end() ? Parameters() : Parameters(*parameters, source)};
+}
+
+Group readGroup(const Json& value, std::size_t index, Reading& reading)
+{
+    const Place where = Place(reading, "groups").element(index);
+    Fields fields(value, where);
+    Group group;
+    group.place = where.path();
+    const std::string blockName = fields.text("block");
+    if (blockName.empty())
+        where.fail("a group needs a \"block\" (zelm blocks lists them)");
+    try {
+        group.block = &block(blockName);
+    } catch (const Error& error) {
+        fields.place("block").fail(error.what());
+    }
+    if (group.block->name == "Static")
+        fields.place("block").fail("static power is estimated once for the device; put its inputs under \"static\"");
+    if (group.block->name == "Parts")
+        fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
+    group.name = fields.text("name", blockName);
+    if (isIndex(group.name))
+        fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
+    if (const auto count = fields.whole("count", {0, 1e6, "", "instances"}))
+        group.count = static_cast<int>(*count);
+    group.clock = fields.text("clock");
+    if (!group.clock.empty() && !takesClock(group.block->name))
+        fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
+    group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"), reading);
+    fields.refuseOthers();
+    return group;
+}
+
+Environment readEnvironment(const Json& value, const Reading& reading)
+{
+    const Place where(reading, "environment");
+    Fields fields(value, where);
+    Environment environment;
+    environment.junction = fields.number("junctionTemperature", kDegrees);
+    environment.ambient = fields.number("ambientTemperature", kDegrees);
+    environment.junctionLimit = fields.number("junctionLimit", kDegrees);
+    if (const auto theta = fields.number("thetaJA", kDegreesPerWatt))
+        environment.cooling.push_back({"thetaJA", *theta});
+    if (const Json* list = fields.take("cooling")) {
+        const Place place = fields.place("cooling");
+        if (!environment.cooling.empty())
+            place.fail("give thetaJA, or a list of cooling, not both");
+        if (!list->is_array() || list->empty())
+            place.fail("expected a list of {\"name\": ..., \"thetaJA\": ...}");
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            Fields entry((*list)[i], place.element(i));
+            Cooling cooling{entry.text("name", fmt::format("cooling {}", i + 1)), 0.0};
+            const auto theta = entry.number("thetaJA", kDegreesPerWatt);
+            if (!theta)
+                place.element(i).fail("a cooling needs its \"thetaJA\" in degrees per watt");
+            cooling.thetaJA = *theta;
+            entry.refuseOthers();
+            environment.cooling.push_back(cooling);
+        }
+    }
+    fields.refuseOthers();
+    if (environment.junction && environment.ambient)
+        where.fail("give junctionTemperature, or ambientTemperature with thetaJA, not both");
+    if (environment.ambient && environment.cooling.empty())
+        where.fail("ambientTemperature needs thetaJA or a list of cooling to find the junction temperature");
+    if (!environment.ambient && !environment.cooling.empty())
+        where.fail("thetaJA and cooling need an ambientTemperature");
+    return environment;
+}
+
+Device readDevice(const Json& value, const Reading& reading)
+{
+    const Place where(reading, "device");
+    Fields fields(value, where);
+    Device device;
+    device.part = fields.word("part");
+    device.family = fields.word("family");
+    device.process = fields.word("process");
+    device.speedGrade = fields.word("speedGrade");
+    device.voltageGrade = fields.word("voltageGrade");
+    device.powerScreen = fields.word("powerScreen");
+    device.temperatureGrade = fields.word("temperatureGrade");
+    device.overdrive = fields.word("overdrive");
+    fields.refuseOthers();
+    if (device.part.empty())
+        where.fail("a device needs its \"part\" (zelm parts lists them)");
+    return device;
+}
+
+std::map<std::string, double> readRegulators(const Json& value, const Reading& reading)
+{
+    std::map<std::string, double> regulators;
+    Fields byRail(value, Place(reading, "regulators"));
+    for (const auto& [rail, entry] : value.items()) {
+        Fields regulator(entry, byRail.place(rail));
+        const auto current = regulator.number("maxCurrent", kAmperes);
+        if (!current)
+            byRail.place(rail).fail("a regulator needs its \"maxCurrent\" in amperes");
+        regulators[rail] = *current;
+        regulator.refuseOthers();
+    }
+    return regulators;
+}
+
+Budgets readBudgets(const Json& value, const Reading& reading)
+{
+    Fields fields(value, Place(reading, "budgets"));
+    Budgets budgets;
+    budgets.totalPower = fields.number("totalPower", kWatts);
+    budgets.junction = fields.number("junctionTemperature", kDegrees);
+    budgets.rails = fields.numbers("rails", kAmperes);
+    budgets.judgedAt = fields.word("judgedAt");
+    if (!budgets.judgedAt.empty() && budgets.judgedAt != "TYP" && budgets.judgedAt != "MAX")
+        fields.place("judgedAt").fail(fmt::format("there is no process side {}; legal: TYP, MAX", budgets.judgedAt));
+    fields.refuseOthers();
+    return budgets;
+}
+
+// Rails that there are none of are refused later, with all rails of the design.
+std::map<std::string, float> readRails(const Json& value, Reading& reading)
+{
+    const Place where(reading, "rails");
+    std::map<std::string, float> rails;
+    for (const auto& [rail, volts] : Fields::numbers(value, where, kVolts)) {
+        rails[rail] = static_cast<float>(volts);
+        const ZelmCellInfo* cell = block("Static").findCell(rail);
+        if (cell && takesVolts(*cell))
+            judge(block("Static"), *cell, rails[rail], value.at(rail), where.field(rail), reading);
+    }
+    return rails;
+}
+
+std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, Reading& reading)
+{
+    const Place where(reading, "static");
+    std::vector<std::pair<std::string, Value>> inputs = readInputs(&value, {&block("Static")}, where, reading);
+    for (const auto& [cell, input] : inputs) {
+        for (const auto& [taken, place] : kOwnFields) {
+            if (cell == taken)
+                where.field(cell).fail(fmt::format("give it as {}", place));
+        }
+    }
+    return inputs;
+}
+
 Design readDesign(const Json& root, const JsonSource& source)
 {
+    Reading reading = startReading(root, source);
+    const Place where(reading, "");
+    Fields fields(root, where);
     Design design;
     design.source = source;
-    const Place where(design.source, "");
-    Fields fields(root, where);
     design.name = fields.text("name", source.file);
-    fields.take("$schema");
-    fields.take("description");
+    for (const char* known : {"$schema", "description", "include", "parameters"})
+        fields.take(known);
     if (const Json* device = fields.take("device"))
-        design.device = readDevice(*device, fields.place("device"));
+        design.device = readDevice(*device, reading);
     if (const Json* environment = fields.take("environment"))
-        design.environment = readEnvironment(*environment, fields.place("environment"));
-    design.rails = readRails(fields.numbers("rails", 0.0, kMostVolts, "V"), fields.place("rails"), design.warnings);
+        design.environment = readEnvironment(*environment, reading);
+    if (const Json* rails = fields.take("rails"))
+        design.rails = readRails(*rails, reading);
     if (const Json* regulators = fields.take("regulators"))
-        design.regulators = readRegulators(*regulators, fields.place("regulators"));
+        design.regulators = readRegulators(*regulators, reading);
     if (const Json* budgets = fields.take("budgets"))
-        design.budgets = readBudgets(*budgets, fields.place("budgets"));
+        design.budgets = readBudgets(*budgets, reading);
     if (const Json* inputs = fields.take("static"))
-        design.staticInputs = readStaticInputs(*inputs, fields.place("static"), design.warnings);
+        design.staticInputs = readStaticInputs(*inputs, reading);
     const Json* groups = fields.take("groups");
     fields.refuseOthers();
     if (!groups)
         where.fail("a design needs \"groups\": a list of blocks and their inputs");
-    design.groups = readGroups(*groups, fields.place("groups"), design.warnings);
+    design.groups = readGroups(*groups, reading);
+    design.warnings = std::move(reading.warnings);
     return design;
 }
 
 Design parseDesign(const std::string& file, const std::string& text)
 {
     JsonSource source{file, {}};
-    const Json root = parseJson(text, source);
+    const Json root = parseDesignTree(text, source);
     return readDesign(root, source);
 }
 
 Design readDesign(const std::string& file)
 {
     JsonSource source;
-    const Json root = readJson(file, source);
+    const Json root = readDesignTree(file, source);
     return readDesign(root, source);
 }
 

@@ -15,9 +15,9 @@ namespace {
 bool finds(const Running& group, const MissingRow& row, const ZelmCellInfo& changed, const Value& value)
 {
     const auto instance = group.block->create();
-    for (const auto& [name, origin] : group.origins) {
-        const ZelmCellInfo& cell = group.block->cell(name);
-        instance->set(cell, group.instance->get(cell));
+    for (const ZelmCellInfo& cell : group.block->cells) {
+        if (group.isSet(cell))
+            instance->set(cell, group.instance->get(cell));
     }
     instance->set(changed, value);
     const LookUpMisses misses;

@@ -4,15 +4,18 @@
 #include "host/base/Json.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
+#include "host/design/Place.h"
+#include "host/base/Units.h"
+#include "host/design/Include.h"
+#include "host/design/Parameters.h"
 #include "host/estimate/Estimate.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <charconv>
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <map>
 #include <optional>
 
 namespace zelm::host {
@@ -20,14 +23,6 @@ namespace zelm::host {
 namespace {
 
 constexpr std::size_t kMostPoints = 100000;
-
-std::optional<double> number(std::string_view text)
-{
-    double value = 0.0;
-    const char* end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, value);
-    return parsed.ec == std::errc() && parsed.ptr == end && std::isfinite(value) ? std::optional(value) : std::nullopt;
-}
 
 // What a sweep's number is in a design: 4 rather than 4.0 where it is whole, for counts.
 Json plain(double value)
@@ -58,48 +53,48 @@ std::vector<Json> range(const std::string& variation, double from, double to, do
     return values;
 }
 
-// The place in the design that a path names. What isn't there yet comes to be; the reading of the design then tells
-// whether it may.
+// The place in the design that a variation's path names.
 Json& at(Json& root, const std::string& path, const std::string& variation)
 {
-    constexpr auto deepest = 64; // as in files
-    if (std::count(path.begin(), path.end(), '.') >= deepest)
-        fail(variation, fmt::format("the path is more than {} fields deep", deepest));
-    Json* here = &root;
-    std::size_t next = 0;
-    while (next < path.size()) {
-        const std::size_t end = std::min(path.find_first_of(".[", next), path.size());
-        if (const std::string field = path.substr(next, end - next); !field.empty()) {
-            if (!here->is_object() && !here->is_null())
-                fail(variation, fmt::format("\"{}\" isn't a field of an object", field));
-            here = &(*here)[field];
-        }
-        next = end;
-        if (next < path.size() && path[next] == '[') {
-            const std::size_t close = path.find(']', next);
-            if (close == std::string::npos)
-                fail(variation, "a ']' is missing");
-            const std::string wanted = path.substr(next + 1, close - next - 1);
-            if (!here->is_array())
-                fail(variation, fmt::format("\"{}\" isn't a list", path.substr(0, next)));
-            std::vector<std::string> names;
-            Json* found = nullptr;
-            for (Json& element : *here) {
-                const Json name = element.is_object() ? element.value("name", element.value("block", Json())) : Json();
-                if (fmt::format("{}", names.size()) == wanted || (name.is_string() && name == wanted))
-                    found = &element;
-                names.push_back(name.is_string() ? name.get<std::string>() : "");
-            }
-            if (!found)
-                fail(variation, fmt::format("\"{}\" has no element {}{}", path.substr(0, next), wanted,
-                                            suggestion(wanted, names)));
-            here = found;
-            next = close + 1;
-        }
-        if (next < path.size() && path[next] == '.')
-            ++next;
+    try {
+        return placeAt(root, path);
+    } catch (const Error& error) {
+        fail(variation, error.what());
     }
-    return *here;
+}
+
+// A number of a range, counted in the unit of the first one that has one.
+std::optional<double> numberOf(const std::string& text, std::string& unit, const std::string& variation)
+{
+    try {
+        const auto written = writtenQuantity(text);
+        if (!written)
+            return plainNumber(text);
+        if (unit.empty())
+            unit = written->unit->symbol;
+        return inUnit(*written, unit);
+    } catch (const Error& error) {
+        fail(variation, error.what());
+    }
+}
+
+// The unit that a place's value is written with; empty if there is none.
+std::string unitOf(const Json& value)
+{
+    const auto* text = value.get_ptr<const std::string*>();
+    try {
+        const auto written = text ? writtenQuantity(*text) : std::nullopt;
+        return written ? std::string(written->unit->symbol) : std::string();
+    } catch (const Error&) {
+        return {}; // a word that begins with a number
+    }
+}
+
+// Whether words stand for the values of a place.
+bool takesWords(const Json& value, const std::string& path)
+{
+    const auto* text = value.get_ptr<const std::string*>();
+    return path.starts_with("device.") || (text && !isExpression(*text) && unitOf(value).empty());
 }
 
 Variation parse(const std::string& text, const Json& root)
@@ -107,15 +102,18 @@ Variation parse(const std::string& text, const Json& root)
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0)
         fail(text, "expected PATH=FROM:TO:STEP or PATH=VALUE,VALUE,...");
-    Variation variation{text.substr(0, equals), {}};
+    Variation variation{text.substr(0, equals), {}, {}};
     const std::string list = text.substr(equals + 1);
     Json copy = root;
-    const bool isText = at(copy, variation.path, text).is_string() || variation.path.starts_with("device.");
+    const Json& before = at(copy, variation.path, text);
+    const bool isText = takesWords(before, variation.path);
+    if (variation.path.starts_with("parameters."))
+        variation.unit = unitOf(before);
     const std::vector<std::string> ends = split(list, ':');
     if (ends.size() == 3 && !isText) {
-        const auto from = number(ends[0]);
-        const auto to = number(ends[1]);
-        const auto step = number(ends[2]);
+        const auto from = numberOf(ends[0], variation.unit, text);
+        const auto to = numberOf(ends[1], variation.unit, text);
+        const auto step = numberOf(ends[2], variation.unit, text);
         if (!from || !to || !step || *step == 0.0)
             fail(text, "expected numbers in FROM:TO:STEP, and a step that isn't 0");
         variation.values = range(text, *from, *to, *step);
@@ -124,7 +122,7 @@ Variation parse(const std::string& text, const Json& root)
     for (const std::string& word : split(list, ',')) {
         if (word.empty())
             fail(text, "a value is empty");
-        const auto value = isText ? std::nullopt : number(word);
+        const auto value = isText ? std::nullopt : plainNumber(word);
         variation.values.push_back(value ? plain(*value) : Json(word));
     }
     return variation;
@@ -140,6 +138,11 @@ void refuseOnePlaceTwice(const std::vector<Variation>& variations, Json marked)
         if (place(i) != i)
             fail(variations[i].path, "this place varies twice");
     }
+}
+
+Json withUnit(const Json& value, const std::string& unit)
+{
+    return unit.empty() || value.is_string() ? value : Json(fmt::format("{} {}", compactJson(value), unit));
 }
 
 std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const std::vector<Variation>& variations,
@@ -161,7 +164,7 @@ std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const st
         for (const Variation& variation : variations) {
             rest /= variation.values.size();
             const Json& value = variation.values[index / rest % variation.values.size()];
-            at(changed, variation.path, variation.path) = value;
+            at(changed, variation.path, variation.path) = withUnit(value, variation.unit);
             point.values.push_back(value);
             settings.push_back(fmt::format("{} = {}", variation.path, abbreviated(sweepWord(value))));
         }
@@ -183,11 +186,16 @@ std::string sweepWord(const Json& value)
     return value.is_string() ? value.get<std::string>() : compactJson(value);
 }
 
+std::string sweepName(const Variation& variation)
+{
+    return variation.unit.empty() ? variation.path : fmt::format("{} [{}]", variation.path, variation.unit);
+}
+
 Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,
             std::chrono::milliseconds barAfter, Gaps gaps)
 {
     JsonSource source;
-    const Json root = readJson(designFile, source);
+    const Json root = readDesignTree(designFile, source);
     Sweep result;
     for (const std::string& variation : variations)
         result.variations.push_back(parse(variation, root));
