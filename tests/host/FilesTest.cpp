@@ -18,7 +18,8 @@
 #include <utility>
 #include <vector>
 
-using namespace zelm::test;
+namespace zelm::test::filesTest {
+
 using testing::HasSubstr;
 using testing::StartsWith;
 using zelm::host::Error;
@@ -315,3 +316,5 @@ TEST(Files, AReaderThatHasSeenEnoughIsNoError)
 }
 
 } // namespace
+
+} // namespace zelm::test::filesTest

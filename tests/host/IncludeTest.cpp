@@ -6,7 +6,8 @@
 #include "host/base/Json.h"
 #include "host/report/SweepReport.h"
 
-using namespace zelm::test;
+namespace zelm::test::includeTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -241,3 +242,5 @@ TEST_F(IncludeTest, HasLimits)
 }
 
 } // namespace
+
+} // namespace zelm::test::includeTest

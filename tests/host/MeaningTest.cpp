@@ -3,7 +3,8 @@
 
 #include "host/study/Sweep.h"
 
-using namespace zelm::test;
+namespace zelm::test::meaningTest {
+
 using namespace zelm::host;
 using testing::Contains;
 using testing::HasSubstr;
@@ -177,3 +178,5 @@ TEST(Meaning, TheJunctionIsNeverBelowAmbient)
 }
 
 } // namespace
+
+} // namespace zelm::test::meaningTest

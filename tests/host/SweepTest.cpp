@@ -4,7 +4,8 @@
 #include "host/base/Json.h"
 #include "host/report/SweepReport.h"
 
-using namespace zelm::test;
+namespace zelm::test::sweepTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -156,3 +157,5 @@ TEST_F(SweepTest, OverTheProcessEachPointIsItsOwnSide)
 }
 
 } // namespace
+
+} // namespace zelm::test::sweepTest
