@@ -17,8 +17,9 @@
 #include <utility>
 #include <vector>
 
+namespace zelm::test::commandLineTest {
+
 using namespace zelm::host;
-using namespace zelm::test;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -401,3 +402,5 @@ TEST(Tables, FitTheTerminal)
 }
 
 } // namespace
+
+} // namespace zelm::test::commandLineTest
