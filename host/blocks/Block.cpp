@@ -66,26 +66,30 @@ public:
 
     void recalculate() override
     {
-        if (!m_recalculation)
-            m_recalculation.emplace(Model::getGlobal(), m_params, Model::Data::getGlobal());
-        guarded([&] { m_recalculation->recalculate(); });
+        guarded([&] { recalculation().recalculate(); });
+    }
+
+    void recalculate(std::span<const CellRef> wanted) override
+    {
+        guarded([&] { recalculation().recalculate(wanted); });
     }
 
     void pull(const ZelmCellInfo& cell) override
     {
-        m_recalculation.reset(); // it doesn't know of what is pulled aside
-        guarded([&] {
-            const auto& data = Model::Data::getGlobal();
-            if (cell.type == Type::integer)
-                Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
-            else if (cell.type == Type::real)
-                Model::getGlobal().pull(static_cast<typename Params::FloatEnum>(cell.ordinal), m_params, data);
-            else
-                Model::getGlobal().pull(static_cast<typename Params::StringEnum>(cell.ordinal), m_params, data);
-        });
+        const CellRef ref{cell.type, cell.ordinal};
+        if (m_recalculation)
+            return recalculate({&ref, 1});
+        guarded([&] { Model::getGlobal().pull({&ref, 1}, m_params, Model::Data::getGlobal()); });
     }
 
 private:
+    Recalculation<Model>& recalculation()
+    {
+        if (!m_recalculation)
+            m_recalculation.emplace(Model::getGlobal(), m_params, Model::Data::getGlobal());
+        return *m_recalculation;
+    }
+
     // What formulas throw comes from what they read: a text, say, where they want a number.
     template <class Run>
     static void guarded(Run run)

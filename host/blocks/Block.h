@@ -2,6 +2,7 @@
 
 #include "framework/ZelmInfo.h"
 #include "framework/ZelmLookUpMisses.h"
+#include "framework/ZelmWatcher.h"
 
 #include <functional>
 #include <memory>
@@ -27,6 +28,8 @@ public:
     /// calculate, but only of what depends on the inputs that were set since the last call. The first call finds out
     /// what depends on what, which costs more than calculate.
     virtual void recalculate() = 0;
+    /// The same, but only these cells need to be up to date.
+    virtual void recalculate(std::span<const CellRef> wanted) = 0;
     /// Computes one cell that calculate may leave out.
     virtual void pull(const ZelmCellInfo& cell) = 0;
 };

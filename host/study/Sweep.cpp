@@ -7,14 +7,13 @@
 #include "host/base/Units.h"
 #include "host/design/Include.h"
 #include "host/design/Parameters.h"
+#include "host/design/Place.h"
 #include "host/estimate/Estimate.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <map>
 #include <optional>
 
 namespace zelm::host {
@@ -52,48 +51,14 @@ std::vector<Json> range(const std::string& variation, double from, double to, do
     return values;
 }
 
-// The place in the design that a path names. What isn't there yet comes to be; the reading of the design then tells
-// whether it may.
+// The place in the design that a variation's path names.
 Json& at(Json& root, const std::string& path, const std::string& variation)
 {
-    constexpr auto deepest = 64; // as in files
-    if (std::count(path.begin(), path.end(), '.') >= deepest)
-        fail(variation, fmt::format("the path is more than {} fields deep", deepest));
-    Json* here = &root;
-    std::size_t next = 0;
-    while (next < path.size()) {
-        const std::size_t end = std::min(path.find_first_of(".[", next), path.size());
-        if (const std::string field = path.substr(next, end - next); !field.empty()) {
-            if (!here->is_object() && !here->is_null())
-                fail(variation, fmt::format("\"{}\" isn't a field of an object", field));
-            here = &(*here)[field];
-        }
-        next = end;
-        if (next < path.size() && path[next] == '[') {
-            const std::size_t close = path.find(']', next);
-            if (close == std::string::npos)
-                fail(variation, "a ']' is missing");
-            const std::string wanted = path.substr(next + 1, close - next - 1);
-            if (!here->is_array())
-                fail(variation, fmt::format("\"{}\" isn't a list", path.substr(0, next)));
-            std::vector<std::string> names;
-            Json* found = nullptr;
-            for (Json& element : *here) {
-                const Json name = element.is_object() ? element.value("name", element.value("block", Json())) : Json();
-                if (fmt::format("{}", names.size()) == wanted || (name.is_string() && name == wanted))
-                    found = &element;
-                names.push_back(name.is_string() ? name.get<std::string>() : "");
-            }
-            if (!found)
-                fail(variation, fmt::format("\"{}\" has no element {}{}", path.substr(0, next), wanted,
-                                            suggestion(wanted, names)));
-            here = found;
-            next = close + 1;
-        }
-        if (next < path.size() && path[next] == '.')
-            ++next;
+    try {
+        return placeAt(root, path);
+    } catch (const Error& error) {
+        fail(variation, error.what());
     }
-    return *here;
 }
 
 // A number of a range, counted in the unit of the first one that has one.

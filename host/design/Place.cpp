@@ -1,0 +1,64 @@
+#include "host/design/Place.h"
+
+#include "host/base/Error.h"
+#include "host/base/Json.h"
+#include "host/base/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace zelm::host {
+
+namespace {
+
+// The element of a list by its index or its name.
+Json& elementAt(Json& list, const std::string& wanted, const std::string& path)
+{
+    if (!list.is_array())
+        throw Error(fmt::format("\"{}\" isn't a list", path));
+    std::vector<std::string> names;
+    Json* found = nullptr;
+    for (Json& element : list) {
+        const Json name = element.is_object() ? element.value("name", element.value("block", Json())) : Json();
+        if (fmt::format("{}", names.size()) == wanted || (name.is_string() && name == wanted))
+            found = &element;
+        names.push_back(name.is_string() ? name.get<std::string>() : "");
+    }
+    if (!found)
+        throw Error(fmt::format("\"{}\" has no element {}{}", path, wanted, suggestion(wanted, names)));
+    return *found;
+}
+
+} // namespace
+
+Json& placeAt(Json& root, const std::string& path)
+{
+    constexpr auto deepest = 64; // as in files
+    if (std::count(path.begin(), path.end(), '.') >= deepest)
+        throw Error(fmt::format("the path is more than {} fields deep", deepest));
+    Json* here = &root;
+    std::size_t next = 0;
+    while (next < path.size()) {
+        const std::size_t end = std::min(path.find_first_of(".[", next), path.size());
+        if (const std::string field = path.substr(next, end - next); !field.empty()) {
+            if (!here->is_object() && !here->is_null())
+                throw Error(fmt::format("\"{}\" isn't a field of an object", field));
+            here = &(*here)[field];
+        }
+        next = end;
+        if (next < path.size() && path[next] == '[') {
+            const std::size_t close = path.find(']', next);
+            if (close == std::string::npos)
+                throw Error("a ']' is missing");
+            here = &elementAt(*here, path.substr(next + 1, close - next - 1), path.substr(0, next));
+            next = close + 1;
+        }
+        if (next < path.size() && path[next] == '.')
+            ++next;
+    }
+    return *here;
+}
+
+} // namespace zelm::host
