@@ -39,6 +39,13 @@ const std::optional<std::string>& Options::text(const std::string& name, const s
     return m_optionals.back();
 }
 
+const std::optional<std::string>& Options::value(const std::string& name, const std::string& what,
+                                                 const std::string& description)
+{
+    m_command->add_option(name, m_optionals.emplace_back(), description)->type_name(what);
+    return m_optionals.back();
+}
+
 const std::string& Options::required(const std::string& name, const std::string& description)
 {
     m_command->add_option(name, m_texts.emplace_back(), description)->required();

@@ -18,6 +18,7 @@ struct Group {
     const Block* block = nullptr;
     std::string name;
     int count = 1;
+    std::string in;    ///< its place in the hierarchy: datapath/fir; empty if it stands in none
     std::string clock; ///< the name of the Clock group that clocks it, empty if none is named
     std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, legal in their cells
     std::string place;                                 ///< its path in the file: groups[2]

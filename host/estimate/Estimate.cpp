@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <unordered_map>
 
 namespace zelm::host {
 
@@ -165,6 +166,19 @@ GroupResult finish(Running& group, const RailVolts& rails, const GapTeller& gaps
     return result;
 }
 
+// Where the groups of an estimate stand in the design's hierarchy, and on which clock.
+void placeGroups(const std::vector<Running>& running, Estimate& result)
+{
+    std::unordered_map<std::string, const Group*> byPlace;
+    for (const Group& group : result.design.groups)
+        byPlace[group.place] = &group;
+    for (std::size_t i = 0; i < running.size(); ++i) {
+        const Group& group = *byPlace.at(running[i].place);
+        result.groups[i].in = group.in;
+        result.groups[i].clock = group.block->name == "Clock" ? group.name : group.clock;
+    }
+}
+
 void addUp(Estimate& estimate, Side& side)
 {
     for (const GroupResult& group : estimate.groups) {
@@ -249,6 +263,7 @@ Estimate estimate(const Design& design, Curves curves, Gaps gaps)
         result.dynamicWatts += result.groups.back().watts;
         result.offchipWatts += result.groups.back().offchipWatts;
     }
+    placeGroups(running, result);
     for (std::string& warning : warningsAcross(running, device ? &*device : nullptr))
         result.warnings.push_back(std::move(warning));
     if (device) {
