@@ -37,6 +37,7 @@ Action declareCells(Options& options);
 Action declareCheckData(Options& options);
 Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
+Action declareFormat(Options& options);
 Action declareParts(Options& options);
 Action declareSchema(Options& options);
 Action declareStandards(Options& options);

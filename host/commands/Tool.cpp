@@ -77,8 +77,8 @@ void Options::exclude(const std::string& one, const std::string& other)
 namespace {
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check); 2 a mistake, told\n"
-    "on standard error";
+    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check), or a file isn't in form\n"
+    "(format --check); 2 a mistake, told on standard error";
 
 std::string footer(const std::string& example)
 {
