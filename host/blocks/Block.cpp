@@ -58,6 +58,12 @@ public:
         return ifSet(m_params[static_cast<typename Params::StringEnum>(cell.ordinal)]);
     }
 
+    std::optional<float> real(const ZelmCellInfo& cell) const override
+    {
+        const float value = m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)];
+        return isUnset(value) ? std::nullopt : std::optional(value);
+    }
+
     void calculate() override
     {
         m_recalculation.reset();
@@ -192,6 +198,7 @@ Block describe(std::string_view name, std::string_view subsystem, std::string_vi
             Model::Params::cells(),
             Data::tables(),
             create<Model>,
+            [] { return Data::getGlobal().loads(); },
             load<Data>,
             [](std::vector<std::string> chain, bool whole) {
                 return Data::getGlobal().getCfgKeys(std::move(chain), whole);
@@ -284,12 +291,17 @@ std::span<const Block> blocks()
 
 const Block& block(std::string_view name)
 {
+    static const std::unordered_map<std::string_view, const Block*> byBlockName = [] {
+        std::unordered_map<std::string_view, const Block*> index;
+        for (const Block& candidate : blocks())
+            index.emplace(candidate.name, &candidate);
+        return index;
+    }();
+    if (const auto found = byBlockName.find(name); found != byBlockName.end())
+        return *found->second;
     std::vector<std::string> names;
-    for (const Block& candidate : blocks()) {
-        if (candidate.name == name)
-            return candidate;
+    for (const Block& candidate : blocks())
         names.emplace_back(candidate.name);
-    }
     throw Error(
         fmt::format("there is no block {}{} (zelm blocks lists all)", abbreviated(name), suggestion(name, names)));
 }

@@ -38,6 +38,7 @@ Action declareCheckData(Options& options);
 Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
 Action declareFormat(Options& options);
+Action declareNew(Options& options);
 Action declareParts(Options& options);
 Action declareSchema(Options& options);
 Action declareStandards(Options& options);

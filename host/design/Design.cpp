@@ -210,6 +210,8 @@ Group readGroup(const Json& value, std::size_t index, Reading& reading)
     if (group.block->name == "Parts")
         fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
     group.name = fields.text("name", blockName);
+    if (group.name.empty())
+        fields.place("name").fail("the name is empty; leave it out, or give the group one");
     if (isIndex(group.name))
         fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
     if (const auto count = fields.whole("count", {0, 1e6, "", "instances"}))
@@ -285,6 +287,9 @@ std::map<std::string, double> readRegulators(const Json& value, const Reading& r
     std::map<std::string, double> regulators;
     Fields byRail(value, Place(reading, "regulators"));
     for (const auto& [rail, entry] : value.items()) {
+        if (!entry.is_object())
+            byRail.place(rail).fail(
+                fmt::format("expected {{\"maxCurrent\": amperes}}, found {}", Fields::describe(entry)));
         Fields regulator(entry, byRail.place(rail));
         const auto current = regulator.number("maxCurrent", kAmperes);
         if (!current)

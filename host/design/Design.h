@@ -18,12 +18,14 @@ struct Group {
     const Block* block = nullptr;
     std::string name;
     int count = 1;
-    std::string in;    ///< its place in the hierarchy: datapath/fir; empty if it stands in none
     std::string clock; ///< the name of the Clock group that clocks it, empty if none is named
     std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, legal in their cells
     std::string place;                                 ///< its path in the file: groups[2]
+    std::string in{};                                  ///< its place in the hierarchy: datapath/fir; empty if none
 
     const Value* input(std::string_view cell) const;
+
+    bool operator==(const Group&) const = default;
 };
 
 /// What the design says of the device; empty words are the static power model's defaults.
@@ -36,11 +38,15 @@ struct Device {
     std::string powerScreen;
     std::string temperatureGrade;
     std::string overdrive;
+
+    bool operator==(const Device&) const = default;
 };
 
 struct Cooling {
     std::string name;
     double thetaJA = 0.0; ///< degrees per watt
+
+    bool operator==(const Cooling&) const = default;
 };
 
 struct Environment {
@@ -48,6 +54,8 @@ struct Environment {
     std::optional<double> ambient;  ///< found from ambient and the first cooling
     std::vector<Cooling> cooling;
     std::optional<double> junctionLimit;
+
+    bool operator==(const Environment&) const = default;
 };
 
 struct Budgets {
@@ -55,6 +63,8 @@ struct Budgets {
     std::optional<double> junction;      ///< degrees Celsius
     std::map<std::string, double> rails; ///< A by rail
     std::string judgedAt;                ///< the process side that counts; empty: the worse of both
+
+    bool operator==(const Budgets&) const = default;
 };
 
 struct Design {

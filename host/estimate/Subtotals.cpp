@@ -54,7 +54,7 @@ void addRails(Sums& sums, const GroupResult& group)
 {
     std::set<std::string_view> loaded;
     for (const Contribution& part : group.contributions) {
-        Subtotal& sum = sums[part.rail];
+        Subtotal& sum = sums[std::string(part.rail)];
         sum.groups += loaded.insert(part.rail).second ? 1U : 0U;
         sum.watts += part.watts;
         sum.amperes += part.amperes;
