@@ -321,6 +321,14 @@ Design readDesign(const Json& root, const JsonSource& source)
     design.rails = readRails(fields.numbers("rails", 0.0, kMostVolts, "V"), fields.place("rails"), design.warnings);
     if (const Json* regulators = fields.take("regulators"))
         design.regulators = readRegulators(*regulators, fields.place("regulators"));
+    const Json* supplies = fields.take("supplies");
+    if (supplies)
+        design.supplies.all = readSupplies(*supplies, fields.place("supplies"), design.regulators);
+    if (const Json* sequence = fields.take("sequence")) {
+        if (!supplies)
+            fields.place("sequence").fail("a sequence needs the \"supplies\" of its rails");
+        design.supplies.sequence = readSequence(*sequence, fields.place("sequence"), design.supplies.all);
+    }
     if (const Json* budgets = fields.take("budgets"))
         design.budgets = readBudgets(*budgets, fields.place("budgets"));
     if (const Json* inputs = fields.take("static"))

@@ -2,6 +2,7 @@
 
 #include "host/base/JsonSource.h"
 #include "host/blocks/Block.h"
+#include "host/design/Supplies.h"
 
 #include <map>
 #include <optional>
@@ -63,6 +64,7 @@ struct Design {
     Environment environment;
     std::map<std::string, float> rails;       ///< V by rail
     std::map<std::string, double> regulators; ///< largest current, A by rail
+    Supplies supplies;                        ///< the regulators among them, unless there are only those
     Budgets budgets;
     std::vector<std::pair<std::string, Value>> staticInputs; ///< of the Static block, set by hand
     std::vector<Group> groups;

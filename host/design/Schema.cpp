@@ -164,6 +164,35 @@ Json groupsSchema()
     return {{"type", "array"}, {"items", group}};
 }
 
+Json suppliesSchema(const Json& amperes, const Json& volts)
+{
+    const Json share{{"type", "number"}, {"exclusiveMinimum", 0.0}, {"maximum", 1.0}};
+    const Json point{{"type", "array"}, {"prefixItems", {amperes, share}}, {"minItems", 2}, {"maxItems", 2}};
+    const Json efficiency{{"description", "output power over input power; or points of load in amperes and share"},
+                          {"oneOf", {share, {{"type", "array"}, {"items", point}, {"minItems", 1}}}}};
+    const Json rails{{"type", "array"}, {"items", {{"enum", railNames()}}}, {"description", "those that it feeds"}};
+    const Json supply =
+        objectSchema({{"rails", rails},
+                      {"from", textSchema("what feeds it: another supply, or a source named by its volts, 12V")},
+                      {"maxCurrent", amperes},
+                      {"volts", volts},
+                      {"efficiency", efficiency}});
+    return {{"type", "object"},
+            {"description", "what feeds the rails, by name"},
+            {"maxProperties", kMostSupplies},
+            {"additionalProperties", supply}};
+}
+
+Json sequenceSchema()
+{
+    const Json rail{{"enum", railNames()}};
+    const Json together{{"type", "array"}, {"items", rail}, {"minItems", 1}};
+    return {{"type", "array"},
+            {"description", "the order in which rails power up; a list of rails powers up together"},
+            {"minItems", 1},
+            {"items", {{"oneOf", {rail, together}}}}};
+}
+
 } // namespace
 
 Json designSchema()
@@ -178,6 +207,8 @@ Json designSchema()
     fields["environment"] = environmentSchema();
     fields["rails"] = railsSchema(volts);
     fields["regulators"] = railsSchema(objectSchema({{"maxCurrent", amperes}}, {"maxCurrent"}));
+    fields["supplies"] = suppliesSchema(amperes, volts);
+    fields["sequence"] = sequenceSchema();
     const Json judgedAt{{"enum", {"TYP", "MAX"}},
                         {"description", "the process side on which budgets and regulators count; the worse if unsaid"}};
     fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes)},

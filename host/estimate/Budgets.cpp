@@ -10,6 +10,22 @@ double amperesOf(const Side& side, const std::string& rail)
     return result ? result->amperes() : 0.0;
 }
 
+// Regulators have limits of their own kind; here are those of the supplies.
+template <class Add>
+void addSupplyLimits(const Design& design, const Add& add)
+{
+    for (const Supply& supply : design.supplies.all) {
+        if (!supply.maxCurrent || design.regulators.contains(supply.name))
+            continue;
+        const std::string& name = supply.name;
+        add("supply " + name, *supply.maxCurrent, "A",
+            [&](const Side& side) { return side.supplies->find(name)->loadAmperes; });
+        if (design.device)
+            add("power-up of supply " + name, *supply.maxCurrent, "A",
+                [&](const Side& side) { return side.supplies->find(name)->powerUpAmperes; });
+    }
+}
+
 } // namespace
 
 void checkBudgets(Estimate& estimate)
@@ -34,6 +50,7 @@ void checkBudgets(Estimate& estimate)
     };
     addCurrents("current of ", budgets.rails);
     addCurrents("regulator of ", estimate.design.regulators);
+    addSupplyLimits(estimate.design, add);
     if (estimate.design.environment.junctionLimit)
         add("junction limit", *estimate.design.environment.junctionLimit, "degrees",
             [](const Side& side) { return side.junction; });

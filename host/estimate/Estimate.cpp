@@ -11,6 +11,7 @@
 #include "host/estimate/CrossChecks.h"
 #include "host/estimate/Ranges.h"
 #include "host/estimate/StaticPower.h"
+#include "host/estimate/Supplies.h"
 
 #include <fmt/format.h>
 
@@ -206,18 +207,21 @@ void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estima
         if (rail.amperes() != 0.0)
             loaded.push_back(rail.name);
     }
-    const auto check = [&](const std::string& rail, const char* where) {
+    const auto check = [&](const std::string& rail, const std::string& place) {
         const bool lacking = device && !hasRail(device->name, rail);
         if (!lacking && std::find(loaded.begin(), loaded.end(), rail) != loaded.end())
             return;
         const std::string what = lacking ? device->name + " has no such rail" : "nothing loads this rail";
-        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(fmt::format("{}.{}", where, rail)), what,
-                                              suggestion(rail, loaded)));
+        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(place), what, suggestion(rail, loaded)));
     };
     for (const auto& [rail, current] : design.regulators)
-        check(rail, "regulators");
+        check(rail, "regulators." + rail);
     for (const auto& [rail, current] : design.budgets.rails)
-        check(rail, "budgets.rails");
+        check(rail, "budgets.rails." + rail);
+    for (const Supply& supply : design.supplies.all) {
+        for (std::size_t i = 0; i < supply.rails.size() && !design.regulators.contains(supply.name); ++i)
+            check(supply.rails[i], fmt::format("supplies.{}.rails[{}]", supply.name, i));
+    }
 }
 
 // Two outputs of a group on one rail warn of the same.
@@ -269,6 +273,7 @@ Estimate estimate(const Design& design, Curves curves, Gaps gaps)
     for (Side& side : result.sides)
         addUp(result, side);
     warnOfIdleLimits(design, device ? &*device : nullptr, result);
+    addSupplies(result);
     checkBudgets(result);
     sayOnce(result.warnings);
     return result;

@@ -3,6 +3,7 @@
 #include "host/design/Design.h"
 #include "host/estimate/OperatingPoint.h"
 #include "host/estimate/Origin.h"
+#include "host/estimate/SupplyResults.h"
 
 #include <optional>
 #include <string>
@@ -90,6 +91,7 @@ struct Side {
     double totalWatts = 0.0;
     std::optional<double> highestAmbient;
     std::optional<double> largestThetaJA;
+    std::optional<SupplyTree> supplies;           ///< if the design has any
     std::vector<std::pair<double, double>> curve; ///< total watts by junction temperature; empty unless drawn
 
     /// Null if nothing loads the rail.

@@ -38,6 +38,42 @@ Json pointJson(const OperatingPoint& point)
     return json;
 }
 
+Json supplyJson(const SupplyResult& supply)
+{
+    Json json{{"name", supply.name}, {"from", supply.from}};
+    addNumber(json, "volts", supply.volts);
+    addAmount(json, "loadAmperes", supply.loadAmperes);
+    if (supply.maxAmperes) {
+        addNumber(json, "maxAmperes", *supply.maxAmperes);
+        addAmount(json, "marginAmperes", *supply.maxAmperes - supply.loadAmperes);
+    }
+    addAmount(json, "powerUpAmperes", supply.powerUpAmperes);
+    json["powerUpRails"] = supply.powerUpRails;
+    addAmount(json, "outputWatts", supply.outputWatts);
+    addAmount(json, "efficiency", supply.efficiency);
+    addAmount(json, "lossWatts", supply.lossWatts());
+    addAmount(json, "inputWatts", supply.inputWatts);
+    json["rails"] = Json::array();
+    for (const auto& [rail, watts] : supply.rails) {
+        Json entry{{"rail", rail}};
+        addAmount(entry, "watts", watts);
+        json["rails"].push_back(std::move(entry));
+    }
+    return json;
+}
+
+Json suppliesJson(const SupplyTree& tree)
+{
+    Json json;
+    addAmount(json, "inputWatts", tree.inputWatts);
+    json["unfedRails"] = tree.unfed;
+    addAmount(json, "unfedWatts", tree.unfedWatts);
+    json["supplies"] = Json::array();
+    for (const SupplyResult& supply : tree.supplies)
+        json["supplies"].push_back(supplyJson(supply));
+    return json;
+}
+
 Json sideJson(const Side& side)
 {
     Json json{{"process", side.process}};
@@ -53,6 +89,8 @@ Json sideJson(const Side& side)
     json["rails"] = Json::array();
     for (const RailResult& rail : side.rails)
         json["rails"].push_back(railJson(rail));
+    if (side.supplies)
+        json["supplies"] = suppliesJson(*side.supplies);
     json["subsystems"] = Json::array();
     for (const Subsystem& subsystem : side.subsystems) {
         Json entry{{"cell", subsystem.cell}};

@@ -172,6 +172,35 @@ std::string summary(const Estimate& estimate, const Paint& paint)
     return text + "\n" + warningLines(estimate, paint);
 }
 
+std::string suppliesTable(const Estimate& estimate)
+{
+    TextTable table(
+        {"Supply", "From", "Process", "Volts", "Load", "Limit", "Margin", "Power-up", "Efficiency", "Loss", "Input"});
+    for (std::size_t i = 0; i < estimate.side().supplies->supplies.size(); ++i) {
+        for (const Side& side : estimate.sides) {
+            const SupplyResult& supply = side.supplies->supplies[i];
+            const bool first = &side == &estimate.side();
+            table.row({first ? supply.name : "", first ? supply.from : "", side.process,
+                       fmt::format("{:.3f}", supply.volts), si(supply.loadAmperes, "A"),
+                       supply.maxAmperes ? si(*supply.maxAmperes, "A") : "",
+                       supply.maxAmperes ? si(*supply.maxAmperes - supply.loadAmperes, "A") : "",
+                       si(supply.powerUpAmperes, "A"), fmt::format("{:.1f} %", 100.0 * supply.efficiency),
+                       si(supply.lossWatts(), "W"), si(supply.inputWatts, "W")});
+        }
+    }
+    table.rule();
+    for (const Side& side : estimate.sides)
+        table.row({"Board input", "", side.process, "", "", "", "", "", "", "", si(side.supplies->inputWatts, "W")});
+    std::string text = table.text();
+    for (const Side& side : estimate.sides) {
+        if (!side.supplies->unfed.empty())
+            text += fmt::format("{}no supply feeds {}: {} that the board's input doesn't count\n",
+                                side.process.empty() ? "" : side.process + ": ", fmt::join(side.supplies->unfed, ", "),
+                                si(side.supplies->unfedWatts, "W"));
+    }
+    return text;
+}
+
 std::string subsystemsTable(const Side& side)
 {
     TextTable table({"Static power by subsystem", "Power"});
@@ -255,6 +284,12 @@ Estimate forTerminal(const Estimate& estimate)
     }
     for (CoolingResult& result : safe.cooling)
         clean(result.cooling.name);
+    for (Side& side : safe.sides) {
+        for (std::size_t i = 0; side.supplies && i < side.supplies->supplies.size(); ++i) {
+            clean(side.supplies->supplies[i].name);
+            clean(side.supplies->supplies[i].from);
+        }
+    }
     for (BudgetResult& budget : safe.budgets)
         clean(budget.name);
     for (Carried& carried : safe.carried) {
@@ -276,6 +311,8 @@ std::string textReport(const Estimate& result, bool verbose, const Paint& paint)
     const auto section = [&](const std::string& name, const std::string& body) { text += title(paint, name) + body; };
     section("Groups", groupsTable(estimate));
     section("Rails", railsTable(estimate));
+    if (estimate.side().supplies)
+        section("Supplies", suppliesTable(estimate));
     if (!estimate.side().subsystems.empty()) {
         section("Process sides", sidesTable(estimate));
         section("Static power", subsystemsTable(estimate.side()));
