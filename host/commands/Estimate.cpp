@@ -1,5 +1,7 @@
 #include "host/estimate/Estimate.h"
 
+#include "host/estimate/Modes.h"
+
 #include "host/base/Files.h"
 #include "host/base/Json.h"
 #include "host/base/Terminal.h"
@@ -52,12 +54,16 @@ Action declareEstimate(Options& options)
     const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
     const bool& keepGoing =
         options.flag("--keep-going", "Warn of inputs that have no row in the data, and estimate the rest");
+    const bool& startUp =
+        options.flag("--start-up", "Add how the junction warms up from ambient; needs thermal stages");
     const std::optional<std::string>& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
     return [&](Run& run) {
         checkReports(design, {&html, &junit});
         const bool drawn = json || html;
-        const Estimate result = estimate(readDesign(design), drawn ? Curves::drawn : Curves::none,
-                                         keepGoing ? Gaps::warned : Gaps::refused);
+        Estimate result = estimate(readDesign(design), drawn ? Curves::drawn : Curves::none,
+                                   keepGoing ? Gaps::warned : Gaps::refused);
+        if (startUp)
+            addStartUp(result);
         run.out += json  ? jsonText(jsonReport(result))
                    : csv ? csvReport(result)
                          : textReport(result, run.verbose, Paint(takesColour(stdout)));

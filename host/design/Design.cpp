@@ -136,7 +136,19 @@ Group readGroup(const Json& value, const Place& where, std::vector<std::string>&
     return group;
 }
 
-Environment readEnvironment(const Json& value, const Place& where)
+// A Foster network is, in the long run, the sum of its resistances.
+void takeStages(Environment& environment, const Place& where, const std::vector<ThermalStage>& stages)
+{
+    if (stages.empty() || !environment.ambient)
+        return;
+    if (!environment.cooling.empty())
+        where.fail("give thetaJA or a list of cooling, or thermal stages, not both");
+    environment.cooling.push_back({"thermal stages", 0.0});
+    for (const ThermalStage& stage : stages)
+        environment.cooling.back().thetaJA += stage.r;
+}
+
+Environment readEnvironment(const Json& value, const Place& where, const std::vector<ThermalStage>& stages)
 {
     Fields fields(value, where);
     Environment environment;
@@ -163,6 +175,7 @@ Environment readEnvironment(const Json& value, const Place& where)
         }
     }
     fields.refuseOthers();
+    takeStages(environment, where, stages);
     if (environment.junction && environment.ambient)
         where.fail("give junctionTemperature, or ambientTemperature with thetaJA, not both");
     if (environment.ambient && environment.cooling.empty())
@@ -316,8 +329,13 @@ Design readDesign(const Json& root, const JsonSource& source)
     fields.take("description");
     if (const Json* device = fields.take("device"))
         design.device = readDevice(*device, fields.place("device"));
+    const Json* thermal = fields.take("thermal");
+    if (thermal)
+        design.stages = readStages(*thermal, fields.place("thermal"));
     if (const Json* environment = fields.take("environment"))
-        design.environment = readEnvironment(*environment, fields.place("environment"));
+        design.environment = readEnvironment(*environment, fields.place("environment"), design.stages);
+    if (thermal && !design.environment.ambient)
+        fields.place("thermal").fail("thermal stages need environment.ambientTemperature, at which they end");
     design.rails = readRails(fields.numbers("rails", 0.0, kMostVolts, "V"), fields.place("rails"), design.warnings);
     if (const Json* regulators = fields.take("regulators"))
         design.regulators = readRegulators(*regulators, fields.place("regulators"));
@@ -333,11 +351,16 @@ Design readDesign(const Json& root, const JsonSource& source)
         design.budgets = readBudgets(*budgets, fields.place("budgets"));
     if (const Json* inputs = fields.take("static"))
         design.staticInputs = readStaticInputs(*inputs, fields.place("static"), design.warnings);
+    if (const Json* battery = fields.take("battery"))
+        design.batteryWattHours = readBattery(*battery, fields.place("battery"));
     const Json* groups = fields.take("groups");
+    const Json* modes = fields.take("modes");
     fields.refuseOthers();
     if (!groups)
         where.fail("a design needs \"groups\": a list of blocks and their inputs");
     design.groups = readGroups(*groups, fields.place("groups"), design.warnings);
+    if (modes)
+        design.modes = readModes(*modes, fields.place("modes"), root, source);
     return design;
 }
 

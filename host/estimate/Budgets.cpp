@@ -1,5 +1,7 @@
 #include "host/estimate/Budgets.h"
 
+#include "host/estimate/Modes.h"
+
 namespace zelm::host {
 
 namespace {
@@ -31,12 +33,13 @@ void addSupplyLimits(const Design& design, const Add& add)
 void checkBudgets(Estimate& estimate)
 {
     const Budgets& budgets = estimate.design.budgets;
+    const std::vector<Side> sides = worstMoments(estimate);
     const auto add = [&](const std::string& name, double limit, const char* unit, const auto& actual) {
-        BudgetResult result{name, limit, actual(estimate.side()), unit, std::nullopt, estimate.side().process};
-        if (estimate.sides.size() > 1) {
+        BudgetResult result{name, limit, actual(sides.front()), unit, std::nullopt, sides.front().process};
+        if (sides.size() > 1) {
             result.judgedAt = budgets.judgedAt;
-            result.otherActual = actual(estimate.sides[1]);
-            result.otherProcess = estimate.sides[1].process;
+            result.otherActual = actual(sides[1]);
+            result.otherProcess = sides[1].process;
         }
         estimate.budgets.push_back(std::move(result));
     };

@@ -9,6 +9,7 @@
 #include "host/estimate/Carry.h"
 #include "host/estimate/Combination.h"
 #include "host/estimate/CrossChecks.h"
+#include "host/estimate/Modes.h"
 #include "host/estimate/Ranges.h"
 #include "host/estimate/StaticPower.h"
 #include "host/estimate/Supplies.h"
@@ -262,7 +263,8 @@ Estimate estimate(const Design& design, Curves curves, Gaps gaps)
                 result.warnings.push_back(fmt::format("the design uses {:g} {} of the {:g} that {} has", use.used,
                                                       use.resource, use.available, device->name));
         }
-        addStaticPower(result, *device, usedCounts(running, *device, design, result.carried), curves);
+        result.usedCounts = usedCounts(running, *device, design, result.carried);
+        addStaticPower(result, *device, result.usedCounts, curves);
     } else {
         Side side;
         side.junction = design.environment.junction.value_or(0.0);
@@ -274,6 +276,7 @@ Estimate estimate(const Design& design, Curves curves, Gaps gaps)
         addUp(result, side);
     warnOfIdleLimits(design, device ? &*device : nullptr, result);
     addSupplies(result);
+    addModes(result, gaps);
     checkBudgets(result);
     sayOnce(result.warnings);
     return result;

@@ -253,4 +253,20 @@ void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std:
     }
 }
 
+StaticSide staticSide(const Estimate& estimate, const std::string& process)
+{
+    if (!estimate.design.device)
+        return {};
+    const auto model = std::make_shared<StaticModel>(estimate, resolve(estimate.design), process, estimate.usedCounts);
+    const auto watts = [model](double junction) {
+        model->evaluate(junction);
+        return model->watts();
+    };
+    const auto rails = [model](double junction) {
+        model->evaluate(junction);
+        return model->rails();
+    };
+    return {watts, rails};
+}
+
 } // namespace zelm::host

@@ -202,9 +202,8 @@ void warnOfUnfed(Estimate& estimate)
     for (const Side& side : estimate.sides)
         unfed.insert(side.supplies->unfed.begin(), side.supplies->unfed.end());
     if (!unfed.empty())
-        estimate.warnings.push_back(fmt::format("{}: no supply feeds {}, which take {}",
-                                                estimate.design.source.at("supplies"), fmt::join(unfed, ", "),
-                                                si(estimate.side().supplies->unfedWatts, "W")));
+        estimate.warnings.push_back(
+            fmt::format("{}: no supply feeds {}", estimate.design.source.at("supplies"), fmt::join(unfed, ", ")));
 }
 
 } // namespace
