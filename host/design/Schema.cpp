@@ -183,6 +183,37 @@ Json suppliesSchema(const Json& amperes, const Json& volts)
             {"additionalProperties", supply}};
 }
 
+Json aboveZeroSchema(const char* description, double most)
+{
+    return {{"type", "number"}, {"description", description}, {"exclusiveMinimum", 0.0}, {"maximum", most}};
+}
+
+Json modesSchema()
+{
+    const Json set{{"type", "object"},
+                   {"description", "values by path, groups[NAME].inputs.CELL; in groups, rails, static, parameters"}};
+    const Json mode = objectSchema({{"name", textSchema("of the mode")},
+                                    {"for", aboveZeroSchema("how long it lasts, seconds", kMostSeconds)},
+                                    {"set", set}},
+                                   {"name", "for"});
+    return {{"type", "array"},
+            {"description", "what the device does one after the other, over and over"},
+            {"minItems", 1},
+            {"maxItems", kMostModes},
+            {"items", mode}};
+}
+
+Json thermalSchema()
+{
+    const Json stage = objectSchema({{"r", aboveZeroSchema("degrees per watt", kMostThetaJA)},
+                                     {"tau", aboveZeroSchema("time constant, seconds", kMostSeconds)}},
+                                    {"r", "tau"});
+    const Json stages{{"type", "array"}, {"minItems", 1}, {"maxItems", kMostStages}, {"items", stage}};
+    Json thermal = objectSchema({{"stages", stages}}, {"stages"});
+    thermal["description"] = "a Foster network from the junction to the air, in place of thetaJA";
+    return thermal;
+}
+
 Json sequenceSchema()
 {
     const Json rail{{"enum", railNames()}};
@@ -209,6 +240,9 @@ Json designSchema()
     fields["regulators"] = railsSchema(objectSchema({{"maxCurrent", amperes}}, {"maxCurrent"}));
     fields["supplies"] = suppliesSchema(amperes, volts);
     fields["sequence"] = sequenceSchema();
+    fields["modes"] = modesSchema();
+    fields["thermal"] = thermalSchema();
+    fields["battery"] = objectSchema({{"energy", aboveZeroSchema("watt-hours", kMostWattHours)}}, {"energy"});
     const Json judgedAt{{"enum", {"TYP", "MAX"}},
                         {"description", "the process side on which budgets and regulators count; the worse if unsaid"}};
     fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes)},
