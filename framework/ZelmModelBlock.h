@@ -3,7 +3,9 @@
 #include "framework/ZelmExport.h"
 #include "framework/ZelmHelperUtils.h"
 #include "framework/ZelmModel.h"
+#include "framework/ZelmWatcher.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -36,6 +38,8 @@ public:
     void pull(typename Params::IntEnum cell, Params& params, const Data& data) const;
     void pull(typename Params::FloatEnum cell, Params& params, const Data& data) const;
     void pull(typename Params::StringEnum cell, Params& params, const Data& data) const;
+    /// The same for several cells.
+    void pull(std::span<const zelm::CellRef> cells, Params& params, const Data& data) const;
 
 protected:
     ZelmModelBlock() = default;

@@ -63,6 +63,22 @@ void ZelmModelBlock<Derived, ParamsT, DataT>::pull(typename Params::StringEnum c
 }
 
 template <class Derived, class ParamsT, class DataT>
+void ZelmModelBlock<Derived, ParamsT, DataT>::pull(std::span<const zelm::CellRef> cells, Params& params,
+                                                   const Data& data) const
+{
+    using Type = ZelmCellInfo::Type;
+    const typename Derived::Sheet sheet(params, data);
+    for (const zelm::CellRef cell : cells) {
+        if (cell.type == Type::integer)
+            sheet.value(static_cast<typename Params::IntEnum>(cell.ordinal));
+        else if (cell.type == Type::real)
+            sheet.value(static_cast<typename Params::FloatEnum>(cell.ordinal));
+        else
+            sheet.value(static_cast<typename Params::StringEnum>(cell.ordinal));
+    }
+}
+
+template <class Derived, class ParamsT, class DataT>
 int ZelmModelBlock<Derived, ParamsT, DataT>::pulled(typename Params::IntEnum cell, Params& params, const Data& data)
 {
     return typename Derived::Sheet(params, data).value(cell);

@@ -1,104 +1,195 @@
 #include "framework/ZelmRecalculation.h"
 
-#include <algorithm>
-#include <utility>
+#include "framework/ZelmUnset.h"
+
+#include <bit>
+#include <stdexcept>
+#include <string>
 
 namespace zelm {
 
 namespace {
 
-bool contains(const std::vector<Dependencies::Node>& nodes, Dependencies::Node wanted)
+bool same(int a, int b)
 {
-    return std::find(nodes.begin(), nodes.end(), wanted) != nodes.end();
+    return a == b;
+}
+
+bool same(float a, float b)
+{
+    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
+
+bool same(std::string_view a, std::string_view b)
+{
+    return a == b;
 }
 
 } // namespace
 
-Dependencies::Dependencies(int ints, int floats, int strings)
-    : Watcher(Wants::pulls), m_first{0, ints, ints + floats},
-      m_operands(static_cast<std::size_t>(ints + floats + strings)), m_readers(m_operands.size()),
-      m_foundIn(m_operands.size(), 0)
+RecalculationOfCells::RecalculationOfCells(Cells<int> ints, Cells<float> floats, Cells<std::string> strings)
+    : m_ints(ints), m_floats(floats), m_strings(strings), m_dependencies(ints.size, floats.size, strings.size),
+      m_given(m_dependencies.size(), false), m_isRoot(m_dependencies.size(), false)
 {
+    forEachInput([this](CellRef cell) { m_given[m_dependencies.nodeOf(cell)] = !isUnsetAt(cell); });
 }
 
-CellRef Dependencies::cellOf(Node node) const
+void RecalculationOfCells::setInt(int cell, int value)
 {
-    using Type = ZelmCellInfo::Type;
-    for (const Type type : {Type::text, Type::real}) {
-        if (const int first = m_first[static_cast<std::size_t>(type)]; node >= first)
-            return {type, node - first};
-    }
-    return {Type::integer, node};
+    assign({ZelmCellInfo::Type::integer, cell}, m_ints, value);
 }
 
-void Dependencies::clear()
+void RecalculationOfCells::setFloat(int cell, float value)
 {
-    for (std::vector<Node>& operands : m_operands)
-        operands.clear();
-    for (std::vector<Node>& readers : m_readers)
-        readers.clear();
-    m_frames.clear();
-    m_lostOperands = false;
+    assign({ZelmCellInfo::Type::real, cell}, m_floats, value);
 }
 
-void Dependencies::findDependents(const std::vector<Node>& changed, const std::vector<bool>& fixed,
-                                  std::vector<Node>& found)
+void RecalculationOfCells::setString(int cell, std::string_view value)
 {
-    ++m_search;
-    const auto addReaders = [&](Node node) {
-        for (const Node reader : m_readers[node]) {
-            if (m_foundIn[reader] == m_search || fixed[reader])
-                continue;
-            m_foundIn[reader] = m_search;
-            found.push_back(reader);
-        }
-    };
-    for (const Node node : changed)
-        addReaders(node);
-    for (std::size_t i = 0; i < found.size(); ++i)
-        addReaders(found[i]);
+    assign({ZelmCellInfo::Type::text, cell}, m_strings, value);
 }
 
-bool Dependencies::takeLostOperands()
+void RecalculationOfCells::recalculate()
 {
-    return std::exchange(m_lostOperands, false);
+    if (isOutOfDate())
+        return calculateAll();
+    forgetDependents();
+    const bool lost = m_pending ? run([this] { pullOutputs(); }) : run([this] { pull(m_dependentRoots); });
+    m_pending = false;
+    if (lost)
+        calculateAll();
 }
 
-void Dependencies::onRead(CellRef cell)
+void RecalculationOfCells::recalculate(std::span<const CellRef> wanted)
 {
-    if (m_frames.empty())
-        return;
-    Frame& frame = m_frames.back();
-    std::vector<Node>& operands = m_operands[frame.node];
-    const Node node = nodeOf(cell);
-    if (frame.read < operands.size()) {
-        if (operands[frame.read] == node) [[likely]] {
-            ++frame.read;
+    const auto pullWanted = [&] { pull(wanted); };
+    if (isOutOfDate()) {
+        calculateAll();
+    } else {
+        m_pending = true;
+        forgetDependents();
+        if (!run(pullWanted))
             return;
-        }
-        frame.before.assign(operands.begin() + static_cast<std::ptrdiff_t>(frame.read), operands.end());
-        operands.resize(frame.read);
+        calculateAll();
     }
-    operands.push_back(node);
-    ++frame.read;
-    if (!contains(m_readers[node], frame.node))
-        m_readers[node].push_back(frame.node);
+    run(pullWanted); // calculate may have left some out
 }
 
-void Dependencies::onCompute(CellRef cell)
+bool RecalculationOfCells::isOutOfDate() const
 {
-    m_frames.push_back({nodeOf(cell)});
+    return m_all || loads() != m_loads;
 }
 
-void Dependencies::onComputed(CellRef)
+// Unsets all that depends on the changed inputs. A run of edits of one input, of a temperature say, finds it once.
+void RecalculationOfCells::forgetDependents()
 {
-    Frame& frame = m_frames.back();
-    std::vector<Node>& operands = m_operands[frame.node];
-    frame.before.insert(frame.before.end(), operands.begin() + static_cast<std::ptrdiff_t>(frame.read), operands.end());
-    operands.resize(frame.read);
-    for (const Node node : frame.before)
-        m_lostOperands = m_lostOperands || !contains(operands, node);
-    m_frames.pop_back();
+    m_dependentRoots.clear();
+    if (m_changed.empty())
+        return;
+    if (m_changed != m_dependentsOf || m_version != m_dependencies.version()) {
+        m_dependents.clear();
+        m_dependencies.findDependents(m_changed, m_given, m_dependents);
+        m_dependentsOf = m_changed;
+        m_version = m_dependencies.version();
+    }
+    for (const Node node : m_dependents) {
+        const CellRef cell = m_dependencies.cellOf(node);
+        unset(cell);
+        if (m_isRoot[node])
+            m_dependentRoots.push_back(cell);
+    }
+    m_changed.clear();
+}
+
+template <class Visit>
+void RecalculationOfCells::forEachInput(Visit visit) const
+{
+    const auto forEachOf = [&](ZelmCellInfo::Type type, Range inputs) {
+        for (int cell = inputs.first + 1; cell < inputs.last; ++cell)
+            visit(CellRef{type, cell});
+    };
+    forEachOf(ZelmCellInfo::Type::integer, m_ints.inputs);
+    forEachOf(ZelmCellInfo::Type::real, m_floats.inputs);
+    forEachOf(ZelmCellInfo::Type::text, m_strings.inputs);
+}
+
+template <class Value, class Given>
+void RecalculationOfCells::assign(CellRef cell, const Cells<Value>& cells, const Given& value)
+{
+    if (static_cast<std::size_t>(cell.ordinal) >= static_cast<std::size_t>(cells.size))
+        throw std::out_of_range("there is no cell of ordinal " + std::to_string(cell.ordinal));
+    Value& slot = cells.values[cell.ordinal];
+    const Node node = m_dependencies.nodeOf(cell);
+    const bool given = !isUnset(value);
+    if (m_given[node] == given && (!given || same(slot, value)))
+        return;
+    // What its default was computed from may now be read by nobody.
+    m_all = m_all || (given && !m_given[node] && m_dependencies.hasOperands(node));
+    if (m_given[node] != given)
+        m_dependentsOf.clear();
+    m_given[node] = given;
+    slot = value;
+    m_changed.push_back(node);
+}
+
+bool RecalculationOfCells::isUnsetAt(CellRef cell) const
+{
+    switch (cell.type) {
+    case ZelmCellInfo::Type::integer:
+        return isUnset(m_ints.values[cell.ordinal]);
+    case ZelmCellInfo::Type::real:
+        return isUnset(m_floats.values[cell.ordinal]);
+    case ZelmCellInfo::Type::text:
+        return isUnset(m_strings.values[cell.ordinal]);
+    }
+    return true;
+}
+
+void RecalculationOfCells::unset(CellRef cell)
+{
+    switch (cell.type) {
+    case ZelmCellInfo::Type::integer:
+        m_ints.values[cell.ordinal] = unsetInt;
+        break;
+    case ZelmCellInfo::Type::real:
+        m_floats.values[cell.ordinal] = unsetFloat;
+        break;
+    case ZelmCellInfo::Type::text:
+        m_strings.values[cell.ordinal] = unsetString;
+        break;
+    }
+}
+
+void RecalculationOfCells::calculateAll()
+{
+    m_dependencies.clear();
+    forEachInput([this](CellRef cell) {
+        if (!m_given[m_dependencies.nodeOf(cell)])
+            unset(cell);
+    });
+    clearComputed();
+    m_loads = loads();
+    m_changed.clear();
+    m_dependentsOf.clear();
+    run([this] {
+        pullOutputs();
+        m_dependencies.takeRoots(m_isRoot);
+    });
+    m_pending = false;
+}
+
+// Whether a cell has lost operands. An exception leaves cells behind that no run from the beginning would.
+template <class Pull>
+bool RecalculationOfCells::run(Pull pullCells)
+{
+    m_all = true;
+    m_dependencies.begin();
+    {
+        const Watching watching(m_dependencies);
+        pullCells();
+    }
+    m_all = false;
+    return m_dependencies.takeLostOperands();
 }
 
 } // namespace zelm

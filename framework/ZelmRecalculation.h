@@ -1,73 +1,82 @@
 #pragma once
 
+#include "framework/ZelmDependencies.h"
 #include "framework/ZelmExport.h"
-#include "framework/ZelmUnset.h"
-#include "framework/ZelmWatcher.h"
 
-#include <bit>
-#include <cstddef>
-#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 namespace zelm {
 
-/// Which cells each cell of a run was computed from, kept up to date while parts of it are computed again.
-class ZELM_EXPORT Dependencies final : public Watcher {
+/// The work of a Recalculation. It knows the block by its three arrays of cells, so that it is compiled once for all.
+class ZELM_EXPORT RecalculationOfCells {
 public:
-    using Node = std::uint16_t;
+    virtual ~RecalculationOfCells() = default;
+    RecalculationOfCells& operator=(const RecalculationOfCells&) = delete;
 
-    /// Of a block with so many cells in its three arrays, markers included.
-    Dependencies(int ints, int floats, int strings);
+    /// Sets an input, by its place in the array of its type. The unset sentinel gives it back to its default.
+    void setInt(int cell, int value);
+    void setFloat(int cell, float value);
+    void setString(int cell, std::string_view value);
 
-    Node nodeOf(CellRef cell) const
-    {
-        return static_cast<Node>(m_first[static_cast<std::size_t>(cell.type)] + cell.ordinal);
-    }
-    CellRef cellOf(Node node) const;
-    std::size_t size() const
-    {
-        return m_operands.size();
-    }
+    /// Brings all cells up to date.
+    void recalculate();
+    /// Brings these up to date, and of the others just what they are computed from: the rest may be unset until
+    /// somebody asks for it. A wanted cell that calculate leaves out is computed, too.
+    void recalculate(std::span<const CellRef> wanted);
 
-    /// Forgets everything; a run from the beginning follows.
-    void clear();
-
-    /// Whether the cell was computed from others.
-    bool hasOperands(Node node) const
-    {
-        return !m_operands[node].empty();
-    }
-
-    /// Adds to found all cells that were computed from changed ones, directly or through others, each once. A fixed
-    /// cell was given from outside and ends the way.
-    void findDependents(const std::vector<Node>& changed, const std::vector<bool>& fixed, std::vector<Node>& found);
-
-    /// Whether a cell has read less than the time before, since this was asked last. What it reads no more may hold a
-    /// value that a run from the beginning wouldn't have given it.
-    bool takeLostOperands();
-
-    void onRead(CellRef cell) override;
-    void onCompute(CellRef cell) override;
-    void onComputed(CellRef cell) override;
-
-private:
-    // A cell that is being computed. As long as it reads what it read the last time there is nothing to note.
-    struct Frame {
-        Node node;
-        std::size_t read = 0;
-        std::vector<Node> before{}; // the rest of the last time's reads, once it has left them
+protected:
+    /// The cells between two markers.
+    struct Range {
+        int first;
+        int last;
+    };
+    template <class Value>
+    struct Cells {
+        Value* values;
+        int size; ///< markers included
+        Range inputs;
     };
 
-    int m_first[3];
-    std::vector<std::vector<Node>> m_operands; // in the order of reading
-    std::vector<std::vector<Node>> m_readers;
-    std::vector<Frame> m_frames;
-    std::vector<unsigned> m_foundIn; // the search that found the node last
-    unsigned m_search = 0;
-    bool m_lostOperands = false;
+    RecalculationOfCells(Cells<int> ints, Cells<float> floats, Cells<std::string> strings);
+    RecalculationOfCells(const RecalculationOfCells&) = default;
+
+private:
+    using Node = Dependencies::Node;
+
+    virtual unsigned loads() const = 0;     // of the data block
+    virtual void clearComputed() const = 0; // intermediates and outputs
+    virtual void pullOutputs() const = 0;
+    virtual void pull(std::span<const CellRef> cells) const = 0;
+
+    template <class Visit>
+    void forEachInput(Visit visit) const;
+    template <class Value, class Given>
+    void assign(CellRef cell, const Cells<Value>& cells, const Given& value);
+    bool isUnsetAt(CellRef cell) const;
+    void unset(CellRef cell);
+    bool isOutOfDate() const;
+    void forgetDependents();
+    void calculateAll();
+    template <class Pull>
+    bool run(Pull pullCells);
+
+    Cells<int> m_ints;
+    Cells<float> m_floats;
+    Cells<std::string> m_strings;
+    Dependencies m_dependencies;
+    std::vector<bool> m_given; // which inputs the host has set
+    std::vector<Node> m_changed;
+    std::vector<Node> m_dependents;
+    std::vector<Node> m_dependentsOf; // what m_dependents was found for,
+    unsigned m_version = 0;           // and when
+    std::vector<bool> m_isRoot;       // what calculate pulls itself
+    std::vector<CellRef> m_dependentRoots;
+    unsigned m_loads = 0;
+    bool m_pending = false; // some roots were left unset
+    bool m_all = true;
 };
 
 /// A parameter block whose inputs are set one at a time, and of which only what depends on them is computed again.
@@ -75,7 +84,7 @@ private:
 ///
 /// Nobody else may write to the parameter block meanwhile. A data block that is loaded anew is noticed.
 template <class Model>
-class Recalculation {
+class Recalculation final : public RecalculationOfCells {
 public:
     using Params = typename Model::Params;
     using Data = typename Model::Data;
@@ -85,139 +94,50 @@ public:
 
     /// Inputs that are set now count as set by the host; the others take their defaults.
     Recalculation(const Model& model, Params& params, const Data& data)
-        : m_model(model), m_params(params), m_data(data),
-          m_dependencies(Params::LastInt, Params::LastFloat, Params::LastString), m_given(m_dependencies.size(), false)
+        : RecalculationOfCells(
+              {&params[Params::FirstUIInt], Params::LastInt, {Params::FirstUIInt, Params::LastUIInt}},
+              {&params[Params::FirstUIFloat], Params::LastFloat, {Params::FirstUIFloat, Params::LastUIFloat}},
+              {&params[Params::FirstUIString], Params::LastString, {Params::FirstUIString, Params::LastUIString}}),
+          m_model(model), m_params(params), m_data(data)
     {
-        forEachInput([this](auto cell) { m_given[nodeOf(cell)] = !isUnset(m_params[cell]); });
     }
 
     /// Sets an input. The unset sentinel gives it back to its default.
     void set(IntCell cell, int value)
     {
-        assign(cell, value);
+        setInt(cell, value);
     }
     void set(FloatCell cell, float value)
     {
-        assign(cell, value);
+        setFloat(cell, value);
     }
     void set(StringCell cell, std::string_view value)
     {
-        assign(cell, value);
-    }
-
-    void recalculate()
-    {
-        if (m_all || m_data.loads() != m_loads) {
-            calculateAll();
-        } else if (!m_changed.empty()) {
-            m_dependents.clear();
-            m_dependencies.findDependents(m_changed, m_given, m_dependents);
-            for (const Dependencies::Node node : m_dependents)
-                unset(node);
-            run();
-            if (m_dependencies.takeLostOperands())
-                calculateAll();
-        }
-        m_changed.clear();
+        setString(cell, value);
     }
 
 private:
-    template <class Cell>
-    Dependencies::Node nodeOf(Cell cell) const
+    unsigned loads() const override
     {
-        return m_dependencies.nodeOf({typeOf(cell), static_cast<int>(cell)});
+        return m_data.loads();
     }
-    static constexpr ZelmCellInfo::Type typeOf(IntCell)
+    void clearComputed() const override
     {
-        return ZelmCellInfo::Type::integer;
-    }
-    static constexpr ZelmCellInfo::Type typeOf(FloatCell)
-    {
-        return ZelmCellInfo::Type::real;
-    }
-    static constexpr ZelmCellInfo::Type typeOf(StringCell)
-    {
-        return ZelmCellInfo::Type::text;
-    }
-
-    template <class Visit>
-    static void forEachInput(Visit visit)
-    {
-        for (int cell = Params::FirstUIInt + 1; cell < Params::LastUIInt; ++cell)
-            visit(static_cast<IntCell>(cell));
-        for (int cell = Params::FirstUIFloat + 1; cell < Params::LastUIFloat; ++cell)
-            visit(static_cast<FloatCell>(cell));
-        for (int cell = Params::FirstUIString + 1; cell < Params::LastUIString; ++cell)
-            visit(static_cast<StringCell>(cell));
-    }
-
-    static bool same(float a, float b)
-    {
-        return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
-    }
-    template <class Value>
-    static bool same(const Value& a, const Value& b)
-    {
-        return a == b;
-    }
-
-    template <class Cell, class Value>
-    void assign(Cell cell, const Value& value)
-    {
-        auto& slot = m_params[cell];
-        const Dependencies::Node node = nodeOf(cell);
-        const bool given = !isUnset(value);
-        if (m_given[node] == given &&
-            (!given || same(slot, static_cast<std::remove_reference_t<decltype(slot)>>(value))))
-            return;
-        // What its default was computed from may now be read by nobody.
-        m_all = m_all || (given && !m_given[node] && m_dependencies.hasOperands(node));
-        m_given[node] = given;
-        slot = value;
-        m_changed.push_back(node);
-    }
-
-    void unset(Dependencies::Node node)
-    {
-        const CellRef cell = m_dependencies.cellOf(node);
-        if (cell.type == ZelmCellInfo::Type::integer)
-            m_params[static_cast<IntCell>(cell.ordinal)] = unsetInt;
-        else if (cell.type == ZelmCellInfo::Type::real)
-            m_params[static_cast<FloatCell>(cell.ordinal)] = unsetFloat;
-        else
-            m_params[static_cast<StringCell>(cell.ordinal)] = unsetString;
-    }
-
-    void calculateAll()
-    {
-        m_dependencies.clear();
-        forEachInput([this](auto cell) {
-            if (!m_given[nodeOf(cell)])
-                unset(nodeOf(cell));
-        });
         m_params.resetIntermediateCalculations();
         m_params.resetModelOutputs();
-        m_loads = m_data.loads();
-        run();
-        m_dependencies.takeLostOperands();
-        m_all = false;
     }
-
-    void run()
+    void pullOutputs() const override
     {
-        const Watching watching(m_dependencies);
         m_model.pullOutputs(m_params, m_data);
+    }
+    void pull(std::span<const CellRef> cells) const override
+    {
+        m_model.pull(cells, m_params, m_data);
     }
 
     const Model& m_model;
     Params& m_params;
     const Data& m_data;
-    Dependencies m_dependencies;
-    std::vector<bool> m_given; // which inputs the host has set
-    std::vector<Dependencies::Node> m_changed;
-    std::vector<Dependencies::Node> m_dependents;
-    unsigned m_loads = 0;
-    bool m_all = true;
 };
 
 } // namespace zelm

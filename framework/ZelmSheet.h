@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ZelmArithmetic.h"
+#include "framework/ZelmDependencies.h"
 #include "framework/ZelmKey.h"
 #include "framework/ZelmModelBlock.h"
 #include "framework/ZelmWatcher.h"
@@ -35,7 +36,11 @@ public:
     using FloatCell = typename Params::FloatEnum;
     using StringCell = typename Params::StringEnum;
 
-    Sheet(Params& params, const Data& data) : m_params(params), m_data(data), m_watcher(Watcher::ofPulls()) {}
+    Sheet(Params& params, const Data& data) : m_params(params), m_data(data), m_watcher(Watcher::ofPulls())
+    {
+        if (m_watcher && m_watcher->wantsReadsOnly())
+            m_dependencies = static_cast<Dependencies*>(m_watcher);
+    }
     Sheet(const Sheet&) = delete;
     Sheet& operator=(const Sheet&) = delete;
 
@@ -82,7 +87,7 @@ protected:
     template <class Table, class Found, class... Keys>
     Found noted(Table table, Found found, const Keys&... keys) const
     {
-        if (m_watcher) [[unlikely]] {
+        if (m_watcher && !m_dependencies) [[unlikely]] {
             const Key list[] = {keys...};
             m_watcher->onLookUp({Data::tables()[static_cast<std::size_t>(table)], list, found});
         }
@@ -108,18 +113,28 @@ private:
                               : std::is_same_v<Slot, float> ? Type::real
                                                             : Type::text;
         const CellRef ref{type, static_cast<int>(cell)};
-        m_watcher->onRead(ref);
-        if (isUnset(slot)) {
-            m_watcher->onCompute(ref);
-            self().formulaOf(cell)(*this, slot);
-            m_watcher->onComputed(ref);
-        }
+        if (m_dependencies)
+            tell(*m_dependencies, ref, cell, slot);
+        else
+            tell(*m_watcher, ref, cell, slot);
         return slot;
+    }
+
+    template <class Told, class Cell, class Slot>
+    void tell(Told& told, CellRef ref, Cell cell, Slot& slot) const
+    {
+        told.onRead(ref);
+        if (isUnset(slot)) {
+            told.onCompute(ref);
+            self().formulaOf(cell)(*this, slot);
+            told.onComputed(ref);
+        }
     }
 
     Params& m_params;
     const Data& m_data;
     Watcher* m_watcher;
+    Dependencies* m_dependencies = nullptr; // the watcher, if that is what it is
     mutable std::array<Key, static_cast<std::size_t>(Params::LastString)> m_keys;
 };
 

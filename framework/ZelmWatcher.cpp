@@ -13,28 +13,30 @@ Watching::Watching(Watcher& watcher) : m_watcher(watcher), m_outer(newest)
     newest = this;
 }
 
-Watching::~Watching()
-{
-    newest = m_outer;
-}
-
-Watcher* Watcher::innermost(Wants wants)
+template <class Is>
+Watcher* Watching::innermost(Is is)
 {
     for (const Watching* watching = newest; watching; watching = watching->m_outer) {
-        if (watching->m_watcher.m_wants == wants)
+        if (is(watching->m_watcher))
             return &watching->m_watcher;
     }
     return nullptr;
 }
 
+Watching::~Watching()
+{
+    newest = m_outer;
+}
+
 Watcher* Watcher::ofPulls()
 {
-    return innermost(Wants::pulls);
+    return Watching::innermost([](const Watcher& watcher) { return watcher.m_wants != Wants::misses; });
 }
 
 void Watcher::miss(const void* table, const std::string& key)
 {
-    if (Watcher* watcher = innermost(Wants::misses))
+    if (Watcher* watcher =
+            Watching::innermost([](const Watcher& candidate) { return candidate.m_wants == Wants::misses; }))
         watcher->onMiss(table, key);
 }
 

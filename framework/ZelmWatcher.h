@@ -41,21 +41,26 @@ public:
     /// A look-up found nothing: in the table at that address, under that joined key.
     virtual void onMiss(const void* table, const std::string& key);
 
-    /// The thread's innermost watcher of pulls and look-ups, null if there is none.
+    /// The thread's innermost watcher of pulls, null if there is none.
     static Watcher* ofPulls();
+    /// Whether it is a Dependencies, which look-ups don't interest.
+    bool wantsReadsOnly() const
+    {
+        return m_wants == Wants::reads;
+    }
     /// Tells the thread's innermost watcher of misses.
     static void miss(const void* table, const std::string& key);
 
 protected:
-    enum class Wants { pulls, misses };
-    /// Pulls: all but onMiss is called. Misses: only that is, and the formulas keep their full speed.
+    enum class Wants { pulls, reads, misses };
+    /// Pulls: all but onMiss is called. Reads: neither is onLookUp; for Dependencies alone, which formulas call
+    /// directly. Misses: only onMiss is, and the formulas keep their full speed.
     explicit Watcher(Wants wants) : m_wants(wants) {}
     Watcher(const Watcher&) = default;
     Watcher& operator=(const Watcher&) = default;
 
 private:
     friend class Watching;
-    static Watcher* innermost(Wants wants);
 
     Wants m_wants;
 };
@@ -71,6 +76,9 @@ public:
 
 private:
     friend class Watcher;
+
+    template <class Is>
+    static Watcher* innermost(Is is);
 
     Watcher& m_watcher;
     Watching* m_outer;

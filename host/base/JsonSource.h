@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace zelm::host {
 
@@ -17,15 +18,32 @@ struct JsonSource {
     /// there are no more of them than lines, and none holds its path.
     using Lines = std::unordered_map<std::uint64_t, std::size_t>;
 
+    /// A field that stands in another file, which was included.
+    struct Included {
+        std::string file;
+        std::shared_ptr<const Lines> lines;
+        std::string path;                ///< there
+        std::vector<std::string> scopes; ///< what its names begin with here, then those of the files around it
+    };
+    using Inclusions = std::unordered_map<std::string, Included>; ///< by the path here
+
     std::string file;
     std::shared_ptr<const Lines> lines; ///< shared: each point of a sweep has its copy of the source
+    std::shared_ptr<const Inclusions> included{};
 
     /// "design.json:12: groups[2].inputs.CLOCK_FREQ"; the line of what encloses a field that isn't there.
     std::string at(const std::string& path) const;
+    /// What the names begin with that may be meant where a field stands, the nearest first; none for the file itself.
+    std::vector<std::string> scopesOf(const std::string& path) const;
+    /// The files that were included, each once.
+    std::vector<std::string> includedFiles() const;
+
+private:
+    const Included* inclusionOf(std::string_view path, std::string_view& enclosing) const;
 };
 
-/// Parses text and fills source.lines. Bad syntax, fields that stand twice, and more depth or values than a design can
-/// need are an Error with file and line.
+/// Parses text, in which comments may stand (// and /* */), and fills source.lines. Bad syntax, fields that stand
+/// twice, and more depth or values than a design can need are an Error with file and line.
 Json parseJson(const std::string& text, JsonSource& source);
 /// The same for a file, or "-" for standard input, whose name source takes.
 Json readJson(const std::string& file, JsonSource& source);

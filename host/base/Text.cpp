@@ -296,12 +296,36 @@ std::string exactText(float value)
     return {text.data(), end.ptr};
 }
 
+std::string wrapped(std::string_view text, std::size_t columns)
+{
+    constexpr std::size_t leastWords = 20; // narrower columns of words can't be read
+    std::string result;
+    for (std::string line : split(std::string(text), '\n')) {
+        const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
+        const std::size_t gap = line.find("  ", begin);
+        const std::size_t column = gap == std::string::npos ? begin : line.find_first_not_of(' ', gap);
+        const std::size_t indent = column < line.size() ? column : begin;
+        const bool fits = columns < indent + leastWords || width(line) <= columns;
+        result += line.substr(0, fits ? line.size() : indent);
+        if (!fits) {
+            std::string rest = line.substr(indent);
+            result += cutLine(rest, columns - indent);
+            while (!rest.empty())
+                result += '\n' + std::string(indent, ' ') + cutLine(rest, columns - indent);
+        }
+        result += '\n';
+    }
+    result.pop_back();
+    return result;
+}
+
 std::string escapedCsv(const std::string& text)
 {
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
+    const std::string valid = validUtf8(text);
+    if (valid.find_first_of(",\"\r\n") == std::string::npos)
+        return valid;
     std::string quoted = "\"";
-    for (const char c : text)
+    for (const char c : valid)
         quoted += c == '"' ? "\"\"" : std::string(1, c);
     return quoted + '"';
 }

@@ -35,7 +35,11 @@ std::string si(double value, std::string_view unit);
 /// The shortest text that reads back as the same float.
 std::string exactText(float value);
 
-/// A field of a CSV row, in quotes if it needs them.
+/// Text whose lines break at spaces to fit; they go on below the last column that they have, as lists of options do.
+/// 0 columns leave it as it is.
+std::string wrapped(std::string_view text, std::size_t columns);
+
+/// A field of a CSV row, valid UTF-8, in quotes if it needs them.
 std::string escapedCsv(const std::string& text);
 
 /// Columns of text, the first left-aligned, the others right-aligned unless they are text.

@@ -3,6 +3,7 @@
 #include "host/base/Error.h"
 #include "host/base/Files.h"
 #include "host/base/Text.h"
+#include "host/base/Units.h"
 #include "host/blocks/DataLines.h"
 
 #include "BlockHeaders.h"
@@ -57,6 +58,12 @@ public:
         return ifSet(m_params[static_cast<typename Params::StringEnum>(cell.ordinal)]);
     }
 
+    std::optional<float> real(const ZelmCellInfo& cell) const override
+    {
+        const float value = m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)];
+        return isUnset(value) ? std::nullopt : std::optional(value);
+    }
+
     void calculate() override
     {
         m_recalculation.reset();
@@ -65,26 +72,30 @@ public:
 
     void recalculate() override
     {
-        if (!m_recalculation)
-            m_recalculation.emplace(Model::getGlobal(), m_params, Model::Data::getGlobal());
-        guarded([&] { m_recalculation->recalculate(); });
+        guarded([&] { recalculation().recalculate(); });
+    }
+
+    void recalculate(std::span<const CellRef> wanted) override
+    {
+        guarded([&] { recalculation().recalculate(wanted); });
     }
 
     void pull(const ZelmCellInfo& cell) override
     {
-        m_recalculation.reset(); // it doesn't know of what is pulled aside
-        guarded([&] {
-            const auto& data = Model::Data::getGlobal();
-            if (cell.type == Type::integer)
-                Model::getGlobal().pull(static_cast<typename Params::IntEnum>(cell.ordinal), m_params, data);
-            else if (cell.type == Type::real)
-                Model::getGlobal().pull(static_cast<typename Params::FloatEnum>(cell.ordinal), m_params, data);
-            else
-                Model::getGlobal().pull(static_cast<typename Params::StringEnum>(cell.ordinal), m_params, data);
-        });
+        const CellRef ref{cell.type, cell.ordinal};
+        if (m_recalculation)
+            return recalculate({&ref, 1});
+        guarded([&] { Model::getGlobal().pull({&ref, 1}, m_params, Model::Data::getGlobal()); });
     }
 
 private:
+    Recalculation<Model>& recalculation()
+    {
+        if (!m_recalculation)
+            m_recalculation.emplace(Model::getGlobal(), m_params, Model::Data::getGlobal());
+        return *m_recalculation;
+    }
+
     // What formulas throw comes from what they read: a text, say, where they want a number.
     template <class Run>
     static void guarded(Run run)
@@ -187,6 +198,7 @@ Block describe(std::string_view name, std::string_view subsystem, std::string_vi
             Model::Params::cells(),
             Data::tables(),
             create<Model>,
+            [] { return Data::getGlobal().loads(); },
             load<Data>,
             [](std::vector<std::string> chain, bool whole) {
                 return Data::getGlobal().getCfgKeys(std::move(chain), whole);
@@ -203,6 +215,26 @@ std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool input
             names.emplace_back(cell.name);
     }
     return names;
+}
+
+// A number with its unit: "250 MHz".
+Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::string_view text)
+{
+    double number = 0.0;
+    try {
+        number = inUnit(written, cell.unit);
+    } catch (const Error& error) {
+        throw Error(fmt::format("{}: {}", cell.name, error.what()));
+    }
+    if (cell.type == Type::integer) {
+        if (number != std::floor(number) || std::fabs(number) >= unsetInt)
+            throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, abbreviated(text)));
+        return static_cast<int>(number);
+    }
+    const auto value = static_cast<float>(number);
+    if (!std::isfinite(value))
+        throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, abbreviated(text)));
+    return value;
 }
 
 } // namespace
@@ -259,12 +291,17 @@ std::span<const Block> blocks()
 
 const Block& block(std::string_view name)
 {
+    static const std::unordered_map<std::string_view, const Block*> byBlockName = [] {
+        std::unordered_map<std::string_view, const Block*> index;
+        for (const Block& candidate : blocks())
+            index.emplace(candidate.name, &candidate);
+        return index;
+    }();
+    if (const auto found = byBlockName.find(name); found != byBlockName.end())
+        return *found->second;
     std::vector<std::string> names;
-    for (const Block& candidate : blocks()) {
-        if (candidate.name == name)
-            return candidate;
+    for (const Block& candidate : blocks())
         names.emplace_back(candidate.name);
-    }
     throw Error(
         fmt::format("there is no block {}{} (zelm blocks lists all)", abbreviated(name), suggestion(name, names)));
 }
@@ -274,6 +311,8 @@ Value parseValue(const ZelmCellInfo& cell, std::string_view text)
     const char* end = text.data() + text.size();
     if (cell.type == Type::text)
         return std::string(text);
+    if (const auto written = writtenQuantity(text))
+        return valueOf(cell, *written, text);
     if (cell.type == Type::integer) {
         int value = 0;
         const auto parsed = std::from_chars(text.data(), end, value);

@@ -2,9 +2,11 @@
 
 #include "framework/ZelmInfo.h"
 #include "framework/ZelmLookUpMisses.h"
+#include "framework/ZelmWatcher.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,10 +25,14 @@ public:
     virtual ~Instance() = default;
     virtual void set(const ZelmCellInfo& cell, const Value& value) = 0;
     virtual Value get(const ZelmCellInfo& cell) const = 0;
+    /// The value of a float cell, if it is set.
+    virtual std::optional<float> real(const ZelmCellInfo& cell) const = 0;
     virtual void calculate() = 0;
     /// calculate, but only of what depends on the inputs that were set since the last call. The first call finds out
     /// what depends on what, which costs more than calculate.
     virtual void recalculate() = 0;
+    /// The same, but only these cells need to be up to date.
+    virtual void recalculate(std::span<const CellRef> wanted) = 0;
     /// Computes one cell that calculate may leave out.
     virtual void pull(const ZelmCellInfo& cell) = 0;
 };
@@ -48,6 +54,8 @@ struct Block {
     std::span<const ZelmTableInfo> tables;
 
     std::unique_ptr<Instance> (*create)();
+    /// How often the data has been loaded: what was computed from it belongs to one load.
+    unsigned (*loads)();
     /// Loads the data file unless it is loaded. An Error for people if it is missing, broken or lacks a table.
     void (*load)();
     std::vector<std::string> (*keys)(std::vector<std::string> chain, bool whole);

@@ -35,7 +35,7 @@ std::span<const PerUnit> perUnit()
     return kPerUnit;
 }
 
-std::string bankRail(float volts)
+std::string_view bankRail(float volts)
 {
     const auto* nearest = std::min_element(kBanks.begin(), kBanks.end(), [&](const Bank& a, const Bank& b) {
         return std::fabs(a.volts - volts) < std::fabs(b.volts - volts);

@@ -17,6 +17,6 @@ struct PerUnit {
 std::span<const PerUnit> perUnit();
 
 /// The bank rail of a voltage: 1.35 V is "VCCO135".
-std::string bankRail(float volts);
+std::string_view bankRail(float volts);
 
 } // namespace zelm::host

@@ -18,7 +18,8 @@ namespace zelm::host {
 namespace {
 
 // The files to write, unless one of them is a file that the estimate reads.
-void checkReports(const std::string& design, const std::vector<const std::optional<std::string>*>& reports)
+void checkReports(const std::string& file, const Design& design,
+                  const std::vector<const std::optional<std::string>*>& reports)
 {
     std::vector<std::string> outputs;
     for (const std::optional<std::string>* report : reports) {
@@ -27,7 +28,8 @@ void checkReports(const std::string& design, const std::vector<const std::option
     }
     if (outputs.empty())
         return;
-    std::vector<std::string> inputs{design};
+    std::vector<std::string> inputs = design.source.includedFiles();
+    inputs.push_back(file);
     for (const Block& block : blocks())
         inputs.push_back(dataPath(block.dataFile()));
     refuseOverwriting(outputs, inputs);
@@ -58,10 +60,11 @@ Action declareEstimate(Options& options)
         options.flag("--start-up", "Add how the junction warms up from ambient; needs thermal stages");
     const std::optional<std::string>& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
     return [&](Run& run) {
-        checkReports(design, {&html, &junit});
+        const Design read = readDesign(design);
+        checkReports(design, read, {&html, &junit});
         const bool drawn = json || html;
-        Estimate result = estimate(readDesign(design), drawn ? Curves::drawn : Curves::none,
-                                   keepGoing ? Gaps::warned : Gaps::refused);
+        Estimate result =
+            estimate(read, drawn ? Curves::drawn : Curves::none, keepGoing ? Gaps::warned : Gaps::refused);
         if (startUp)
             addStartUp(result);
         run.out += json  ? jsonText(jsonReport(result))

@@ -23,6 +23,17 @@
 
 namespace zelm::host {
 
+namespace {
+
+// Not given at all is another matter.
+const CLI::Validator kNamed(
+    [](const std::string& name) {
+        return name.empty() ? std::string("the name of the data directory is empty") : std::string();
+    },
+    "");
+
+} // namespace
+
 Options::Options(CLI::App& command, std::string& dataDirectory) : m_command(&command), m_dataDirectory(&dataDirectory)
 {
 }
@@ -59,7 +70,7 @@ const std::vector<std::string>& Options::repeated(const std::string& name, const
 
 void Options::dataDirectory(const std::string& name, const std::string& description)
 {
-    m_command->add_option(name, *m_dataDirectory, description);
+    m_command->add_option(name, *m_dataDirectory, description)->check(kNamed);
 }
 
 void Options::exclude(const std::string& one, const std::string& other)
@@ -201,6 +212,8 @@ int printed(const std::string& text, int code)
     return code == kSuccess ? kUserError : code;
 }
 
+} // namespace
+
 int parseAndRun(int argc, char** argv, std::span<const Command> commands)
 {
     CLI::App app("Estimates the power of designs for Orvane devices.", "zelm");
@@ -215,8 +228,9 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     std::string dataDirectory;
     Run run;
     app.add_option(
-        "--datadir", dataDirectory,
-        "Directory (or ':'-separated list) with powercfg/orvane/*.cfg; else QTA_DATADIR, else the shipped data");
+           "--datadir", dataDirectory,
+           "Directory (or ':'-separated list) with powercfg/orvane/*.cfg; else QTA_DATADIR, else the shipped data")
+        ->check(kNamed);
     app.add_flag("-v,--verbose", run.verbose, "Say more: which data, every input, what was carried where");
     std::deque<Options> options;
     Action action;
@@ -240,7 +254,7 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
         }
         std::ostringstream out;
         app.exit(error, out, out); // a wish for help or version
-        return printed(out.str(), kSuccess);
+        return printed(wrapped(out.str(), terminalColumns()), kSuccess);
     }
     if (manual->parsed())
         return printed(manualText(manualOf(app, commands), form), kSuccess);
@@ -253,8 +267,6 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     const int code = action(run);
     return printed(run.out, code);
 }
-
-} // namespace
 
 int runTool(int argc, char** argv, std::span<const Command> commands)
 {

@@ -7,7 +7,9 @@
 #include "host/blocks/Rails.h"
 #include "host/blocks/Uses.h"
 #include "host/design/Fields.h"
+#include "host/design/Include.h"
 #include "host/design/Limits.h"
+#include "host/design/Sections.h"
 
 #include "framework/ZelmUnset.h"
 
@@ -25,25 +27,22 @@ namespace {
 Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
 {
     switch (cell.type) {
-    case ZelmCellInfo::Type::text:
-        if (value.is_string() && zelm::isUnset(value.get<std::string>()))
-            where.fail(fmt::format("\"{}\" is how an unset cell reads; leave the input out", value.get<std::string>()));
-        return Fields::text(value, where);
-    case ZelmCellInfo::Type::integer: {
-        const bool whole =
-            value.is_number_integer() || (value.is_number() && value.get<double>() == std::floor(value.get<double>()));
-        if (!whole)
-            where.fail(fmt::format("expected a whole number, found {}", Fields::describe(value)));
+    case ZelmCellInfo::Type::text: {
+        std::string word = Fields::word(value, where);
+        if (zelm::isUnset(word))
+            where.fail(fmt::format("\"{}\" is how an unset cell reads; leave the input out", word));
+        return word;
+    }
+    case ZelmCellInfo::Type::integer:
         // The two largest ints stand for an unset cell and for what is no number.
         return static_cast<int>(
-            Fields::number(value, where, std::numeric_limits<int>::min(), zelm::notANumberInt - 1, ""));
-    }
+            Fields::whole(value, where, {std::numeric_limits<int>::min(), zelm::notANumberInt - 1, cell.unit}));
     case ZelmCellInfo::Type::real:
         break;
     }
     // A float of the largest magnitude would be taken for an unset cell.
     constexpr double most = 3.4e38;
-    return static_cast<float>(Fields::number(value, where, -most, most, cell.unit.data()));
+    return static_cast<float>(Fields::number(value, where, {-most, most, cell.unit}));
 }
 
 constexpr OwnField kOwnFields[] = {
@@ -66,17 +65,22 @@ const Block& blockWithInput(const std::vector<const Block*>& blocks, const std::
 }
 
 // What a value means: a word or number that isn't legal is an error, one that is unlikely a warning.
-void judge(const Block& block, const ZelmCellInfo& cell, const Value& value, const Place& place,
-           std::vector<std::string>& warnings)
+void judge(const Block& block, const ZelmCellInfo& cell, const Value& value, const Json& written, const Place& place,
+           Reading& reading)
 {
+    const auto* text = written.get_ptr<const std::string*>();
+    const bool computed = text && Value(*text) != value;
+    const auto said = [&](const std::string& why) {
+        return computed ? fmt::format("{}; it is written {}", why, quoted(written)) : why;
+    };
     if (const auto illegal = whyIllegal(block, cell, value))
-        place.fail(*illegal);
+        place.fail(said(*illegal));
     if (const auto unlikely = whyUnlikely(cell, value))
-        warnings.push_back(place.say(*unlikely));
+        reading.warnings.push_back(place.say(said(*unlikely)));
 }
 
 std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const std::vector<const Block*>& blocks,
-                                                      const Place& where, std::vector<std::string>& warnings)
+                                                      const Place& where, Reading& reading)
 {
     std::vector<std::pair<std::string, Value>> inputs;
     if (!object)
@@ -93,7 +97,7 @@ std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const 
         }
         const ZelmCellInfo& cell = block->input(name);
         inputs.emplace_back(name, cellValue(cell, value, place));
-        judge(*block, cell, inputs.back().second, place, warnings);
+        judge(*block, cell, inputs.back().second, value, place, reading);
     }
     return inputs;
 }
@@ -101,162 +105,6 @@ std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const 
 bool isIndex(const std::string& name)
 {
     return !name.empty() && name.find_first_not_of("0123456789") == std::string::npos;
-}
-
-Group readGroup(const Json& value, const Place& where, std::vector<std::string>& warnings)
-{
-    Fields fields(value, where);
-    Group group;
-    group.place = where.path();
-    const std::string blockName = fields.text("block");
-    if (blockName.empty())
-        where.fail("a group needs a \"block\" (zelm blocks lists them)");
-    try {
-        group.block = &block(blockName);
-    } catch (const Error& error) {
-        fields.place("block").fail(error.what());
-    }
-    if (group.block->name == "Static")
-        fields.place("block").fail("static power is estimated once for the device; put its inputs under \"static\"");
-    if (group.block->name == "Parts")
-        fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
-    group.name = fields.text("name", blockName);
-    if (isIndex(group.name))
-        fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
-    if (const auto count = fields.number("count", 0, 1e6, "instances")) {
-        if (*count != std::floor(*count))
-            fields.place("count").fail("expected a whole number");
-        group.count = static_cast<int>(*count);
-    }
-    group.clock = fields.text("clock");
-    if (!group.clock.empty() && !takesClock(group.block->name))
-        fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
-    group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"), warnings);
-    fields.refuseOthers();
-    return group;
-}
-
-// A Foster network is, in the long run, the sum of its resistances.
-void takeStages(Environment& environment, const Place& where, const std::vector<ThermalStage>& stages)
-{
-    if (stages.empty() || !environment.ambient)
-        return;
-    if (!environment.cooling.empty())
-        where.fail("give thetaJA or a list of cooling, or thermal stages, not both");
-    environment.cooling.push_back({"thermal stages", 0.0});
-    for (const ThermalStage& stage : stages)
-        environment.cooling.back().thetaJA += stage.r;
-}
-
-Environment readEnvironment(const Json& value, const Place& where, const std::vector<ThermalStage>& stages)
-{
-    Fields fields(value, where);
-    Environment environment;
-    environment.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
-    environment.ambient = fields.number("ambientTemperature", kColdest, kHottest, "degrees Celsius");
-    environment.junctionLimit = fields.number("junctionLimit", kColdest, kHottest, "degrees Celsius");
-    if (const auto theta = fields.number("thetaJA", 0.0, kMostThetaJA, "degrees per watt"))
-        environment.cooling.push_back({"thetaJA", *theta});
-    if (const Json* list = fields.take("cooling")) {
-        const Place place = fields.place("cooling");
-        if (!environment.cooling.empty())
-            place.fail("give thetaJA, or a list of cooling, not both");
-        if (!list->is_array() || list->empty())
-            place.fail("expected a list of {\"name\": ..., \"thetaJA\": ...}");
-        for (std::size_t i = 0; i < list->size(); ++i) {
-            Fields entry((*list)[i], place.element(i));
-            Cooling cooling{entry.text("name", fmt::format("cooling {}", i + 1)), 0.0};
-            const auto theta = entry.number("thetaJA", 0.0, kMostThetaJA, "degrees per watt");
-            if (!theta)
-                place.element(i).fail("a cooling needs its \"thetaJA\" in degrees per watt");
-            cooling.thetaJA = *theta;
-            entry.refuseOthers();
-            environment.cooling.push_back(cooling);
-        }
-    }
-    fields.refuseOthers();
-    takeStages(environment, where, stages);
-    if (environment.junction && environment.ambient)
-        where.fail("give junctionTemperature, or ambientTemperature with thetaJA, not both");
-    if (environment.ambient && environment.cooling.empty())
-        where.fail("ambientTemperature needs thetaJA or a list of cooling to find the junction temperature");
-    if (!environment.ambient && !environment.cooling.empty())
-        where.fail("thetaJA and cooling need an ambientTemperature");
-    return environment;
-}
-
-Device readDevice(const Json& value, const Place& where)
-{
-    Fields fields(value, where);
-    Device device;
-    device.part = fields.text("part");
-    device.family = fields.text("family");
-    device.process = fields.text("process");
-    device.speedGrade = fields.text("speedGrade");
-    device.voltageGrade = fields.text("voltageGrade");
-    device.powerScreen = fields.text("powerScreen");
-    device.temperatureGrade = fields.text("temperatureGrade");
-    device.overdrive = fields.text("overdrive");
-    fields.refuseOthers();
-    if (device.part.empty())
-        where.fail("a device needs its \"part\" (zelm parts lists them)");
-    return device;
-}
-
-std::map<std::string, double> readRegulators(const Json& value, const Place& where)
-{
-    std::map<std::string, double> regulators;
-    Fields byRail(value, where);
-    for (const auto& [rail, entry] : value.items()) {
-        Fields regulator(entry, byRail.place(rail));
-        const auto current = regulator.number("maxCurrent", 0.0, kMostAmperes, "A");
-        if (!current)
-            byRail.place(rail).fail("a regulator needs its \"maxCurrent\" in amperes");
-        regulators[rail] = *current;
-        regulator.refuseOthers();
-    }
-    return regulators;
-}
-
-Budgets readBudgets(const Json& value, const Place& where)
-{
-    Fields fields(value, where);
-    Budgets budgets;
-    budgets.totalPower = fields.number("totalPower", 0.0, kMostAmperes, "W");
-    budgets.junction = fields.number("junctionTemperature", kColdest, kHottest, "degrees Celsius");
-    budgets.rails = fields.numbers("rails", 0.0, kMostAmperes, "A");
-    budgets.judgedAt = fields.text("judgedAt");
-    if (!budgets.judgedAt.empty() && budgets.judgedAt != "TYP" && budgets.judgedAt != "MAX")
-        fields.place("judgedAt").fail(fmt::format("there is no process side {}; legal: TYP, MAX", budgets.judgedAt));
-    fields.refuseOthers();
-    return budgets;
-}
-
-// Rails that there are none of are refused later, with all rails of the design.
-std::map<std::string, float> readRails(const std::map<std::string, double>& byRail, const Place& where,
-                                       std::vector<std::string>& warnings)
-{
-    std::map<std::string, float> rails;
-    for (const auto& [rail, volts] : byRail) {
-        rails[rail] = static_cast<float>(volts);
-        const ZelmCellInfo* cell = block("Static").findCell(rail);
-        if (cell && takesVolts(*cell))
-            judge(block("Static"), *cell, rails[rail], where.field(rail), warnings);
-    }
-    return rails;
-}
-
-std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, const Place& where,
-                                                            std::vector<std::string>& warnings)
-{
-    std::vector<std::pair<std::string, Value>> inputs = readInputs(&value, {&block("Static")}, where, warnings);
-    for (const auto& [cell, input] : inputs) {
-        for (const auto& [taken, place] : kOwnFields) {
-            if (cell == taken)
-                where.field(cell).fail(fmt::format("give it as {}", place));
-        }
-    }
-    return inputs;
 }
 
 void refuseUnknownClocks(const std::vector<Group>& groups, const Place& where)
@@ -274,17 +122,17 @@ void refuseUnknownClocks(const std::vector<Group>& groups, const Place& where)
     }
 }
 
-std::vector<Group> readGroups(const Json& value, const Place& where, std::vector<std::string>& warnings)
+std::vector<Group> readGroups(const Json& value, Reading& reading)
 {
+    const Place where(reading, "groups");
     if (!value.is_array())
         where.fail(fmt::format("expected a list [...], found {}", Fields::describe(value)));
     std::vector<Group> groups;
     std::set<std::string> names;
     for (std::size_t i = 0; i < value.size(); ++i) {
-        const Place place = where.element(i);
-        Group group = readGroup(value[i], place, warnings);
+        Group group = readGroup(value[i], i, reading);
         if (!names.insert(group.name).second)
-            place.field("name").fail(
+            where.element(i).field("name").fail(
                 fmt::format("two groups are named \"{}\"; give each its own name", abbreviated(group.name)));
         groups.push_back(std::move(group));
     }
@@ -318,63 +166,237 @@ std::vector<const Block*> inputBlocks(const Block& own)
     return reached;
 }
 
+Reading startReading(const Json& root, const JsonSource& source)
+{
+    const auto parameters = root.is_object() ? root.find("parameters") : root.end();
+    return {source, parameters == root.end() ? Parameters() : Parameters(*parameters, source)};
+}
+
+Group readGroup(const Json& value, std::size_t index, Reading& reading)
+{
+    const Place where = Place(reading, "groups").element(index);
+    Fields fields(value, where);
+    Group group;
+    group.place = where.path();
+    const std::string blockName = fields.text("block");
+    if (blockName.empty())
+        where.fail("a group needs a \"block\" (zelm blocks lists them)");
+    try {
+        group.block = &block(blockName);
+    } catch (const Error& error) {
+        fields.place("block").fail(error.what());
+    }
+    if (group.block->name == "Static")
+        fields.place("block").fail("static power is estimated once for the device; put its inputs under \"static\"");
+    if (group.block->name == "Parts")
+        fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
+    group.name = fields.text("name", blockName);
+    if (group.name.empty())
+        fields.place("name").fail("the name is empty; leave it out, or give the group one");
+    if (isIndex(group.name))
+        fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
+    if (const auto count = fields.whole("count", {0, 1e6, "", "instances"}))
+        group.count = static_cast<int>(*count);
+    group.clock = fields.text("clock");
+    if (!group.clock.empty() && !takesClock(group.block->name))
+        fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
+    group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"), reading);
+    fields.refuseOthers();
+    return group;
+}
+
+namespace {
+
+// A Foster network is, in the long run, the sum of its resistances.
+void takeStages(Environment& environment, const Place& where, const std::vector<ThermalStage>& stages)
+{
+    if (stages.empty() || !environment.ambient)
+        return;
+    if (!environment.cooling.empty())
+        where.fail("give thetaJA or a list of cooling, or thermal stages, not both");
+    environment.cooling.push_back({"thermal stages", 0.0});
+    for (const ThermalStage& stage : stages)
+        environment.cooling.back().thetaJA += stage.r;
+}
+
+} // namespace
+
+Environment readEnvironment(const Json& value, const std::vector<ThermalStage>& stages, const Reading& reading)
+{
+    const Place where(reading, "environment");
+    Fields fields(value, where);
+    Environment environment;
+    environment.junction = fields.number("junctionTemperature", kDegrees);
+    environment.ambient = fields.number("ambientTemperature", kDegrees);
+    environment.junctionLimit = fields.number("junctionLimit", kDegrees);
+    if (const auto theta = fields.number("thetaJA", kDegreesPerWatt))
+        environment.cooling.push_back({"thetaJA", *theta});
+    if (const Json* list = fields.take("cooling")) {
+        const Place place = fields.place("cooling");
+        if (!environment.cooling.empty())
+            place.fail("give thetaJA, or a list of cooling, not both");
+        if (!list->is_array() || list->empty())
+            place.fail("expected a list of {\"name\": ..., \"thetaJA\": ...}");
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            Fields entry((*list)[i], place.element(i));
+            Cooling cooling{entry.text("name", fmt::format("cooling {}", i + 1)), 0.0};
+            const auto theta = entry.number("thetaJA", kDegreesPerWatt);
+            if (!theta)
+                place.element(i).fail("a cooling needs its \"thetaJA\" in degrees per watt");
+            cooling.thetaJA = *theta;
+            entry.refuseOthers();
+            environment.cooling.push_back(cooling);
+        }
+    }
+    fields.refuseOthers();
+    takeStages(environment, where, stages);
+    if (environment.junction && environment.ambient)
+        where.fail("give junctionTemperature, or ambientTemperature with thetaJA, not both");
+    if (environment.ambient && environment.cooling.empty())
+        where.fail("ambientTemperature needs thetaJA or a list of cooling to find the junction temperature");
+    if (!environment.ambient && !environment.cooling.empty())
+        where.fail("thetaJA and cooling need an ambientTemperature");
+    return environment;
+}
+
+Device readDevice(const Json& value, const Reading& reading)
+{
+    const Place where(reading, "device");
+    Fields fields(value, where);
+    Device device;
+    device.part = fields.word("part");
+    device.family = fields.word("family");
+    device.process = fields.word("process");
+    device.speedGrade = fields.word("speedGrade");
+    device.voltageGrade = fields.word("voltageGrade");
+    device.powerScreen = fields.word("powerScreen");
+    device.temperatureGrade = fields.word("temperatureGrade");
+    device.overdrive = fields.word("overdrive");
+    fields.refuseOthers();
+    if (device.part.empty())
+        where.fail("a device needs its \"part\" (zelm parts lists them)");
+    return device;
+}
+
+std::map<std::string, double> readRegulators(const Json& value, const Reading& reading)
+{
+    std::map<std::string, double> regulators;
+    Fields byRail(value, Place(reading, "regulators"));
+    for (const auto& [rail, entry] : value.items()) {
+        if (!entry.is_object())
+            byRail.place(rail).fail(
+                fmt::format("expected {{\"maxCurrent\": amperes}}, found {}", Fields::describe(entry)));
+        Fields regulator(entry, byRail.place(rail));
+        const auto current = regulator.number("maxCurrent", kAmperes);
+        if (!current)
+            byRail.place(rail).fail("a regulator needs its \"maxCurrent\" in amperes");
+        regulators[rail] = *current;
+        regulator.refuseOthers();
+    }
+    return regulators;
+}
+
+Budgets readBudgets(const Json& value, const Reading& reading)
+{
+    Fields fields(value, Place(reading, "budgets"));
+    Budgets budgets;
+    budgets.totalPower = fields.number("totalPower", kWatts);
+    budgets.junction = fields.number("junctionTemperature", kDegrees);
+    budgets.rails = fields.numbers("rails", kAmperes);
+    budgets.judgedAt = fields.word("judgedAt");
+    if (!budgets.judgedAt.empty() && budgets.judgedAt != "TYP" && budgets.judgedAt != "MAX")
+        fields.place("judgedAt").fail(fmt::format("there is no process side {}; legal: TYP, MAX", budgets.judgedAt));
+    fields.refuseOthers();
+    return budgets;
+}
+
+// Rails that there are none of are refused later, with all rails of the design.
+std::map<std::string, float> readRails(const Json& value, Reading& reading)
+{
+    const Place where(reading, "rails");
+    std::map<std::string, float> rails;
+    for (const auto& [rail, volts] : Fields::numbers(value, where, kVolts)) {
+        rails[rail] = static_cast<float>(volts);
+        const ZelmCellInfo* cell = block("Static").findCell(rail);
+        if (cell && takesVolts(*cell))
+            judge(block("Static"), *cell, rails[rail], value.at(rail), where.field(rail), reading);
+    }
+    return rails;
+}
+
+std::vector<std::pair<std::string, Value>> readStaticInputs(const Json& value, Reading& reading)
+{
+    const Place where(reading, "static");
+    std::vector<std::pair<std::string, Value>> inputs = readInputs(&value, {&block("Static")}, where, reading);
+    for (const auto& [cell, input] : inputs) {
+        for (const auto& [taken, place] : kOwnFields) {
+            if (cell == taken)
+                where.field(cell).fail(fmt::format("give it as {}", place));
+        }
+    }
+    return inputs;
+}
+
 Design readDesign(const Json& root, const JsonSource& source)
 {
+    Reading reading = startReading(root, source);
+    const Place where(reading, "");
+    Fields fields(root, where);
     Design design;
     design.source = source;
-    const Place where(design.source, "");
-    Fields fields(root, where);
     design.name = fields.text("name", source.file);
-    fields.take("$schema");
-    fields.take("description");
+    for (const char* known : {"$schema", "description", "include", "parameters"})
+        fields.take(known);
     if (const Json* device = fields.take("device"))
-        design.device = readDevice(*device, fields.place("device"));
+        design.device = readDevice(*device, reading);
     const Json* thermal = fields.take("thermal");
     if (thermal)
-        design.stages = readStages(*thermal, fields.place("thermal"));
+        design.stages = readStages(*thermal, reading);
     if (const Json* environment = fields.take("environment"))
-        design.environment = readEnvironment(*environment, fields.place("environment"), design.stages);
+        design.environment = readEnvironment(*environment, design.stages, reading);
     if (thermal && !design.environment.ambient)
         fields.place("thermal").fail("thermal stages need environment.ambientTemperature, at which they end");
-    design.rails = readRails(fields.numbers("rails", 0.0, kMostVolts, "V"), fields.place("rails"), design.warnings);
+    if (const Json* rails = fields.take("rails"))
+        design.rails = readRails(*rails, reading);
     if (const Json* regulators = fields.take("regulators"))
-        design.regulators = readRegulators(*regulators, fields.place("regulators"));
+        design.regulators = readRegulators(*regulators, reading);
     const Json* supplies = fields.take("supplies");
     if (supplies)
-        design.supplies.all = readSupplies(*supplies, fields.place("supplies"), design.regulators);
+        design.supplies.all = readSupplies(*supplies, design.regulators, reading);
     if (const Json* sequence = fields.take("sequence")) {
         if (!supplies)
             fields.place("sequence").fail("a sequence needs the \"supplies\" of its rails");
-        design.supplies.sequence = readSequence(*sequence, fields.place("sequence"), design.supplies.all);
+        design.supplies.sequence = readSequence(*sequence, design.supplies.all, reading);
     }
     if (const Json* budgets = fields.take("budgets"))
-        design.budgets = readBudgets(*budgets, fields.place("budgets"));
+        design.budgets = readBudgets(*budgets, reading);
     if (const Json* inputs = fields.take("static"))
-        design.staticInputs = readStaticInputs(*inputs, fields.place("static"), design.warnings);
+        design.staticInputs = readStaticInputs(*inputs, reading);
     if (const Json* battery = fields.take("battery"))
-        design.batteryWattHours = readBattery(*battery, fields.place("battery"));
+        design.batteryWattHours = readBattery(*battery, reading);
     const Json* groups = fields.take("groups");
     const Json* modes = fields.take("modes");
     fields.refuseOthers();
     if (!groups)
         where.fail("a design needs \"groups\": a list of blocks and their inputs");
-    design.groups = readGroups(*groups, fields.place("groups"), design.warnings);
+    design.groups = readGroups(*groups, reading);
     if (modes)
-        design.modes = readModes(*modes, fields.place("modes"), root, source);
+        design.modes = readModes(*modes, root, reading);
+    design.warnings = std::move(reading.warnings);
     return design;
 }
 
 Design parseDesign(const std::string& file, const std::string& text)
 {
     JsonSource source{file, {}};
-    const Json root = parseJson(text, source);
+    const Json root = parseDesignTree(text, source);
     return readDesign(root, source);
 }
 
 Design readDesign(const std::string& file)
 {
     JsonSource source;
-    const Json root = readJson(file, source);
+    const Json root = readDesignTree(file, source);
     return readDesign(root, source);
 }
 

@@ -25,6 +25,8 @@ struct Group {
     std::string place;                                 ///< its path in the file: groups[2]
 
     const Value* input(std::string_view cell) const;
+
+    bool operator==(const Group&) const = default;
 };
 
 /// What the design says of the device; empty words are the static power model's defaults.
@@ -37,11 +39,15 @@ struct Device {
     std::string powerScreen;
     std::string temperatureGrade;
     std::string overdrive;
+
+    bool operator==(const Device&) const = default;
 };
 
 struct Cooling {
     std::string name;
     double thetaJA = 0.0; ///< degrees per watt
+
+    bool operator==(const Cooling&) const = default;
 };
 
 struct Environment {
@@ -49,6 +55,8 @@ struct Environment {
     std::optional<double> ambient;  ///< found from ambient and the first cooling
     std::vector<Cooling> cooling;
     std::optional<double> junctionLimit;
+
+    bool operator==(const Environment&) const = default;
 };
 
 struct Budgets {
@@ -56,6 +64,8 @@ struct Budgets {
     std::optional<double> junction;      ///< degrees Celsius
     std::map<std::string, double> rails; ///< A by rail
     std::string judgedAt;                ///< the process side that counts; empty: the worse of both
+
+    bool operator==(const Budgets&) const = default;
 };
 
 struct Design {

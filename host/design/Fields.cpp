@@ -1,28 +1,81 @@
 #include "host/design/Fields.h"
 
 #include "host/base/Error.h"
+#include "host/base/Json.h"
 #include "host/base/Text.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace zelm::host {
 
+namespace {
+
+// A plain result fits wherever a plain number may stand.
+double computed(const std::string& expression, const Place& where, std::string_view unit)
+{
+    const Reading& reading = where.reading();
+    const Quantity quantity = reading.parameters.number(expression, reading.source.scopesOf(where.path()));
+    if (quantity.dimension == kPlain)
+        return quantity.value;
+    if (quantity.dimension != host::unit(unit).dimension)
+        throw Error(fmt::format("\"{}\" is {}, expected {}", abbreviated(expression),
+                                dimensionWords(quantity.dimension), expectedWords(unit)));
+    return inUnit(quantity, unit);
+}
+
+// Nothing if the value isn't written as a number can be.
+std::optional<double> numberIn(const Json& value, const Place& where, std::string_view unit)
+{
+    if (value.is_number())
+        return value.get<double>();
+    const auto* text = value.get_ptr<const std::string*>();
+    if (!text)
+        return std::nullopt;
+    try {
+        if (isExpression(*text))
+            return computed(*text, where, unit);
+        if (const auto written = writtenQuantity(*text))
+            return inUnit(*written, unit);
+    } catch (const Error& error) {
+        where.fail(error.what());
+    }
+    return std::nullopt;
+}
+
+// As it is written, and what it comes to where that doesn't show.
+std::string withValue(const Json& value, double number)
+{
+    return value.is_string() ? fmt::format("{} ({:.10g})", quoted(value), number) : quoted(value);
+}
+
+double within(const Json& value, double number, const Place& where, const Range& range)
+{
+    if (!(number >= range.least && number <= range.most))
+        where.fail(fmt::format("{} is outside {} to {} {}", withValue(value, number), range.least, range.most,
+                               range.words.empty() ? range.unit : range.words));
+    return number;
+}
+
+} // namespace
+
 Place Place::field(const std::string& name) const
 {
-    return {*m_source, m_path.empty() ? name : m_path + "." + name};
+    return {*m_reading, m_path.empty() ? name : m_path + "." + name};
 }
 
 Place Place::element(std::size_t index) const
 {
-    return {*m_source, fmt::format("{}[{}]", m_path, index)};
+    return {*m_reading, fmt::format("{}[{}]", m_path, index)};
 }
 
 std::string Place::say(const std::string& message) const
 {
-    return fmt::format("{}: {}", m_source->at(m_path), message);
+    return fmt::format("{}: {}", m_reading->source.at(m_path), message);
 }
 
 void Place::fail(const std::string& message) const
@@ -56,11 +109,53 @@ Place Fields::place(const std::string& name) const
 std::string Fields::text(const std::string& name, const std::string& otherwise)
 {
     const Json* value = take(name);
-    if (!value)
-        return otherwise;
-    return text(*value, place(name));
+    return value ? text(*value, place(name)) : otherwise;
 }
 
+std::string Fields::word(const std::string& name)
+{
+    const Json* value = take(name);
+    return value ? word(*value, place(name)) : "";
+}
+
+std::optional<double> Fields::number(const std::string& name, const Range& range)
+{
+    const Json* value = take(name);
+    return value ? std::optional(number(*value, place(name), range)) : std::nullopt;
+}
+
+std::optional<double> Fields::whole(const std::string& name, const Range& range)
+{
+    const Json* value = take(name);
+    return value ? std::optional(whole(*value, place(name), range)) : std::nullopt;
+}
+
+std::map<std::string, double> Fields::numbers(const std::string& name, const Range& range)
+{
+    const Json* object = take(name);
+    return object ? numbers(*object, place(name), range) : std::map<std::string, double>();
+}
+
+std::map<std::string, double> Fields::numbers(const Json& object, const Place& where, const Range& range)
+{
+    if (!object.is_object())
+        where.fail(fmt::format("expected an object {{...}}, found {}", describe(object)));
+    std::map<std::string, double> values;
+    for (const auto& [key, value] : object.items())
+        values[key] = number(value, where.field(key), range);
+    return values;
+}
+
+void Fields::refuseOthers() const
+{
+    for (const auto& [name, value] : m_object->items()) {
+        if (std::find(m_known.begin(), m_known.end(), name) == m_known.end())
+            place(name).fail(fmt::format("there is no field of this name here{}; known fields: {}",
+                                         suggestion(name, m_known), fmt::join(m_known, ", ")));
+    }
+}
+
+// Names and words go into every table and message: a limit keeps those readable.
 std::string Fields::text(const Json& value, const Place& where)
 {
     constexpr std::size_t most = 200;
@@ -73,43 +168,40 @@ std::string Fields::text(const Json& value, const Place& where)
     return text;
 }
 
-std::optional<double> Fields::number(const std::string& name, double least, double most, const char* unit)
+std::string Fields::word(const Json& value, const Place& where)
 {
-    const Json* value = take(name);
-    if (!value)
-        return std::nullopt;
-    return number(*value, place(name), least, most, unit);
+    std::string word = text(value, where);
+    if (!isExpression(word))
+        return word;
+    const Reading& reading = where.reading();
+    try {
+        return reading.parameters.word(word, reading.source.scopesOf(where.path()));
+    } catch (const Error& error) {
+        where.fail(fmt::format("\"{}\" {}", word, error.what()));
+    }
 }
 
-double Fields::number(const Json& value, const Place& where, double least, double most, const char* unit)
+double Fields::number(const Json& value, const Place& where, const Range& range)
 {
-    if (!value.is_number())
+    const std::optional<double> number = numberIn(value, where, range.unit);
+    if (!number)
         where.fail(fmt::format("expected a number, found {}", describe(value)));
-    const double number = value.get<double>();
-    if (!(number >= least && number <= most))
-        where.fail(fmt::format("{} is outside {} to {} {}", quoted(value), least, most, unit));
-    return number;
+    return within(value, *number, where, range);
 }
 
-std::map<std::string, double> Fields::numbers(const std::string& name, double least, double most, const char* unit)
+double Fields::whole(const Json& value, const Place& where, const Range& range)
 {
-    std::map<std::string, double> values;
-    if (const Json* object = take(name)) {
-        if (!object->is_object())
-            place(name).fail(fmt::format("expected an object {{...}}, found {}", describe(*object)));
-        for (const auto& [key, value] : object->items())
-            values[key] = number(value, place(name).field(key), least, most, unit);
-    }
-    return values;
-}
-
-void Fields::refuseOthers() const
-{
-    for (const auto& [name, value] : m_object->items()) {
-        if (std::find(m_known.begin(), m_known.end(), name) == m_known.end())
-            place(name).fail(fmt::format("there is no field of this name here{}; known fields: {}",
-                                         suggestion(name, m_known), fmt::join(m_known, ", ")));
-    }
+    const std::optional<double> number = numberIn(value, where, range.unit);
+    if (!number)
+        where.fail(fmt::format("expected a whole number, found {}", describe(value)));
+    const double nearest = std::round(*number);
+    // What is written is taken as it stands; a computation may be off by its last bits.
+    constexpr double bits = 1e-12;
+    const double tolerance = value.is_string() ? bits * std::fabs(nearest) : 0.0;
+    if (!(std::fabs(*number - nearest) <= tolerance))
+        where.fail(value.is_string() ? fmt::format("expected a whole number, {} is {:.10g}", quoted(value), *number)
+                                     : fmt::format("expected a whole number, found {}", describe(value)));
+    return within(value, nearest, where, range);
 }
 
 } // namespace zelm::host

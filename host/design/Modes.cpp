@@ -2,10 +2,8 @@
 
 #include "host/base/Error.h"
 #include "host/base/Text.h"
-#include "host/design/Design.h"
-#include "host/design/Fields.h"
-#include "host/design/Limits.h"
 #include "host/design/Place.h"
+#include "host/design/Sections.h"
 
 #include <fmt/format.h>
 
@@ -20,9 +18,9 @@ namespace {
 constexpr std::array<const char*, 4> kSettable{"groups", "rails", "static", "parameters"};
 
 // A number above 0.
-double readAboveZero(Fields& fields, const std::string& name, double most, const char* unit, const char* zero)
+double readAboveZero(Fields& fields, const std::string& name, const Range& range, const char* zero)
 {
-    const auto number = fields.number(name, 0.0, most, unit);
+    const auto number = fields.number(name, range);
     if (!number || *number == 0.0)
         fields.place(name).fail(zero);
     return *number;
@@ -103,7 +101,7 @@ Mode readMode(const Json& value, const Place& where, const Json& root, const Jso
         where.fail("a mode needs its \"name\"");
     if (!value.contains("for"))
         where.fail("a mode needs how long it lasts: \"for\", in seconds");
-    mode.seconds = readAboveZero(fields, "for", kMostSeconds, "s", "a mode of no length never happens");
+    mode.seconds = readAboveZero(fields, "for", kSeconds, "a mode of no length never happens");
     const Json* settings = fields.take("set");
     fields.refuseOthers();
     const Place place = fields.place("set");
@@ -119,8 +117,9 @@ Mode readMode(const Json& value, const Place& where, const Json& root, const Jso
 
 } // namespace
 
-std::vector<Mode> readModes(const Json& value, const Place& where, const Json& root, const JsonSource& source)
+std::vector<Mode> readModes(const Json& value, const Json& root, const Reading& reading)
 {
+    const Place where(reading, "modes");
     if (!value.is_array() || value.empty())
         where.fail(fmt::format("expected a list of modes, found {}", Fields::describe(value)));
     if (value.size() > kMostModes)
@@ -131,7 +130,7 @@ std::vector<Mode> readModes(const Json& value, const Place& where, const Json& r
     std::set<std::string> names;
     for (std::size_t i = 0; i < value.size(); ++i) {
         const Place place = where.element(i);
-        modes.push_back(readMode(value[i], place, plain, source));
+        modes.push_back(readMode(value[i], place, plain, reading.source));
         if (!names.insert(modes.back().name).second)
             place.field("name").fail(
                 fmt::format("two modes are named \"{}\"; give each its own name", abbreviated(modes.back().name)));
@@ -139,8 +138,9 @@ std::vector<Mode> readModes(const Json& value, const Place& where, const Json& r
     return modes;
 }
 
-std::vector<ThermalStage> readStages(const Json& value, const Place& where)
+std::vector<ThermalStage> readStages(const Json& value, const Reading& reading)
 {
+    const Place where(reading, "thermal");
     Fields fields(value, where);
     const Json* list = fields.take("stages");
     fields.refuseOthers();
@@ -152,21 +152,21 @@ std::vector<ThermalStage> readStages(const Json& value, const Place& where)
     std::vector<ThermalStage> result;
     for (std::size_t i = 0; i < list->size(); ++i) {
         Fields stage((*list)[i], stages.element(i));
-        const double r = readAboveZero(stage, "r", kMostThetaJA, "degrees per watt",
-                                       "a stage needs its \"r\", degrees per watt above 0");
-        const double tau = readAboveZero(stage, "tau", kMostSeconds, "s",
-                                         "a stage needs its \"tau\", a time constant above 0 seconds");
+        const double r =
+            readAboveZero(stage, "r", kDegreesPerWatt, "a stage needs its \"r\", degrees per watt above 0");
+        const double tau =
+            readAboveZero(stage, "tau", kSeconds, "a stage needs its \"tau\", a time constant above 0 seconds");
         stage.refuseOthers();
         result.push_back({r, tau});
     }
     return result;
 }
 
-double readBattery(const Json& value, const Place& where)
+double readBattery(const Json& value, const Reading& reading)
 {
+    const Place where(reading, "battery");
     Fields fields(value, where);
-    const double energy =
-        readAboveZero(fields, "energy", kMostWattHours, "Wh", "a battery needs its \"energy\", above 0 Wh");
+    const double energy = readAboveZero(fields, "energy", kWattHours, "a battery needs its \"energy\", above 0 Wh");
     fields.refuseOthers();
     return energy;
 }

@@ -1,6 +1,7 @@
 #include "host/design/Schema.h"
 
 #include "host/base/Json.h"
+#include "host/base/Units.h"
 #include "host/blocks/Legal.h"
 #include "host/blocks/Rails.h"
 #include "host/blocks/Uses.h"
@@ -8,6 +9,7 @@
 #include "host/design/Limits.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <cmath>
 
@@ -17,9 +19,22 @@ namespace {
 
 using Type = ZelmCellInfo::Type;
 
-Json numberSchema(const char* description, double least, double most)
+// Of texts that stand for a number: with a unit that fits, or to be computed.
+std::string patternOf(std::string_view unit)
 {
-    return {{"type", "number"}, {"description", description}, {"minimum", least}, {"maximum", most}};
+    const std::vector<std::string> symbols = unitsLike(unit);
+    return fmt::format(R"(^\s*(=.+|[-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?\s*({}))\s*$)", fmt::join(symbols, "|"));
+}
+
+constexpr const char* kExpression = "^\\s*=.+$";
+
+Json numberSchema(const char* description, double least, double most, std::string_view unit)
+{
+    return {{"type", {"number", "string"}},
+            {"pattern", patternOf(unit)},
+            {"description", description},
+            {"minimum", least},
+            {"maximum", most}};
 }
 
 Json textSchema(const char* description)
@@ -38,9 +53,9 @@ Json objectSchema(Json properties, Json required = Json::array())
 void addDomain(Json& schema, const Block& block, const ZelmCellInfo& cell)
 {
     if (const std::vector<std::string> words = legalWords(block, cell); !words.empty())
-        schema["enum"] = words;
+        schema["anyOf"] = {{{"enum", words}}, {{"pattern", kExpression}}};
     else if (const std::vector<int> numbers = legalNumbers(cell); !numbers.empty())
-        schema["enum"] = numbers;
+        schema["anyOf"] = {{{"enum", numbers}}, {{"type", "string"}, {"pattern", patternOf(cell.unit)}}};
     else if (cell.legal.kind == zelm::Legal::Kind::number) {
         const auto end = [&](const char* name, double value) {
             if (std::isfinite(value))
@@ -58,10 +73,12 @@ Json inputSchema(const Block& block, const ZelmCellInfo& cell)
     std::string description(cell.meaning);
     if (!cell.unit.empty())
         description += fmt::format(" [{}]", cell.unit);
-    Json schema{{"type", cell.type == Type::integer ? "integer"
-                         : cell.type == Type::real  ? "number"
-                                                    : "string"},
-                {"description", description}};
+    Json schema = Json::object();
+    if (cell.type == Type::text)
+        schema["type"] = "string";
+    else
+        schema["type"] = {cell.type == Type::integer ? "integer" : "number", "string"};
+    schema["description"] = description;
     const std::string text = constantDefault(cell);
     if (cell.type == Type::text) {
         if (cell.defaultText.starts_with('"'))
@@ -70,6 +87,8 @@ Json inputSchema(const Block& block, const ZelmCellInfo& cell)
         schema["default"] = cell.type == Type::integer ? Json(std::stoi(text)) : Json(std::stod(text));
     }
     addDomain(schema, block, cell);
+    if (cell.type != Type::text && !schema.contains("anyOf"))
+        schema["pattern"] = patternOf(cell.unit);
     return schema;
 }
 
@@ -85,7 +104,8 @@ Json groupSchema(const Block& block)
     Json schema = objectSchema({{"block", {{"const", block.name}, {"description", block.title}}},
                                 {"name", textSchema("what the design calls this group")},
                                 {"count",
-                                 {{"type", "integer"},
+                                 {{"type", {"integer", "string"}},
+                                  {"pattern", patternOf("")},
                                   {"description", "like instances"},
                                   {"minimum", 0},
                                   {"maximum", 1000000},
@@ -100,7 +120,7 @@ Json groupSchema(const Block& block)
 
 Json temperatureSchema(const char* description)
 {
-    return numberSchema(description, kColdest, kHottest);
+    return numberSchema(description, kColdest, kHottest, "C");
 }
 
 // An object of values by rail.
@@ -133,7 +153,7 @@ std::pair<Json, Json> deviceAndStaticSchema()
 
 Json environmentSchema()
 {
-    const Json theta = numberSchema("from the junction to the air, degrees per watt", 0.0, kMostThetaJA);
+    const Json theta = numberSchema("from the junction to the air, degrees per watt", 0.0, kMostThetaJA, "C/W");
     const Json cooling{
         {"type", "array"},
         {"description", "airflow and heat sink cases; the first is the design's, the others are compared"},
@@ -146,6 +166,29 @@ Json environmentSchema()
          {"thetaJA", theta},
          {"cooling", cooling},
          {"junctionLimit", temperatureSchema("what the junction may reach, degrees Celsius")}});
+}
+
+Json parametersSchema()
+{
+    return {{"type", "object"},
+            {"description",
+             "values by name, for expressions (\"= lanes / 4\"): numbers, texts with a unit, expressions of "
+             "other parameters, words"},
+            {"propertyNames", {{"pattern", "^[A-Za-z_][A-Za-z0-9_]*$"}}},
+            {"additionalProperties", {{"type", {"number", "string"}}}}};
+}
+
+Json includeSchema()
+{
+    const Json file = textSchema("a file with groups and parameters, found from this file's folder");
+    return {{"type", "array"},
+            {"description", "files whose groups and parameters join this design's"},
+            {"items",
+             {{"anyOf",
+               {file, objectSchema({{"file", file},
+                                    {"prefix", textSchema("what the names of its groups begin with; of its parameters "
+                                                          "too, with _ for what names can't have")}},
+                                   {"file"})}}}}};
 }
 
 Json groupsSchema()
@@ -164,9 +207,17 @@ Json groupsSchema()
     return {{"type", "array"}, {"items", group}};
 }
 
+Json aboveZeroSchema(const char* description, double most, std::string_view unit)
+{
+    Json schema = numberSchema(description, 0.0, most, unit);
+    schema.erase("minimum");
+    schema["exclusiveMinimum"] = 0.0;
+    return schema;
+}
+
 Json suppliesSchema(const Json& amperes, const Json& volts)
 {
-    const Json share{{"type", "number"}, {"exclusiveMinimum", 0.0}, {"maximum", 1.0}};
+    const Json share = aboveZeroSchema("output power over input power", 1.0, "");
     const Json point{{"type", "array"}, {"prefixItems", {amperes, share}}, {"minItems", 2}, {"maxItems", 2}};
     const Json efficiency{{"description", "output power over input power; or points of load in amperes and share"},
                           {"oneOf", {share, {{"type", "array"}, {"items", point}, {"minItems", 1}}}}};
@@ -183,17 +234,12 @@ Json suppliesSchema(const Json& amperes, const Json& volts)
             {"additionalProperties", supply}};
 }
 
-Json aboveZeroSchema(const char* description, double most)
-{
-    return {{"type", "number"}, {"description", description}, {"exclusiveMinimum", 0.0}, {"maximum", most}};
-}
-
 Json modesSchema()
 {
     const Json set{{"type", "object"},
                    {"description", "values by path, groups[NAME].inputs.CELL; in groups, rails, static, parameters"}};
     const Json mode = objectSchema({{"name", textSchema("of the mode")},
-                                    {"for", aboveZeroSchema("how long it lasts, seconds", kMostSeconds)},
+                                    {"for", aboveZeroSchema("how long it lasts, seconds", kMostSeconds, "s")},
                                     {"set", set}},
                                    {"name", "for"});
     return {{"type", "array"},
@@ -205,8 +251,8 @@ Json modesSchema()
 
 Json thermalSchema()
 {
-    const Json stage = objectSchema({{"r", aboveZeroSchema("degrees per watt", kMostThetaJA)},
-                                     {"tau", aboveZeroSchema("time constant, seconds", kMostSeconds)}},
+    const Json stage = objectSchema({{"r", aboveZeroSchema("degrees per watt", kMostThetaJA, "C/W")},
+                                     {"tau", aboveZeroSchema("time constant, seconds", kMostSeconds, "s")}},
                                     {"r", "tau"});
     const Json stages{{"type", "array"}, {"minItems", 1}, {"maxItems", kMostStages}, {"items", stage}};
     Json thermal = objectSchema({{"stages", stages}}, {"stages"});
@@ -228,12 +274,18 @@ Json sequenceSchema()
 
 Json designSchema()
 {
-    const Json amperes = numberSchema("amperes", 0.0, kMostAmperes);
-    const Json volts{{"type", "number"}, {"description", "volts"}, {"exclusiveMinimum", 0.0}, {"maximum", kMostVolts}};
+    const Json amperes = numberSchema("amperes", 0.0, kMostAmperes, "A");
+    const Json volts{{"type", {"number", "string"}},
+                     {"pattern", patternOf("V")},
+                     {"description", "volts"},
+                     {"exclusiveMinimum", 0.0},
+                     {"maximum", kMostVolts}};
     const auto [device, staticInputs] = deviceAndStaticSchema();
     Json fields{{"$schema", textSchema("this schema, for editors")},
                 {"name", textSchema("of the design")},
                 {"description", textSchema("for people")}};
+    fields["include"] = includeSchema();
+    fields["parameters"] = parametersSchema();
     fields["device"] = device;
     fields["environment"] = environmentSchema();
     fields["rails"] = railsSchema(volts);
@@ -242,10 +294,11 @@ Json designSchema()
     fields["sequence"] = sequenceSchema();
     fields["modes"] = modesSchema();
     fields["thermal"] = thermalSchema();
-    fields["battery"] = objectSchema({{"energy", aboveZeroSchema("watt-hours", kMostWattHours)}}, {"energy"});
-    const Json judgedAt{{"enum", {"TYP", "MAX"}},
+    fields["battery"] = objectSchema({{"energy", aboveZeroSchema("watt-hours", kMostWattHours, "Wh")}}, {"energy"});
+    const Json judgedAt{{"type", "string"},
+                        {"anyOf", {{{"enum", {"TYP", "MAX"}}}, {{"pattern", kExpression}}}},
                         {"description", "the process side on which budgets and regulators count; the worse if unsaid"}};
-    fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes)},
+    fields["budgets"] = objectSchema({{"totalPower", numberSchema("watts", 0.0, kMostAmperes, "W")},
                                       {"junctionTemperature", temperatureSchema("degrees Celsius")},
                                       {"rails", railsSchema(amperes)},
                                       {"judgedAt", judgedAt}});

@@ -1,15 +1,15 @@
 #include "host/design/Supplies.h"
 
+#include "host/base/Error.h"
 #include "host/base/Text.h"
+#include "host/base/Units.h"
 #include "host/blocks/Rails.h"
-#include "host/design/Fields.h"
-#include "host/design/Limits.h"
+#include "host/design/Sections.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <charconv>
 #include <set>
 
 namespace zelm::host {
@@ -30,7 +30,7 @@ std::string readRail(const Json& value, const Place& where, std::set<std::string
 
 double readShare(const Json& value, const Place& where)
 {
-    const double share = Fields::number(value, where, 0.0, 1.0, "");
+    const double share = Fields::number(value, where, kShare);
     if (share == 0.0)
         where.fail("an efficiency of 0 would need endless input: expected a share above 0, up to 1");
     return share;
@@ -47,7 +47,7 @@ std::vector<std::pair<double, double>> readEfficiency(const Json& value, const P
         const Place place = where.element(i);
         if (!value[i].is_array() || value[i].size() != 2)
             place.fail(fmt::format("expected [load in amperes, share], found {}", Fields::describe(value[i])));
-        const double load = Fields::number(value[i][0], place.element(0), 0.0, kMostAmperes, "A");
+        const double load = Fields::number(value[i][0], place.element(0), kAmperes);
         if (!curve.empty() && !(load > curve.back().first))
             place.element(0).fail(fmt::format("{:g} A doesn't lie above the {:g} A of the point before: loads rise",
                                               load, curve.back().first));
@@ -71,8 +71,8 @@ Supply readSupply(const std::string& name, const Json& value, const Place& where
             supply.rails.push_back(readRail((*rails)[i], place.element(i), fed));
     }
     supply.from = fields.text("from");
-    supply.maxCurrent = fields.number("maxCurrent", 0.0, kMostAmperes, "A");
-    supply.volts = fields.number("volts", 0.0, kMostVolts, "V");
+    supply.maxCurrent = fields.number("maxCurrent", kAmperes);
+    supply.volts = fields.number("volts", kVolts);
     if (supply.volts == 0.0)
         fields.place("volts").fail("a supply of 0 V feeds nothing");
     if (const Json* efficiency = fields.take("efficiency"))
@@ -137,17 +137,18 @@ const Supply* Supplies::feeding(const std::string& rail) const
 
 std::optional<double> sourceVolts(const std::string& name)
 {
-    double volts = 0.0;
-    const char* end = name.data() + name.size();
-    const auto parsed = std::from_chars(name.data(), end, volts);
-    if (parsed.ec != std::errc())
-        return std::nullopt;
-    const std::string_view unit(parsed.ptr, static_cast<std::size_t>(end - parsed.ptr));
-    return unit == "V" || unit == " V" ? std::optional(volts) : std::nullopt;
+    try {
+        const auto written = writtenQuantity(name);
+        return written ? std::optional(inUnit(*written, "V")) : std::nullopt;
+    } catch (const Error&) {
+        return std::nullopt; // a word that begins with a number, or no volts
+    }
 }
 
-std::vector<Supply> readSupplies(const Json& value, const Place& where, const std::map<std::string, double>& regulators)
+std::vector<Supply> readSupplies(const Json& value, const std::map<std::string, double>& regulators,
+                                 const Reading& reading)
 {
+    const Place where(reading, "supplies");
     Fields byName(value, where);
     if (value.size() > kMostSupplies)
         where.fail(fmt::format("a board has at most {} supplies, found {}", kMostSupplies, value.size()));
@@ -174,9 +175,10 @@ std::vector<Supply> readSupplies(const Json& value, const Place& where, const st
     return supplies.all;
 }
 
-std::vector<std::vector<std::string>> readSequence(const Json& value, const Place& where,
-                                                   const std::vector<Supply>& supplies)
+std::vector<std::vector<std::string>> readSequence(const Json& value, const std::vector<Supply>& supplies,
+                                                   const Reading& reading)
 {
+    const Place where(reading, "sequence");
     if (!value.is_array() || value.empty())
         where.fail(
             fmt::format("expected a list of rails in the order of powering up, found {}", Fields::describe(value)));

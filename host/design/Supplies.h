@@ -1,16 +1,11 @@
 #pragma once
 
-#include "host/base/JsonFwd.h"
-
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace zelm::host {
-
-class Place;
 
 /// What feeds rails, other supplies, or both.
 struct Supply {
@@ -35,14 +30,5 @@ struct Supplies {
 
 /// The volts that the name of a source gives: "12V", "3.3 V"; nothing for any other word.
 std::optional<double> sourceVolts(const std::string& name);
-
-/// Reads "supplies". An Error tells what is wrong, a cycle too. Regulators are supplies of one rail without loss, at
-/// the board's input: they join the tree, and no supply may feed such a rail.
-std::vector<Supply> readSupplies(const Json& value, const Place& where,
-                                 const std::map<std::string, double>& regulators);
-
-/// Reads "sequence": rails, or lists of rails that power up together.
-std::vector<std::vector<std::string>> readSequence(const Json& value, const Place& where,
-                                                   const std::vector<Supply>& supplies);
 
 } // namespace zelm::host

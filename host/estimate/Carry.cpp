@@ -27,9 +27,9 @@ using Kind = ZelmCellInfo::Kind;
 void applyRails(Running& group, const RailVolts& rails)
 {
     for (const ZelmCellInfo& cell : group.block->cells) {
-        if (!takesVolts(cell) || group.isSet(cell.name))
+        if (!takesVolts(cell) || group.isSet(cell))
             continue;
-        if (const auto known = rails.find(std::string(cell.legal.rail)))
+        if (const auto known = rails.find(cell.legal.rail))
             group.set(cell, known->volts, known->origin);
     }
 }
@@ -274,11 +274,6 @@ int forCell(std::int64_t count)
     return static_cast<int>(std::clamp<std::int64_t>(count, 0, most));
 }
 
-bool counts(const ResourceUse& use, const Running& group)
-{
-    return use.block == group.block->name && (use.kind.empty() || group.text(use.kind).starts_with(use.word));
-}
-
 // The pins of one bank, by the device's own pins and banks.
 int pinsPerBank(const ResolvedDevice& device, std::string_view bank)
 {
@@ -291,9 +286,21 @@ int pinsPerBank(const ResolvedDevice& device, std::string_view bank)
     return banks > 0 && count("_IO") >= banks ? count("_IO") / banks : typical;
 }
 
-std::string bankCell(const std::string& rail, const BankKind& kind)
+std::string bankCell(std::string_view rail, const BankKind& kind)
 {
     return fmt::format("USED_{}_{}_BANKS", rail, kind.words);
+}
+
+// The static power model's counts of a kind's banks.
+std::vector<const ZelmCellInfo*> bankCells(const BankKind& kind)
+{
+    std::vector<const ZelmCellInfo*> cells;
+    const std::string ending = fmt::format("{}_BANKS", kind.words);
+    for (const ZelmCellInfo& cell : block("Static").cells) {
+        if (cell.kind == ZelmCellInfo::Kind::userInput && cell.name.ends_with(ending))
+            cells.push_back(&cell);
+    }
+    return cells;
 }
 
 } // namespace
@@ -319,82 +326,80 @@ RailVolts::RailVolts(const Design& design, const ResolvedDevice* device)
         m_known[rail] = {volts, Origin::rails};
 }
 
-std::optional<RailVolts::Known> RailVolts::find(const std::string& rail) const
+std::optional<RailVolts::Known> RailVolts::find(std::string_view rail) const
 {
     const auto found = m_known.find(rail);
     return found == m_known.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::optional<double> RailVolts::volts(const std::string& rail) const
+std::optional<double> RailVolts::volts(std::string_view rail) const
 {
     const auto known = find(rail);
     return known ? std::optional(static_cast<double>(known->volts)) : std::nullopt;
 }
 
-std::vector<Running> start(const Design& design, const RailVolts& rails, const ResolvedDevice* device,
-                           std::vector<Carried>& carried, std::vector<std::string>& warnings)
+StartedGroup start(const Design& design, const Group& group, const RailVolts& rails, const ResolvedDevice* device)
 {
-    std::vector<Running> all;
-    for (const Group& group : design.groups) {
-        const std::vector<const Block*> reached = inputBlocks(*group.block);
-        const std::size_t first = all.size();
-        for (const Block* block : reached) {
-            const bool own = block == reached.front();
-            Running running(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
-            if (own) {
-                carryFrequency(design, group, running, carried);
-                carryLoads(design, group, running, carried);
-            }
-            if (own && device && reached.size() > 1)
-                carrySites(running, *device, carried);
-            if (device)
-                carryDevice(running, *device, carried);
-            if (!own)
-                carryClock(all[first], running, carried);
-            setBankVoltage(running, rails, warnings);
-            applyRails(running, rails);
-            running.calculate();
-            all.push_back(std::move(running));
+    StartedGroup started;
+    const std::vector<const Block*> reached = inputBlocks(*group.block);
+    for (const Block* block : reached) {
+        const bool own = block == reached.front();
+        Running running(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
+        if (own) {
+            carryFrequency(design, group, running, started.carried);
+            carryLoads(design, group, running, started.carried);
         }
+        if (own && device && reached.size() > 1)
+            carrySites(running, *device, started.carried);
+        if (device)
+            carryDevice(running, *device, started.carried);
+        if (!own)
+            carryClock(started.blocks.front(), running, started.carried);
+        setBankVoltage(running, rails, started.warnings);
+        applyRails(running, rails);
+        running.calculate();
+        started.blocks.push_back(std::move(running));
     }
-    return all;
+    return started;
 }
 
-std::map<std::string, int> usedCounts(const std::vector<Running>& groups, const ResolvedDevice& device,
-                                      const Design& design, std::vector<Carried>& carried)
+std::vector<std::size_t> carriedInto(const Design& design, const Group& group)
+{
+    std::vector<std::size_t> reached;
+    for (std::size_t i = 0; i < design.groups.size(); ++i) {
+        const Group& other = design.groups[i];
+        if ((!group.clock.empty() && other.name == group.clock) || (!other.clock.empty() && other.clock == group.name))
+            reached.push_back(i);
+    }
+    return reached;
+}
+
+std::map<std::string, int> usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design)
 {
     std::map<std::string, int> used;
     for (const StaticCount& count : staticCounts()) {
         std::int64_t sum = 0;
-        for (const Running& group : groups) {
-            if (group.block->name == count.block)
-                sum += units(group, count.cell);
-        }
+        for (const Running* group : groups.of(count.block))
+            sum += units(*group, count.cell);
         used[std::string(count.staticCell)] = forCell(roundedUp(sum, count.perCount));
     }
     for (const BankKind& kind : bankKinds()) {
-        std::map<std::string, std::int64_t> pins;
-        for (const Running& group : groups) {
-            if (group.block->name == kind.block)
-                pins[group.bankRail()] += std::int64_t{group.count} * pinsPerBuffer(group);
-        }
-        for (const ZelmCellInfo& cell : block("Static").cells) {
-            if (cell.kind == ZelmCellInfo::Kind::userInput && cell.name.ends_with(std::string(kind.words) + "_BANKS"))
-                used[std::string(cell.name)] = 0;
-        }
+        std::map<std::string_view, std::int64_t> pins;
+        for (const Running* group : groups.of(kind.block))
+            pins[group->bankRail()] += std::int64_t{group->count} * pinsPerBuffer(*group);
+        for (const ZelmCellInfo* cell : bankCells(kind))
+            used[std::string(cell->name)] = 0;
         for (const auto& [rail, number] : pins) {
-            if (block("Static").findCell(bankCell(rail, kind)))
-                used[bankCell(rail, kind)] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
+            if (const std::string cell = bankCell(rail, kind); block("Static").findCell(cell))
+                used[cell] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
         }
     }
     for (const auto& [cell, value] : design.staticInputs)
         used.erase(cell);
-    for (const auto& [cell, count] : used)
-        carried.push_back({"groups", "Static." + cell, std::to_string(count)});
     return used;
 }
 
-std::vector<Utilisation> utilisation(const std::vector<Running>& groups, const ResolvedDevice& device)
+std::vector<Utilisation> utilisation(const RunningGroups& groups, const ResolvedDevice& device)
 {
     std::vector<Utilisation> result;
     for (const ResourceUse& use : resourceUses()) {
@@ -402,9 +407,9 @@ std::vector<Utilisation> utilisation(const std::vector<Running>& groups, const R
         if (available == device.resources.end())
             continue;
         std::int64_t sum = 0;
-        for (const Running& group : groups) {
-            if (counts(use, group))
-                sum += units(group, use.cell) * use.each * (bankKindOf(use.block) ? pinsPerBuffer(group) : 1);
+        for (const Running* group : groups.of(use.block)) {
+            if (use.kind.empty() || group->text(use.kind).starts_with(use.word))
+                sum += units(*group, use.cell) * use.each * (bankKindOf(use.block) ? pinsPerBuffer(*group) : 1);
         }
         auto entry = std::find_if(result.begin(), result.end(),
                                   [&](const Utilisation& known) { return known.resource == use.resource; });

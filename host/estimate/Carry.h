@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zelm::host {
@@ -22,23 +23,32 @@ public:
         float volts;
         Origin origin;
     };
-    std::optional<Known> find(const std::string& rail) const;
-    std::optional<double> volts(const std::string& rail) const;
+    std::optional<Known> find(std::string_view rail) const;
+    std::optional<double> volts(std::string_view rail) const;
 
 private:
-    std::map<std::string, Known> m_known;
+    std::map<std::string, Known, std::less<>> m_known;
 };
 
-/// Makes and calculates the groups of a design: sets their inputs, carries clock accounting into the blocks that it
-/// feeds, the device's names and sites, bank voltages by I/O standard, and rail voltages everywhere.
-std::vector<Running> start(const Design& design, const RailVolts& rails, const ResolvedDevice* device,
-                           std::vector<Carried>& carried, std::vector<std::string>& warnings);
+/// A design's group at work: its own block, and those that it feeds.
+struct StartedGroup {
+    std::vector<Running> blocks;
+    std::vector<Carried> carried;
+    std::vector<std::string> warnings;
+};
+
+/// Makes and calculates a group of a design: sets its inputs, carries clock accounting into the blocks that it feeds,
+/// the device's names and sites, bank voltages by I/O standard, and rail voltages everywhere.
+StartedGroup start(const Design& design, const Group& group, const RailVolts& rails, const ResolvedDevice* device);
+
+/// The groups of the design, by their place there, into which something is carried from this one: a clock's frequency
+/// into those that name it, their loads into the clock.
+std::vector<std::size_t> carriedInto(const Design& design, const Group& group);
 
 /// The used counts of the static power model, by cell, from what the groups use; the design's own settings win.
-std::map<std::string, int> usedCounts(const std::vector<Running>& groups, const ResolvedDevice& device,
-                                      const Design& design, std::vector<Carried>& carried);
+std::map<std::string, int> usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design);
 
 /// What the groups use of each resource that the catalogue counts.
-std::vector<Utilisation> utilisation(const std::vector<Running>& groups, const ResolvedDevice& device);
+std::vector<Utilisation> utilisation(const RunningGroups& groups, const ResolvedDevice& device);
 
 } // namespace zelm::host

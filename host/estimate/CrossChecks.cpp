@@ -44,17 +44,19 @@ void checkBus(const Running& controller, Warnings& warnings)
             controller.name, gigabytes(bandwidth(controller)), gigabytes(peak), width, rate));
 }
 
-void checkTraffic(const std::vector<Running>& groups, Warnings& warnings)
+void checkTraffic(const RunningGroups& groups, Warnings& warnings)
 {
     constexpr double rounding = 1.05; // people round what they declare
     double carried = 0.0;
     double declared = 0.0;
-    for (const Running& group : groups) {
-        if (group.block->name == "Noc" && group.text("DATA_PATH").ends_with("_TO_DDRC"))
-            carried += group.count * (realOf(group, "BANDWITH_READ") + realOf(group, "BANDWITH_WRITE"));
-        if (group.block->name == "Ddrmc" && group.count > 0) {
-            declared += group.count * bandwidth(group);
-            checkBus(group, warnings);
+    for (const Running* group : groups.of("Noc")) {
+        if (group->text("DATA_PATH").ends_with("_TO_DDRC"))
+            carried += group->count * (realOf(*group, "BANDWITH_READ") + realOf(*group, "BANDWITH_WRITE"));
+    }
+    for (const Running* group : groups.of("Ddrmc")) {
+        if (group->count > 0) {
+            declared += group->count * bandwidth(*group);
+            checkBus(*group, warnings);
         }
     }
     if (carried > rounding * declared)
@@ -126,27 +128,28 @@ void checkSites(const Running& clock, Warnings& warnings)
 }
 
 // How many loads of a kind the design's other groups name.
-std::int64_t named(const std::vector<Running>& groups, std::string_view cell)
+std::int64_t named(const RunningGroups& groups, std::string_view cell)
 {
     std::int64_t sum = 0;
     for (const ClockLoad& load : clockLoads()) {
-        for (const Running& group : groups) {
-            if (load.load == cell && load.block == group.block->name &&
-                (load.kind.empty() || group.text(load.kind).starts_with(load.word)))
-                sum += std::int64_t{group.count} * group.whole(load.cell) * load.each;
+        if (load.load != cell)
+            continue;
+        for (const Running* group : groups.of(load.block)) {
+            if (load.kind.empty() || group->text(load.kind).starts_with(load.word))
+                sum += std::int64_t{group->count} * group->whole(load.cell) * load.each;
         }
     }
     return sum;
 }
 
 // Only what people wrote: loads that were carried are the groups' own. Where no group names a kind, nothing is known.
-void checkNamedLoads(const std::vector<Running>& groups, Warnings& warnings)
+void checkNamedLoads(const RunningGroups& groups, Warnings& warnings)
 {
     for (const Load& load : kLoads) {
         std::int64_t clocked = 0;
-        for (const Running& group : groups) {
-            if (group.block->name == "Clock" && group.originOf(load.cell) == Origin::design)
-                clocked += std::int64_t{group.count} * group.whole(load.cell);
+        for (const Running* group : groups.of("Clock")) {
+            if (group->originOf(load.cell) == Origin::design)
+                clocked += std::int64_t{group->count} * group->whole(load.cell);
         }
         const std::int64_t all = named(groups, load.cell);
         if (all > 0 && clocked > load.clocks * all)
@@ -156,17 +159,15 @@ void checkNamedLoads(const std::vector<Running>& groups, Warnings& warnings)
 }
 
 // A slice on a clock holds at least one register, shift register or LUT memory.
-void checkSlices(const std::vector<Running>& groups, const ResolvedDevice* device, Warnings& warnings)
+void checkSlices(const RunningGroups& groups, const ResolvedDevice* device, Warnings& warnings)
 {
     std::int64_t clocked = 0;
-    for (const Running& group : groups) {
-        if (group.block->name != "CleClk")
-            continue;
-        const int slices = group.whole("NUM_CLOCKED_SLICES");
-        clocked += std::int64_t{group.count} * slices;
+    for (const Running* group : groups.of("CleClk")) {
+        const int slices = group->whole("NUM_CLOCKED_SLICES");
+        clocked += std::int64_t{group->count} * slices;
         if (const int there = device ? resource(*device, "FF") / kRegistersPerSlice : slices; slices > there)
             warnings.push_back(fmt::format("group \"{}\": NUM_CLOCKED_SLICES {} is more than the {} slices of {}",
-                                           group.name, slices, there, device->name));
+                                           group->name, slices, there, device->name));
     }
     const std::int64_t registers = named(groups, "FFS_USING_CLK");
     const std::int64_t all = registers + named(groups, "SRLS_USING_CLK") + named(groups, "LUTRAMS_USING_CLK");
@@ -179,40 +180,40 @@ void checkSlices(const std::vector<Running>& groups, const ResolvedDevice* devic
 
 // ---- Counted twice ----
 
-void checkPlls(const std::vector<Running>& groups, Warnings& warnings)
+void checkPlls(const RunningGroups& groups, Warnings& warnings)
 {
     int apart = 0;
     std::string names;
-    for (const Running& group : groups) {
-        if (group.block->name != "Pspll" || group.count == 0)
+    for (const Running* group : groups.of("Pspll")) {
+        if (group->count == 0)
             continue;
-        apart += group.count;
-        names += fmt::format("{}\"{}\"", names.empty() ? "" : ", ", group.name);
+        apart += group->count;
+        names += fmt::format("{}\"{}\"", names.empty() ? "" : ", ", group->name);
     }
-    for (const Running& group : groups) {
-        if (group.block->name != "Yond" || group.count == 0 || apart == 0)
+    for (const Running* group : groups.of("Yond")) {
+        if (group->count == 0 || apart == 0)
             continue;
-        const int on = (group.whole("FPD_PLL_ON_OFF") != 0 ? 1 : 0) + (group.whole("LPD_PLL_ON_OFF") != 0 ? 1 : 0);
+        const int on = (group->whole("FPD_PLL_ON_OFF") != 0 ? 1 : 0) + (group->whole("LPD_PLL_ON_OFF") != 0 ? 1 : 0);
         if (on > 0)
             warnings.push_back(
                 fmt::format("group \"{}\": {} of its PLLs are on (FPD_PLL_ON_OFF, LPD_PLL_ON_OFF) beside "
                             "{} in {}: the processing system's PLLs are counted twice",
-                            group.name, on, apart, names));
+                            group->name, on, apart, names));
     }
 }
 
 } // namespace
 
-std::vector<std::string> warningsAcross(const std::vector<Running>& groups, const ResolvedDevice* device)
+std::vector<std::string> warningsAcross(const RunningGroups& groups, const ResolvedDevice* device)
 {
     Warnings warnings;
     checkTraffic(groups, warnings);
-    for (const Running& group : groups) {
-        if (group.block->name != "Clock" || group.count == 0)
+    for (const Running* group : groups.of("Clock")) {
+        if (group->count == 0)
             continue;
-        checkSites(group, warnings);
+        checkSites(*group, warnings);
         if (device)
-            checkNet(group, *device, warnings);
+            checkNet(*group, *device, warnings);
     }
     checkNamedLoads(groups, warnings);
     checkSlices(groups, device, warnings);

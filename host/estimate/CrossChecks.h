@@ -10,6 +10,6 @@ namespace zelm::host {
 
 /// What no group shows alone: traffic beyond what its target takes, clock loads beyond the device or beyond the
 /// resources that other groups name, and what is counted twice. The groups have been calculated.
-std::vector<std::string> warningsAcross(const std::vector<Running>& groups, const ResolvedDevice* device);
+std::vector<std::string> warningsAcross(const RunningGroups& groups, const ResolvedDevice* device);
 
 } // namespace zelm::host

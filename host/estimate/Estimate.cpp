@@ -1,187 +1,66 @@
-#include "host/estimate/Estimate.h"
+#include "host/estimate/RunningDesign.h"
 
 #include "host/base/Error.h"
 #include "host/base/Text.h"
-#include "host/blocks/LegalWords.h"
 #include "host/blocks/Rails.h"
-#include "host/blocks/RollUp.h"
 #include "host/estimate/Budgets.h"
-#include "host/estimate/Carry.h"
-#include "host/estimate/Combination.h"
 #include "host/estimate/CrossChecks.h"
+#include "host/estimate/DeviceChecks.h"
+#include "host/estimate/GroupPower.h"
 #include "host/estimate/Modes.h"
 #include "host/estimate/Ranges.h"
-#include "host/estimate/StaticPower.h"
 #include "host/estimate/Supplies.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 #include <set>
+#include <unordered_map>
 
 namespace zelm::host {
 
 namespace {
 
-double inWattsOrAmperes(std::string_view unit, double value)
-{
-    if (unit == "uW" || unit == "uA")
-        return value * 1e-6;
-    if (unit == "mW" || unit == "mA")
-        return value * 1e-3;
-    return value;
-}
-
-bool isCurrent(std::string_view unit)
-{
-    return unit.ends_with('A');
-}
-
-// The volts at which a group loads a rail: its own input for that rail, else the rail's voltage elsewhere.
-double railVolts(const Running& group, const std::string& rail, const RailVolts& rails)
-{
-    if (const ZelmCellInfo* own = group.railInput(rail)) {
-        const Value value = group.instance->get(*own);
-        if (const float* volts = std::get_if<float>(&value))
-            return static_cast<double>(*volts);
-    }
-    return rails.volts(rail).value_or(0.0);
-}
-
-// How many units a group stands for where its block estimates only one.
-double multiplier(const Running& group)
-{
-    double units = group.count;
-    for (const PerUnit& rule : perUnit()) {
-        if (rule.block == group.block->name && group.get(rule.cell).index() != 0)
-            units *= group.whole(rule.cell);
-    }
-    return units;
-}
-
-std::vector<InputValue> inputsOf(const Running& group)
-{
-    std::vector<InputValue> inputs;
-    for (const ZelmCellInfo& cell : group.block->cells) {
-        if (cell.kind != ZelmCellInfo::Kind::userInput)
-            continue;
-        const Value value = group.instance->get(cell);
-        if (value.index() != 0)
-            inputs.push_back({std::string(cell.name), std::string(cell.unit), value, group.originOf(cell.name)});
-    }
-    return inputs;
-}
-
-// Says what makes a group's power wrong: an Error, or a warning.
-class GapTeller {
-public:
-    GapTeller(const Design& design, Gaps gaps, std::vector<std::string>& warnings)
-        : m_design(&design), m_gaps(gaps), m_warnings(&warnings)
-    {
-    }
-
-    void tell(const Running& group, const std::string& message) const
-    {
-        if (m_gaps == Gaps::refused)
-            throw Error(fmt::format("{}: group \"{}\": {} (--keep-going estimates the rest)",
-                                    m_design->source.at(group.place + ".inputs"), group.name, message));
-        m_warnings->push_back(fmt::format("group \"{}\": {}", group.name, message));
-    }
-
-    void tell(const Running& group, const MissingRow& row) const
-    {
-        const std::string inputs = combinationWithout(group, row);
-        tell(group, fmt::format("{}{} has no row {} in {}, so the group's power can't be right",
-                                inputs.empty() ? "" : fmt::format("{} don't go together: ", inputs),
-                                group.block->dataFile(), row.key, row.table));
-    }
-
-private:
-    const Design* m_design;
-    Gaps m_gaps;
-    std::vector<std::string>* m_warnings;
+// What the groups load a rail with, all together.
+struct RailLoad {
+    std::string_view rail;
+    double volts = 0.0;
+    double amperes = 0.0;
+    double watts = 0.0;
 };
 
-// What an output of a group amounts to, in watts or amperes; nothing if it means nothing.
-std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group, const GapTeller& gaps)
+std::vector<RailLoad> railLoads(const std::vector<GroupResult>& groups)
 {
-    const Value value = group.instance->get(output);
-    const float* number = std::get_if<float>(&value);
-    double amount = number ? static_cast<double>(*number) : std::nan("");
-    if (!output.goes.scaling.empty()) {
-        const Value factor = group.get(output.goes.scaling);
-        const float* scaling = std::get_if<float>(&factor);
-        amount *= scaling ? static_cast<double>(*scaling) : std::nan("");
-    }
-    constexpr double beyondBelief = 1e15; // what a sentinel that flowed through a formula looks like
-    if (!(std::fabs(amount) < beyondBelief)) {
-        gaps.tell(group,
-                  fmt::format("{} has no meaningful value ({})", output.name, number ? exactText(*number) : "unset"));
-        return std::nullopt;
-    }
-    return inWattsOrAmperes(output.unit, amount) * multiplier(group);
-}
-
-// What an output adds to its rail.
-Contribution contributionOf(const ZelmCellInfo& output, double amount, const Running& group, const RailVolts& rails,
-                            std::vector<std::string>& warnings)
-{
-    const std::string_view rail = output.goes.name;
-    Contribution part{std::string(output.name), rail == "VCCO" ? group.bankRail() : std::string(rail), amount, amount};
-    const double volts = padVolts(group, output.name).value_or(railVolts(group, part.rail, rails));
-    if (isCurrent(output.unit))
-        part.watts = amount * volts;
-    else
-        part.amperes = volts > 0.0 ? amount / volts : 0.0;
-    if (!(volts > 0.0) && amount != 0.0)
-        warnings.push_back(fmt::format("group \"{}\": no voltage is known for rail {}, its current counts as 0",
-                                       group.name, part.rail));
-    return part;
-}
-
-GroupResult finish(Running& group, const RailVolts& rails, const GapTeller& gaps, std::vector<std::string>& warnings)
-{
-    for (const MissingRow& row : group.missingRows) {
-        if (!missesInGoodDesigns(*group.block, row))
-            gaps.tell(group, row);
-    }
-    GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
-    for (const ZelmCellInfo& output : group.block->cells) {
-        const auto kind = output.goes.kind;
-        if (kind != zelm::Destination::Kind::rail && kind != zelm::Destination::Kind::offchip)
-            continue;
-        result.onlyCarries = false;
-        const std::optional<double> amount = amountOf(output, group, gaps);
-        if (!amount)
-            continue;
-        if (kind == zelm::Destination::Kind::offchip) {
-            result.offchipWatts += *amount;
-            continue;
-        }
-        result.contributions.push_back(contributionOf(output, *amount, group, rails, warnings));
-        result.watts += result.contributions.back().watts;
-    }
-    for (std::string& warning : rangeWarnings(group))
-        warnings.push_back(std::move(warning));
-    return result;
-}
-
-void addUp(Estimate& estimate, Side& side)
-{
-    for (const GroupResult& group : estimate.groups) {
+    std::vector<RailLoad> loads;
+    std::unordered_map<std::string_view, std::size_t> placeOf;
+    for (const GroupResult& group : groups) {
         for (const Contribution& part : group.contributions) {
-            auto rail = std::find_if(side.rails.begin(), side.rails.end(),
-                                     [&](const RailResult& r) { return r.name == part.rail; });
-            if (rail == side.rails.end())
-                rail = side.rails.insert(rail, RailResult{part.rail, "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
-            rail->dynamicAmperes += part.amperes;
-            rail->dynamicWatts += part.watts;
-            if (rail->volts == 0.0 && part.amperes != 0.0)
-                rail->volts = part.watts / part.amperes;
+            const auto [place, isNew] = placeOf.try_emplace(part.rail, loads.size());
+            if (isNew)
+                loads.push_back({part.rail});
+            RailLoad& load = loads[place->second];
+            load.amperes += part.amperes;
+            load.watts += part.watts;
+            if (load.volts == 0.0 && part.amperes != 0.0)
+                load.volts = part.watts / part.amperes;
         }
     }
-    side.totalWatts = side.staticWatts + estimate.dynamicWatts;
+    return loads;
+}
+
+void addUp(const std::vector<RailLoad>& loads, double dynamicWatts, Side& side)
+{
+    for (const RailLoad& load : loads) {
+        auto rail = std::find_if(side.rails.begin(), side.rails.end(),
+                                 [&](const RailResult& r) { return r.name == load.rail; });
+        if (rail == side.rails.end())
+            rail = side.rails.insert(rail, RailResult{std::string(load.rail), "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+        rail->dynamicAmperes = load.amperes;
+        rail->dynamicWatts = load.watts;
+        if (rail->volts == 0.0)
+            rail->volts = load.volts;
+    }
+    side.totalWatts = side.staticWatts + dynamicWatts;
 }
 
 void refuseUnknownRails(const Design& design)
@@ -232,54 +111,219 @@ void sayOnce(std::vector<std::string>& warnings)
     std::erase_if(warnings, [&](const std::string& warning) { return !said.insert(warning).second; });
 }
 
+template <class T>
+void append(std::vector<T>& all, const std::vector<T>& more)
+{
+    all.insert(all.end(), more.begin(), more.end());
+}
+
 } // namespace
+
+RunningDesign::RunningDesign(Design design, Curves curves, Gaps gaps) : m_curves(curves), m_gaps(gaps)
+{
+    m_estimate.design = std::move(design);
+}
+
+void RunningDesign::change(std::size_t index, Group group)
+{
+    Group& place = m_estimate.design.groups.at(index);
+    if (group == place)
+        return;
+    markGroup(index);
+    if (group.name != place.name || group.block != place.block)
+        m_all = true;
+    place = std::move(group);
+    markGroup(index);
+    m_changed = true;
+}
+
+void RunningDesign::change(Environment environment)
+{
+    m_estimate.design.environment = std::move(environment);
+    m_changed = true;
+}
+
+void RunningDesign::change(Design design)
+{
+    Design& now = m_estimate.design;
+    const auto sameName = [](const Group& a, const Group& b) { return a.name == b.name; };
+    if (m_stale.size() != design.groups.size() ||
+        !std::equal(now.groups.begin(), now.groups.end(), design.groups.begin(), design.groups.end(), sameName) ||
+        now.device != design.device || now.rails != design.rails || now.staticInputs != design.staticInputs) {
+        m_all = true;
+        now = std::move(design);
+        m_changed = true;
+        return;
+    }
+    for (std::size_t i = 0; i < design.groups.size(); ++i)
+        change(i, std::move(design.groups[i]));
+    design.groups = std::move(now.groups);
+    now = std::move(design);
+    m_changed = true;
+}
+
+// A group, and those into which something of it is carried.
+void RunningDesign::markGroup(std::size_t index)
+{
+    if (m_stale.size() <= index)
+        return; // nothing has been computed yet
+    m_stale[index] = true;
+    for (const std::size_t reached : carriedInto(m_estimate.design, m_estimate.design.groups[index]))
+        m_stale[reached] = true;
+}
+
+const Estimate& RunningDesign::estimate()
+{
+    if (!m_changed)
+        return m_estimate;
+    const bool all = std::exchange(m_all, true); // until this ends well
+    refuseUnknownRails(m_estimate.design);
+    refuseImpossible(m_estimate.design);
+    if (all)
+        resolveDevice();
+    const bool carriedOthers = computeGroups() || all;
+    addUpGroups(carriedOthers);
+    addStaticPower(carriedOthers);
+    const std::vector<RailLoad> loads = railLoads(m_estimate.groups);
+    for (Side& side : m_estimate.sides)
+        addUp(loads, m_estimate.dynamicWatts, side);
+    warnOfIdleLimits(m_estimate.design, device(), m_estimate);
+    addSupplies(m_estimate);
+    addModes(m_estimate, m_gaps);
+    m_estimate.budgets.clear();
+    checkBudgets(m_estimate);
+    sayOnce(m_estimate.warnings);
+    m_all = false;
+    m_changed = false;
+    return m_estimate;
+}
+
+Estimate RunningDesign::take() &&
+{
+    estimate();
+    return std::move(m_estimate);
+}
+
+void RunningDesign::resolveDevice()
+{
+    const Design& design = m_estimate.design;
+    m_device.reset();
+    if (design.device)
+        m_device = resolve(design);
+    m_rails.emplace(design, device());
+    m_started.clear();
+    m_started.resize(design.groups.size());
+    m_running.clear();
+    m_stale.assign(design.groups.size(), true);
+}
+
+// Whether something else is carried than before.
+bool RunningDesign::computeGroups()
+{
+    const Design& design = m_estimate.design;
+    std::vector<std::size_t> stale;
+    for (std::size_t i = 0; i < m_stale.size(); ++i) {
+        if (m_stale[i])
+            stale.push_back(i);
+    }
+    bool carriedOthers = false;
+    for (const std::size_t i : stale) {
+        StartedGroup started = start(design, design.groups[i], *m_rails, device());
+        carriedOthers = carriedOthers || started.carried != m_started[i].group.carried;
+        m_started[i].group = std::move(started);
+    }
+    for (const std::size_t i : stale) {
+        Started& started = m_started[i];
+        started.results.clear();
+        started.warnings.clear();
+        for (Running& running : started.group.blocks)
+            started.results.push_back(powerOf(running, design, *m_rails, m_gaps, started.warnings));
+        m_stale[i] = false;
+    }
+    if (!stale.empty()) {
+        m_running.clear();
+        for (const Started& started : m_started) {
+            for (const Running& running : started.group.blocks)
+                m_running.add(running);
+        }
+    }
+    takeResults(stale);
+    return carriedOthers;
+}
+
+// Into the estimate, whose groups are those of all blocks.
+void RunningDesign::takeResults(const std::vector<std::size_t>& stale)
+{
+    std::vector<GroupResult>& groups = m_estimate.groups;
+    groups.resize(m_running.all().size());
+    auto next = stale.begin();
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < m_started.size(); ++i) {
+        if (next != stale.end() && *next == i) {
+            std::move(m_started[i].results.begin(), m_started[i].results.end(),
+                      groups.begin() + static_cast<std::ptrdiff_t>(place));
+            ++next;
+        }
+        place += m_started[i].group.blocks.size();
+    }
+}
+
+void RunningDesign::addUpGroups(bool carriedOthers)
+{
+    Estimate& result = m_estimate;
+    result.dynamicWatts = 0.0;
+    result.offchipWatts = 0.0;
+    for (const GroupResult& group : result.groups) {
+        result.dynamicWatts += group.watts;
+        result.offchipWatts += group.offchipWatts;
+    }
+    result.warnings = result.design.warnings;
+    for (const Started& started : m_started)
+        append(result.warnings, started.group.warnings);
+    for (const Started& started : m_started)
+        append(result.warnings, started.warnings);
+    append(result.warnings, warningsAcross(m_running, device()));
+    append(result.warnings, warningsOfDevice(result.design, m_running, device()));
+    if (!carriedOthers)
+        return;
+    result.carried.clear();
+    for (const Started& started : m_started)
+        append(result.carried, started.group.carried);
+    m_carriedByGroups = result.carried.size();
+}
+
+void RunningDesign::addStaticPower(bool carriedOthers)
+{
+    Estimate& result = m_estimate;
+    result.sides.clear();
+    result.cooling.clear();
+    if (!device()) {
+        Side side;
+        side.junction = result.design.environment.junction.value_or(0.0);
+        result.sides.push_back(side);
+        return;
+    }
+    result.utilisation = utilisation(m_running, *m_device);
+    for (const Utilisation& use : result.utilisation) {
+        if (use.used > use.available)
+            result.warnings.push_back(fmt::format("the design uses {:g} {} of the {:g} that {} has", use.used,
+                                                  use.resource, use.available, m_device->name));
+    }
+    std::map<std::string, int> used = usedCounts(m_running, *m_device, result.design);
+    if (carriedOthers || used != m_usedCounts) {
+        m_usedCounts = std::move(used);
+        result.carried.resize(m_carriedByGroups);
+        for (const auto& [cell, count] : m_usedCounts)
+            result.carried.push_back({"groups", "Static." + cell, std::to_string(count)});
+    }
+    result.usedCounts = m_usedCounts;
+    m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty());
+    m_static.addTo(result, m_curves);
+}
 
 Estimate estimate(const Design& design, Curves curves, Gaps gaps)
 {
-    refuseUnknownRails(design);
-    refuseImpossible(design);
-    Estimate result;
-    result.design = design;
-    result.warnings = design.warnings;
-    const GapTeller gapTeller(design, gaps, result.warnings);
-
-    std::optional<ResolvedDevice> device;
-    if (design.device)
-        device = resolve(design);
-    const RailVolts rails(design, device ? &*device : nullptr);
-
-    std::vector<Running> running = start(design, rails, device ? &*device : nullptr, result.carried, result.warnings);
-    for (Running& group : running) {
-        result.groups.push_back(finish(group, rails, gapTeller, result.warnings));
-        result.dynamicWatts += result.groups.back().watts;
-        result.offchipWatts += result.groups.back().offchipWatts;
-    }
-    for (std::string& warning : warningsAcross(running, device ? &*device : nullptr))
-        result.warnings.push_back(std::move(warning));
-    if (device) {
-        result.utilisation = utilisation(running, *device);
-        for (const Utilisation& use : result.utilisation) {
-            if (use.used > use.available)
-                result.warnings.push_back(fmt::format("the design uses {:g} {} of the {:g} that {} has", use.used,
-                                                      use.resource, use.available, device->name));
-        }
-        result.usedCounts = usedCounts(running, *device, design, result.carried);
-        addStaticPower(result, *device, result.usedCounts, curves);
-    } else {
-        Side side;
-        side.junction = design.environment.junction.value_or(0.0);
-        result.sides.push_back(side);
-        if (design.environment.ambient)
-            result.warnings.emplace_back("without a device there is no static power and no junction temperature");
-    }
-    for (Side& side : result.sides)
-        addUp(result, side);
-    warnOfIdleLimits(design, device ? &*device : nullptr, result);
-    addSupplies(result);
-    addModes(result, gaps);
-    checkBudgets(result);
-    sayOnce(result.warnings);
-    return result;
+    return RunningDesign(design, curves, gaps).take();
 }
 
 } // namespace zelm::host

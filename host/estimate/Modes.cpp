@@ -20,13 +20,14 @@ namespace {
 class ModeAtWork {
 public:
     ModeAtWork(const Estimate& mode, std::size_t side)
-        : m_mode(&mode), m_side(&mode.sides[side]), m_static(staticSide(mode, m_side->process)),
-          m_watts(m_static.watts ? tabled(m_static.watts) : nullptr)
+        : m_mode(&mode), m_side(&mode.sides[side]), m_static(staticPowerOf(mode))
     {
+        if (!m_static)
+            return;
+        m_watts = tabled(m_static->curve(m_side->process));
         // Power-up currents are the worst of both sides, whatever the temperature.
         for (const Side& other : mode.sides) {
-            const StaticSide statics = staticSide(mode, other.process);
-            for (const RailResult& rail : statics.rails ? statics.rails(kCool) : std::vector<RailResult>()) {
+            for (const RailResult& rail : m_static->rails(other.process, kCool)) {
                 double& most = m_powerUp[rail.name];
                 most = std::max(most, rail.powerUpAmperes);
             }
@@ -47,7 +48,8 @@ public:
     {
         Side side;
         side.rails = m_side->rails;
-        for (const RailResult& now : m_static.rails ? m_static.rails(junction) : std::vector<RailResult>()) {
+        for (const RailResult& now :
+             m_static ? m_static->rails(m_side->process, junction) : std::vector<RailResult>()) {
             for (RailResult& rail : side.rails) {
                 if (rail.name != now.name)
                     continue;
@@ -57,7 +59,7 @@ public:
             }
         }
         if (!m_mode->design.supplies.all.empty())
-            side.supplies = supplyTree(m_mode->design.supplies, railLoads(side, {}));
+            side.supplies = supplyTree(m_mode->design.supplies, supplyLoads(side, {}));
         return side;
     }
 
@@ -66,7 +68,7 @@ private:
 
     const Estimate* m_mode;
     const Side* m_side;
-    StaticSide m_static;
+    std::shared_ptr<StaticPower> m_static;
     PowerCurve m_watts;
     std::map<std::string, double> m_powerUp;
 };
@@ -275,6 +277,7 @@ void addWarnings(Estimate& estimate, const Estimate& mode, const std::string& na
 
 void addModes(Estimate& estimate, Gaps gaps)
 {
+    estimate.period.reset();
     if (estimate.design.modes.empty())
         return;
     estimate.period.emplace();

@@ -17,16 +17,16 @@ namespace zelm::host {
 
 /// An input of a group as it entered the formulas.
 struct InputValue {
-    std::string cell;
-    std::string unit;
+    std::string_view cell;
+    std::string_view unit;
     Value value;
     Origin origin = Origin::byDefault;
 };
 
 /// What one output adds to a rail.
 struct Contribution {
-    std::string cell;
-    std::string rail;
+    std::string_view cell;
+    std::string_view rail;
     double watts = 0.0;
     double amperes = 0.0;
 };
@@ -67,11 +67,13 @@ struct Carried {
     std::string from;
     std::string to;
     std::string value;
+
+    bool operator==(const Carried&) const = default;
 };
 
 /// One of the model's own static totals: a subsystem.
 struct Subsystem {
-    std::string cell;
+    std::string_view cell;
     double watts = 0.0;
 };
 

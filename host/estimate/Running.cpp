@@ -7,7 +7,8 @@
 namespace zelm::host {
 
 Running::Running(const Block& ofBlock, const Group& group, const std::string& asName)
-    : name(asName), block(&ofBlock), count(group.count), place(group.place), instance(ofBlock.create())
+    : name(asName), block(&ofBlock), count(group.count), place(group.place), instance(ofBlock.create()),
+      origins(ofBlock.cells.size())
 {
     for (const auto& [cellName, value] : group.inputs) {
         const ZelmCellInfo* cell = block->findCell(cellName);
@@ -19,12 +20,13 @@ Running::Running(const Block& ofBlock, const Group& group, const std::string& as
 void Running::set(const ZelmCellInfo& cell, const Value& value, Origin origin)
 {
     instance->set(cell, value);
-    origins[std::string(cell.name)] = origin;
+    origins[placeOf(cell)] = origin;
 }
 
 bool Running::isSet(std::string_view cell) const
 {
-    return origins.contains(cell);
+    const ZelmCellInfo* found = block->findCell(cell);
+    return found && isSet(*found);
 }
 
 Value Running::get(std::string_view cell) const
@@ -48,11 +50,11 @@ std::string Running::text(std::string_view cell) const
 
 Origin Running::originOf(std::string_view cell) const
 {
-    const auto found = origins.find(cell);
-    return found == origins.end() ? Origin::byDefault : found->second;
+    const ZelmCellInfo* found = block->findCell(cell);
+    return found ? originOf(*found) : Origin::byDefault;
 }
 
-const ZelmCellInfo* Running::railInput(const std::string& rail) const
+const ZelmCellInfo* Running::railInput(std::string_view rail) const
 {
     for (const ZelmCellInfo& cell : block->cells) {
         if (takesVolts(cell) && cell.legal.rail == rail)
@@ -61,7 +63,7 @@ const ZelmCellInfo* Running::railInput(const std::string& rail) const
     return nullptr;
 }
 
-std::string Running::bankRail() const
+std::string_view Running::bankRail() const
 {
     const BankKind* kind = bankKindOf(block->name);
     if (!kind)
@@ -77,6 +79,28 @@ void Running::calculate()
     const LookUpMisses misses;
     instance->calculate();
     missingRows = block->missingRows(misses);
+}
+
+void RunningGroups::clear()
+{
+    m_all.clear();
+    m_ofBlock.assign(blocks().size(), {});
+}
+
+void RunningGroups::add(const Running& group)
+{
+    m_all.push_back(&group);
+    m_ofBlock[static_cast<std::size_t>(group.block - blocks().data())].push_back(&group);
+}
+
+std::span<const Running* const> RunningGroups::of(std::string_view name) const
+{
+    return of(zelm::host::block(name));
+}
+
+std::span<const Running* const> RunningGroups::of(const Block& block) const
+{
+    return m_ofBlock[static_cast<std::size_t>(&block - blocks().data())];
 }
 
 } // namespace zelm::host

@@ -3,8 +3,9 @@
 #include "host/design/Design.h"
 #include "host/estimate/Origin.h"
 
-#include <map>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,24 +19,61 @@ struct Running {
     int count = 1;
     std::string place; ///< the group's path in the design
     std::unique_ptr<Instance> instance;
-    std::map<std::string, Origin, std::less<>> origins;
+    std::vector<std::optional<Origin>> origins; ///< of the inputs that are set, by their place among the block's cells
     std::vector<MissingRow> missingRows;
 
     /// With the group's inputs that this block has: a group may reach more blocks than its own.
     Running(const Block& ofBlock, const Group& group, const std::string& asName);
 
     void set(const ZelmCellInfo& cell, const Value& value, Origin origin);
+    bool isSet(const ZelmCellInfo& cell) const
+    {
+        return origins[placeOf(cell)].has_value();
+    }
     bool isSet(std::string_view cell) const;
     Value get(std::string_view cell) const;
     int whole(std::string_view cell) const;
     std::string text(std::string_view cell) const;
+    Origin originOf(const ZelmCellInfo& cell) const
+    {
+        return origins[placeOf(cell)].value_or(Origin::byDefault);
+    }
     Origin originOf(std::string_view cell) const;
     /// The input that holds the voltage of a rail, if the block has one.
-    const ZelmCellInfo* railInput(const std::string& rail) const;
+    const ZelmCellInfo* railInput(std::string_view rail) const;
     /// The rail of the group's I/O bank.
-    std::string bankRail() const;
+    std::string_view bankRail() const;
 
     void calculate();
+
+private:
+    std::size_t placeOf(const ZelmCellInfo& cell) const
+    {
+        return static_cast<std::size_t>(&cell - block->cells.data());
+    }
+};
+
+/// The groups of a design at work, by block: what only some kinds of them have to do with looks at those alone.
+class RunningGroups {
+public:
+    RunningGroups()
+    {
+        clear();
+    }
+    void add(const Running& group);
+    void clear();
+
+    /// In the design's order.
+    std::span<const Running* const> of(std::string_view block) const;
+    std::span<const Running* const> of(const Block& block) const;
+    std::span<const Running* const> all() const
+    {
+        return m_all;
+    }
+
+private:
+    std::vector<const Running*> m_all;
+    std::vector<std::vector<const Running*>> m_ofBlock; // by the block's place in the list of blocks
 };
 
 } // namespace zelm::host

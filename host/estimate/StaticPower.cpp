@@ -10,7 +10,10 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <memory>
+#include <optional>
+#include <span>
+#include <unordered_map>
+#include <utility>
 
 namespace zelm::host {
 
@@ -20,64 +23,172 @@ constexpr double kDefaultJunction = 100.0; // the model's own default
 constexpr std::array kSubsystems{"PL_STATIC_POWER",   "PS_HARL_STATIC_POWER", "NOC_STATIC_POWER",
                                  "NEMT_STATIC_POWER", "GT_STATIC_POWER",      "TOTAL_STATIC_POWER"};
 
-// The static power model of one device, with everything set but the temperature.
+using Settings = std::vector<std::pair<const ZelmCellInfo*, Value>>;
+
+CellRef refOf(const ZelmCellInfo& cell)
+{
+    return {cell.type, cell.ordinal};
+}
+
+} // namespace
+
+struct StaticRail {
+    std::string name;
+    std::string inside;
+    const ZelmCellInfo* volts;
+    const ZelmCellInfo* staticCurrent;
+    const ZelmCellInfo* powerUpCurrent;
+    const ZelmCellInfo* leastVolts;
+    const ZelmCellInfo* mostVolts;
+};
+
+// The cells that the tool reads of the model, found once.
+struct StaticCells {
+    const Block& block = zelm::host::block("Static");
+    const ZelmCellInfo& junction = block.cell("JUNCTION_TEMPERATURE");
+    const ZelmCellInfo& process = block.cell("PROCESS");
+    const ZelmCellInfo& hasManagedIo = block.cell("HAS_HARL_IO");
+    std::vector<StaticRail> rails;
+    std::vector<const ZelmCellInfo*> subsystems;
+    std::vector<CellRef> ofWatts;   // what the total at a temperature takes
+    std::vector<CellRef> ofResults; // all that results show
+
+    StaticCells()
+    {
+        for (const std::string& name : railNames())
+            rails.push_back({name, railHolding(name), &block.cell(name), &block.cell(name + "_STATIC_CURRENT"),
+                             &block.cell(name + "_POWERUP_CURRENT"), &block.cell(name + "_VALID_MIN"),
+                             &block.cell(name + "_VALID_MAX")});
+        for (const char* name : kSubsystems)
+            subsystems.push_back(&block.cell(name));
+        for (const StaticRail& rail : rails) {
+            for (const ZelmCellInfo* cell : {rail.volts, rail.staticCurrent, rail.powerUpCurrent})
+                ofResults.push_back(refOf(*cell));
+            if (rail.inside.empty())
+                ofWatts.insert(ofWatts.end(), {refOf(*rail.volts), refOf(*rail.staticCurrent)});
+        }
+        for (const ZelmCellInfo* cell : subsystems)
+            ofResults.push_back(refOf(*cell));
+    }
+};
+
+namespace {
+
+const StaticCells& staticCells()
+{
+    static const StaticCells cells;
+    return cells;
+}
+
+// What the design, its device and its groups set in the model. The design's own settings win.
+Settings settingsOf(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
+                    bool isManaged)
+{
+    const StaticCells& cells = staticCells();
+    std::vector<Value> byCell(cells.block.cells.size());
+    const auto set = [&](const ZelmCellInfo& cell, Value value) {
+        byCell[static_cast<std::size_t>(&cell - cells.block.cells.data())] = std::move(value);
+    };
+    for (const auto& [cell, word] : device.staticInputs)
+        set(cells.block.cell(cell), word);
+    for (const auto& [cell, count] : usedCounts)
+        set(cells.block.cell(cell), count);
+    set(cells.hasManagedIo, std::string(isManaged ? "YES" : "NO"));
+    for (const auto& [rail, volts] : design.rails)
+        set(cells.block.cell(rail), volts);
+    for (const auto& [cell, value] : design.staticInputs)
+        set(cells.block.cell(cell), value);
+    Settings settings;
+    for (std::size_t i = 0; i < byCell.size(); ++i) {
+        if (byCell[i].index() != 0)
+            settings.emplace_back(&cells.block.cells[i], std::move(byCell[i]));
+    }
+    return settings;
+}
+
+} // namespace
+
+// The model of one device and process side, with everything set but the temperature.
 class StaticModel {
 public:
-    StaticModel(const Estimate& estimate, const ResolvedDevice& device, const std::string& process,
-                const std::map<std::string, int>& usedCounts)
-        : m_block(block("Static")), m_instance(m_block.create())
+    explicit StaticModel(std::string process) : m_process(std::move(process)) {}
+
+    void take(const Settings& settings)
     {
-        for (const auto& [cell, word] : device.staticInputs)
-            m_instance->set(m_block.cell(cell), word);
-        m_instance->set(m_block.cell("PROCESS"), process);
-        for (const auto& [cell, count] : usedCounts)
-            m_instance->set(m_block.cell(cell), count);
-        const bool managed = std::any_of(estimate.groups.begin(), estimate.groups.end(),
-                                         [](const GroupResult& group) { return group.block->name == "Harl"; });
-        m_instance->set(m_block.cell("HAS_HARL_IO"), std::string(managed ? "YES" : "NO"));
-        for (const auto& [rail, volts] : estimate.design.rails)
-            m_instance->set(m_block.cell(rail), volts);
-        for (const auto& [cell, value] : estimate.design.staticInputs)
-            m_instance->set(m_block.cell(cell), value);
-        for (const std::string& rail : railNames()) {
-            m_rails.push_back({rail, railHolding(rail), &m_block.cell(rail), &m_block.cell(rail + "_STATIC_CURRENT"),
-                               &m_block.cell(rail + "_POWERUP_CURRENT")});
+        const unsigned loads = m_cells.block.loads();
+        if (m_instance && settings == m_settings && loads == m_loads)
+            return;
+        m_known.clear();
+        m_voltageWarnings.reset();
+        const auto sameCells = [&] {
+            return std::equal(settings.begin(), settings.end(), m_settings.begin(), m_settings.end(),
+                              [](const auto& a, const auto& b) { return a.first == b.first; });
+        };
+        if (!m_instance || !sameCells())
+            m_instance = m_cells.block.create();
+        m_settings = settings;
+        m_loads = loads;
+        for (const auto& [cell, value] : settings)
+            m_instance->set(*cell, value);
+        m_instance->set(m_cells.process, m_process);
+    }
+
+    // Each rail's volts times amperes, less what another rail holds already. The model takes the temperature in single
+    // precision, so that results are exact by that.
+    double watts(double junction)
+    {
+        constexpr std::size_t most = 4096; // a table of a few kilobytes
+        if (m_known.size() > most)
+            m_known.clear();
+        const auto [known, isNew] = m_known.try_emplace(static_cast<float>(junction), 0.0);
+        if (isNew) {
+            try {
+                known->second = wattsAnew(junction);
+            } catch (...) {
+                m_known.erase(known);
+                throw;
+            }
         }
+        return known->second;
     }
 
-    void evaluate(double junction)
+    std::vector<RailResult> railsAt(double junction)
     {
-        m_instance->set(m_block.cell("JUNCTION_TEMPERATURE"), static_cast<float>(junction));
-        m_instance->recalculate();
+        evaluate(junction, m_cells.ofResults);
+        return rails();
     }
 
-    double number(const ZelmCellInfo& cell) const
+    // What the model says at a junction temperature.
+    void fill(Side& side)
     {
-        const Value value = m_instance->get(cell);
-        const float* real = std::get_if<float>(&value);
-        return real ? static_cast<double>(*real) : std::nan("");
+        evaluate(side.junction, m_cells.ofResults);
+        side.staticWatts = watts(side.junction);
+        side.rails = rails();
+        for (const ZelmCellInfo* cell : m_cells.subsystems)
+            side.subsystems.push_back({cell->name, number(*cell)});
     }
 
-    double number(std::string_view cell) const
+    // Volts outside what the rail's corners allow.
+    const std::vector<std::string>& voltageWarnings()
     {
-        return number(m_block.cell(cell));
+        if (!m_voltageWarnings)
+            m_voltageWarnings = findVoltageWarnings();
+        return *m_voltageWarnings;
     }
 
-    // Each rail's volts times amperes, less what another rail holds already.
-    double watts() const
+private:
+    void evaluate(double junction, std::span<const CellRef> wanted)
     {
-        double sum = 0.0;
-        for (const Rail& rail : m_rails) {
-            if (rail.inside.empty())
-                sum += number(*rail.volts) * number(*rail.staticCurrent);
-        }
-        return sum;
+        m_instance->set(m_cells.junction, static_cast<float>(junction));
+        m_instance->recalculate(wanted);
     }
 
+    // As just evaluated.
     std::vector<RailResult> rails() const
     {
         std::vector<RailResult> results;
-        for (const Rail& rail : m_rails) {
+        results.reserve(m_cells.rails.size());
+        for (const StaticRail& rail : m_cells.rails) {
             RailResult result{rail.name,
                               rail.inside,
                               number(*rail.volts),
@@ -92,17 +203,25 @@ public:
         return results;
     }
 
-    // Volts outside what the rail's corners allow.
-    std::vector<std::string> voltageWarnings()
+    double wattsAnew(double junction)
+    {
+        evaluate(junction, m_cells.ofWatts);
+        double sum = 0.0;
+        for (const StaticRail& rail : m_cells.rails) {
+            if (rail.inside.empty())
+                sum += number(*rail.volts) * number(*rail.staticCurrent);
+        }
+        return sum;
+    }
+
+    std::vector<std::string> findVoltageWarnings()
     {
         std::vector<std::string> warnings;
-        for (const Rail& rail : m_rails) {
-            const ZelmCellInfo& leastCell = m_block.cell(rail.name + "_VALID_MIN");
-            const ZelmCellInfo& mostCell = m_block.cell(rail.name + "_VALID_MAX");
-            m_instance->pull(leastCell);
-            m_instance->pull(mostCell);
-            const double least = number(leastCell);
-            const double most = number(mostCell);
+        for (const StaticRail& rail : m_cells.rails) {
+            m_instance->pull(*rail.leastVolts);
+            m_instance->pull(*rail.mostVolts);
+            const double least = number(*rail.leastVolts);
+            const double most = number(*rail.mostVolts);
             const double volts = number(*rail.volts);
             if (volts != 0.0 && most > 0.0 && (volts < least || volts > most))
                 warnings.push_back(fmt::format("rail {} at {:g} V is outside its valid range of {:g} to {:g} V",
@@ -111,40 +230,22 @@ public:
         return warnings;
     }
 
-private:
-    struct Rail {
-        std::string name;
-        std::string inside;
-        const ZelmCellInfo* volts;
-        const ZelmCellInfo* staticCurrent;
-        const ZelmCellInfo* powerUpCurrent;
-    };
-
-    const Block& m_block;
-    std::unique_ptr<Instance> m_instance;
-    std::vector<Rail> m_rails;
-};
-
-// The total power of a side at any junction temperature; the questions about it share temperatures.
-class TotalPower {
-public:
-    TotalPower(StaticModel& model, double dynamicWatts) : m_model(&model), m_dynamicWatts(dynamicWatts) {}
-
-    double operator()(double junction)
+    double number(const ZelmCellInfo& cell) const
     {
-        const auto [watts, isNew] = m_known.try_emplace(junction);
-        if (isNew) {
-            m_model->evaluate(junction);
-            watts->second = m_dynamicWatts + m_model->watts();
-        }
-        return watts->second;
+        const std::optional<float> real = m_instance->real(cell);
+        return real ? static_cast<double>(*real) : std::nan("");
     }
 
-private:
-    StaticModel* m_model;
-    double m_dynamicWatts;
-    std::map<double, double> m_known;
+    const StaticCells& m_cells = staticCells();
+    std::string m_process;
+    Settings m_settings;
+    unsigned m_loads = 0; // of the data block
+    std::unique_ptr<Instance> m_instance;
+    std::unordered_map<float, double> m_known; // static watts by junction temperature
+    std::optional<std::vector<std::string>> m_voltageWarnings;
 };
+
+namespace {
 
 // Where the junction stands, and how far it is from its limit.
 void findJunction(Side& side, const Environment& environment, const PowerCurve& total)
@@ -172,16 +273,6 @@ std::vector<std::pair<double, double>> curveOf(const PowerCurve& total)
         curve.emplace_back(junction, total(junction));
     }
     return curve;
-}
-
-// What the model says at the side's junction temperature.
-void takeStaticPower(Side& side, StaticModel& model)
-{
-    model.evaluate(side.junction);
-    side.staticWatts = model.watts();
-    side.rails = model.rails();
-    for (const char* cell : kSubsystems)
-        side.subsystems.push_back({cell, model.number(cell)});
 }
 
 // What a device that runs away has none of: neither a temperature nor anything that depends on it.
@@ -214,59 +305,77 @@ void warn(const Side& side, std::vector<std::string>& warnings)
 
 } // namespace
 
-void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
-                    Curves curves)
+StaticPower::StaticPower() = default;
+StaticPower::~StaticPower() = default;
+
+void StaticPower::take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
+                       bool isManaged)
 {
-    const Environment& environment = estimate.design.environment;
     block("Static").load();
-    std::vector<std::string> processes{device.process};
+    m_processes = {device.process};
     for (const char* process : {"TYP", "MAX"}) {
         if (process != device.process)
-            processes.emplace_back(process);
+            m_processes.emplace_back(process);
     }
+    const Settings settings = settingsOf(design, device, usedCounts, isManaged);
+    for (const std::string& process : m_processes) {
+        std::unique_ptr<StaticModel>& model = m_models[process];
+        if (!model)
+            model = std::make_unique<StaticModel>(process);
+        model->take(settings);
+    }
+}
 
-    for (const std::string& process : processes) {
-        StaticModel model(estimate, device, process, usedCounts);
-        TotalPower known(model, estimate.dynamicWatts);
-        const PowerCurve total = std::ref(known);
+PowerCurve StaticPower::curve(const std::string& process)
+{
+    return [model = m_models.at(process).get()](double junction) { return model->watts(junction); };
+}
+
+std::vector<RailResult> StaticPower::rails(const std::string& process, double junction)
+{
+    return m_models.at(process)->railsAt(junction);
+}
+
+void StaticPower::addTo(Estimate& estimate, Curves curves)
+{
+    const Environment& environment = estimate.design.environment;
+    for (const std::string& process : m_processes) {
+        StaticModel& model = *m_models.at(process);
+        const PowerCurve total = [&](double junction) { return estimate.dynamicWatts + model.watts(junction); };
+        const bool isDesigns = process == m_processes.front();
         Side side;
         side.process = process;
         findJunction(side, environment, total);
         if (curves == Curves::drawn)
             side.curve = curveOf(total);
-        if (environment.ambient && process == device.process) {
+        if (environment.ambient && isDesigns) {
             for (const Cooling& cooling : environment.cooling) {
                 estimate.cooling.push_back({cooling, findOperatingPoint(total, *environment.ambient, cooling.thetaJA)});
                 if (!estimate.cooling.back().point.converged)
                     forgetAmounts(estimate.cooling.back().point);
             }
         }
-        takeStaticPower(side, model);
+        model.fill(side);
         if (!side.settles())
             forgetAmounts(side);
         warn(side, estimate.warnings);
-        if (process == device.process) {
-            for (std::string& warning : model.voltageWarnings())
-                estimate.warnings.push_back(std::move(warning));
+        if (isDesigns) {
+            const std::vector<std::string>& warnings = model.voltageWarnings();
+            estimate.warnings.insert(estimate.warnings.end(), warnings.begin(), warnings.end());
         }
         estimate.sides.push_back(std::move(side));
     }
 }
 
-StaticSide staticSide(const Estimate& estimate, const std::string& process)
+std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate)
 {
     if (!estimate.design.device)
-        return {};
-    const auto model = std::make_shared<StaticModel>(estimate, resolve(estimate.design), process, estimate.usedCounts);
-    const auto watts = [model](double junction) {
-        model->evaluate(junction);
-        return model->watts();
-    };
-    const auto rails = [model](double junction) {
-        model->evaluate(junction);
-        return model->rails();
-    };
-    return {watts, rails};
+        return nullptr;
+    const bool isManaged = std::any_of(estimate.groups.begin(), estimate.groups.end(),
+                                       [](const GroupResult& group) { return group.block->name == "Harl"; });
+    auto power = std::make_shared<StaticPower>();
+    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged);
+    return power;
 }
 
 } // namespace zelm::host

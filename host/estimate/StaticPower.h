@@ -4,24 +4,40 @@
 #include "host/estimate/Estimate.h"
 #include "host/estimate/Thermal.h"
 
-#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace zelm::host {
 
-/// Adds the static side of an estimate, typical and worst case: closes the thermal loop over the estimate's dynamic
-/// power, and fills rails, subsystems, cooling cases and limits.
-void addStaticPower(Estimate& estimate, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
-                    Curves curves);
+class StaticModel;
 
-/// What the device of an estimate draws by itself at a junction temperature, on one process side. Without a device both
-/// are empty.
-struct StaticSide {
-    PowerCurve watts;
-    std::function<std::vector<RailResult>(double junction)> rails;
+/// The static side of an estimate, typical and worst case. It stays with a design at work: as long as its inputs are
+/// the same, what it has worked out at a temperature is known.
+class StaticPower {
+public:
+    StaticPower();
+    ~StaticPower();
+    StaticPower(const StaticPower&) = delete;
+    StaticPower& operator=(const StaticPower&) = delete;
+
+    /// Takes the inputs of the model: all but the temperature. A managed device's own I/O is in use.
+    void take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
+              bool isManaged);
+    /// Closes the thermal loop over the estimate's dynamic power, and fills sides, cooling cases and limits.
+    void addTo(Estimate& estimate, Curves curves);
+    /// Static watts by junction temperature, of a process side: TYP or MAX.
+    PowerCurve curve(const std::string& process);
+    /// What the rails draw at a junction temperature on that side.
+    std::vector<RailResult> rails(const std::string& process, double junction);
+
+private:
+    std::vector<std::string> m_processes; // the design's first
+    std::map<std::string, std::unique_ptr<StaticModel>> m_models;
 };
-StaticSide staticSide(const Estimate& estimate, const std::string& process);
+
+/// The static power of a design that has been estimated. Null if it names no device.
+std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate);
 
 } // namespace zelm::host

@@ -27,7 +27,7 @@ const Supply* supplyOf(const Supplies& supplies, const std::string& rail)
 // Amperes and watts that each supply delivers, its supplies below it included.
 class Loads {
 public:
-    Loads(const Supplies& supplies, const std::vector<RailLoad>& loads) : m_supplies(&supplies)
+    Loads(const Supplies& supplies, const std::vector<SupplyLoad>& loads) : m_supplies(&supplies)
     {
         for (const Supply& supply : supplies.all) {
             SupplyResult result;
@@ -35,7 +35,7 @@ public:
             result.from = supply.from;
             result.maxAmperes = supply.maxCurrent;
             result.volts = supply.volts.value_or(0.0);
-            for (const RailLoad& load : loads) {
+            for (const SupplyLoad& load : loads) {
                 if (result.volts == 0.0 && supplies.feeding(load.rail) == &supply)
                     result.volts = load.volts;
             }
@@ -43,7 +43,7 @@ public:
         }
     }
 
-    void add(const RailLoad& load, double amperes, double watts)
+    void add(const SupplyLoad& load, double amperes, double watts)
     {
         if (amperes == 0.0 && watts == 0.0)
             return;
@@ -107,14 +107,14 @@ private:
 };
 
 // The volts of the rails of a supply are one, and those that it is said to have.
-void refuseDifferentVolts(const Estimate& estimate, const std::vector<RailLoad>& loads)
+void refuseDifferentVolts(const Estimate& estimate, const std::vector<SupplyLoad>& loads)
 {
     for (const Supply& supply : estimate.design.supplies.all) {
         std::string first = "the supply";
         float volts = static_cast<float>(supply.volts.value_or(0.0));
         for (std::size_t i = 0; i < supply.rails.size(); ++i) {
             const auto load = std::find_if(loads.begin(), loads.end(),
-                                           [&](const RailLoad& one) { return one.rail == supply.rails[i]; });
+                                           [&](const SupplyLoad& one) { return one.rail == supply.rails[i]; });
             const float here = load == loads.end() ? 0.0f : static_cast<float>(load->volts);
             if (here == 0.0f)
                 continue; // nothing is known of a rail that the device lacks
@@ -144,12 +144,12 @@ void refuseUnknownVolts(const Estimate& estimate, const SupplyTree& tree)
 
 // What each supply delivers at a step of powering up: rails of the steps before draw their static current, those of
 // this step what they power up with, those after it nothing.
-SupplyTree treeAtStep(const Supplies& supplies, const std::vector<RailLoad>& loads,
+SupplyTree treeAtStep(const Supplies& supplies, const std::vector<SupplyLoad>& loads,
                       const std::vector<std::size_t>& steps, std::size_t step)
 {
     Loads sum(supplies, loads);
     for (std::size_t i = 0; i < loads.size(); ++i) {
-        const RailLoad& load = loads[i];
+        const SupplyLoad& load = loads[i];
         const double amperes = steps[i] < step    ? load.staticAmperes
                                : steps[i] == step ? std::fmax(load.powerUpAmperes, load.staticAmperes)
                                                   : 0.0;
@@ -174,10 +174,10 @@ std::size_t stepOf(const Supplies& supplies, const std::string& rail)
     return own < supplies.sequence.size() || holder.empty() ? own : find(holder);
 }
 
-void addPowerUp(SupplyTree& tree, const Supplies& supplies, const std::vector<RailLoad>& loads)
+void addPowerUp(SupplyTree& tree, const Supplies& supplies, const std::vector<SupplyLoad>& loads)
 {
     std::vector<std::size_t> steps;
-    for (const RailLoad& load : loads)
+    for (const SupplyLoad& load : loads)
         steps.push_back(stepOf(supplies, load.rail));
     for (std::size_t step = 0; step <= supplies.sequence.size(); ++step) {
         const SupplyTree then = treeAtStep(supplies, loads, steps, step);
@@ -215,12 +215,12 @@ const SupplyResult* SupplyTree::find(const std::string& name) const
     return found == supplies.end() ? nullptr : &*found;
 }
 
-std::vector<RailLoad> railLoads(const Side& side, const std::vector<Side>& sides)
+std::vector<SupplyLoad> supplyLoads(const Side& side, const std::vector<Side>& sides)
 {
-    std::vector<RailLoad> loads;
+    std::vector<SupplyLoad> loads;
     for (const RailResult& rail : side.rails) {
-        RailLoad load{rail.name,         rail.volts,         rail.dynamicAmperes,
-                      rail.dynamicWatts, rail.staticAmperes, rail.powerUpAmperes};
+        SupplyLoad load{rail.name,         rail.volts,         rail.dynamicAmperes,
+                        rail.dynamicWatts, rail.staticAmperes, rail.powerUpAmperes};
         for (const Side& other : sides) {
             const RailResult* there = other.rail(rail.name);
             if (there && !(there->powerUpAmperes <= load.powerUpAmperes))
@@ -230,9 +230,9 @@ std::vector<RailLoad> railLoads(const Side& side, const std::vector<Side>& sides
     }
     for (const RailResult& rail : side.rails) {
         const auto held =
-            std::find_if(loads.begin(), loads.end(), [&](const RailLoad& l) { return l.rail == rail.name; });
+            std::find_if(loads.begin(), loads.end(), [&](const SupplyLoad& l) { return l.rail == rail.name; });
         const auto holder =
-            std::find_if(loads.begin(), loads.end(), [&](const RailLoad& l) { return l.rail == rail.inside; });
+            std::find_if(loads.begin(), loads.end(), [&](const SupplyLoad& l) { return l.rail == rail.inside; });
         if (holder != loads.end()) {
             holder->staticAmperes -= held->staticAmperes;
             holder->powerUpAmperes -= held->powerUpAmperes;
@@ -257,10 +257,10 @@ double efficiencyAt(const Supply& supply, double amperes)
     return before.second;
 }
 
-SupplyTree supplyTree(const Supplies& supplies, const std::vector<RailLoad>& loads)
+SupplyTree supplyTree(const Supplies& supplies, const std::vector<SupplyLoad>& loads)
 {
     Loads sum(supplies, loads);
-    for (const RailLoad& load : loads)
+    for (const SupplyLoad& load : loads)
         sum.add(load, load.dynamicAmperes + load.staticAmperes, load.dynamicWatts + load.staticAmperes * load.volts);
     SupplyTree tree = sum.finish();
     addPowerUp(tree, supplies, loads);
@@ -273,7 +273,7 @@ void addSupplies(Estimate& estimate)
     if (supplies.all.empty())
         return;
     for (Side& side : estimate.sides) {
-        const std::vector<RailLoad> loads = railLoads(side, estimate.sides);
+        const std::vector<SupplyLoad> loads = supplyLoads(side, estimate.sides);
         refuseDifferentVolts(estimate, loads);
         side.supplies = supplyTree(supplies, loads);
         refuseUnknownVolts(estimate, *side.supplies);

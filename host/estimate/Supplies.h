@@ -7,7 +7,7 @@
 namespace zelm::host {
 
 /// What one rail asks of its supply.
-struct RailLoad {
+struct SupplyLoad {
     std::string rail;
     double volts = 0.0;
     double dynamicAmperes = 0.0;
@@ -17,14 +17,14 @@ struct RailLoad {
 };
 
 /// The loads of a side's rails. Power-up currents are the largest of all sides: the model knows the worst case only.
-std::vector<RailLoad> railLoads(const Side& side, const std::vector<Side>& sides);
+std::vector<SupplyLoad> supplyLoads(const Side& side, const std::vector<Side>& sides);
 
 /// The efficiency of a supply at a load: on the lines between the points of its curve, held beyond them.
 double efficiencyAt(const Supply& supply, double amperes);
 
 /// The tree of supplies under these loads. A rail whose static current another rail's holds is fed by that rail's
 /// supply unless it stands in one itself.
-SupplyTree supplyTree(const Supplies& supplies, const std::vector<RailLoad>& loads);
+SupplyTree supplyTree(const Supplies& supplies, const std::vector<SupplyLoad>& loads);
 
 /// Adds to each side of an estimate its tree, and warnings of rails that nobody feeds. An Error tells of rails of
 /// different volts on one supply.

@@ -60,7 +60,7 @@ std::string sweepTable(const Sweep& sweep, const Paint& paint)
 {
     std::vector<std::string> header;
     for (const Variation& variation : sweep.variations)
-        header.push_back(shown(variation.path));
+        header.push_back(shown(sweepName(variation)));
     header.emplace_back("Dynamic");
     for (const Side& side : sidesOf(sweep, sweep.points.front())) {
         const std::string process = side.process.empty() || variesProcess(sweep) ? "" : side.process + " ";
@@ -102,7 +102,7 @@ Json sweepJson(const Sweep& sweep)
     for (const SweepPoint& point : sweep.points) {
         Json entry{{"settings", Json::object()}};
         for (std::size_t i = 0; i < sweep.variations.size(); ++i)
-            entry["settings"][sweep.variations[i].path] = point.values[i];
+            entry["settings"][sweepName(sweep.variations[i])] = point.values[i];
         addNumber(entry, "dynamicWatts", point.estimate.dynamicWatts);
         addNumber(entry, "offchipWatts", point.estimate.offchipWatts);
         entry["sides"] = Json::array();
@@ -125,7 +125,7 @@ std::string sweepCsv(const Sweep& sweep)
 {
     std::string text;
     for (const Variation& variation : sweep.variations)
-        text += escapedCsv(variation.path) + ",";
+        text += escapedCsv(sweepName(variation)) + ",";
     text += "process,dynamic_w,static_w,total_w,junction_c,settles,budgets_broken\n";
     for (const SweepPoint& point : sweep.points) {
         std::string settings;

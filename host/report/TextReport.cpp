@@ -90,17 +90,17 @@ std::string groupsTable(const Estimate& estimate)
             first = false;
             return cells;
         };
-        std::map<std::string, std::pair<double, double>> byRail;
-        std::vector<std::string> order;
+        std::map<std::string_view, std::pair<double, double>> byRail;
+        std::vector<std::string_view> order;
         for (const Contribution& part : group.contributions) {
             if (!byRail.contains(part.rail))
                 order.push_back(part.rail);
             byRail[part.rail].first += part.watts;
             byRail[part.rail].second += part.amperes;
         }
-        for (const std::string& rail : order) {
+        for (const std::string_view rail : order) {
             std::vector<std::string> cells = lead();
-            cells.insert(cells.end(), {rail, si(byRail[rail].first, "W"), si(byRail[rail].second, "A")});
+            cells.insert(cells.end(), {std::string(rail), si(byRail[rail].first, "W"), si(byRail[rail].second, "A")});
             table.row(cells);
         }
         if (group.offchipWatts != 0.0) {
@@ -329,7 +329,7 @@ std::string subsystemsTable(const Side& side)
 {
     TextTable table({"Static power by subsystem", "Power"});
     for (const Subsystem& subsystem : side.subsystems)
-        table.row({subsystem.cell, si(subsystem.watts, "W")});
+        table.row({std::string(subsystem.cell), si(subsystem.watts, "W")});
     return table.text();
 }
 
@@ -379,8 +379,8 @@ std::string inputsTable(const Estimate& estimate)
     TextTable table({"Group", "Input", "Value", "Unit", "Origin"});
     for (const GroupResult& group : estimate.groups) {
         for (const InputValue& input : group.inputs)
-            table.row(
-                {group.name, input.cell, valueText(input.value), input.unit, std::string(originWord(input.origin))});
+            table.row({group.name, std::string(input.cell), valueText(input.value), std::string(input.unit),
+                       std::string(originWord(input.origin))});
     }
     return table.text();
 }

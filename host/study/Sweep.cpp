@@ -4,11 +4,15 @@
 #include "host/base/Json.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
+#include "host/base/Units.h"
+#include "host/design/Include.h"
+#include "host/design/Parameters.h"
 #include "host/design/Place.h"
 #include "host/estimate/Estimate.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -19,14 +23,6 @@ namespace zelm::host {
 namespace {
 
 constexpr std::size_t kMostPoints = 100000;
-
-std::optional<double> number(std::string_view text)
-{
-    double value = 0.0;
-    const char* end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, value);
-    return parsed.ec == std::errc() && parsed.ptr == end && std::isfinite(value) ? std::optional(value) : std::nullopt;
-}
 
 // What a sweep's number is in a design: 4 rather than 4.0 where it is whole, for counts.
 Json plain(double value)
@@ -67,20 +63,57 @@ Json& at(Json& root, const std::string& path, const std::string& variation)
     }
 }
 
+// A number of a range, counted in the unit of the first one that has one.
+std::optional<double> numberOf(const std::string& text, std::string& unit, const std::string& variation)
+{
+    try {
+        const auto written = writtenQuantity(text);
+        if (!written)
+            return plainNumber(text);
+        if (unit.empty())
+            unit = written->unit->symbol;
+        return inUnit(*written, unit);
+    } catch (const Error& error) {
+        fail(variation, error.what());
+    }
+}
+
+// The unit that a place's value is written with; empty if there is none.
+std::string unitOf(const Json& value)
+{
+    const auto* text = value.get_ptr<const std::string*>();
+    try {
+        const auto written = text ? writtenQuantity(*text) : std::nullopt;
+        return written ? std::string(written->unit->symbol) : std::string();
+    } catch (const Error&) {
+        return {}; // a word that begins with a number
+    }
+}
+
+// Whether words stand for the values of a place.
+bool takesWords(const Json& value, const std::string& path)
+{
+    const auto* text = value.get_ptr<const std::string*>();
+    return path.starts_with("device.") || (text && !isExpression(*text) && unitOf(value).empty());
+}
+
 Variation parse(const std::string& text, const Json& root)
 {
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0)
         fail(text, "expected PATH=FROM:TO:STEP or PATH=VALUE,VALUE,...");
-    Variation variation{text.substr(0, equals), {}};
+    Variation variation{text.substr(0, equals), {}, {}};
     const std::string list = text.substr(equals + 1);
     Json copy = root;
-    const bool isText = at(copy, variation.path, text).is_string() || variation.path.starts_with("device.");
+    const Json& before = at(copy, variation.path, text);
+    const bool isText = takesWords(before, variation.path);
+    if (variation.path.starts_with("parameters."))
+        variation.unit = unitOf(before);
     const std::vector<std::string> ends = split(list, ':');
     if (ends.size() == 3 && !isText) {
-        const auto from = number(ends[0]);
-        const auto to = number(ends[1]);
-        const auto step = number(ends[2]);
+        const auto from = numberOf(ends[0], variation.unit, text);
+        const auto to = numberOf(ends[1], variation.unit, text);
+        const auto step = numberOf(ends[2], variation.unit, text);
         if (!from || !to || !step || *step == 0.0)
             fail(text, "expected numbers in FROM:TO:STEP, and a step that isn't 0");
         variation.values = range(text, *from, *to, *step);
@@ -89,7 +122,7 @@ Variation parse(const std::string& text, const Json& root)
     for (const std::string& word : split(list, ',')) {
         if (word.empty())
             fail(text, "a value is empty");
-        const auto value = isText ? std::nullopt : number(word);
+        const auto value = isText ? std::nullopt : plainNumber(word);
         variation.values.push_back(value ? plain(*value) : Json(word));
     }
     return variation;
@@ -105,6 +138,11 @@ void refuseOnePlaceTwice(const std::vector<Variation>& variations, Json marked)
         if (place(i) != i)
             fail(variations[i].path, "this place varies twice");
     }
+}
+
+Json withUnit(const Json& value, const std::string& unit)
+{
+    return unit.empty() || value.is_string() ? value : Json(fmt::format("{} {}", compactJson(value), unit));
 }
 
 std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const std::vector<Variation>& variations,
@@ -126,7 +164,7 @@ std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const st
         for (const Variation& variation : variations) {
             rest /= variation.values.size();
             const Json& value = variation.values[index / rest % variation.values.size()];
-            at(changed, variation.path, variation.path) = value;
+            at(changed, variation.path, variation.path) = withUnit(value, variation.unit);
             point.values.push_back(value);
             settings.push_back(fmt::format("{} = {}", variation.path, abbreviated(sweepWord(value))));
         }
@@ -148,11 +186,16 @@ std::string sweepWord(const Json& value)
     return value.is_string() ? value.get<std::string>() : compactJson(value);
 }
 
+std::string sweepName(const Variation& variation)
+{
+    return variation.unit.empty() ? variation.path : fmt::format("{} [{}]", variation.path, variation.unit);
+}
+
 Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,
             std::chrono::milliseconds barAfter, Gaps gaps)
 {
     JsonSource source;
-    const Json root = readJson(designFile, source);
+    const Json root = readDesignTree(designFile, source);
     Sweep result;
     for (const std::string& variation : variations)
         result.variations.push_back(parse(variation, root));

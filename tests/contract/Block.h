@@ -18,6 +18,7 @@ public:
     /// Sets an input to what it holds in from, unset ones too.
     virtual void set(const ZelmCellInfo& cell, ZelmParams& from) = 0;
     virtual void recalculate() = 0;
+    virtual void recalculate(const ZelmCellInfo& wanted) = 0;
 };
 
 /// A block with its types erased: cells go by type and name, so that what is tested of every block compiles once.
@@ -46,6 +47,8 @@ struct Block {
     void (*copyCell)(const ZelmCellInfo& cell, ZelmParams& from, ZelmParams& to);
     /// The name and both values of the first cell that isn't the same bits, empty if all are.
     std::string (*firstDifference)(ZelmParams& a, ZelmParams& b);
+    /// The same of one cell.
+    std::string (*difference)(const ZelmCellInfo& cell, ZelmParams& a, ZelmParams& b);
 };
 
 /// The block of a model; instantiated in the sources that the build makes from Blocks.def.

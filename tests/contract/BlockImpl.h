@@ -119,6 +119,11 @@ struct BlockOf {
         {
             m_recalculation.recalculate();
         }
+        void recalculate(const ZelmCellInfo& wanted) override
+        {
+            const CellRef cell{wanted.type, wanted.ordinal};
+            m_recalculation.recalculate({&cell, 1});
+        }
 
     private:
         zelm::Recalculation<Model> m_recalculation;
@@ -154,18 +159,25 @@ struct BlockOf {
         return std::to_string(value);
     }
 
-    static std::string firstDifference(ZelmParams& a, ZelmParams& b)
+    static std::string difference(const ZelmCellInfo& cell, ZelmParams& a, ZelmParams& b)
     {
         std::string found;
-        for (const ZelmCellInfo& cell : Params::cells()) {
-            at(cell, [&](auto ordinal) {
-                const auto& left = of(a)[ordinal];
-                const auto& right = of(b)[ordinal];
-                if (found.empty() && !same(left, right))
-                    found = std::string(cell.name) + ": " + show(left) + " and " + show(right);
-            });
-        }
+        at(cell, [&](auto ordinal) {
+            const auto& left = of(a)[ordinal];
+            const auto& right = of(b)[ordinal];
+            if (!same(left, right))
+                found = std::string(cell.name) + ": " + show(left) + " and " + show(right);
+        });
         return found;
+    }
+
+    static std::string firstDifference(ZelmParams& a, ZelmParams& b)
+    {
+        for (const ZelmCellInfo& cell : Params::cells()) {
+            if (std::string found = difference(cell, a, b); !found.empty())
+                return found;
+        }
+        return {};
     }
 };
 
@@ -173,11 +185,11 @@ template <class Model>
 const Block& block()
 {
     using Of = BlockOf<Model>;
-    static constexpr Block erased{Of::Params::name,  Of::Data::name, Model::name,        Of::Params::cells,
-                                  Of::Data::tables,  Of::classNames, Of::nameLists,      Of::reload,
-                                  Of::keysOf,        Of::makeParams, Of::thereAndBack,   Of::intCell,
-                                  Of::floatCell,     Of::stringCell, Of::calculate,      Of::pull,
-                                  Of::recalculation, Of::copyCell,   Of::firstDifference};
+    static constexpr Block erased{Of::Params::name,  Of::Data::name, Model::name,         Of::Params::cells,
+                                  Of::Data::tables,  Of::classNames, Of::nameLists,       Of::reload,
+                                  Of::keysOf,        Of::makeParams, Of::thereAndBack,    Of::intCell,
+                                  Of::floatCell,     Of::stringCell, Of::calculate,       Of::pull,
+                                  Of::recalculation, Of::copyCell,   Of::firstDifference, Of::difference};
     return erased;
 }
 

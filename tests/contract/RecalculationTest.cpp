@@ -38,6 +38,8 @@ public:
     RandomEdits(const Block& block, const VectorSet& set, unsigned seed) : m_block(block), m_random(seed)
     {
         for (const ZelmCellInfo& cell : block.cells()) {
+            if (cell.kind == ZelmCellInfo::Kind::modelOutput)
+                m_outputs.push_back(&cell);
             if (cell.kind != ZelmCellInfo::Kind::userInput)
                 continue;
             m_inputs.push_back(&cell);
@@ -71,12 +73,19 @@ public:
             recalculation->set(cell, *inputs);
             if (m_random() % 4 == 0)
                 continue; // several edits before one recalculation
-            recalculation->recalculate();
             const auto fresh = m_block.makeParams();
             for (const ZelmCellInfo* input : m_inputs)
                 m_block.copyCell(*input, *inputs, *fresh);
             m_block.calculate(*fresh);
-            const std::string difference = m_block.firstDifference(*edited, *fresh);
+            std::string difference;
+            if (m_random() % 4 == 0) { // just one cell
+                const ZelmCellInfo& wanted = *m_outputs[m_random() % m_outputs.size()];
+                recalculation->recalculate(wanted);
+                difference = m_block.difference(wanted, *edited, *fresh);
+            } else {
+                recalculation->recalculate();
+                difference = m_block.firstDifference(*edited, *fresh);
+            }
             if (!difference.empty())
                 return "after the edits of" + log + ": " + difference + " (edited, fresh)";
         }
@@ -87,6 +96,7 @@ private:
     const Block& m_block;
     std::mt19937 m_random;
     std::vector<const ZelmCellInfo*> m_inputs;
+    std::vector<const ZelmCellInfo*> m_outputs;
     std::vector<std::vector<CellValue>> m_values;
 };
 

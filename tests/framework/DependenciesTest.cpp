@@ -1,4 +1,4 @@
-#include "framework/ZelmRecalculation.h"
+#include "framework/ZelmDependencies.h"
 
 #include <gmock/gmock.h>
 

@@ -394,9 +394,9 @@ TEST(RollUp, CountMultipliesPowerAndCurrent)
     expectClose(seven.dynamicWatts, 7.0 * one.dynamicWatts, "7 groups of Bram");
     for (std::size_t i = 0; i < one.groups[0].contributions.size(); ++i) {
         const Contribution& part = one.groups[0].contributions[i];
-        expectClose(seven.groups[0].contributions[i].amperes, 7.0 * part.amperes, part.cell);
+        expectClose(seven.groups[0].contributions[i].amperes, 7.0 * part.amperes, std::string(part.cell));
         if (part.rail == "VCCINT")
-            expectClose(part.amperes, part.watts / 0.5, part.cell);
+            expectClose(part.amperes, part.watts / 0.5, std::string(part.cell));
     }
     EXPECT_EQ(estimateOf(R"({"groups": [{"block": "Bram", "count": 0}]})").dynamicWatts, 0.0);
 }

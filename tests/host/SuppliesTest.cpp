@@ -23,7 +23,7 @@ const std::vector<Supply> kTree{
 };
 
 // rail, volts, dynamic A and W, static A, power-up A
-const std::vector<RailLoad> kLoads{
+const std::vector<SupplyLoad> kLoads{
     {"VCCINT", 0.8, 10.0, 8.0, 4.0, 6.0},
     {"VCCRAM", 0.8, 0.5, 0.4, 0.5, 1.0},
     {"VCCAUX", 1.5, 1.0, 1.5, 1.0, 3.0},
@@ -104,7 +104,7 @@ TEST(Supplies, ARailInsideAnotherIsFedWithItUnlessNamed)
 {
     Side side;
     side.rails = {{"VCCINT", "", 0.8, 1.0, 0.8, 5.0, 4.0, 9.0}, {"VCCME", "VCCINT", 0.8, 0.0, 0.0, 2.0, 1.6, 3.0}};
-    const std::vector<RailLoad> loads = railLoads(side, {side});
+    const std::vector<SupplyLoad> loads = supplyLoads(side, {side});
     const SupplyTree together = supplyTree({{{"A", {"VCCINT"}, "", 20.0, std::nullopt}}, {}}, loads);
     EXPECT_NEAR(of(together, "A").loadAmperes, 6.0, kNear) << "1 dynamic, 5 static of which VCCME has 2";
     EXPECT_NEAR(of(together, "A").powerUpAmperes, 9.0, kNear);

@@ -221,8 +221,9 @@ TEST(Transient, TheTableOfStaticPowerIsAsGoodAsItsNumbers)
 {
     const Estimate estimate =
         estimateOf(R"({"device": {"part": "zq4410_ktba3310_1_MP_i_S"}, "groups": [{"block": "Bram"}]})");
+    const auto statics = staticPowerOf(estimate);
     for (const char* process : {"TYP", "MAX"}) {
-        const PowerCurve direct = staticSide(estimate, process).watts;
+        const PowerCurve direct = statics->curve(process);
         const PowerCurve table = tabled(direct);
         for (double junction = -39.87; junction < 125.0; junction += 3.19)
             EXPECT_NEAR(table(junction), direct(junction), 2e-6 * direct(junction)) << process << " at " << junction;

@@ -2,6 +2,7 @@
 """Validates designs against `zelm schema`, and sees that it refuses mistakes: check_schema.py ZELM DESIGN..."""
 import copy
 import json
+import re
 import subprocess
 import sys
 
@@ -11,9 +12,16 @@ schema = json.loads(subprocess.run([sys.argv[1], "schema"], check=True, capture_
 jsonschema.Draft202012Validator.check_schema(schema)
 validator = jsonschema.Draft202012Validator(schema)
 
+
+
+def without_comments(text):
+    """Strings are matched first, so that what looks like a comment in one stays."""
+    return re.sub(r'("(?:\\.|[^"\\])*")|//[^\n]*|/\*.*?\*/', lambda m: m.group(1) or " ", text, flags=re.S)
+
+
 for path in sys.argv[2:]:
     with open(path, encoding="utf-8") as file:
-        design = json.load(file)
+        design = json.loads(without_comments(file.read()))
     problems = [f"{'/'.join(map(str, e.path))}: {e.message[:200]}" for e in validator.iter_errors(design)]
     assert not problems, f"{path}: {problems}"
 
@@ -26,6 +34,23 @@ for path in sys.argv[2:]:
     refused("an unknown block", lambda d: d["groups"][0].update(block="Signl"))
     refused("an unknown input", lambda d: d["groups"][0].setdefault("inputs", {}).update(NO_SUCH_CELL=1))
     refused("a text for a number", lambda d: d["groups"].append({"block": "Signal", "inputs": {"CLOCK_FREQ": "fast"}}))
+    def accepted(what, change):
+        changed = copy.deepcopy(design)
+        change(changed)
+        assert validator.is_valid(changed), f"{path}: {what} was refused"
+
+    clock = lambda value: lambda d: d["groups"].append({"block": "Signal", "name": "x", "inputs": {"CLOCK_FREQ": value}})
+    for value in ("322 MHz", "1.5GHz", "1e3 kHz", "= fclk / 2", 322):
+        accepted(value, clock(value))
+    for value in ("322 MHZ", "322", "850 mV", "MHz", "1,5 GHz"):
+        refused(value, clock(value))
+    mode = lambda value: lambda d: d["groups"].append({"block": "Bram", "name": "x", "inputs": {"MODE": value}})
+    accepted("a word by its parameter", mode("= mode"))
+    accepted("rails in millivolts", lambda d: d.update(rails={"VCCINT": "780 mV"}))
+    refused("a rail in amperes", lambda d: d.update(rails={"VCCINT": "1 A"}))
+    accepted("parameters", lambda d: d.update(parameters={"fclk": "322 MHz", "lanes": 4, "half": "= lanes / 2"}))
+    refused("a parameter whose name is no name", lambda d: d.update(parameters={"f-clk": 1}))
+    refused("a parameter that is a list", lambda d: d.update(parameters={"a": [1]}))
     refused("an unknown rail", lambda d: d.update(rails={"VCCFOO": 1}))
     refused("a static input that has a field of its own", lambda d: d.update(static={"SPEED_GRADE": "1"}))
     refused("a rail at 0 V", lambda d: d.update(rails={"VCCINT": 0}))

@@ -1,0 +1,88 @@
+#include "framework/ZelmDependencies.h"
+
+#include <utility>
+
+namespace zelm {
+
+Dependencies::Dependencies(int ints, int floats, int strings)
+    : Watcher(Wants::reads), m_first{0, ints, ints + floats},
+      m_operands(static_cast<std::size_t>(ints + floats + strings), Operands{0, 0}), m_foundIn(m_operands.size(), 0)
+{
+}
+
+CellRef Dependencies::cellOf(Node node) const
+{
+    using Type = ZelmCellInfo::Type;
+    for (const Type type : {Type::text, Type::real}) {
+        if (const int first = m_first[static_cast<std::size_t>(type)]; node >= first)
+            return {type, node - first};
+    }
+    return {Type::integer, node};
+}
+
+void Dependencies::clear()
+{
+    std::fill(m_operands.begin(), m_operands.end(), Operands{0, 0});
+    m_log.clear();
+    begin();
+    ++m_version;
+    m_lostOperands = false;
+}
+
+// Cells that change what they read do so seldom: what the log held of them before stays there, unused.
+void Dependencies::note(Node node, std::uint32_t firstRead)
+{
+    Operands& operands = m_operands[node];
+    const auto before = m_log.begin() + operands.first;
+    for (auto old = before; old != before + operands.size; ++old)
+        m_lostOperands = m_lostOperands || std::find(m_reads.begin() + firstRead, m_reads.end(), *old) == m_reads.end();
+    operands = {static_cast<std::uint32_t>(m_log.size()), static_cast<std::uint32_t>(m_reads.size()) - firstRead};
+    m_log.insert(m_log.end(), m_reads.begin() + firstRead, m_reads.end());
+    ++m_version;
+}
+
+void Dependencies::indexReaders()
+{
+    m_firstReader.assign(size() + 1, 0);
+    const auto forEachRead = [this](auto visit) {
+        for (std::size_t reader = 0; reader < size(); ++reader) {
+            for (std::uint32_t i = 0; i < m_operands[reader].size; ++i)
+                visit(static_cast<Node>(reader), m_log[m_operands[reader].first + i]);
+        }
+    };
+    forEachRead([this](Node, Node read) { ++m_firstReader[read]; });
+    std::uint32_t end = 0;
+    for (std::uint32_t& first : m_firstReader)
+        first = end += first;
+    m_readers.resize(end);
+    forEachRead([this](Node reader, Node read) { m_readers[--m_firstReader[read]] = reader; });
+    m_indexed = m_version;
+}
+
+void Dependencies::findDependents(const std::vector<Node>& changed, const std::vector<bool>& fixed,
+                                  std::vector<Node>& found)
+{
+    if (m_indexed != m_version)
+        indexReaders();
+    ++m_search;
+    const auto addReaders = [&](Node node) {
+        for (std::uint32_t i = m_firstReader[node]; i < m_firstReader[node + 1u]; ++i) {
+            const Node reader = m_readers[i];
+            if (m_foundIn[reader] == m_search || fixed[reader])
+                continue;
+            m_foundIn[reader] = m_search;
+            found.push_back(reader);
+        }
+    };
+    for (const Node node : changed)
+        addReaders(node);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        addReaders(found[i]);
+}
+
+bool Dependencies::takeLostOperands()
+{
+    return std::exchange(m_lostOperands, false);
+}
+
+} // namespace zelm

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "framework/ZelmExport.h"
+#include "framework/ZelmWatcher.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace zelm {
+
+/// Which cells each cell of a run was computed from, kept up to date while parts of it are computed again. It stands in
+/// the formulas' way at each pull, so that what it does there is inline, and memory is one array for all.
+class ZELM_EXPORT Dependencies final : public Watcher {
+public:
+    using Node = std::uint16_t;
+
+    /// Of a block with so many cells in its three arrays, markers included.
+    Dependencies(int ints, int floats, int strings);
+
+    Node nodeOf(CellRef cell) const
+    {
+        return static_cast<Node>(m_first[static_cast<std::size_t>(cell.type)] + cell.ordinal);
+    }
+    CellRef cellOf(Node node) const;
+    std::size_t size() const
+    {
+        return m_operands.size();
+    }
+
+    /// Forgets everything; a run from the beginning follows.
+    void clear();
+    /// A run follows. The one before may have ended with an exception.
+    void begin()
+    {
+        m_frames.clear();
+        m_reads.clear();
+    }
+
+    /// Marks the cells that this run has asked for from outside, and no others.
+    void takeRoots(std::vector<bool>& isRoot) const
+    {
+        isRoot.assign(size(), false);
+        for (const Node node : m_reads)
+            isRoot[node] = true;
+    }
+
+    /// Whether the cell was computed from others.
+    bool hasOperands(Node node) const
+    {
+        return m_operands[node].size != 0;
+    }
+
+    /// Adds to found all cells that were computed from changed ones, directly or through others, each once. A fixed
+    /// cell was given from outside and ends the way.
+    void findDependents(const std::vector<Node>& changed, const std::vector<bool>& fixed, std::vector<Node>& found);
+
+    /// Another number whenever a cell has read anything else than the time before: what findDependents found may
+    /// differ.
+    unsigned version() const
+    {
+        return m_version;
+    }
+
+    /// Whether a cell has read less than the time before, since this was asked last. What it reads no more may hold a
+    /// value that a run from the beginning wouldn't have given it.
+    bool takeLostOperands();
+
+    void onRead(CellRef cell) override
+    {
+        m_reads.push_back(nodeOf(cell));
+    }
+    void onCompute(CellRef cell) override
+    {
+        m_frames.push_back({nodeOf(cell), static_cast<std::uint32_t>(m_reads.size())});
+    }
+    void onComputed(CellRef) override
+    {
+        const Frame frame = m_frames.back();
+        m_frames.pop_back();
+        const Operands& before = m_operands[frame.node];
+        if (m_reads.size() - frame.firstRead != before.size ||
+            !std::equal(m_reads.begin() + frame.firstRead, m_reads.end(), m_log.begin() + before.first)) [[unlikely]]
+            note(frame.node, frame.firstRead);
+        m_reads.resize(frame.firstRead);
+    }
+
+private:
+    // A cell that is being computed, and where its reads begin. Those of the cells that it waits for stand behind and
+    // are gone when it reads on.
+    struct Frame {
+        Node node;
+        std::uint32_t firstRead;
+    };
+    struct Operands {
+        std::uint32_t first;
+        std::uint32_t size;
+    };
+
+    void note(Node node, std::uint32_t firstRead);
+    void indexReaders();
+
+    int m_first[3];
+    std::vector<Operands> m_operands; // of each node: a part of the log, in the order of reading
+    std::vector<Node> m_log;
+    std::vector<Node> m_reads;
+    std::vector<Frame> m_frames;
+
+    std::vector<std::uint32_t> m_firstReader; // of each node, and the end
+    std::vector<Node> m_readers;
+    unsigned m_version = 0;
+    unsigned m_indexed = ~0u; // the version of the index
+
+    std::vector<unsigned> m_foundIn; // the search that found the node last
+    unsigned m_search = 0;
+    bool m_lostOperands = false;
+};
+
+} // namespace zelm
