@@ -93,28 +93,48 @@ public:
         const double share = follows ? 0.5 * (moment.seconds - m_side->moments.back().seconds) / m_seconds : 0.0;
         Moment whole = moment;
         whole.inputWatts = now.supplies ? now.supplies->inputWatts : 0.0;
-        addMode(whole, mode, share);
-        addRails(now, share);
-        addTree(now, share);
+        addAll(whole, now, mode, share);
         // A mode begins as the one before ended, which is the one that led there.
-        if (follows && (m_first || whole.junction > m_side->highest.junction))
-            m_side->highest = whole;
-        if (follows && (m_first || whole.junction < m_side->lowest.junction))
-            m_side->lowest = whole;
-        m_first = m_first && !follows;
-        if (m_side->moments.empty() || whole.watts > m_side->peakWatts) {
-            m_side->peakWatts = whole.watts;
-            m_side->peakMode = nameOf(whole);
-        }
-        m_side->peakInputWatts = std::max(m_side->peakInputWatts, whole.inputWatts);
+        if (follows)
+            addExtreme(whole);
         m_side->moments.push_back(whole);
         m_before = now;
     }
 
-private:
-    const std::string& nameOf(const Moment& moment) const
+    // A moment that may be the worst, but takes no time in the period.
+    void addLasting(Moment moment, const ModeAtWork& mode)
     {
-        return (*m_modes)[moment.mode].name;
+        const Side now = mode.at(moment.junction);
+        moment.inputWatts = now.supplies ? now.supplies->inputWatts : 0.0;
+        addAll(moment, now, mode, 0.0);
+        addExtreme(moment);
+    }
+
+    const std::string& nameOf(std::size_t mode) const
+    {
+        return (*m_modes)[mode].name;
+    }
+
+private:
+    void addAll(const Moment& moment, const Side& now, const ModeAtWork& mode, double share)
+    {
+        addMode(moment, mode, share);
+        addRails(now, share);
+        addTree(now, share);
+        if (m_side->peakMode.empty() || moment.watts > m_side->peakWatts) {
+            m_side->peakWatts = moment.watts;
+            m_side->peakMode = nameOf(moment.mode);
+        }
+        m_side->peakInputWatts = std::max(m_side->peakInputWatts, moment.inputWatts);
+    }
+
+    void addExtreme(const Moment& moment)
+    {
+        if (m_first || moment.junction > m_side->highest.junction)
+            m_side->highest = moment;
+        if (m_first || moment.junction < m_side->lowest.junction)
+            m_side->lowest = moment;
+        m_first = false;
     }
 
     // Half of the time between two moments counts for either.
@@ -149,7 +169,7 @@ private:
             period->peakWatts = std::max(period->peakWatts, rail.watts());
             if (rail.amperes() > period->peakAmperes || period->peakMode.empty()) {
                 period->peakAmperes = rail.amperes();
-                period->peakMode = nameOf(m_mode);
+                period->peakMode = nameOf(m_mode.mode);
             }
         }
     }
@@ -168,7 +188,7 @@ private:
             period.powerUpAmperes = std::max(period.powerUpAmperes, supply.powerUpAmperes);
             if (period.name.empty() || supply.loadAmperes > period.peakAmperes) {
                 period.peakAmperes = supply.loadAmperes;
-                period.peakMode = nameOf(m_mode);
+                period.peakMode = nameOf(m_mode.mode);
             }
             period.name = supply.name;
             period.maxAmperes = supply.maxAmperes;
@@ -241,6 +261,21 @@ std::vector<Phase> phasesOf(const std::vector<ModeAtWork>& atWork, const std::ve
     return phases;
 }
 
+// Without stages, nothing tells how fast the junction follows: the worst of a mode is where it alone would settle.
+void addLasting(PeriodSum& sum, PeriodSide& side, const std::vector<Estimate>& modes,
+                const std::vector<ModeAtWork>& atWork, std::size_t index)
+{
+    for (std::size_t i = 0; i < modes.size() && side.settles; ++i) {
+        const Side& alone = modes[i].sides[index];
+        side.settles = alone.settles();
+        if (side.settles)
+            sum.addLasting({0.0, i, alone.junction, atWork[i].watts(alone.junction), 0.0}, atWork[i]);
+        else
+            side.words = fmt::format("mode \"{}\", if it lasts: {}; thermal stages would tell how fast it gets there",
+                                     sum.nameOf(i), alone.thermal->words);
+    }
+}
+
 void addSide(Estimate& estimate, const std::vector<Estimate>& modes, std::size_t index)
 {
     Period& period = *estimate.period;
@@ -250,8 +285,11 @@ void addSide(Estimate& estimate, const std::vector<Estimate>& modes, std::size_t
     for (const Estimate& mode : modes)
         atWork.emplace_back(mode, index);
     PeriodSum sum(side, period.modes, index, period.seconds);
-    for (const TransientPoint& point : pointsOf(estimate, phasesOf(atWork, period.modes), side))
+    const std::vector<TransientPoint> points = pointsOf(estimate, phasesOf(atWork, period.modes), side);
+    for (const TransientPoint& point : points)
         sum.add({point.seconds, point.phase, point.junction, point.watts, 0.0}, atWork[point.phase]);
+    if (estimate.design.stages.empty() && estimate.side().thermal && side.settles)
+        addLasting(sum, side, modes, atWork, index);
     if (side.settles) {
         const double drawn = estimate.design.supplies.all.empty() ? side.watts : side.inputWatts;
         if (estimate.design.batteryWattHours)

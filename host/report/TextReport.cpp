@@ -211,6 +211,12 @@ std::string duration(double seconds)
     return seconds >= hour ? fmt::format("{:.1f} h", seconds / hour) : si(seconds, "s");
 }
 
+std::string energy(double joules)
+{
+    constexpr double wattHour = 3600.0;
+    return joules >= 10.0 * wattHour ? si(joules / wattHour, "Wh") : si(joules, "J");
+}
+
 std::string temperature(double value)
 {
     return std::isnan(value) ? "none" : degrees(value);
@@ -225,14 +231,14 @@ std::string modesTable(const Estimate& estimate)
             const ModeSide& side = mode.sides[i];
             table.row({i == 0 ? mode.name : "", i == 0 ? duration(mode.seconds) : "", estimate.sides[i].process,
                        si(mode.dynamicWatts, "W"), si(side.staticWatts, "W"), si(side.watts, "W"),
-                       si(side.peakWatts, "W"), si(side.joules, "J"), temperature(side.lowestJunction),
+                       si(side.peakWatts, "W"), energy(side.joules), temperature(side.lowestJunction),
                        temperature(side.highestJunction)});
         }
     }
     table.rule();
     for (const PeriodSide& side : period.sides)
         table.row({"Period", duration(period.seconds), side.process, "", "", si(side.watts, "W"),
-                   si(side.peakWatts, "W"), si(side.joules, "J"), temperature(side.lowest.junction),
+                   si(side.peakWatts, "W"), energy(side.joules), temperature(side.lowest.junction),
                    temperature(side.highest.junction)});
     return table.text();
 }

@@ -76,7 +76,7 @@ TEST(Modes, AModeThatSetsNothingIsTheDesign)
         const PeriodSide& side = estimate.period->sides.at(i);
         EXPECT_NEAR(side.settledJunction, estimate.sides.at(i).junction, 1e-3) << side.process;
         EXPECT_NEAR(side.watts, estimate.sides[i].totalWatts, 1e-4) << side.process;
-        EXPECT_NEAR(side.peakWatts, side.watts, 1e-12) << "nothing changes";
+        EXPECT_NEAR(side.peakWatts, side.watts, 1e-5) << "nothing changes";
         for (const RailPeriod& rail : side.rails)
             EXPECT_NEAR(rail.watts, estimate.sides[i].rail(rail.rail)->watts(), 1e-4) << rail.rail;
     }
@@ -85,10 +85,20 @@ TEST(Modes, AModeThatSetsNothingIsTheDesign)
 TEST(Modes, WithoutStagesTheJunctionStandsWhereTheAverageSettles)
 {
     const Estimate estimate =
-        estimateOf(design(with({kDevice, R"("environment": {"ambientTemperature": 40, "thetaJA": 2})", kModes})));
+        estimateOf(design(with({kDevice, R"("environment": {"ambientTemperature": 40, "thetaJA": 1})", kModes})));
     for (const PeriodSide& side : estimate.period->sides) {
-        EXPECT_NEAR(side.settledJunction, 40.0 + 2.0 * side.watts, 1e-3) << side.process;
-        EXPECT_EQ(side.lowest.junction, side.highest.junction);
+        EXPECT_NEAR(side.settledJunction, 40.0 + 1.0 * side.watts, 1e-3) << side.process;
+        for (const Moment& moment : side.moments)
+            EXPECT_EQ(moment.junction, side.settledJunction);
+        // The worst is where a mode alone would settle: nothing tells that it is too short for that.
+        const std::size_t index = &side == &estimate.period->sides.front() ? 0 : 1;
+        const Side burst =
+            estimateOf(
+                design(with({kDevice, R"("environment": {"ambientTemperature": 40, "thetaJA": 1})"}), "0.5", "4"))
+                .sides.at(index);
+        EXPECT_EQ(side.highest.junction, burst.junction);
+        EXPECT_NEAR(side.peakWatts, burst.totalWatts, 1e-4);
+        EXPECT_EQ(side.peakMode, "burst");
     }
 }
 
@@ -212,6 +222,33 @@ TEST(Modes, StandInEveryReport)
     EXPECT_THAT(without.err, HasSubstr("e.json: the start-up needs a device and \"thermal\" with its stages"));
 }
 
+TEST(Modes, TakeUnitsAndParameters)
+{
+    const Estimate estimate = estimateOf(R"({"parameters": {"fast": "400 MHz", "frame": "10 ms"},
+        "environment": {"ambientTemperature": "40 C"}, "device": {"part": "zq4410"},
+        "thermal": {"stages": [{"r": "0.5 C/W", "tau": "20 ms"}, {"r": "1.5 C/W", "tau": "= frame * 3"}]},
+        "battery": {"energy": "7.2 kJ"},
+        "supplies": {"CORE": {"rails": ["VCCINT"], "maxCurrent": "60000 mA", "volts": "800 mV", "efficiency": "90 %",
+                              "from": "MAIN"},
+                     "MAIN": {"volts": "= 12", "efficiency": [["2 A", 0.8], ["3 A", "88 %"]], "from": "48 V"}},
+        "modes": [{"name": "half", "for": "= frame / 2", "set": {"parameters.fast": "200 MHz"}},
+                  {"name": "full", "for": "5 ms", "set": {"groups[0].count": "= 1 + 1"}}],
+        "groups": [{"block": "Bram", "inputs": {"NUM_BRAMS": 10, "PORT_A_CLOCK": "= fast"}}]})");
+    const Design& design = estimate.design;
+    EXPECT_NEAR(design.stages.at(0).tau, 0.02, 1e-15);
+    EXPECT_EQ(design.stages.at(1).r, 1.5);
+    EXPECT_NEAR(design.stages[1].tau, 0.03, 1e-15);
+    EXPECT_NEAR(*design.batteryWattHours, 2.0, 1e-12) << "7200 J over 3600 J/Wh";
+    EXPECT_EQ(design.supplies.all.at(0).maxCurrent, 60.0);
+    EXPECT_EQ(design.supplies.all[0].volts, 0.8);
+    EXPECT_EQ(design.supplies.all[0].efficiency.at(0).second, 0.9);
+    EXPECT_EQ(design.supplies.all.at(1).efficiency.at(1), std::pair(3.0, 0.88));
+    EXPECT_EQ(design.modes.at(0).seconds, 0.005);
+    EXPECT_EQ(design.modes.at(0).design->groups.at(0).input("PORT_A_CLOCK")[0], Value(200.0f));
+    EXPECT_EQ(design.modes.at(1).design->groups.at(0).input("PORT_A_CLOCK")[0], Value(400.0f));
+    EXPECT_EQ(design.modes[1].design->groups[0].count, 2);
+}
+
 struct BadMode {
     const char* name;
     const char* field; ///< stands on line 3
@@ -255,6 +292,12 @@ const BadMode kBad[] = {
     {"NegativeLength", MODES(R"({"name": "a", "for": -1})"), "modes[0].for: -1 is outside 0 to 1000000000 s"},
     {"EndlessLength", MODES(R"({"name": "a", "for": 1e12})"), "modes[0].for: 1000000000000.0 is outside 0 to 1000000000 s"},
     {"LengthNoNumber", MODES(R"({"name": "a", "for": [1]})"), "modes[0].for: expected a number, found the array [1]"},
+    {"LengthOfVolts", MODES(R"({"name": "a", "for": "9 mV"})"), "modes[0].for: "},
+    {"LengthOfNoUnit", MODES(R"({"name": "a", "for": "9 mss"})"), "modes[0].for: "},
+    {"LengthOfNothing", MODES(R"({"name": "a", "for": "= 3 / 0"})"), "modes[0].for: "},
+    {"UnknownParameter", SET(R"("groups[fir].count": "= twoo")"), "modes[0].set.groups[fir].count: groups[0].count: "},
+    {"BatteryOfAmpereHours", R"("battery": {"energy": "3 Ah"})", "battery.energy: "},
+    {"TauOfWatts", STAGES(R"({"r": 1, "tau": "2 W"})"), "thermal.stages[0].tau: "},
     {"NameTwice", MODES(R"({"name": "a", "for": 1}, {"name": "a", "for": 2})"), "modes[1].name: two modes are named \"a\"; give each its own name"},
     {"UnknownField", MODES(R"({"name": "a", "for": 1, "sets": {}})"), "modes[0].sets: there is no field of this name here; did you mean set?"},
     {"SetNoObject", MODES(R"({"name": "a", "for": 1, "set": [1]})"), "modes[0].set: expected an object of values by path, found the array [1]"},
