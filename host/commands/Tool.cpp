@@ -18,6 +18,7 @@
 #include <new>
 #include <sstream>
 #include <streambuf>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -48,6 +49,13 @@ const std::optional<std::string>& Options::text(const std::string& name, const s
 {
     m_command->add_option(name, m_optionals.emplace_back(), description)->type_name("FILE");
     return m_optionals.back();
+}
+
+const unsigned& Options::count(const std::string& name, const std::string& description)
+{
+    constexpr unsigned most = 1024;
+    m_command->add_option(name, m_counts.emplace_back(0), description)->check(CLI::Range(1u, most));
+    return m_counts.back();
 }
 
 const std::string& Options::required(const std::string& name, const std::string& description)
@@ -214,6 +222,12 @@ int printed(const std::string& text, int code)
 
 } // namespace
 
+// Standard output takes no more.
+class Unprinted final : public std::system_error {
+public:
+    explicit Unprinted(int error) : std::system_error(error, std::generic_category()) {}
+};
+
 int parseAndRun(int argc, char** argv, std::span<const Command> commands)
 {
     CLI::App app("Estimates the power of designs for Orvane devices.", "zelm");
@@ -259,6 +273,10 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     if (manual->parsed())
         return printed(manualText(manualOf(app, commands), form), kSuccess);
 
+    run.print = [](std::string_view text) {
+        if (!writeAll(STDOUT_FILENO, text))
+            throw Unprinted(errno);
+    };
     run.barAfter = std::chrono::milliseconds(barAfter);
     TextTable::fitTo(terminalColumns());
     const std::string origin = chooseDataDirectory(dataDirectory);
@@ -276,6 +294,10 @@ int runTool(int argc, char** argv, std::span<const Command> commands)
         return parseAndRun(argc, argv, commands);
     } catch (const Error& error) {
         complain(error.what());
+    } catch (const Unprinted& error) {
+        if (error.code().value() == EPIPE)
+            return kSuccess; // a reader that has seen enough
+        complain("standard output cannot be written");
     } catch (const std::bad_alloc&) {
         complain("not enough memory for this run");
     } catch (const std::exception& error) {

@@ -1,6 +1,7 @@
 #include "host/design/Modes.h"
 
 #include "host/base/Error.h"
+#include "host/base/Json.h"
 #include "host/base/Text.h"
 #include "host/design/Place.h"
 #include "host/design/Sections.h"

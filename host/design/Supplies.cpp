@@ -1,6 +1,7 @@
 #include "host/design/Supplies.h"
 
 #include "host/base/Error.h"
+#include "host/base/Json.h"
 #include "host/base/Text.h"
 #include "host/base/Units.h"
 #include "host/blocks/Rails.h"
@@ -19,7 +20,7 @@ namespace {
 // The rail of a list, known and not said before.
 std::string readRail(const Json& value, const Place& where, std::set<std::string>& said)
 {
-    const std::string rail = Fields::text(value, where);
+    std::string rail = Fields::text(value, where);
     const std::vector<std::string> known = railNames();
     if (std::find(known.begin(), known.end(), rail) == known.end())
         where.fail(fmt::format("there is no rail of the name \"{}\"{}", abbreviated(rail), suggestion(rail, known)));

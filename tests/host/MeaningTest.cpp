@@ -126,7 +126,7 @@ TEST(Meaning, NoWordsMakeAGroupDrawNothingInSilence)
         if (block.name == "Parts" || block.name == "Static")
             continue;
         block.load();
-        Group active{&block, "g", 1, "", {}, "groups[0]"};
+        Group active{&block, "g", 1, "", {}, "groups[0]", {}};
         std::vector<std::pair<std::string, Value>> choices;
         for (const ZelmCellInfo& cell : block.cells) {
             if (cell.kind != ZelmCellInfo::Kind::userInput)

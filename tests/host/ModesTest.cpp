@@ -2,6 +2,7 @@
 #include "Tool.h"
 
 #include "host/base/Json.h"
+#include "host/estimate/EditedDesign.h"
 #include "host/estimate/Modes.h"
 #include "host/report/Report.h"
 
@@ -247,6 +248,26 @@ TEST(Modes, TakeUnitsAndParameters)
     EXPECT_EQ(design.modes.at(0).design->groups.at(0).input("PORT_A_CLOCK")[0], Value(200.0f));
     EXPECT_EQ(design.modes.at(1).design->groups.at(0).input("PORT_A_CLOCK")[0], Value(400.0f));
     EXPECT_EQ(design.modes[1].design->groups[0].count, 2);
+}
+
+TEST(Modes, FollowEditsOfTheDesign)
+{
+    const auto text = [](int memories) {
+        return fmt::format(R"({{"environment": {{"ambientTemperature": 40}}, "device": {{"part": "zq4410"}},
+            "thermal": {{"stages": [{{"r": 0.5, "tau": 0.02}}]}},
+            "modes": [{{"name": "a", "for": 1}}, {{"name": "b", "for": 2, "set": {{"groups[0].count": 3}}}}],
+            "groups": [{{"block": "Bram", "inputs": {{"NUM_BRAMS": {}}}}}]}})",
+                           memories);
+    };
+    JsonSource source{"test.json", {}};
+    const Json root = parseJson(text(10), source);
+    EditedDesign edited(root, source, {"groups[0].inputs.NUM_BRAMS", "environment.ambientTemperature"}, Gaps::refused);
+    EXPECT_EQ(edited.estimate().period->sides.at(0).watts, estimateOf(text(10)).period->sides.at(0).watts);
+    edited.set(0, 200);
+    EXPECT_EQ(edited.estimate().period->sides.at(0).watts, estimateOf(text(200)).period->sides.at(0).watts);
+    const double before = edited.estimate().period->sides[0].highest.junction;
+    edited.set(1, 50);
+    EXPECT_GT(edited.estimate().period->sides.at(0).highest.junction, before + 9.0);
 }
 
 struct BadMode {
