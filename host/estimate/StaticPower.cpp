@@ -3,6 +3,8 @@
 #include "host/blocks/Rails.h"
 #include "host/estimate/Thermal.h"
 
+#include "framework/ZelmUnset.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -125,7 +127,7 @@ public:
                               [](const auto& a, const auto& b) { return a.first == b.first; });
         };
         if (!m_instance || !sameCells())
-            m_instance = m_cells.block.create();
+            create();
         m_settings = settings;
         m_loads = loads;
         for (const auto& [cell, value] : settings)
@@ -152,24 +154,18 @@ public:
         return known->second;
     }
 
+    std::vector<RailResult> railsAt(double junction)
+    {
+        evaluate(junction, m_cells.ofResults);
+        return rails();
+    }
+
     // What the model says at a junction temperature.
     void fill(Side& side)
     {
         evaluate(side.junction, m_cells.ofResults);
         side.staticWatts = watts(side.junction);
-        side.rails.reserve(m_cells.rails.size());
-        for (const StaticRail& rail : m_cells.rails) {
-            RailResult result{rail.name,
-                              rail.inside,
-                              number(*rail.volts),
-                              0.0,
-                              0.0,
-                              number(*rail.staticCurrent),
-                              0.0,
-                              number(*rail.powerUpCurrent)};
-            result.staticWatts = result.volts * result.staticAmperes;
-            side.rails.push_back(result);
-        }
+        side.rails = rails();
         for (const ZelmCellInfo* cell : m_cells.subsystems)
             side.subsystems.push_back({cell->name, number(*cell)});
     }
@@ -189,15 +185,48 @@ private:
         m_instance->recalculate(wanted);
     }
 
+    // As just evaluated.
+    std::vector<RailResult> rails() const
+    {
+        std::vector<RailResult> results;
+        results.reserve(m_cells.rails.size());
+        for (const StaticRail& rail : m_cells.rails) {
+            RailResult result{rail.name,
+                              rail.inside,
+                              number(*rail.volts),
+                              0.0,
+                              0.0,
+                              number(*rail.staticCurrent),
+                              0.0,
+                              number(*rail.powerUpCurrent)};
+            result.staticWatts = result.volts * result.staticAmperes;
+            results.push_back(result);
+        }
+        return results;
+    }
+
     double wattsAnew(double junction)
     {
         evaluate(junction, m_cells.ofWatts);
         double sum = 0.0;
+        for (const auto& [volts, amperes] : m_terms)
+            sum += orNan(*volts) * orNan(*amperes);
+        return sum;
+    }
+
+    void create()
+    {
+        m_instance = m_cells.block.create();
+        m_terms.clear();
         for (const StaticRail& rail : m_cells.rails) {
             if (rail.inside.empty())
-                sum += number(*rail.volts) * number(*rail.staticCurrent);
+                m_terms.emplace_back(&m_instance->slot(*rail.volts), &m_instance->slot(*rail.staticCurrent));
         }
-        return sum;
+    }
+
+    static double orNan(float value)
+    {
+        return isUnset(value) ? std::nan("") : static_cast<double>(value);
     }
 
     std::vector<std::string> findVoltageWarnings()
@@ -218,8 +247,7 @@ private:
 
     double number(const ZelmCellInfo& cell) const
     {
-        const std::optional<float> real = m_instance->real(cell);
-        return real ? static_cast<double>(*real) : std::nan("");
+        return orNan(m_instance->slot(cell));
     }
 
     const StaticCells& m_cells = staticCells();
@@ -227,6 +255,7 @@ private:
     Settings m_settings;
     unsigned m_loads = 0; // of the data block
     std::unique_ptr<Instance> m_instance;
+    std::vector<std::pair<const float*, const float*>> m_terms; // volts and amperes whose products make the watts
     std::unordered_map<float, double> m_known; // static watts by junction temperature
     std::optional<std::vector<std::string>> m_voltageWarnings;
 };
@@ -317,6 +346,11 @@ PowerCurve StaticPower::curve(const std::string& process)
     return [model = m_models.at(process).get()](double junction) { return model->watts(junction); };
 }
 
+std::vector<RailResult> StaticPower::rails(const std::string& process, double junction)
+{
+    return m_models.at(process)->railsAt(junction);
+}
+
 void StaticPower::addTo(Estimate& estimate, Curves curves)
 {
     const Environment& environment = estimate.design.environment;
@@ -346,6 +380,17 @@ void StaticPower::addTo(Estimate& estimate, Curves curves)
         }
         estimate.sides.push_back(std::move(side));
     }
+}
+
+std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate)
+{
+    if (!estimate.design.device)
+        return nullptr;
+    const bool isManaged = std::any_of(estimate.groups.begin(), estimate.groups.end(),
+                                       [](const GroupResult& group) { return group.block->name == "Harl"; });
+    auto power = std::make_shared<StaticPower>();
+    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged);
+    return power;
 }
 
 } // namespace zelm::host

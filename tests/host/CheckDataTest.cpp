@@ -10,7 +10,8 @@
 #include <stdexcept>
 #include <vector>
 
-using namespace zelm::test;
+namespace zelm::test::checkDataTest {
+
 using testing::HasSubstr;
 using testing::Not;
 
@@ -462,3 +463,5 @@ TEST(CheckData, TheAbsenceOfAnyTablesRowIsToldUnlessThatCannotBeKnown)
 }
 
 } // namespace
+
+} // namespace zelm::test::checkDataTest

@@ -18,8 +18,9 @@
 #include <utility>
 #include <vector>
 
+namespace zelm::test::commandLineTest {
+
 using namespace zelm::host;
-using namespace zelm::test;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -410,3 +411,5 @@ TEST(Tables, FitTheTerminal)
 }
 
 } // namespace
+
+} // namespace zelm::test::commandLineTest
