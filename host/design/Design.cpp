@@ -205,8 +205,6 @@ Group readGroup(const Json& value, std::size_t index, Reading& reading)
     if (group.block->name == "Parts")
         fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
     group.name = fields.text("name", blockName);
-    if (group.name.empty())
-        fields.place("name").fail("the name is empty; leave it out, or give the group one");
     if (isIndex(group.name))
         fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
     if (const auto count = fields.whole("count", {0, 1e6, "", "instances"}))

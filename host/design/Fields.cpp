@@ -109,13 +109,23 @@ Place Fields::place(const std::string& name) const
 std::string Fields::text(const std::string& name, const std::string& otherwise)
 {
     const Json* value = take(name);
-    return value ? text(*value, place(name)) : otherwise;
+    if (!value)
+        return otherwise;
+    std::string given = text(*value, place(name));
+    if (given.empty())
+        place(name).fail("is empty; leave it out, or say something");
+    return given;
 }
 
 std::string Fields::word(const std::string& name)
 {
     const Json* value = take(name);
-    return value ? word(*value, place(name)) : "";
+    if (!value)
+        return "";
+    std::string given = word(*value, place(name));
+    if (given.empty())
+        place(name).fail("is empty; leave it out, or say something");
+    return given;
 }
 
 std::optional<double> Fields::number(const std::string& name, const Range& range)

@@ -73,8 +73,7 @@ public:
     Calculator()
     {
         m_parser.SetArgSep(',');
-        m_parser.SetDecSep('.');
-        m_parser.SetThousandsSep();
+        setSeparators();
         defineUnits(m_parser, std::make_index_sequence<kUnitCount - 1>()); // the last has no symbol
         m_parser.SetVarFactory(operand, this);
     }
@@ -149,6 +148,17 @@ private:
         if (!up || up != down || std::abs(*up) > most)
             throw Error("mixes units: it adds, compares or takes the function of what doesn't count in the same");
         return static_cast<std::int8_t>(*up);
+    }
+
+    // All parsers share one locale: once is enough, and again while another thread reads it would be a crash.
+    void setSeparators()
+    {
+        static const bool set = [this] {
+            m_parser.SetDecSep('.');
+            m_parser.SetThousandsSep();
+            return true;
+        }();
+        static_cast<void>(set);
     }
 
     mu::Parser m_parser;
@@ -274,7 +284,8 @@ template <class Map>
 [[noreturn]] void failUnknown(const Map& map, const Scopes& scopes, const std::string& name)
 {
     std::vector<std::string> known;
-    for (const auto& [other, value] : map) {
+    for (const auto& entry : map) {
+        const std::string& other = entry.first;
         const auto scope =
             std::find_if(scopes.begin(), scopes.end(), [&](const std::string& s) { return other.starts_with(s); });
         known.push_back(scope == scopes.end() ? other : other.substr(scope->size()));

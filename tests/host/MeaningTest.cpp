@@ -62,7 +62,9 @@ const Meaning kErrors[] = {
     {"ReceiverThatAlwaysDrives", ONE("Nalt", R"("IO_DIRECTION": "BIDI_INPUT")"), {"group \"Nalt\": OUTPUT_ENABLE 1, IO_DIRECTION BIDI_INPUT don't go together"}},
     // the rest
     {"FamilyOfAnotherDevice", FIELDS(R"("device": {"part": "zq4410", "family": "Halden Rim Series"})"), {"device.family: zq4410 is not in the Halden Rim Series; it is in the Halden Axis Series"}},
-    {"EmptyGroupName", R"({"groups": [{"block": "Bram", "name": ""}]})", {"groups[0].name: the name is empty"}},
+    {"EmptyGroupName", R"({"groups": [{"block": "Bram", "name": ""}]})", {"groups[0].name: is empty; leave it out"}},
+    {"EmptyClock", R"({"groups": [{"block": "Bram", "clock": ""}]})", {"groups[0].clock: is empty; leave it out"}},
+    {"EmptyProcess", FIELDS(R"("device": {"part": "zq4410", "process": ""})"), {"device.process: is empty; leave it out"}},
     {"ThetaBesideCooling", FIELDS(R"("environment": {"ambientTemperature": 25, "thetaJA": 1, "cooling": [{"thetaJA": 1}]})"), {"environment.cooling: give thetaJA, or a list of cooling, not both"}},
     {"CatalogueAsGroup", ONE("Parts", ""), {"groups[0].block: the catalogue", "isn't part of a design"}},
     {"NameLikeAnIndex", R"({"groups": [{"block": "Bram", "name": "0"}]})", {"groups[0].name: \"0\" reads like a group's index"}},
