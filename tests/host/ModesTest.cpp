@@ -173,6 +173,16 @@ TEST(Modes, RailsAndSuppliesAreSizedByTheWorst)
     }
 }
 
+TEST(Modes, RegulatorsShowTheirLeastMargin)
+{
+    const std::string fixed = R"("environment": {"junctionTemperature": 60})";
+    const Estimate burst = estimateOf(design(with({kDevice, fixed}), "0.5", "4"));
+    const Estimate estimate =
+        estimateOf(design(with({kDevice, fixed, R"("regulators": {"VCCINT": {"maxCurrent": 20}})", kModes})));
+    EXPECT_NEAR(jsonReport(estimate)["regulators"][0]["marginAmperes"].get<double>(),
+                20.0 - burst.side().rail("VCCINT")->amperes(), 1e-9);
+}
+
 TEST(Modes, ARunawayLeavesThePeriodWithoutAmounts)
 {
     const Estimate estimate = estimateOf(
