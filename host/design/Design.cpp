@@ -102,6 +102,19 @@ std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const 
     return inputs;
 }
 
+// Parts of the hierarchy have names, and slashes between them.
+void refuseBrokenPath(const std::string& in, const Place& where)
+{
+    constexpr std::size_t deepest = 16;
+    if (in.empty())
+        return;
+    const std::vector<std::string> parts = split(in, '/');
+    if (std::find(parts.begin(), parts.end(), "") != parts.end())
+        where.fail(fmt::format("\"{}\" has a part without a name; expected names between slashes: datapath/fir", in));
+    if (parts.size() > deepest)
+        where.fail(fmt::format("\"{}\" is {} deep, at most {} are read", abbreviated(in), parts.size(), deepest));
+}
+
 bool isIndex(const std::string& name)
 {
     return !name.empty() && name.find_first_not_of("0123456789") == std::string::npos;
@@ -198,6 +211,8 @@ Group readGroup(const Json& value, std::size_t index, Reading& reading)
         fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
     if (const auto count = fields.whole("count", {0, 1e6, "", "instances"}))
         group.count = static_cast<int>(*count);
+    group.in = fields.text("in");
+    refuseBrokenPath(group.in, fields.place("in"));
     group.clock = fields.text("clock");
     if (!group.clock.empty() && !takesClock(group.block->name))
         fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));

@@ -24,6 +24,7 @@ struct Group {
     std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, legal in their cells
     std::string place;                                 ///< its path in the file: groups[2]
     std::vector<std::string> warnings;                 ///< values that are legal but most likely a slip
+    std::string in{};                                  ///< its place in the hierarchy: datapath/fir; empty if none
 
     const Value* input(std::string_view cell) const;
 

@@ -110,6 +110,10 @@ Json groupSchema(const Block& block)
                                   {"minimum", 0},
                                   {"maximum", 1000000},
                                   {"default", 1}}},
+                                {"in",
+                                 {{"type", "string"},
+                                  {"pattern", "^[^/]+(/[^/]+)*$"},
+                                  {"description", "where it stands in the hierarchy: datapath/fir"}}},
                                 {"inputs", objectSchema(std::move(inputs))}},
                                {"block"});
     if (takesClock(block.name))

@@ -40,6 +40,8 @@ struct GroupResult {
     double watts = 0.0;        ///< on the chip, all rails
     double offchipWatts = 0.0; ///< burnt outside the device; negative where the standard's formulas say so
     bool onlyCarries = false;  ///< works out inputs of other groups: nothing that it yields loads a rail
+    std::string in{};          ///< its place in the hierarchy
+    std::string clock{};       ///< the group of Clock that clocks it, itself for one of those
 };
 
 struct RailResult {

@@ -1,5 +1,6 @@
 #include "host/base/Text.h"
 #include "host/report/Report.h"
+#include "host/report/SubtotalsReport.h"
 
 #include <fmt/format.h>
 
@@ -79,6 +80,10 @@ std::string csvReport(const Estimate& estimate)
         if (group.offchipWatts != 0.0)
             text += fmt::format("offchip,,{},{},{},,,{},,,,\n", escapedCsv(group.name), group.block->name, group.count,
                                 group.offchipWatts);
+    }
+    if (hasHierarchy(estimate)) {
+        for (const Subtotal& sum : subtotals(estimate, By::in))
+            text += fmt::format("in,,{},,{},,,{},,,,\n", escapedCsv(sum.name), sum.groups, sum.watts);
     }
     for (const Side& side : estimate.sides) {
         for (const RailResult& rail : side.rails)

@@ -3,6 +3,7 @@
 #include "host/blocks/Uncertainty.h"
 #include "host/blocks/ValueJson.h"
 #include "host/report/Report.h"
+#include "host/report/SubtotalsReport.h"
 
 #include <fmt/format.h>
 
@@ -244,6 +245,10 @@ Json groupJson(const GroupResult& group, const Uncertainties& known)
 {
     Json json{
         {"name", group.name}, {"block", group.block->name}, {"title", group.block->title}, {"count", group.count}};
+    if (!group.in.empty())
+        json["in"] = group.in;
+    if (!group.clock.empty())
+        json["clock"] = group.clock;
     addNumber(json, "watts", group.watts);
     addNumber(json, "offchipWatts", group.offchipWatts);
     json["onlyCarries"] = group.onlyCarries;
@@ -341,6 +346,7 @@ Json jsonReport(const Estimate& estimate)
         addNumber(json, "ambientTemperature", *estimate.design.environment.ambient);
     const Uncertainties known = uncertainties();
     json["groups"] = listOf(estimate.groups, [&](const GroupResult& group) { return groupJson(group, known); });
+    json["hierarchy"] = hierarchyJson(estimate);
     if (estimate.design.device)
         json["staticUncertainty"] = uncertaintyJson(known, "Static");
     json["sides"] = listOf(estimate.sides, sideJson);

@@ -1,5 +1,6 @@
 #include "host/base/Text.h"
 #include "host/report/Report.h"
+#include "host/report/SubtotalsReport.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -430,6 +431,7 @@ Estimate forTerminal(const Estimate& estimate)
     clean(safe.design.name);
     for (GroupResult& group : safe.groups) {
         clean(group.name);
+        clean(group.in);
         for (InputValue& input : group.inputs) {
             if (std::string* text = std::get_if<std::string>(&input.value))
                 clean(*text);
@@ -464,6 +466,8 @@ std::string textReport(const Estimate& result, bool verbose, const Paint& paint)
     std::string text = summary(estimate, paint);
     const auto section = [&](const std::string& name, const std::string& body) { text += title(paint, name) + body; };
     section("Groups", groupsTable(estimate));
+    if (hasHierarchy(estimate))
+        section("Hierarchy", hierarchyTable(estimate));
     section("Rails", railsTable(estimate));
     if (estimate.side().supplies)
         section("Supplies", suppliesTable(estimate));

@@ -5,7 +5,8 @@
 
 #include "host/base/Json.h"
 
-using namespace zelm::test;
+namespace zelm::test::includeTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -242,3 +243,5 @@ TEST_F(IncludeTest, HasLimits)
 }
 
 } // namespace
+
+} // namespace zelm::test::includeTest

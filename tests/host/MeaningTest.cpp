@@ -4,7 +4,8 @@
 #include "host/blocks/LegalWords.h"
 #include "host/study/Sweep.h"
 
-using namespace zelm::test;
+namespace zelm::test::meaningTest {
+
 using namespace zelm::host;
 using testing::Contains;
 using testing::HasSubstr;
@@ -241,3 +242,5 @@ TEST(Meaning, TheJunctionIsNeverBelowAmbient)
 }
 
 } // namespace
+
+} // namespace zelm::test::meaningTest

@@ -13,7 +13,8 @@
 #include <sstream>
 #include <thread>
 
-using namespace zelm::test;
+namespace zelm::test::sweepTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -248,3 +249,5 @@ TEST_F(SweepTest, OverTheProcessEachPointIsItsOwnSide)
 }
 
 } // namespace
+
+} // namespace zelm::test::sweepTest

@@ -3,7 +3,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-using namespace zelm::test;
+namespace zelm::test::toolTest {
+
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -221,3 +222,5 @@ TEST_F(Tool, StandardsTellTheirPins)
 }
 
 } // namespace
+
+} // namespace zelm::test::toolTest

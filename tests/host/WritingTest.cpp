@@ -11,7 +11,8 @@
 
 #include <clocale>
 
-using namespace zelm::test;
+namespace zelm::test::writingTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -383,3 +384,5 @@ TEST(Parameters, StandOnEachOtherToALimit)
 }
 
 } // namespace
+
+} // namespace zelm::test::writingTest

@@ -79,4 +79,9 @@ for path in sys.argv[2:]:
     refused("the catalogue as a group", lambda d: d["groups"].append({"block": "Parts"}))
     refused("a negative count", lambda d: d["groups"][0].update(count=-1))
     refused("no groups", lambda d: d.pop("groups"))
+
+for template in ("blank", "controller", "network", "radio", "vision"):
+    text = subprocess.run([sys.argv[1], "new", "--template", template], check=True, capture_output=True, text=True).stdout
+    problems = [f"{'/'.join(map(str, e.path))}: {e.message[:200]}" for e in validator.iter_errors(json.loads(without_comments(text)))]
+    assert not problems, f"zelm new --template {template}: {problems}"
 print(f"{len(sys.argv) - 2} designs are valid, and mistakes in them are not")
