@@ -180,9 +180,11 @@ void carryCount(Running& clock, std::string_view cell, std::int64_t count, const
 // Gives a group the frequency of the clock that it names, on all its clock inputs that the design leaves unset.
 void carryFrequency(const Design& design, const Group& group, Running& running, std::vector<Carried>& carried)
 {
+    if (group.clock.empty())
+        return;
     const auto clock = std::find_if(design.groups.begin(), design.groups.end(),
                                     [&](const Group& other) { return other.name == group.clock; });
-    if (group.clock.empty() || clock == design.groups.end())
+    if (clock == design.groups.end())
         return;
     for (const ClockInput& input : clockInputs()) {
         if (input.block != running.block->name || running.isSet(input.cell))
@@ -198,9 +200,9 @@ void carryFrequency(const Design& design, const Group& group, Running& running, 
 // group names keeps what it has.
 void carryLoads(const Design& design, const Group& clock, Running& running, std::vector<Carried>& carried)
 {
-    const bool isNamed = std::any_of(design.groups.begin(), design.groups.end(),
-                                     [&](const Group& group) { return group.clock == clock.name; });
-    if (clock.block->name != "Clock" || !isNamed)
+    if (clock.block->name != "Clock" ||
+        std::none_of(design.groups.begin(), design.groups.end(),
+                     [&](const Group& group) { return group.clock == clock.name; }))
         return;
     const std::string from = fmt::format("groups on {}", clock.name);
     for (const auto& [cell, number] : loadsOf(design, clock))
