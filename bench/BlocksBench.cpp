@@ -11,23 +11,25 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <map>
 
 namespace zelm::bench {
 
 namespace {
 
+using KeysOfTable = std::vector<std::string> (*)(std::string_view group);
+
 // The look-ups of a run, in their order.
-template <class Data>
 class LookUps final : public Watcher {
 public:
-    LookUps() : Watcher(Wants::pulls) {}
+    explicit LookUps(KeysOfTable keysOf) : Watcher(Wants::pulls), m_keysOf(keysOf) {}
 
     void onLookUp(const LookUp& lookUp) override
     {
         auto [table, isNew] = m_tables.try_emplace(lookUp.table.group);
         if (isNew)
-            table->second = naiveTable<Data>(lookUp.table.group);
+            table->second = naiveTable(m_keysOf(lookUp.table.group));
         NaiveKeys keys;
         std::transform(lookUp.keys.begin(), lookUp.keys.end(), keys.begin(),
                        [](const Key& key) { return std::string(key.text()); });
@@ -51,51 +53,54 @@ private:
         NaiveKeys keys;
     };
 
+    KeysOfTable m_keysOf;
     std::map<std::string_view, NaiveTable> m_tables;
     std::vector<Asked> m_all;
 };
 
-template <class Work>
-double secondsOf(Work work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-template <class Model>
-void calculate(benchmark::State& state)
+double secondsOf(const std::function<void()>& work)
 {
     constexpr int kTurn = 16; // runs between two looks at the clock
-    shipped<typename Model::Data>();
-    const Model& model = Model::getGlobal();
-    typename Model::Params params;
-    model.calculate(params); // sets the defaults
-    LookUps<typename Model::Data> lookUps;
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < kTurn; ++i)
+        work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / kTurn;
+}
+
+// Without the block's types, so that it is compiled once.
+void compare(benchmark::State& state, KeysOfTable keysOf, const std::function<void()>& calculate)
+{
+    calculate(); // sets the defaults
+    LookUps lookUps(keysOf);
     {
         const Watching watching(lookUps);
-        model.calculate(params);
+        calculate();
     }
 
     double calculating = 0.0;
     double lookingUp = 0.0;
     for (auto _ : state) {
-        const double seconds = secondsOf([&] {
-            for (int i = 0; i < kTurn; ++i) {
-                model.calculate(params);
-                benchmark::DoNotOptimize(params);
-            }
-        });
-        lookingUp += secondsOf([&] {
-            for (int i = 0; i < kTurn; ++i)
-                lookUps.repeat();
-        });
+        const double seconds = secondsOf(calculate);
+        lookingUp += secondsOf([&] { lookUps.repeat(); });
         calculating += seconds;
-        state.SetIterationTime(seconds / kTurn);
+        state.SetIterationTime(seconds);
     }
     state.counters["lookUps"] = static_cast<double>(lookUps.count());
     if (lookUps.count() > 0)
         state.counters["ratio"] = calculating / lookingUp;
+}
+
+template <class Model>
+void calculate(benchmark::State& state)
+{
+    using Data = typename Model::Data;
+    shipped<Data>();
+    typename Model::Params params;
+    const auto keysOf = [](std::string_view group) { return keysOfTable<Data>(group); };
+    compare(state, keysOf, [&] {
+        Model::getGlobal().calculate(params);
+        benchmark::DoNotOptimize(params);
+    });
 }
 
 #define BLOCK(name, folder, title)                                                                                     \

@@ -37,7 +37,7 @@ std::array<Part, sizeof...(Texts)> keysOf(Texts... texts)
 template <class Data>
 void naive(benchmark::State& state, const char* group, std::initializer_list<const char*> texts)
 {
-    const NaiveTable table = naiveTable<Data>(group);
+    const NaiveTable table = naiveTable(keysOfTable<Data>(group));
     NaiveKeys keys;
     std::copy(texts.begin(), texts.end(), keys.begin());
     for (auto _ : state)

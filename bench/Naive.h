@@ -45,12 +45,17 @@ const Data& shipped()
     return Data::getGlobal();
 }
 
-/// A table with all keys of the shipped one.
+/// All keys of a table of the shipped data.
 template <class Data>
-NaiveTable naiveTable(std::string_view group)
+std::vector<std::string> keysOfTable(std::string_view group)
+{
+    return shipped<Data>().getCfgKeys({std::string(group)}, true);
+}
+
+inline NaiveTable naiveTable(std::vector<std::string> keys)
 {
     NaiveTable table;
-    for (std::string& key : shipped<Data>().getCfgKeys({std::string(group)}, true))
+    for (std::string& key : keys)
         table[std::move(key)] = 1.0f;
     return table;
 }

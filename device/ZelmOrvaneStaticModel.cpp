@@ -9,6 +9,7 @@
 #define ZELM_MODEL ZelmOrvaneStaticModel
 #define ZELM_CELL_ROWS "device/ZelmOrvaneStaticCells.def"
 #define ZELM_TABLE_ROWS "device/ZelmOrvaneStaticTables.def"
+#define ZELM_MANY_MEMBERS
 
 using namespace zelm::staticpower;
 

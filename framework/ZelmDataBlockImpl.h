@@ -43,8 +43,8 @@ bool ZelmDataBlock<Derived>::loadCfgData()
 {
     ++m_loads;
     libconfig::Config cfg;
-    readFile(&cfg, "orvane/" + std::string(Derived::name) + ".cfg");
     std::vector<std::string> path{std::string(Derived::name)};
+    readFile(&cfg, "orvane/" + path.front() + ".cfg");
     return Derived::visitTables(static_cast<Derived&>(*this),
                                 [&](std::string_view group, std::string_view, auto& table) {
                                     path.emplace_back(group);

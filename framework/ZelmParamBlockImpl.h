@@ -6,7 +6,6 @@
 #include "framework/ZelmCellNames.h"
 #include "framework/ZelmParamBlock.h"
 
-#include <algorithm>
 #include <mutex>
 
 template <class Cells>
@@ -37,10 +36,9 @@ std::string ZelmParamBlock<Cells>::reflect() const
 template <class Cells>
 void ZelmParamBlock<Cells>::reset()
 {
-    m_ints.fill(zelm::unsetInt);
-    m_floats.fill(zelm::unsetFloat);
-    for (std::string& text : m_strings)
-        text = zelm::unsetString;
+    zelm::CellNames::unset(m_ints);
+    zelm::CellNames::unset(m_floats);
+    zelm::CellNames::unset(m_strings);
 }
 
 template <class Cells>
@@ -70,19 +68,19 @@ void ZelmParamBlock<Cells>::resetIntermediateCalculations()
 template <class Cells>
 void ZelmParamBlock<Cells>::resetBetween(IntEnum first, IntEnum last)
 {
-    std::fill(m_ints.begin() + first, m_ints.begin() + last, zelm::unsetInt);
+    zelm::CellNames::unset({m_ints.begin() + first, m_ints.begin() + last});
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::resetBetween(FloatEnum first, FloatEnum last)
 {
-    std::fill(m_floats.begin() + first, m_floats.begin() + last, zelm::unsetFloat);
+    zelm::CellNames::unset({m_floats.begin() + first, m_floats.begin() + last});
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::resetBetween(StringEnum first, StringEnum last)
 {
-    std::fill(m_strings.begin() + first, m_strings.begin() + last, zelm::unsetString);
+    zelm::CellNames::unset({m_strings.begin() + first, m_strings.begin() + last});
 }
 
 template <class Cells>

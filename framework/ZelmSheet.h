@@ -68,9 +68,17 @@ public:
 protected:
     ~Sheet() = default;
 
-    /// A formula's row in the tables of ZelmAccessors.inc.
+    /// A formula's row in the tables of ZelmAccessors.inc. Of a family's cell it has the member.
     template <class Slot>
-    using Formula = void (*)(const Sheet& sheet, Slot& slot);
+    struct Formula {
+        void (*compute)(const Sheet& sheet, Slot& slot, const void* member);
+        const void* member;
+
+        void operator()(const Sheet& sheet, Slot& slot) const
+        {
+            compute(sheet, slot, member);
+        }
+    };
 
     /// The model's sheet: for base sheets, which several models share.
     const auto& self() const
@@ -158,7 +166,8 @@ inline void store(std::string& slot, std::string value)
     slot = std::move(value);
 }
 
-inline void store(std::string& slot, std::string_view value)
+// Not inline, where GCC 12 sees texts overlap that don't.
+[[gnu::noinline]] inline void store(std::string& slot, std::string_view value)
 {
     slot = value;
 }
@@ -166,6 +175,14 @@ inline void store(std::string& slot, std::string_view value)
 inline void store(std::string& slot, const char* value)
 {
     slot = value;
+}
+
+/// The formula of the cells that hold a metric of a family, for any of its members.
+template <class Model, class ModelSheet, class Slot, auto metric, class Member>
+void computeMember(const Sheet<Model>& base, Slot& slot, const void* member)
+{
+    const auto& sheet = static_cast<const ModelSheet&>(base);
+    store(slot, (sheet.*metric)(*static_cast<const Member*>(member)));
 }
 
 } // namespace zelm

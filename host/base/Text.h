@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,15 +51,22 @@ public:
     /// A line across, in front of totals.
     void rule();
     std::string text() const;
+    /// The rows since the last call, for tables without end: columns are as wide as the first call's rows need.
+    std::string next();
 
     /// The width of all tables from now on: columns of words break their lines to fit. 0, as at first, for any.
     static void fitTo(std::size_t columns);
 
 private:
-    void appendRow(std::string& text, const std::vector<std::string>& cells, const std::vector<std::size_t>& widths,
-                   const std::vector<bool>& numeric) const;
+    struct Columns {
+        std::vector<std::size_t> widths;
+        std::vector<bool> numeric;
+    };
+    Columns columns() const;
+    static void appendRow(std::string& text, const std::vector<std::string>& cells, const Columns& columns);
 
     std::vector<std::vector<std::string>> m_rows; ///< an empty row is a rule
+    std::optional<Columns> m_columns;             ///< of a table without end
 };
 
 } // namespace zelm::host

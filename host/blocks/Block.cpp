@@ -17,6 +17,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -28,51 +29,53 @@ namespace {
 using Kind = ZelmCellInfo::Kind;
 using Type = ZelmCellInfo::Type;
 
-template <class Data>
-std::string dataFileOf()
+std::string dataFileOf(std::string_view dataName)
 {
-    return "powercfg/orvane/" + std::string(Data::name) + ".cfg";
+    return "powercfg/orvane/" + std::string(dataName) + ".cfg";
 }
 
-template <class Model>
-class InstanceOf final : public Instance {
-    using Params = typename Model::Params;
+template <class T>
+Value ifSet(const T& value)
+{
+    return isUnset(value) ? Value() : Value(value);
+}
 
+// An instance but for the types of its kind, which the class derived from it knows: compiled once for all kinds.
+class UntypedInstance : public Instance {
 public:
     void set(const ZelmCellInfo& cell, const Value& value) override
     {
         if (cell.type == Type::integer)
-            assign(static_cast<typename Params::IntEnum>(cell.ordinal), std::get<int>(value));
+            assign(m_cells.ints, &RecalculationOfCells::setInt, cell.ordinal, std::get<int>(value));
         else if (cell.type == Type::real)
-            assign(static_cast<typename Params::FloatEnum>(cell.ordinal), std::get<float>(value));
+            assign(m_cells.floats, &RecalculationOfCells::setFloat, cell.ordinal, std::get<float>(value));
         else
-            assign(static_cast<typename Params::StringEnum>(cell.ordinal), std::get<std::string>(value));
+            assign(m_cells.strings, &RecalculationOfCells::setString, cell.ordinal, std::get<std::string>(value));
     }
 
     Value get(const ZelmCellInfo& cell) const override
     {
         if (cell.type == Type::integer)
-            return ifSet(m_params[static_cast<typename Params::IntEnum>(cell.ordinal)]);
+            return ifSet(m_cells.ints[cell.ordinal]);
         if (cell.type == Type::real)
-            return ifSet(m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)]);
-        return ifSet(m_params[static_cast<typename Params::StringEnum>(cell.ordinal)]);
+            return ifSet(m_cells.floats[cell.ordinal]);
+        return ifSet(m_cells.strings[cell.ordinal]);
     }
 
-    std::optional<float> real(const ZelmCellInfo& cell) const override
+    const float& slot(const ZelmCellInfo& cell) const override
     {
-        const float value = m_params[static_cast<typename Params::FloatEnum>(cell.ordinal)];
-        return isUnset(value) ? std::nullopt : std::optional(value);
+        return m_cells.floats[cell.ordinal];
     }
 
     void calculate() override
     {
         m_recalculation.reset();
-        guarded([&] { Model::getGlobal().calculate(m_params); });
+        guarded([this] { calculateAll(); });
     }
 
     void recalculate() override
     {
-        guarded([&] { recalculation().recalculate(); });
+        guarded([this] { recalculation().recalculate(); });
     }
 
     void recalculate(std::span<const CellRef> wanted) override
@@ -85,23 +88,42 @@ public:
         const CellRef ref{cell.type, cell.ordinal};
         if (m_recalculation)
             return recalculate({&ref, 1});
-        guarded([&] { Model::getGlobal().pull({&ref, 1}, m_params, Model::Data::getGlobal()); });
+        guarded([&] { pullOne(ref); });
+    }
+
+protected:
+    struct Cells {
+        int* ints;
+        float* floats;
+        std::string* strings;
+    };
+
+    explicit UntypedInstance(std::string_view dataName) : m_dataName(dataName) {}
+
+    /// Of the kind's parameter block, as soon as that stands.
+    void hold(Cells cells)
+    {
+        m_cells = cells;
     }
 
 private:
-    Recalculation<Model>& recalculation()
+    virtual void calculateAll() = 0;
+    virtual void pullOne(CellRef cell) = 0;
+    virtual std::unique_ptr<RecalculationOfCells> makeRecalculation() = 0;
+
+    RecalculationOfCells& recalculation()
     {
         if (!m_recalculation)
-            m_recalculation.emplace(Model::getGlobal(), m_params, Model::Data::getGlobal());
+            m_recalculation = makeRecalculation();
         return *m_recalculation;
     }
 
     // What formulas throw comes from what they read: a text, say, where they want a number.
     template <class Run>
-    static void guarded(Run run)
+    void guarded(Run run) const
     {
-        const auto fail = [](const std::string& why) {
-            const std::string file = dataFileOf<typename Model::Data>();
+        const auto fail = [this](const std::string& why) {
+            const std::string file = dataFileOf(m_dataName);
             const std::string path = dataPath(file);
             throw Error(fmt::format("{}: a formula fails on its rows: {}", path.empty() ? file : path, why));
         };
@@ -118,38 +140,69 @@ private:
         }
     }
 
-    template <class T>
-    static Value ifSet(T value)
-    {
-        return isUnset(value) ? Value() : Value(std::move(value));
-    }
-
-    template <class Cell, class T>
-    void assign(Cell cell, const T& value)
+    template <class T, class Setter>
+    void assign(T* cells, Setter setter, int ordinal, const T& value)
     {
         if (m_recalculation)
-            m_recalculation->set(cell, value);
+            (*m_recalculation.*setter)(ordinal, value);
         else
-            m_params[cell] = value;
+            cells[ordinal] = value;
+    }
+
+    std::string_view m_dataName;
+    Cells m_cells{};
+    std::unique_ptr<RecalculationOfCells> m_recalculation;
+};
+
+template <class Model>
+class InstanceOf final : public UntypedInstance {
+    using Params = typename Model::Params;
+    using Data = typename Model::Data;
+
+public:
+    InstanceOf() : UntypedInstance(Data::name)
+    {
+        hold({&m_params[Params::FirstUIInt], &m_params[Params::FirstUIFloat], &m_params[Params::FirstUIString]});
+    }
+
+private:
+    void calculateAll() override
+    {
+        Model::getGlobal().calculate(m_params);
+    }
+
+    void pullOne(CellRef cell) override
+    {
+        Model::getGlobal().pull({&cell, 1}, m_params, Data::getGlobal());
+    }
+
+    std::unique_ptr<RecalculationOfCells> makeRecalculation() override
+    {
+        return std::make_unique<Recalculation<Model>>(Model::getGlobal(), m_params, Data::getGlobal());
     }
 
     Params m_params;
-    std::optional<Recalculation<Model>> m_recalculation;
 };
 
-template <class Data>
-void loadAndCheck()
+// What loading needs of a kind's data block.
+struct DataFunctions {
+    std::string_view name;
+    std::span<const ZelmTableInfo> (*tables)();
+    void (*load)();
+    std::vector<std::string> (*keys)(std::vector<std::string> chain, bool whole);
+};
+
+void loadAndCheck(const DataFunctions& data)
 {
-    const std::string file = dataFileOf<Data>();
+    const std::string file = dataFileOf(data.name);
     const std::string path = dataPath(file);
     if (path.empty())
         throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
                                 std::getenv("QTA_DATADIR")));
     if (const std::string why = whyUnreadable(path); !why.empty())
         throw Error(fmt::format("{}: cannot be read: {}", path, why));
-    const Data* data = nullptr;
     try {
-        data = &Data::getGlobal();
+        data.load();
     } catch (const libconfig::ParseException& error) {
         throw Error(fmt::format("{}:{}: {}; expected settings of the form NAME = value; or NAME : {{ ... }};", path,
                                 error.getLine(), error.getError()));
@@ -158,12 +211,18 @@ void loadAndCheck()
     } catch (const libconfig::ConfigException&) {
         throw Error(fmt::format("{}: holds settings of a kind that tables can't have", path));
     }
-    for (const ZelmTableInfo& table : Data::tables()) {
-        if (data->getCfgKeys({std::string(table.group)}, false).empty())
+    for (const ZelmTableInfo& table : data.tables()) {
+        if (data.keys({std::string(table.group)}, false).empty())
             throw Error(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
-                                    DataLines(file).where(std::string(table.group), ""), Data::name, table.group,
+                                    DataLines(file).where(std::string(table.group), ""), data.name, table.group,
                                     table.type == "std::string" ? "string" : table.type, table.keys));
     }
+}
+
+template <class Data>
+std::vector<std::string> keys(std::vector<std::string> chain, bool whole)
+{
+    return Data::getGlobal().getCfgKeys(std::move(chain), whole);
 }
 
 // Once for each block: a failed attempt throws, and the next one tries again.
@@ -171,14 +230,17 @@ template <class Data>
 void load()
 {
     static const bool loaded = [] {
-        loadAndCheck<Data>();
+        loadAndCheck({Data::name, Data::tables, [] { Data::getGlobal(); }, keys<Data>});
         return true;
     }();
     static_cast<void>(loaded);
 }
 
 template <class Model>
-constexpr auto create = []() -> std::unique_ptr<Instance> { return std::make_unique<InstanceOf<Model>>(); };
+std::unique_ptr<Instance> create()
+{
+    return std::make_unique<InstanceOf<Model>>();
+}
 
 std::unordered_map<std::string_view, const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
 {
@@ -200,9 +262,7 @@ Block describe(std::string_view name, std::string_view subsystem, std::string_vi
             create<Model>,
             [] { return Data::getGlobal().loads(); },
             load<Data>,
-            [](std::vector<std::string> chain, bool whole) {
-                return Data::getGlobal().getCfgKeys(std::move(chain), whole);
-            },
+            keys<Data>,
             [](const void* table) { return Data::getGlobal().groupOf(table); },
             byName(Model::Params::cells())};
 }
@@ -238,6 +298,12 @@ Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::str
 }
 
 } // namespace
+
+std::optional<float> Instance::real(const ZelmCellInfo& cell) const
+{
+    const float value = slot(cell);
+    return isUnset(value) ? std::nullopt : std::optional(value);
+}
 
 const ZelmCellInfo* Block::findCell(std::string_view wanted) const
 {

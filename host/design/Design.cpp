@@ -193,6 +193,7 @@ Reading startReading(const Json& root, const JsonSource& source)
 
 Group readGroup(const Json& value, std::size_t index, Reading& reading)
 {
+    const std::size_t warningsBefore = reading.warnings.size();
     const Place where = Place(reading, "groups").element(index);
     Fields fields(value, where);
     Group group;
@@ -223,6 +224,9 @@ Group readGroup(const Json& value, std::size_t index, Reading& reading)
         fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
     group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"), reading);
     fields.refuseOthers();
+    const auto firstOwn = reading.warnings.begin() + static_cast<std::ptrdiff_t>(warningsBefore);
+    group.warnings.assign(firstOwn, reading.warnings.end());
+    reading.warnings.erase(firstOwn, reading.warnings.end());
     return group;
 }
 

@@ -271,6 +271,8 @@ void RunningDesign::addUpGroups(bool carriedOthers)
         result.offchipWatts += group.offchipWatts;
     }
     result.warnings = result.design.warnings;
+    for (const Group& group : result.design.groups)
+        append(result.warnings, group.warnings);
     for (const Started& started : m_started)
         append(result.warnings, started.group.warnings);
     for (const Started& started : m_started)

@@ -1,3 +1,4 @@
+#include "host/base/Error.h"
 #include "host/base/Text.h"
 #include "host/report/Report.h"
 #include "host/report/SubtotalsReport.h"
@@ -5,6 +6,66 @@
 #include <fmt/format.h>
 
 namespace zelm::host {
+
+namespace {
+
+std::string groupsCsv(const Estimate& estimate)
+{
+    std::string text = "group,block,count,in,clock,rail,dynamic_w,dynamic_a\n";
+    for (const GroupResult& group : estimate.groups) {
+        const std::string lead = fmt::format("{},{},{},{},{}", escapedCsv(group.name), group.block->name, group.count,
+                                             escapedCsv(group.in), escapedCsv(group.clock));
+        for (const Contribution& part : group.contributions)
+            text += fmt::format("{},{},{},{}\n", lead, part.rail, part.watts, part.amperes);
+        if (group.offchipWatts != 0.0)
+            text += fmt::format("{},off chip,{},\n", lead, group.offchipWatts);
+    }
+    return text;
+}
+
+std::string railsCsv(const Estimate& estimate)
+{
+    std::string text = "process,rail,static_inside,volts,dynamic_w,dynamic_a,static_w,static_a,powerup_a\n";
+    for (const Side& side : estimate.sides) {
+        for (const RailResult& rail : side.rails)
+            text += fmt::format("{},{},{},{},{},{},{},{},{}\n", side.process, rail.name, rail.inside, rail.volts,
+                                rail.dynamicWatts, rail.dynamicAmperes, csvNumber(rail.staticWatts),
+                                csvNumber(rail.staticAmperes), csvNumber(rail.powerUpAmperes));
+    }
+    return text;
+}
+
+std::string totalsCsv(const Estimate& estimate)
+{
+    std::string text = "process,junction_c,dynamic_w,static_w,total_w,offchip_w\n";
+    for (const Side& side : estimate.sides)
+        text += fmt::format("{},{},{},{},{},{}\n", side.process, csvNumber(side.junction), estimate.dynamicWatts,
+                            csvNumber(side.staticWatts), csvNumber(side.totalWatts), estimate.offchipWatts);
+    return text;
+}
+
+using CsvTable = std::pair<const char*, std::string (*)(const Estimate&)>;
+constexpr CsvTable kCsvTables[] = {{"groups", groupsCsv}, {"rails", railsCsv}, {"totals", totalsCsv}};
+
+} // namespace
+
+std::vector<std::string> csvTables()
+{
+    std::vector<std::string> names;
+    for (const CsvTable& table : kCsvTables)
+        names.emplace_back(table.first);
+    return names;
+}
+
+std::string csvTable(const Estimate& estimate, const std::string& name)
+{
+    for (const CsvTable& table : kCsvTables) {
+        if (name == table.first)
+            return table.second(estimate);
+    }
+    throw Error(fmt::format("--csv {}: there is no such table{}; there are {}", abbreviated(name),
+                            suggestion(name, csvTables()), orList(csvTables())));
+}
 
 std::string csvReport(const Estimate& estimate)
 {

@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 namespace zelm::host {
 
@@ -26,6 +27,10 @@ std::string textReport(const Estimate& estimate, bool verbose, const Paint& pain
 Json jsonReport(const Estimate& estimate);
 /// One row per group and rail, then one per rail and process.
 std::string csvReport(const Estimate& estimate);
+/// The tables that a spreadsheet may want on their own: groups, rails, totals.
+std::vector<std::string> csvTables();
+/// One of them; an Error names them.
+std::string csvTable(const Estimate& estimate, const std::string& table);
 /// The budgets as JUnit's XML, for a CI.
 std::string junitReport(const Estimate& estimate);
 /// The estimate as one page that needs no network: tables, charts, every group's inputs.

@@ -1,6 +1,7 @@
 #include "Designs.h"
 
-using namespace zelm::test;
+namespace zelm::test::carryTest {
+
 using namespace zelm::host;
 using testing::Contains;
 using testing::HasSubstr;
@@ -206,3 +207,5 @@ TEST(Carry, OverUseIsWarnedOf)
 }
 
 } // namespace
+
+} // namespace zelm::test::carryTest

@@ -10,7 +10,8 @@
 #include <stdexcept>
 #include <vector>
 
-using namespace zelm::test;
+namespace zelm::test::checkDataTest {
+
 using testing::HasSubstr;
 using testing::Not;
 
@@ -441,3 +442,5 @@ TEST(CheckData, TheAbsenceOfAnyTablesRowIsToldUnlessThatCannotBeKnown)
 }
 
 } // namespace
+
+} // namespace zelm::test::checkDataTest

@@ -2,7 +2,8 @@
 
 #include <gmock/gmock.h>
 
-using namespace zelm::test;
+namespace zelm::test::clockDomainsTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -126,3 +127,5 @@ TEST(ClockDomains, UnknownClocksAndBlocksWithoutOneAreRefused)
 }
 
 } // namespace
+
+} // namespace zelm::test::clockDomainsTest

@@ -2,7 +2,8 @@
 
 #include <fstream>
 
-using namespace zelm::test;
+namespace zelm::test::designTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -205,3 +206,5 @@ TEST(Design, TakesEveryFieldInItsOwnPlace)
 }
 
 } // namespace
+
+} // namespace zelm::test::designTest

@@ -18,7 +18,8 @@
 #include <utility>
 #include <vector>
 
-using namespace zelm::test;
+namespace zelm::test::filesTest {
+
 using testing::HasSubstr;
 using testing::StartsWith;
 using zelm::host::Error;
@@ -319,3 +320,5 @@ TEST(Files, AReaderThatHasSeenEnoughIsNoError)
 }
 
 } // namespace
+
+} // namespace zelm::test::filesTest

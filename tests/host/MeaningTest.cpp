@@ -4,7 +4,8 @@
 #include "host/blocks/LegalWords.h"
 #include "host/study/Sweep.h"
 
-using namespace zelm::test;
+namespace zelm::test::meaningTest {
+
 using namespace zelm::host;
 using testing::Contains;
 using testing::HasSubstr;
@@ -126,7 +127,7 @@ TEST(Meaning, NoWordsMakeAGroupDrawNothingInSilence)
         if (block.name == "Parts" || block.name == "Static")
             continue;
         block.load();
-        Group active{&block, "g", 1, "", {}, "groups[0]"};
+        Group active{&block, "g", 1, "", {}, "groups[0]", {}};
         std::vector<std::pair<std::string, Value>> choices;
         for (const ZelmCellInfo& cell : block.cells) {
             if (cell.kind != ZelmCellInfo::Kind::userInput)
@@ -241,3 +242,5 @@ TEST(Meaning, TheJunctionIsNeverBelowAmbient)
 }
 
 } // namespace
+
+} // namespace zelm::test::meaningTest

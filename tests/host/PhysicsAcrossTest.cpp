@@ -4,7 +4,8 @@
 
 #include <gmock/gmock.h>
 
-using namespace zelm::test;
+namespace zelm::test::physicsAcrossTest {
+
 using namespace zelm::host;
 using testing::Contains;
 using testing::Each;
@@ -291,3 +292,5 @@ TEST(PhysicsOfGroups, WritesThatNeverHappen)
 }
 
 } // namespace
+
+} // namespace zelm::test::physicsAcrossTest

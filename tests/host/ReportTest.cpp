@@ -6,7 +6,8 @@
 #include <cmath>
 #include <sstream>
 
-using namespace zelm::test;
+namespace zelm::test::reportTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -257,3 +258,5 @@ TEST(Report, BudgetsAreJudgedOnTheWorseSideUnlessOneIsNamed)
 }
 
 } // namespace
+
+} // namespace zelm::test::reportTest

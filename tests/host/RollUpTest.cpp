@@ -13,7 +13,8 @@
 #include <map>
 #include <set>
 
-using namespace zelm::test;
+namespace zelm::test::rollUpTest {
+
 using namespace zelm::host;
 
 namespace {
@@ -421,3 +422,5 @@ TEST(RollUp, ChannelsMultiplyToo)
 }
 
 } // namespace
+
+} // namespace zelm::test::rollUpTest

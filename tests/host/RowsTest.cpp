@@ -13,6 +13,8 @@
 #include <iterator>
 #include <set>
 
+namespace zelm::test::rowsTest {
+
 using namespace zelm::host;
 using testing::Contains;
 using testing::HasSubstr;
@@ -272,3 +274,5 @@ INSTANTIATE_TEST_SUITE_P(All, EveryBlock, testing::ValuesIn(blocksOfTheTree()),
                          [](const auto& one) { return one.param; });
 
 } // namespace
+
+} // namespace zelm::test::rowsTest

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace zelm::test::textTest {
+
 using namespace zelm::host;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -107,3 +109,5 @@ TEST(Paint, LeavesTextAloneWhereColoursDontBelong)
 }
 
 } // namespace
+
+} // namespace zelm::test::textTest

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace zelm::test::thermalTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -182,3 +184,5 @@ TEST(Thermal, LargestThetaAgreesWithBisection)
 }
 
 } // namespace
+
+} // namespace zelm::test::thermalTest

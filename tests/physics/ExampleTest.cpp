@@ -8,9 +8,10 @@
 #include <filesystem>
 #include <fstream>
 
+namespace zelm::test::exampleTest {
+
 namespace {
 
-using namespace zelm::test;
 using Json = nlohmann::json;
 
 std::vector<std::string> examples()
@@ -122,3 +123,5 @@ INSTANTIATE_TEST_SUITE_P(All, ExampleDesign, testing::ValuesIn(examples()),
                          [](const auto& test) { return test.param; });
 
 } // namespace
+
+} // namespace zelm::test::exampleTest

@@ -6,9 +6,9 @@
 
 #include <cmath>
 
-namespace {
+namespace zelm::test::lawTest {
 
-using namespace zelm::test;
+namespace {
 
 struct Line {
     const char* block;
@@ -215,3 +215,5 @@ TEST(Pair, DrivesTwoPins)
 }
 
 } // namespace
+
+} // namespace zelm::test::lawTest

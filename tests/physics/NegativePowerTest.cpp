@@ -12,9 +12,10 @@
 #include <cmath>
 #include <map>
 
+namespace zelm::test::negativePowerTest {
+
 namespace {
 
-using namespace zelm::test;
 using Words = std::vector<std::string>;
 using Kinds = ZelmCellInfo::Kind;
 using Types = ZelmCellInfo::Type;
@@ -313,3 +314,5 @@ INSTANTIATE_TEST_SUITE_P(All, Negative, testing::ValuesIn(names()),
                          [](const auto& test) { return std::string(test.param); });
 
 } // namespace
+
+} // namespace zelm::test::negativePowerTest

@@ -8,9 +8,9 @@
 
 #include <set>
 
-namespace {
+namespace zelm::test::probeTest {
 
-using namespace zelm::test;
+namespace {
 
 struct Probe {
     const char* block;
@@ -230,3 +230,5 @@ TEST(Probes, TheBlocksOfTextAnswer)
 }
 
 } // namespace
+
+} // namespace zelm::test::probeTest

@@ -4,9 +4,9 @@
 
 #include <gmock/gmock.h>
 
-namespace {
+namespace zelm::test::staticLawTest {
 
-using namespace zelm::test;
+namespace {
 
 constexpr const char* kDevices[] = {"ZQ2210", "ZQ4410", "ZQ5620", "ZR1810", "ZR3320", "ZW4630", "ZB2810", "ZC7540"};
 
@@ -92,3 +92,5 @@ TEST(Converters, DrawNearlyTheSameOnBothSidesAndAtAllTemperatures)
 }
 
 } // namespace
+
+} // namespace zelm::test::staticLawTest

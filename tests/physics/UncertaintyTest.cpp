@@ -10,9 +10,10 @@
 #include <algorithm>
 #include <fstream>
 
+namespace zelm::test::uncertaintyTest {
+
 namespace {
 
-using namespace zelm::test;
 using Json = nlohmann::json;
 
 void expectBelievable(const std::string& where, const Json& entry)
@@ -55,3 +56,5 @@ TEST(Uncertainty, IsNoneWhereThereIsNoPower)
 }
 
 } // namespace
+
+} // namespace zelm::test::uncertaintyTest
