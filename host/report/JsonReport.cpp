@@ -335,7 +335,7 @@ void addAmount(Json& object, const std::string& name, double value)
 
 Json jsonReport(const Estimate& estimate)
 {
-    Json json{{"name", estimate.design.name}, {"version", ZELM_VERSION}};
+    Json json{{"format", kJsonFormat}, {"name", estimate.design.name}, {"version", ZELM_VERSION}};
     addAmount(json, "totalWatts", estimate.side().totalWatts);
     addNumber(json, "dynamicWatts", estimate.dynamicWatts);
     addAmount(json, "staticWatts", estimate.side().staticWatts);
