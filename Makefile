@@ -34,12 +34,13 @@ asan-tool:
 	build/asan/tests/framework/framework_test
 	build/asan/tests/host/host_test
 
-# Threads meet in the framework alone: in name tables, singletons and the texts of blocks. The preset builds just that.
+# Threads meet in the framework, in name tables, singletons and the texts of blocks, and in sweeps of the tool.
 tsan:
 	tools/setup
 	cmake --preset tsan
-	cmake --build --preset tsan --target framework_test
+	cmake --build --preset tsan --target framework_test host_test
 	build/tsan/tests/framework/framework_test
+	build/tsan/tests/host/host_test --gtest_filter='SweepTest.*'
 
 # What people write, from designs to single numbers, made up by a machine: for half an hour, or a minute, each.
 fuzz: FUZZ_SECONDS ?= 1800

@@ -1,3 +1,6 @@
+#include "host/base/Json.h"
+#include "host/design/Include.h"
+#include "host/estimate/EditedDesign.h"
 #include "host/estimate/Estimate.h"
 #include "host/report/Report.h"
 
@@ -32,9 +35,38 @@ void reportExample(benchmark::State& state, const std::string& name)
         benchmark::DoNotOptimize(textReport(result, false));
 }
 
+// An example with one value changing, each time to a new one: what a point of a sweep costs, or a keystroke.
+void editExample(benchmark::State& state, const std::string& name, const std::string& place, double least, double most,
+                 bool isJunctionGiven)
+{
+    example(name);
+    JsonSource source;
+    Json root = readDesignTree(ZELM_SOURCE_DIR "/examples/" + name + ".json", source);
+    if (isJunctionGiven) {
+        root["environment"] = {{"junctionTemperature", 80}};
+        root["budgets"].erase("junctionTemperature");
+    }
+    EditedDesign design(root, source, {place}, Gaps::refused);
+    constexpr int steps = 100000;
+    int step = 0;
+    for (auto _ : state) {
+        design.set(0, least + (most - least) * step / steps);
+        benchmark::DoNotOptimize(design.estimate());
+        step = (step + 1) % steps;
+    }
+}
+
 BENCHMARK_CAPTURE(estimateExample, first, "first", Curves::none)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(estimateExample, vision, "vision", Curves::none)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(estimateExample, vision_with_curves, "vision", Curves::drawn)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(editExample, vision_junction_given, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1, 0.2,
+                  true)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(editExample, vision_junction_solved, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1,
+                  0.2, false)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(editExample, vision_ambient, "vision", "environment.ambientTemperature", 20.0, 60.0, false)
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(reportExample, vision, "vision")->Unit(benchmark::kMillisecond);
 
 } // namespace

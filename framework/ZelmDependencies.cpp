@@ -1,5 +1,6 @@
 #include "framework/ZelmDependencies.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zelm {
@@ -8,6 +9,7 @@ Dependencies::Dependencies(int ints, int floats, int strings)
     : Watcher(Wants::reads), m_first{0, ints, ints + floats},
       m_operands(static_cast<std::size_t>(ints + floats + strings), Operands{0, 0}), m_foundIn(m_operands.size(), 0)
 {
+    begin();
 }
 
 CellRef Dependencies::cellOf(Node node) const
@@ -29,16 +31,41 @@ void Dependencies::clear()
     m_lostOperands = false;
 }
 
-// Cells that change what they read do so seldom: what the log held of them before stays there, unused.
-void Dependencies::note(Node node, std::uint32_t firstRead)
+void Dependencies::readOther(Node node)
 {
-    Operands& operands = m_operands[node];
+    Frame& frame = m_frames.back();
+    if (!frame.readsOther) {
+        frame.readsOther = true;
+        frame.firstRead = static_cast<std::uint32_t>(m_reads.size());
+        const std::uint32_t first = m_operands[frame.node].first;
+        m_reads.insert(m_reads.end(), m_log.begin() + first, m_log.begin() + frame.next);
+        frame.next = frame.end;
+    }
+    m_reads.push_back(node);
+}
+
+// Cells that change what they read do so seldom: what the log held of them before stays there, unused.
+void Dependencies::note()
+{
+    const Frame frame = m_frames.back();
+    Operands& operands = m_operands[frame.node];
     const auto before = m_log.begin() + operands.first;
-    for (auto old = before; old != before + operands.size; ++old)
-        m_lostOperands = m_lostOperands || std::find(m_reads.begin() + firstRead, m_reads.end(), *old) == m_reads.end();
-    operands = {static_cast<std::uint32_t>(m_log.size()), static_cast<std::uint32_t>(m_reads.size()) - firstRead};
-    m_log.insert(m_log.end(), m_reads.begin() + firstRead, m_reads.end());
     ++m_version;
+    if (!frame.readsOther) { // it stopped early
+        const auto read = m_log.begin() + frame.next;
+        m_lostOperands = m_lostOperands || std::any_of(read, before + operands.size, [&](Node old) {
+                             return std::find(before, read, old) == read;
+                         });
+        operands.size = frame.next - operands.first;
+        return;
+    }
+    const auto firstRead = m_reads.begin() + frame.firstRead;
+    m_lostOperands = m_lostOperands || std::any_of(before, before + operands.size, [&](Node old) {
+                         return std::find(firstRead, m_reads.end(), old) == m_reads.end();
+                     });
+    operands = {static_cast<std::uint32_t>(m_log.size()), static_cast<std::uint32_t>(m_reads.size()) - frame.firstRead};
+    m_log.insert(m_log.end(), firstRead, m_reads.end());
+    m_reads.resize(frame.firstRead);
 }
 
 void Dependencies::indexReaders()

@@ -3,7 +3,6 @@
 #include "framework/ZelmExport.h"
 #include "framework/ZelmWatcher.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -34,7 +33,7 @@ public:
     /// A run follows. The one before may have ended with an exception.
     void begin()
     {
-        m_frames.clear();
+        m_frames.assign(1, {0, 0, 0, true}); // who asks from outside
         m_reads.clear();
     }
 
@@ -67,38 +66,47 @@ public:
     /// value that a run from the beginning wouldn't have given it.
     bool takeLostOperands();
 
+    // As long as a cell reads what it read the last time there is nothing to note.
     void onRead(CellRef cell) override
     {
-        m_reads.push_back(nodeOf(cell));
+        const Node node = nodeOf(cell);
+        Frame& frame = m_frames.back();
+        if (frame.next != frame.end && m_log[frame.next] == node) [[likely]]
+            ++frame.next;
+        else
+            readOther(node);
     }
     void onCompute(CellRef cell) override
     {
-        m_frames.push_back({nodeOf(cell), static_cast<std::uint32_t>(m_reads.size())});
+        const Node node = nodeOf(cell);
+        const Operands before = m_operands[node];
+        m_frames.push_back({node, before.first, before.first + before.size, false});
     }
     void onComputed(CellRef) override
     {
-        const Frame frame = m_frames.back();
+        const Frame& frame = m_frames.back();
+        if (frame.next != frame.end || frame.readsOther) [[unlikely]]
+            note();
         m_frames.pop_back();
-        const Operands& before = m_operands[frame.node];
-        if (m_reads.size() - frame.firstRead != before.size ||
-            !std::equal(m_reads.begin() + frame.firstRead, m_reads.end(), m_log.begin() + before.first)) [[unlikely]]
-            note(frame.node, frame.firstRead);
-        m_reads.resize(frame.firstRead);
     }
 
 private:
-    // A cell that is being computed, and where its reads begin. Those of the cells that it waits for stand behind and
-    // are gone when it reads on.
+    // A cell that is being computed, and what is left in the log of its reads of the last time. Once it reads something
+    // else, all its reads go where those of the cells that wait for it stand already.
     struct Frame {
         Node node;
-        std::uint32_t firstRead;
+        std::uint32_t next;
+        std::uint32_t end;
+        bool readsOther;
+        std::uint32_t firstRead = 0;
     };
     struct Operands {
         std::uint32_t first;
         std::uint32_t size;
     };
 
-    void note(Node node, std::uint32_t firstRead);
+    void readOther(Node node);
+    void note();
     void indexReaders();
 
     int m_first[3];

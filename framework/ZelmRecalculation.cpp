@@ -83,22 +83,38 @@ bool RecalculationOfCells::isOutOfDate() const
 // Unsets all that depends on the changed inputs. A run of edits of one input, of a temperature say, finds it once.
 void RecalculationOfCells::forgetDependents()
 {
-    m_dependentRoots.clear();
-    if (m_changed.empty())
+    if (m_changed.empty()) {
+        m_dependentRoots.clear();
+        m_dependentsOf.clear();
         return;
-    if (m_changed != m_dependentsOf || m_version != m_dependencies.version()) {
-        m_dependents.clear();
-        m_dependencies.findDependents(m_changed, m_given, m_dependents);
-        m_dependentsOf = m_changed;
-        m_version = m_dependencies.version();
     }
+    if (m_changed != m_dependentsOf || m_version != m_dependencies.version())
+        findDependents();
+    for (float* slot : m_dependentFloats)
+        *slot = unsetFloat;
+    for (const CellRef cell : m_otherDependents)
+        unset(cell);
+    m_changed.clear();
+}
+
+void RecalculationOfCells::findDependents()
+{
+    m_dependents.clear();
+    m_dependencies.findDependents(m_changed, m_given, m_dependents);
+    m_dependentsOf = m_changed;
+    m_version = m_dependencies.version();
+    m_dependentFloats.clear();
+    m_otherDependents.clear();
+    m_dependentRoots.clear();
     for (const Node node : m_dependents) {
         const CellRef cell = m_dependencies.cellOf(node);
-        unset(cell);
+        if (cell.type == ZelmCellInfo::Type::real)
+            m_dependentFloats.push_back(&m_floats.values[cell.ordinal]);
+        else
+            m_otherDependents.push_back(cell);
         if (m_isRoot[node])
             m_dependentRoots.push_back(cell);
     }
-    m_changed.clear();
 }
 
 template <class Visit>

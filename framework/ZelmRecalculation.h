@@ -59,6 +59,7 @@ private:
     void unset(CellRef cell);
     bool isOutOfDate() const;
     void forgetDependents();
+    void findDependents();
     void calculateAll();
     template <class Pull>
     bool run(Pull pullCells);
@@ -70,7 +71,9 @@ private:
     std::vector<bool> m_given; // which inputs the host has set
     std::vector<Node> m_changed;
     std::vector<Node> m_dependents;
-    std::vector<Node> m_dependentsOf; // what m_dependents was found for,
+    std::vector<float*> m_dependentFloats; // of those, where nearly all of them stand
+    std::vector<CellRef> m_otherDependents;
+    std::vector<Node> m_dependentsOf; // what they were found for,
     unsigned m_version = 0;           // and when
     std::vector<bool> m_isRoot;       // what calculate pulls itself
     std::vector<CellRef> m_dependentRoots;

@@ -175,25 +175,61 @@ mode_t permissionsFor(const std::optional<struct stat>& old)
     return 0666U & ~mask;
 }
 
+// Opens the file that is to take another's place. Where the system can, it has no name before it is whole, so that a
+// killed run leaves nothing behind; the name is empty then.
+int openBeside(const std::string& folder, std::string& name)
+{
+    if (::access("/proc/self/fd", F_OK) == 0) {
+        if (const int unnamed = ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600); unnamed >= 0)
+            return unnamed;
+    }
+    name = folder + "/.zelm-XXXXXX";
+    const int named = ::mkostemp(name.data(), O_CLOEXEC);
+    if (named < 0)
+        name.clear();
+    return named;
+}
+
+// A name can be moved over another, but not given over it: for that instant the file has one of its own.
+bool giveName(int descriptor, const std::string& folder, std::string& name)
+{
+    const std::string self = fmt::format("/proc/self/fd/{}", descriptor);
+    constexpr int most = 1000; // left behind by runs of the same number that were killed in that instant
+    for (int i = 0; i < most; ++i) {
+        const std::string beside = fmt::format("{}/.zelm-{}-{}", folder, ::getpid(), i);
+        if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, beside.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+            name = beside;
+            return true;
+        }
+        if (errno != EEXIST)
+            return false;
+    }
+    return false;
+}
+
 void replaceFile(const std::string& path, const std::string& target, const std::optional<struct stat>& old,
                  std::string_view text)
 {
-    std::string beside = folderOf(target) + "/.zelm-XXXXXX";
-    Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));
+    const std::string folderName = folderOf(target);
+    std::string beside;
+    Descriptor file(openBeside(folderName, beside));
     if (file.number() < 0)
         failFile(path, "cannot be written", errno);
     // To keep the owner is root's business, and may fail; it clears some permissions, which are therefore set after.
     if (old && (old->st_uid != ::geteuid() || old->st_gid != ::getegid()))
         static_cast<void>(::fchown(file.number(), old->st_uid, old->st_gid) == 0);
     const bool written = ::fchmod(file.number(), permissionsFor(old)) == 0 && writeAll(file.number(), text) &&
-                         ::fsync(file.number()) == 0 && file.close() && ::rename(beside.c_str(), target.c_str()) == 0;
+                         ::fsync(file.number()) == 0 &&
+                         (!beside.empty() || giveName(file.number(), folderName, beside)) && file.close() &&
+                         ::rename(beside.c_str(), target.c_str()) == 0;
     if (!written) {
         const int error = errno;
-        ::unlink(beside.c_str());
+        if (!beside.empty())
+            ::unlink(beside.c_str());
         failFile(path, "cannot be written", error);
     }
     // That the name lasts as well; not every file system can, and the file is whole either way.
-    const Descriptor folder(::open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor folder(::open(folderName.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder.number() >= 0)
         static_cast<void>(::fsync(folder.number()));
 }

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <set>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -20,9 +21,10 @@ namespace {
 
 // A design has four levels.
 constexpr std::size_t kDeepest = 64;
-// A hundred thousand groups of ten inputs have half of it.
-constexpr std::size_t kMostValues = 3'000'000;
+// A hundred thousand groups of ten inputs fit. With 256 MB of text, it takes some 700 MB.
+constexpr std::size_t kMostValues = 1'500'000;
 constexpr std::size_t kLongestName = 1000;
+constexpr std::size_t kLongestValue = 1'000'000; // the parser gathers texts, numbers and gaps before it tells of them
 
 // Hashes of paths grow by their parts, so that a field costs as much as its own name (64-bit FNV-1a).
 constexpr std::uint64_t kNoPath = 0xcbf29ce484222325U;
@@ -36,8 +38,12 @@ std::uint64_t hashed(std::uint64_t path, std::string_view part)
 
 // Where the parser is: it tells no places, so the iterator that feeds it does.
 struct Position {
+    const std::string* file;
     std::size_t line = 1;
     char last = '\0';
+    bool inText = false;
+    bool escaped = false;    ///< the next character of a text is no quotation mark
+    std::size_t longest = 0; ///< characters of what is being read: a text, a number, a gap
 };
 
 class WatchedText {
@@ -58,6 +64,7 @@ public:
     {
         m_position->last = *m_next++;
         m_position->line += m_position->last == '\n' ? 1 : 0;
+        measure();
         return *this;
     }
     bool operator==(const WatchedText& other) const
@@ -70,6 +77,20 @@ public:
     }
 
 private:
+    void measure()
+    {
+        Position& here = *m_position;
+        const char c = here.last;
+        if (c == '"' && !here.escaped)
+            here.inText = !here.inText;
+        here.escaped = here.inText && c == '\\' && !here.escaped;
+        const bool ends = !here.inText && std::string_view("\",:[]{}").find(c) != std::string_view::npos;
+        here.longest = ends ? 0 : here.longest + 1;
+        if (here.longest > kLongestValue)
+            throw Error(fmt::format("{}:{}: a text, number or gap of more than {} characters", *here.file, here.line,
+                                    kLongestValue));
+    }
+
     const char* m_next;
     Position* m_position;
 };
@@ -138,7 +159,7 @@ public:
         Level& object = m_levels.back();
         if (name.size() > kLongestName)
             fail(fmt::format("a field's name has {} characters: {}", name.size(), abbreviated(name)));
-        if (!object.names.insert(name).second)
+        if (!object.names.insert(hashed(kNoPath, name)).second && hasField(*object.value, name))
             fail(fmt::format("the field \"{}\" stands twice in one object", abbreviated(name)));
         m_field = object.path == kNoPath ? hashed(kNoPath, name) : hashed(hashed(object.path, "."), name);
         m_fieldLine = note(m_field, m_position->line, object.line);
@@ -179,8 +200,15 @@ private:
         std::string name; ///< in its enclosing object; empty for elements
         std::uint64_t path;
         std::size_t line;
-        std::set<std::string> names{};
+        std::unordered_set<std::uint64_t> names{}; ///< their hashes: many names take much memory
     };
+
+    // Looks through all fields, which the hash of a name makes rare.
+    static bool hasField(const Json& object, const std::string& name)
+    {
+        const auto& fields = object.get_ref<const Json::object_t&>();
+        return std::any_of(fields.begin(), fields.end(), [&](const auto& field) { return field.first == name; });
+    }
 
     [[noreturn]] void fail(const std::string& message) const
     {
@@ -354,7 +382,7 @@ std::vector<std::string> JsonSource::includedFiles() const
 
 Json parseJson(const std::string& text, JsonSource& source)
 {
-    Position position;
+    Position position{&source.file};
     Builder builder(source.file, text, position);
     constexpr bool whole = true;
     constexpr bool withComments = true;

@@ -90,20 +90,28 @@ Progress::Progress(std::string what, std::size_t steps, std::chrono::millisecond
 
 Progress::~Progress()
 {
-    if (m_shown)
+    wipe();
+}
+
+void Progress::wipe()
+{
+    if (std::exchange(m_shown, false))
         static_cast<void>(writeAll(STDERR_FILENO, "\r\x1b[K"));
 }
 
-void Progress::step()
+void Progress::step(std::size_t done)
 {
     constexpr std::size_t width = 40;
-    ++m_done;
+    m_done += done;
     const auto now = Clock::now();
     if (!m_terminal || now < m_next)
         return;
     m_next = now + std::chrono::milliseconds(50);
     m_shown = true;
-    const std::size_t filled = m_steps == 0 ? width : width * m_done / m_steps;
+    const std::size_t filled = m_steps == 0
+                                   ? width
+                                   : static_cast<std::size_t>(static_cast<double>(width) * static_cast<double>(m_done) /
+                                                              static_cast<double>(m_steps));
     static_cast<void>(writeAll(
         STDERR_FILENO, fmt::format("\r{} [{:<{}}] {}/{}", m_what, std::string(filled, '#'), width, m_done, m_steps)));
 }

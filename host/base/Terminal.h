@@ -44,7 +44,9 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    void step();
+    void step(std::size_t done = 1);
+    /// Takes the bar away until the next step, for other lines.
+    void wipe();
 
 private:
     using Clock = std::chrono::steady_clock;

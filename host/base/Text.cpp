@@ -296,12 +296,36 @@ std::string exactText(float value)
     return {text.data(), end.ptr};
 }
 
+std::string wrapped(std::string_view text, std::size_t columns)
+{
+    constexpr std::size_t leastWords = 20; // narrower columns of words can't be read
+    std::string result;
+    for (std::string line : split(std::string(text), '\n')) {
+        const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
+        const std::size_t gap = line.find("  ", begin);
+        const std::size_t column = gap == std::string::npos ? begin : line.find_first_not_of(' ', gap);
+        const std::size_t indent = column < line.size() ? column : begin;
+        const bool fits = columns < indent + leastWords || width(line) <= columns;
+        result += line.substr(0, fits ? line.size() : indent);
+        if (!fits) {
+            std::string rest = line.substr(indent);
+            result += cutLine(rest, columns - indent);
+            while (!rest.empty())
+                result += '\n' + std::string(indent, ' ') + cutLine(rest, columns - indent);
+        }
+        result += '\n';
+    }
+    result.pop_back();
+    return result;
+}
+
 std::string escapedCsv(const std::string& text)
 {
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
+    const std::string valid = validUtf8(text);
+    if (valid.find_first_of(",\"\r\n") == std::string::npos)
+        return valid;
     std::string quoted = "\"";
-    for (const char c : text)
+    for (const char c : valid)
         quoted += c == '"' ? "\"\"" : std::string(1, c);
     return quoted + '"';
 }
@@ -326,30 +350,46 @@ void TextTable::fitTo(std::size_t columns)
     g_tableWidth = columns;
 }
 
-std::string TextTable::text() const
+TextTable::Columns TextTable::columns() const
 {
-    const std::size_t columns = m_rows.front().size();
-    std::vector<std::size_t> widths(columns, 0);
-    std::vector<bool> numeric(columns, false);
-    std::vector<bool> breaks(columns, true);
+    const std::size_t count = m_rows.front().size();
+    Columns columns{std::vector<std::size_t>(count, 0), std::vector<bool>(count, false)};
+    std::vector<bool> breaks(count, true);
     for (const auto& cells : m_rows) {
         for (std::size_t c = 0; c < cells.size(); ++c) {
-            widths[c] = std::max(widths[c], width(cells[c]));
-            numeric[c] = numeric[c] || looksNumeric(cells[c]);
-            breaks[c] = breaks[c] && (c == 0 || !numeric[c]) && cells[c].find('\x1b') == std::string::npos;
+            columns.widths[c] = std::max(columns.widths[c], width(cells[c]));
+            columns.numeric[c] = columns.numeric[c] || looksNumeric(cells[c]);
+            breaks[c] = breaks[c] && (c == 0 || !columns.numeric[c]) && cells[c].find('\x1b') == std::string::npos;
         }
     }
-    narrow(widths, breaks);
+    narrow(columns.widths, breaks);
+    return columns;
+}
+
+std::string TextTable::text() const
+{
+    const Columns all = columns();
     std::string text;
     for (const auto& cells : m_rows)
-        appendRow(text, cells, widths, numeric);
+        appendRow(text, cells, all);
     return text;
 }
 
-// As many lines as the cell with the most takes.
-void TextTable::appendRow(std::string& text, const std::vector<std::string>& cells,
-                          const std::vector<std::size_t>& widths, const std::vector<bool>& numeric) const
+std::string TextTable::next()
 {
+    if (!m_columns)
+        m_columns = columns();
+    std::string text;
+    for (const auto& cells : m_rows)
+        appendRow(text, cells, *m_columns);
+    m_rows.clear();
+    return text;
+}
+
+// As many lines as the cell with the most takes. A cell of colours is never cut.
+void TextTable::appendRow(std::string& text, const std::vector<std::string>& cells, const Columns& columns)
+{
+    const auto& [widths, numeric] = columns;
     std::vector<std::string> rest = cells;
     rest.resize(widths.size());
     do {
@@ -359,8 +399,8 @@ void TextTable::appendRow(std::string& text, const std::vector<std::string>& cel
                 line += std::string(widths[c], '-') + "  ";
                 continue;
             }
-            const std::string cell =
-                width(rest[c]) <= widths[c] ? std::exchange(rest[c], std::string()) : cutLine(rest[c], widths[c]);
+            const bool fits = width(rest[c]) <= widths[c] || rest[c].find('\x1b') != std::string::npos;
+            const std::string cell = fits ? std::exchange(rest[c], std::string()) : cutLine(rest[c], widths[c]);
             const std::string padding(widths[c] - std::min(widths[c], width(cell)), ' ');
             line += (numeric[c] && c > 0 ? padding + cell : cell + padding) + "  ";
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,7 +36,11 @@ std::string si(double value, std::string_view unit);
 /// The shortest text that reads back as the same float.
 std::string exactText(float value);
 
-/// A field of a CSV row, in quotes if it needs them.
+/// Text whose lines break at spaces to fit; they go on below the last column that they have, as lists of options do.
+/// 0 columns leave it as it is.
+std::string wrapped(std::string_view text, std::size_t columns);
+
+/// A field of a CSV row, valid UTF-8, in quotes if it needs them.
 std::string escapedCsv(const std::string& text);
 
 /// Columns of text, the first left-aligned, the others right-aligned unless they are text.
@@ -46,15 +51,22 @@ public:
     /// A line across, in front of totals.
     void rule();
     std::string text() const;
+    /// The rows since the last call, for tables without end: columns are as wide as the first call's rows need.
+    std::string next();
 
     /// The width of all tables from now on: columns of words break their lines to fit. 0, as at first, for any.
     static void fitTo(std::size_t columns);
 
 private:
-    void appendRow(std::string& text, const std::vector<std::string>& cells, const std::vector<std::size_t>& widths,
-                   const std::vector<bool>& numeric) const;
+    struct Columns {
+        std::vector<std::size_t> widths;
+        std::vector<bool> numeric;
+    };
+    Columns columns() const;
+    static void appendRow(std::string& text, const std::vector<std::string>& cells, const Columns& columns);
 
     std::vector<std::vector<std::string>> m_rows; ///< an empty row is a rule
+    std::optional<Columns> m_columns;             ///< of a table without end
 };
 
 } // namespace zelm::host

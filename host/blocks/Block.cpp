@@ -62,10 +62,9 @@ public:
         return ifSet(m_cells.strings[cell.ordinal]);
     }
 
-    std::optional<float> real(const ZelmCellInfo& cell) const override
+    const float& slot(const ZelmCellInfo& cell) const override
     {
-        const float value = m_cells.floats[cell.ordinal];
-        return isUnset(value) ? std::nullopt : std::optional(value);
+        return m_cells.floats[cell.ordinal];
     }
 
     void calculate() override
@@ -299,6 +298,12 @@ Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::str
 }
 
 } // namespace
+
+std::optional<float> Instance::real(const ZelmCellInfo& cell) const
+{
+    const float value = slot(cell);
+    return isUnset(value) ? std::nullopt : std::optional(value);
+}
 
 const ZelmCellInfo* Block::findCell(std::string_view wanted) const
 {

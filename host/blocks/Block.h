@@ -25,8 +25,10 @@ public:
     virtual ~Instance() = default;
     virtual void set(const ZelmCellInfo& cell, const Value& value) = 0;
     virtual Value get(const ZelmCellInfo& cell) const = 0;
+    /// Where a float cell's value stands, the unset one's too, for those who look at it often.
+    virtual const float& slot(const ZelmCellInfo& cell) const = 0;
     /// The value of a float cell, if it is set.
-    virtual std::optional<float> real(const ZelmCellInfo& cell) const = 0;
+    std::optional<float> real(const ZelmCellInfo& cell) const;
     virtual void calculate() = 0;
     /// calculate, but only of what depends on the inputs that were set since the last call. The first call finds out
     /// what depends on what, which costs more than calculate.

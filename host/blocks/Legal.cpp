@@ -81,13 +81,30 @@ std::string numberText(double number)
     return number == std::floor(number) ? fmt::format("{:.0f}", number) : fmt::format("{:.6g}", number);
 }
 
-std::string domainText(const Legal& legal)
+// Rates have no end in their rows. Beyond a few times the fastest link there is, the unit is most likely another.
+double usualHighest(const ZelmCellInfo& cell)
 {
+    constexpr struct {
+        std::string_view unit;
+        double most;
+    } kRates[] = {{"Gb/s", 1e3}, {"Mb/s", 1e5}, {"MB/s", 1e6}};
+    if (std::isfinite(cell.legal.usualHighest))
+        return cell.legal.usualHighest;
+    for (const auto& rate : kRates) {
+        if (cell.unit == rate.unit)
+            return rate.most;
+    }
+    return cell.legal.usualHighest;
+}
+
+std::string domainText(const ZelmCellInfo& cell)
+{
+    const Legal& legal = cell.legal;
     if (!legal.text.empty())
         return orList(listed(legal.text));
     std::string usual;
-    if (std::isfinite(legal.usualHighest) && !std::isfinite(legal.highest))
-        usual = fmt::format(", usually up to {}", numberText(legal.usualHighest));
+    if (const double most = usualHighest(cell); std::isfinite(most) && !std::isfinite(legal.highest))
+        usual = fmt::format(", usually up to {}", numberText(most));
     if (std::isfinite(legal.lowest) && std::isfinite(legal.highest))
         return fmt::format("{} to {}", numberText(legal.lowest), numberText(legal.highest));
     if (legal.lowest == zelm::legal::aboveZero.lowest)
@@ -144,7 +161,7 @@ std::string legalText(const ZelmCellInfo& cell)
     case Legal::Kind::number:
         break;
     }
-    return domainText(cell.legal);
+    return domainText(cell);
 }
 
 std::string goesText(const ZelmCellInfo& cell)
@@ -180,22 +197,25 @@ std::optional<std::string> whyIllegal(const Block& block, const ZelmCellInfo& ce
     const bool among = numbers.empty() || std::find(numbers.begin(), numbers.end(), number) != numbers.end();
     if (among && number >= cell.legal.lowest && number <= cell.legal.highest)
         return std::nullopt;
-    return fmt::format("{} takes {}{}{}, not {}", cell.name, domainText(cell.legal), cell.unit.empty() ? "" : " ",
-                       cell.unit, valueText(value));
+    return fmt::format("{} takes {}{}{}, not {}", cell.name, domainText(cell), cell.unit.empty() ? "" : " ", cell.unit,
+                       valueText(value));
 }
 
 std::optional<std::string> whyUnlikely(const ZelmCellInfo& cell, const Value& value)
 {
     const double number = numberOf(value);
-    if (!(number > cell.legal.usualHighest))
+    const double most = usualHighest(cell);
+    if (!(number > most))
         return std::nullopt;
-    const char* slip = cell.unit == "MHz"               ? "; it is in MHz: hertz?"
-                       : cell.unit == "V"               ? "; it is in V: millivolts?"
-                       : cell.unit == "C"               ? "; it is in degrees Celsius: kelvin?"
-                       : cell.legal.usualHighest <= 2.0 ? "; percent?"
-                                                        : "";
-    return fmt::format("{} is {}, usually at most {}{}", cell.name, valueText(value),
-                       numberText(cell.legal.usualHighest), slip);
+    const char* slip = cell.unit == "MHz"    ? "; it is in MHz: hertz?"
+                       : cell.unit == "V"    ? "; it is in V: millivolts?"
+                       : cell.unit == "C"    ? "; it is in degrees Celsius: kelvin?"
+                       : cell.unit == "Gb/s" ? "; it is in Gb/s: megabits?"
+                       : cell.unit == "Mb/s" ? "; it is in Mb/s: bits?"
+                       : cell.unit == "MB/s" ? "; it is in MB/s: bytes?"
+                       : most <= 2.0         ? "; percent?"
+                                             : "";
+    return fmt::format("{} is {}, usually at most {}{}", cell.name, valueText(value), numberText(most), slip);
 }
 
 } // namespace zelm::host

@@ -20,6 +20,16 @@ namespace {
 
 using Given = std::set<std::string_view>;
 
+// What the library takes for a cell that nobody has set.
+bool isUnsetMark(const Value& value)
+{
+    const auto* whole = std::get_if<int>(&value);
+    const auto* real = std::get_if<float>(&value);
+    const auto* text = std::get_if<std::string>(&value);
+    return (whole && (zelm::isUnset(*whole) || *whole == zelm::notANumberInt)) || (real && zelm::isUnset(*real)) ||
+           (text && zelm::isUnset(*text));
+}
+
 Given setInputs(Instance& instance, const Block& block, const std::vector<std::string>& assignments)
 {
     Given given;
@@ -31,8 +41,9 @@ Given setInputs(Instance& instance, const Block& block, const std::vector<std::s
         const Value value = parseValue(cell, assignment.substr(equals + 1));
         if (!given.insert(cell.name).second)
             throw Error(fmt::format("{} is given twice", cell.name));
-        if (const auto* text = std::get_if<std::string>(&value); text && zelm::isUnset(*text))
-            throw Error(fmt::format("{}: \"{}\" is how an unset cell reads; leave it out", cell.name, *text));
+        if (isUnsetMark(value))
+            throw Error(fmt::format("{}: \"{}\" is how an unset cell reads; leave it out", cell.name,
+                                    abbreviated(assignment.substr(equals + 1))));
         instance.set(cell, value);
         if (const auto illegal = whyIllegal(block, cell, value))
             fmt::print(stderr, "zelm: warning: {}\n", *illegal);

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace zelm::host {
 
@@ -12,12 +13,14 @@ namespace zelm::host {
 inline constexpr int kSuccess = 0;
 inline constexpr int kBudgetBroken = 1; // or a warning, if it is to count
 inline constexpr int kUserError = 2;
+inline constexpr int kSignalled = 128; // plus the signal's number, as shells say it
 
 /// One run of the tool: what all commands are told, and what the chosen one says.
 struct Run {
     bool verbose = false;
     std::chrono::milliseconds barAfter{}; ///< when a progress bar shows
     std::string out;                      ///< for standard output, printed at the end: an error leaves no half of it
+    std::function<void(std::string_view)> print; ///< the same at once, for output without end
 };
 
 /// What a command does once its options are read. The exit code.

@@ -20,6 +20,8 @@ public:
     const bool& flag(const std::string& name, const std::string& description);
     /// None unless given: an empty text is one.
     const std::optional<std::string>& text(const std::string& name, const std::string& description);
+    /// A whole number above 0; 0 unless given.
+    const unsigned& count(const std::string& name, const std::string& description);
     const std::string& required(const std::string& name, const std::string& description);
     const std::vector<std::string>& list(const std::string& name, const std::string& description);
     /// An option that may stand more than once, each time with one value, and must once.
@@ -33,6 +35,7 @@ private:
     CLI::App* m_command;
     std::string* m_dataDirectory;
     std::deque<bool> m_flags; // deques: what is handed out stays where it is
+    std::deque<unsigned> m_counts;
     std::deque<std::string> m_texts;
     std::deque<std::optional<std::string>> m_optionals;
     std::deque<std::vector<std::string>> m_lists;

@@ -1,9 +1,12 @@
 #include "host/study/Sweep.h"
 
-#include "host/base/Json.h"
+#include "host/base/Interrupt.h"
 #include "host/base/Terminal.h"
 #include "host/commands/Command.h"
 #include "host/report/SweepReport.h"
+
+#include <algorithm>
+#include <thread>
 
 namespace zelm::host {
 
@@ -16,13 +19,20 @@ Action declareSweep(Options& options)
     const bool& json = options.flag("--json", "Print JSON");
     const bool& csv = options.flag("--csv", "Print CSV");
     options.exclude("--csv", "--json");
+    const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
     const bool& keepGoing =
         options.flag("--keep-going", "Warn of inputs that have no row in the data, and estimate the rest");
+    const unsigned& jobs = options.count("--jobs", "How many points at once; else as many as there are processors");
     return [&](Run& run) {
         const SweepFormat format = json ? SweepFormat::json : csv ? SweepFormat::csv : SweepFormat::table;
-        run.out += sweepReport(sweep(design, variations, run.barAfter, keepGoing ? Gaps::warned : Gaps::refused),
-                               format, Paint(takesColour(stdout)));
-        return kSuccess;
+        const Sweep sweep(design, variations);
+        const SweepRun how{jobs > 0 ? jobs : std::max(std::thread::hardware_concurrency(), 1u), run.barAfter,
+                           keepGoing ? Gaps::warned : Gaps::refused};
+        const Interrupt interrupt;
+        const std::size_t warned = printSweep(sweep, how, format, Paint(takesColour(stdout)), run.print);
+        if (const int signal = Interrupt::signal())
+            return kSignalled + signal;
+        return strict && warned > 0 ? kBudgetBroken : kSuccess;
     };
 }
 

@@ -18,10 +18,22 @@
 #include <new>
 #include <sstream>
 #include <streambuf>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
 namespace zelm::host {
+
+namespace {
+
+// Not given at all is another matter.
+const CLI::Validator kNamed(
+    [](const std::string& name) {
+        return name.empty() ? std::string("the name of the data directory is empty") : std::string();
+    },
+    "");
+
+} // namespace
 
 Options::Options(CLI::App& command, std::string& dataDirectory) : m_command(&command), m_dataDirectory(&dataDirectory)
 {
@@ -37,6 +49,13 @@ const std::optional<std::string>& Options::text(const std::string& name, const s
 {
     m_command->add_option(name, m_optionals.emplace_back(), description)->type_name("FILE");
     return m_optionals.back();
+}
+
+const unsigned& Options::count(const std::string& name, const std::string& description)
+{
+    constexpr unsigned most = 1024;
+    m_command->add_option(name, m_counts.emplace_back(0), description)->check(CLI::Range(1u, most));
+    return m_counts.back();
 }
 
 const std::string& Options::required(const std::string& name, const std::string& description)
@@ -59,7 +78,7 @@ const std::vector<std::string>& Options::repeated(const std::string& name, const
 
 void Options::dataDirectory(const std::string& name, const std::string& description)
 {
-    m_command->add_option(name, *m_dataDirectory, description);
+    m_command->add_option(name, *m_dataDirectory, description)->check(kNamed);
 }
 
 void Options::exclude(const std::string& one, const std::string& other)
@@ -201,6 +220,14 @@ int printed(const std::string& text, int code)
     return code == kSuccess ? kUserError : code;
 }
 
+} // namespace
+
+// Standard output takes no more.
+class Unprinted final : public std::system_error {
+public:
+    explicit Unprinted(int error) : std::system_error(error, std::generic_category()) {}
+};
+
 int parseAndRun(int argc, char** argv, std::span<const Command> commands)
 {
     CLI::App app("Estimates the power of designs for Orvane devices.", "zelm");
@@ -215,8 +242,9 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     std::string dataDirectory;
     Run run;
     app.add_option(
-        "--datadir", dataDirectory,
-        "Directory (or ':'-separated list) with powercfg/orvane/*.cfg; else QTA_DATADIR, else the shipped data");
+           "--datadir", dataDirectory,
+           "Directory (or ':'-separated list) with powercfg/orvane/*.cfg; else QTA_DATADIR, else the shipped data")
+        ->check(kNamed);
     app.add_flag("-v,--verbose", run.verbose, "Say more: which data, every input, what was carried where");
     std::deque<Options> options;
     Action action;
@@ -240,11 +268,15 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
         }
         std::ostringstream out;
         app.exit(error, out, out); // a wish for help or version
-        return printed(out.str(), kSuccess);
+        return printed(wrapped(out.str(), terminalColumns()), kSuccess);
     }
     if (manual->parsed())
         return printed(manualText(manualOf(app, commands), form), kSuccess);
 
+    run.print = [](std::string_view text) {
+        if (!writeAll(STDOUT_FILENO, text))
+            throw Unprinted(errno);
+    };
     run.barAfter = std::chrono::milliseconds(barAfter);
     TextTable::fitTo(terminalColumns());
     const std::string origin = chooseDataDirectory(dataDirectory);
@@ -254,8 +286,6 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     return printed(run.out, code);
 }
 
-} // namespace
-
 int runTool(int argc, char** argv, std::span<const Command> commands)
 {
     prepareProcess();
@@ -264,6 +294,10 @@ int runTool(int argc, char** argv, std::span<const Command> commands)
         return parseAndRun(argc, argv, commands);
     } catch (const Error& error) {
         complain(error.what());
+    } catch (const Unprinted& error) {
+        if (error.code().value() == EPIPE)
+            return kSuccess; // a reader that has seen enough
+        complain("standard output cannot be written");
     } catch (const std::bad_alloc&) {
         complain("not enough memory for this run");
     } catch (const std::exception& error) {

@@ -10,4 +10,7 @@ namespace zelm::host {
 /// The exit code.
 int runTool(int argc, char** argv, std::span<const Command> commands);
 
+/// The same, but throws errors, an Error if people can mend it.
+int parseAndRun(int argc, char** argv, std::span<const Command> commands);
+
 } // namespace zelm::host

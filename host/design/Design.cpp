@@ -180,6 +180,7 @@ Reading startReading(const Json& root, const JsonSource& source)
 
 Group readGroup(const Json& value, std::size_t index, Reading& reading)
 {
+    const std::size_t warningsBefore = reading.warnings.size();
     const Place where = Place(reading, "groups").element(index);
     Fields fields(value, where);
     Group group;
@@ -197,6 +198,8 @@ Group readGroup(const Json& value, std::size_t index, Reading& reading)
     if (group.block->name == "Parts")
         fields.place("block").fail("the catalogue is asked for the device, and isn't part of a design");
     group.name = fields.text("name", blockName);
+    if (group.name.empty())
+        fields.place("name").fail("the name is empty; leave it out, or give the group one");
     if (isIndex(group.name))
         fields.place("name").fail(fmt::format("\"{}\" reads like a group's index; give it a name", group.name));
     if (const auto count = fields.whole("count", {0, 1e6, "", "instances"}))
@@ -206,6 +209,9 @@ Group readGroup(const Json& value, std::size_t index, Reading& reading)
         fields.place("clock").fail(fmt::format("a group of {} takes no clock of the fabric", group.block->name));
     group.inputs = readInputs(fields.take("inputs"), inputBlocks(*group.block), fields.place("inputs"), reading);
     fields.refuseOthers();
+    const auto firstOwn = reading.warnings.begin() + static_cast<std::ptrdiff_t>(warningsBefore);
+    group.warnings.assign(firstOwn, reading.warnings.end());
+    reading.warnings.erase(firstOwn, reading.warnings.end());
     return group;
 }
 
@@ -270,6 +276,9 @@ std::map<std::string, double> readRegulators(const Json& value, const Reading& r
     std::map<std::string, double> regulators;
     Fields byRail(value, Place(reading, "regulators"));
     for (const auto& [rail, entry] : value.items()) {
+        if (!entry.is_object())
+            byRail.place(rail).fail(
+                fmt::format("expected {{\"maxCurrent\": amperes}}, found {}", Fields::describe(entry)));
         Fields regulator(entry, byRail.place(rail));
         const auto current = regulator.number("maxCurrent", kAmperes);
         if (!current)

@@ -21,6 +21,7 @@ struct Group {
     std::string clock; ///< the name of the Clock group that clocks it, empty if none is named
     std::vector<std::pair<std::string, Value>> inputs; ///< in the design's order, legal in their cells
     std::string place;                                 ///< its path in the file: groups[2]
+    std::vector<std::string> warnings;                 ///< values that are legal but most likely a slip
 
     const Value* input(std::string_view cell) const;
 
@@ -76,7 +77,7 @@ struct Design {
     Budgets budgets;
     std::vector<std::pair<std::string, Value>> staticInputs; ///< of the Static block, set by hand
     std::vector<Group> groups;
-    std::vector<std::string> warnings; ///< values that are legal but most likely a slip
+    std::vector<std::string> warnings; ///< the same, outside of groups
 };
 
 /// Reads a design file. Whatever is wrong with it is an Error that tells file, line, place and what was expected.

@@ -135,9 +135,10 @@ ResolvedDevice resolve(const Design& design)
     resolved.names = namesOf(resolved.name);
     resolved.part = isPart ? device.part : "";
     resolved.family = device.family.empty() ? catalogue.getDeviceToFamilyMap(name) : device.family;
-    if (isPart && !isInFamily(resolved.family, device.part))
+    const std::string family = catalogue.getDeviceToFamilyMap(name);
+    if (isPart ? !isInFamily(resolved.family, device.part) : resolved.family != family)
         throw Error(fmt::format("{}: {} is not in the {}; it is in the {}", placeOf(design, "family"), device.part,
-                                abbreviated(resolved.family), catalogue.getDeviceToFamilyMap(name)));
+                                abbreviated(resolved.family), family));
     resolved.resources = resourcesOf(resolved.family, isPart ? device.part : name + "_");
 
     if (!isPart || fields.size() < gradedFields)

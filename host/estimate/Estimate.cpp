@@ -5,6 +5,7 @@
 #include "host/blocks/Rails.h"
 #include "host/estimate/Budgets.h"
 #include "host/estimate/CrossChecks.h"
+#include "host/estimate/DeviceChecks.h"
 #include "host/estimate/GroupPower.h"
 #include "host/estimate/Ranges.h"
 
@@ -270,11 +271,14 @@ void RunningDesign::addUpGroups(bool carriedOthers)
         result.offchipWatts += group.offchipWatts;
     }
     result.warnings = result.design.warnings;
+    for (const Group& group : result.design.groups)
+        append(result.warnings, group.warnings);
     for (const Started& started : m_started)
         append(result.warnings, started.group.warnings);
     for (const Started& started : m_started)
         append(result.warnings, started.warnings);
     append(result.warnings, warningsAcross(m_running, device()));
+    append(result.warnings, warningsOfDevice(result.design, m_running, device()));
     if (!carriedOthers)
         return;
     result.carried.clear();
@@ -292,8 +296,6 @@ void RunningDesign::addStaticPower(bool carriedOthers)
         Side side;
         side.junction = result.design.environment.junction.value_or(0.0);
         result.sides.push_back(side);
-        if (result.design.environment.ambient)
-            result.warnings.emplace_back("without a device there is no static power and no junction temperature");
         return;
     }
     result.utilisation = utilisation(m_running, *m_device);

@@ -65,8 +65,8 @@ bool isCurrent(std::string_view unit)
 double railVolts(const Running& group, std::string_view rail, const RailVolts& rails)
 {
     if (const ZelmCellInfo* own = group.railInput(rail)) {
-        const Value value = group.instance->get(*own);
-        if (const float* volts = std::get_if<float>(&value))
+        group.instance->pull(*own); // some are for hosts alone: no formula has put the default there
+        if (const std::optional<float> volts = group.instance->real(*own))
             return static_cast<double>(*volts);
     }
     return rails.volts(rail).value_or(0.0);
@@ -139,9 +139,12 @@ GroupResult powerOf(Running& group, const Design& design, const RailVolts& rails
                     std::vector<std::string>& warnings)
 {
     const GapTeller teller(design, gaps, warnings);
+    bool complete = true;
     for (const MissingRow& row : group.missingRows) {
-        if (!missesInGoodDesigns(*group.block, row))
-            teller.tell(group, row);
+        if (missesInGoodDesigns(*group.block, row))
+            continue;
+        complete = false;
+        teller.tell(group, row);
     }
     GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
     for (const ZelmCellInfo& output : group.block->cells) {
@@ -159,8 +162,17 @@ GroupResult powerOf(Running& group, const Design& design, const RailVolts& rails
         result.contributions.push_back(contributionOf(output, *amount, group, rails, warnings));
         result.watts += result.contributions.back().watts;
     }
+    if (complete && !result.onlyCarries && group.count > 0) {
+        if (const std::string inputs = combinationWithoutPower(group); !inputs.empty())
+            teller.tell(group, fmt::format("{} don't go together: the formulas find no power for them", inputs));
+    }
     for (std::string& warning : rangeWarnings(group))
         warnings.push_back(std::move(warning));
+    constexpr double noDeviceTakes = 1000.0; // watts
+    if (result.watts > noDeviceTakes)
+        warnings.push_back(fmt::format("group \"{}\": {:.4g} W are more than any device takes: look for a count, clock "
+                                       "or rate in the wrong unit",
+                                       group.name, result.watts));
     return result;
 }
 

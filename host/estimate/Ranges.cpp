@@ -97,6 +97,15 @@ void checkDmaClock(Running& group, const char* controller, const char* frequency
             group.name, side, frequency, group.text(side + "_LINK_SPEED"), group.text(side + "_LINK_WIDTH")));
 }
 
+void checkIdleController(Running& group, std::vector<std::string>& warnings)
+{
+    if (group.whole("PCI_CHANNELS") == 1 && group.originOf("WIST_MODE_A1") == Origin::design &&
+        group.text("WIST_MODE_A1") != "NONE")
+        warnings.push_back(fmt::format("group \"{}\": WIST_MODE_A1 {} counts for nothing: PCI_CHANNELS 1 leaves A1 "
+                                       "unused",
+                                       group.name, group.text("WIST_MODE_A1")));
+}
+
 void checkWriteRate(Running& group, const char* write, const char* enable, std::vector<std::string>& warnings)
 {
     if (pulled(group, write) > pulled(group, enable))
@@ -104,8 +113,21 @@ void checkWriteRate(Running& group, const char* write, const char* enable, std::
                                        group.name, write, pulled(group, write), enable, pulled(group, enable)));
 }
 
+// With both ports of its own width a memory is at most half as wide as its simple-dual-port modes.
+void checkWidths(Running& group, std::vector<std::string>& warnings)
+{
+    const std::string mode = group.text("MODE");
+    const int most = mode == "BLKM18" ? 18 : mode == "BLKM36" ? 36 : 72;
+    for (const char* width : {"PORT_A_BIT_WIDTH", "PORT_B_BIT_WIDTH"}) {
+        if (group.originOf(width) == Origin::design && group.whole(width) > most)
+            warnings.push_back(fmt::format("group \"{}\": {} {} in mode {}, whose ports have at most {} bits",
+                                           group.name, width, group.whole(width), mode, most));
+    }
+}
+
 void checkMemory(Running& group, std::vector<std::string>& warnings)
 {
+    checkWidths(group, warnings);
     const bool simpleDualPort = group.text("MODE").find("SDP") != std::string::npos;
     if (!simpleDualPort)
         checkWriteRate(group, "PORT_A_WRITE_ENABLE", "PORT_A_ENABLE_RATE", warnings);
@@ -177,6 +199,8 @@ std::vector<std::string> rangeWarnings(Running& group)
     }
     if (block == "Yond")
         checkPads(group, warnings);
+    if (block == "Wist")
+        checkIdleController(group, warnings);
     if (block == "Wist5") {
         checkDmaClock(group, "A0", "DMA0_FREQUENCY", warnings);
         checkDmaClock(group, "A1", "DMA1_FREQUENCY", warnings);
@@ -189,12 +213,6 @@ std::vector<std::string> rangeWarnings(Running& group)
     }
     if (block == "Clock")
         checkFanout(group, warnings);
-    if (group.block->findCell("INVALID_CONFIG")) {
-        group.instance->pull(group.block->cell("INVALID_CONFIG"));
-        if (group.text("INVALID_CONFIG") == "YES")
-            warnings.push_back(fmt::format("group \"{}\": {} has no such configuration, so it draws nothing",
-                                           group.name, group.block->title));
-    }
     return warnings;
 }
 

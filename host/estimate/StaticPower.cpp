@@ -3,6 +3,8 @@
 #include "host/blocks/Rails.h"
 #include "host/estimate/Thermal.h"
 
+#include "framework/ZelmUnset.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -125,7 +127,7 @@ public:
                               [](const auto& a, const auto& b) { return a.first == b.first; });
         };
         if (!m_instance || !sameCells())
-            m_instance = m_cells.block.create();
+            create();
         m_settings = settings;
         m_loads = loads;
         for (const auto& [cell, value] : settings)
@@ -193,11 +195,24 @@ private:
     {
         evaluate(junction, m_cells.ofWatts);
         double sum = 0.0;
+        for (const auto& [volts, amperes] : m_terms)
+            sum += orNan(*volts) * orNan(*amperes);
+        return sum;
+    }
+
+    void create()
+    {
+        m_instance = m_cells.block.create();
+        m_terms.clear();
         for (const StaticRail& rail : m_cells.rails) {
             if (rail.inside.empty())
-                sum += number(*rail.volts) * number(*rail.staticCurrent);
+                m_terms.emplace_back(&m_instance->slot(*rail.volts), &m_instance->slot(*rail.staticCurrent));
         }
-        return sum;
+    }
+
+    static double orNan(float value)
+    {
+        return isUnset(value) ? std::nan("") : static_cast<double>(value);
     }
 
     std::vector<std::string> findVoltageWarnings()
@@ -218,8 +233,7 @@ private:
 
     double number(const ZelmCellInfo& cell) const
     {
-        const std::optional<float> real = m_instance->real(cell);
-        return real ? static_cast<double>(*real) : std::nan("");
+        return orNan(m_instance->slot(cell));
     }
 
     const StaticCells& m_cells = staticCells();
@@ -227,6 +241,7 @@ private:
     Settings m_settings;
     unsigned m_loads = 0; // of the data block
     std::unique_ptr<Instance> m_instance;
+    std::vector<std::pair<const float*, const float*>> m_terms; // volts and amperes whose products make the watts
     std::unordered_map<float, double> m_known; // static watts by junction temperature
     std::optional<std::vector<std::string>> m_voltageWarnings;
 };

@@ -1,28 +1,37 @@
 #include "host/study/Sweep.h"
 
 #include "host/base/Error.h"
+#include "host/base/InOrder.h"
+#include "host/base/Interrupt.h"
 #include "host/base/Json.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
-#include "host/design/Place.h"
 #include "host/base/Units.h"
 #include "host/design/Include.h"
 #include "host/design/Parameters.h"
-#include "host/estimate/Estimate.h"
+#include "host/design/Place.h"
+#include "host/estimate/EditedDesign.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
-#include <charconv>
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 namespace zelm::host {
 
 namespace {
 
-constexpr std::size_t kMostPoints = 100000;
+// How many points a thread takes at once, and are written at once: all threads are to have their share.
+std::size_t chunkOf(std::size_t points, unsigned threads)
+{
+    constexpr std::size_t most = 16;
+    constexpr std::size_t chunksPerThread = 8;
+    return std::clamp<std::size_t>(points / (threads * chunksPerThread), 1, most);
+}
 
 // What a sweep's number is in a design: 4 rather than 4.0 where it is whole, for counts.
 Json plain(double value)
@@ -37,20 +46,18 @@ Json plain(double value)
     throw Error(fmt::format("--vary {}: {}", abbreviated(variation, 200), message));
 }
 
-std::vector<Json> range(const std::string& variation, double from, double to, double step)
+void setRange(Variation& variation, const std::string& text, double from, double to, double step)
 {
     const double steps = (to - from) / step;
     if (!(steps >= 0.0))
-        fail(variation, "the step doesn't lead from the first value to the last");
-    if (!(steps < static_cast<double>(kMostPoints)))
-        fail(variation, fmt::format("more than {} values", kMostPoints));
+        fail(text, "the step doesn't lead from the first value to the last");
+    constexpr double most = 1e15;
+    if (!(steps < most))
+        fail(text, "more values than anybody can wait for");
     constexpr double tolerance = 1e-9; // 0:1:0.1 has 11 values, whatever ten tenths add up to
-    std::vector<Json> values;
-    for (std::size_t i = 0; static_cast<double>(i) <= steps + tolerance; ++i) {
-        // Rounded to what a person would write, so that 3 x 0.1 is 0.3.
-        values.push_back(plain(std::stod(fmt::format("{:.12g}", from + static_cast<double>(i) * step))));
-    }
-    return values;
+    variation.from = from;
+    variation.step = step;
+    variation.count = static_cast<std::size_t>(steps + tolerance) + 1;
 }
 
 // The place in the design that a variation's path names.
@@ -102,7 +109,8 @@ Variation parse(const std::string& text, const Json& root)
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0)
         fail(text, "expected PATH=FROM:TO:STEP or PATH=VALUE,VALUE,...");
-    Variation variation{text.substr(0, equals), {}, {}};
+    Variation variation;
+    variation.path = text.substr(0, equals);
     const std::string list = text.substr(equals + 1);
     Json copy = root;
     const Json& before = at(copy, variation.path, text);
@@ -116,15 +124,16 @@ Variation parse(const std::string& text, const Json& root)
         const auto step = numberOf(ends[2], variation.unit, text);
         if (!from || !to || !step || *step == 0.0)
             fail(text, "expected numbers in FROM:TO:STEP, and a step that isn't 0");
-        variation.values = range(text, *from, *to, *step);
+        setRange(variation, text, *from, *to, *step);
         return variation;
     }
     for (const std::string& word : split(list, ',')) {
         if (word.empty())
             fail(text, "a value is empty");
         const auto value = isText ? std::nullopt : plainNumber(word);
-        variation.values.push_back(value ? plain(*value) : Json(word));
+        variation.listed.push_back(value ? plain(*value) : Json(word));
     }
+    variation.count = variation.listed.size();
     return variation;
 }
 
@@ -145,38 +154,43 @@ Json withUnit(const Json& value, const std::string& unit)
     return unit.empty() || value.is_string() ? value : Json(fmt::format("{} {}", compactJson(value), unit));
 }
 
-std::vector<SweepPoint> run(const Json& root, const JsonSource& source, const std::vector<Variation>& variations,
-                            std::chrono::milliseconds barAfter, Gaps gaps)
+std::vector<std::string> brokenBudgets(const Estimate& estimate)
 {
-    std::size_t count = 1;
-    for (const Variation& variation : variations) {
-        count *= variation.values.size();
-        if (count > kMostPoints)
-            throw Error(fmt::format("the variations make more than {} points", kMostPoints));
+    std::vector<std::string> names;
+    for (const BudgetResult& budget : estimate.budgets) {
+        if (budget.broken())
+            names.push_back(budget.name);
     }
-    Progress progress("sweeping", count, barAfter);
-    std::vector<SweepPoint> points;
-    for (std::size_t index = 0; index < count; ++index) {
-        Json changed = root;
-        SweepPoint point;
-        std::vector<std::string> settings;
-        std::size_t rest = count;
-        for (const Variation& variation : variations) {
-            rest /= variation.values.size();
-            const Json& value = variation.values[index / rest % variation.values.size()];
-            at(changed, variation.path, variation.path) = withUnit(value, variation.unit);
-            point.values.push_back(value);
-            settings.push_back(fmt::format("{} = {}", variation.path, abbreviated(sweepWord(value))));
-        }
-        try {
-            point.estimate = estimate(readDesign(changed, source), Curves::none, gaps);
-        } catch (const Error& error) {
-            throw Error(fmt::format("{} (at {})", error.what(), fmt::join(settings, ", ")));
-        }
-        points.push_back(std::move(point));
-        progress.step();
+    return names;
+}
+
+// The budgets that one process side breaks: it alone is to blame.
+std::vector<std::string> brokenBudgetsAt(const Estimate& estimate, const std::string& process)
+{
+    std::vector<std::string> names;
+    for (const BudgetResult& budget : estimate.budgets) {
+        if (budget.brokenAt(process))
+            names.push_back(budget.name);
     }
-    return points;
+    return names;
+}
+
+// Where the process varies, the other side has a point of its own.
+SweepPoint pointOf(const Estimate& estimate, bool variesProcess)
+{
+    SweepPoint point;
+    point.dynamicWatts = estimate.dynamicWatts;
+    point.offchipWatts = estimate.offchipWatts;
+    for (const Side& side : estimate.sides) {
+        point.sides.push_back({side.process, side.junction, side.staticWatts, side.totalWatts, side.settles(),
+                               brokenBudgetsAt(estimate, side.process)});
+        if (variesProcess)
+            break;
+    }
+    point.hasBudgets = !estimate.budgets.empty();
+    point.broken = variesProcess ? point.sides.front().broken : brokenBudgets(estimate);
+    point.warnings = estimate.warnings;
+    return point;
 }
 
 } // namespace
@@ -191,17 +205,83 @@ std::string sweepName(const Variation& variation)
     return variation.unit.empty() ? variation.path : fmt::format("{} [{}]", variation.path, variation.unit);
 }
 
-Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,
-            std::chrono::milliseconds barAfter, Gaps gaps)
+Json Variation::value(std::size_t index) const
 {
-    JsonSource source;
-    const Json root = readDesignTree(designFile, source);
-    Sweep result;
+    // Rounded to what a person would write, so that 3 x 0.1 is 0.3.
+    return listed.empty() ? plain(std::stod(fmt::format("{:.12g}", from + static_cast<double>(index) * step)))
+                          : listed.at(index);
+}
+
+Sweep::Sweep(const std::string& designFile, const std::vector<std::string>& variations)
+    : m_root(std::make_unique<Json>(readDesignTree(designFile, m_source)))
+{
     for (const std::string& variation : variations)
-        result.variations.push_back(parse(variation, root));
-    refuseOnePlaceTwice(result.variations, root);
-    result.points = run(root, source, result.variations, barAfter, gaps);
-    return result;
+        m_variations.push_back(parse(variation, *m_root));
+    refuseOnePlaceTwice(m_variations, *m_root);
+    for (const Variation& variation : m_variations) {
+        if (variation.count > std::numeric_limits<std::size_t>::max() / m_points)
+            throw Error("the variations make more points than can be counted");
+        m_points *= variation.count;
+    }
+}
+
+Sweep::~Sweep() = default;
+
+bool Sweep::variesProcess() const
+{
+    return std::any_of(m_variations.begin(), m_variations.end(),
+                       [](const Variation& variation) { return variation.path == "device.process"; });
+}
+
+SweepPoint Sweep::estimateAt(std::size_t index, EditedDesign& design) const
+{
+    std::vector<Json> values;
+    std::vector<std::string> settings;
+    std::size_t rest = m_points;
+    for (const Variation& variation : m_variations) {
+        rest /= variation.count;
+        values.push_back(variation.value(index / rest % variation.count));
+        design.set(values.size() - 1, withUnit(values.back(), variation.unit));
+    }
+    try {
+        SweepPoint point = pointOf(design.estimate(), variesProcess());
+        point.values = std::move(values);
+        return point;
+    } catch (const Error& error) {
+        for (std::size_t i = 0; i < values.size(); ++i)
+            settings.push_back(fmt::format("{} = {}", m_variations[i].path, abbreviated(sweepWord(values[i]))));
+        throw Error(fmt::format("{} (at {})", error.what(), fmt::join(settings, ", ")));
+    }
+}
+
+void Sweep::run(const SweepRun& options, const Render& render, const Take& take) const
+{
+    std::vector<std::string> places;
+    for (const Variation& variation : m_variations)
+        places.push_back(variation.path);
+    struct Chunk {
+        std::vector<SweepPoint> points;
+        std::string text;
+    };
+    const std::size_t size = chunkOf(m_points, options.jobs);
+    const auto makeWorker = [&] {
+        return [&, design = EditedDesign(*m_root, m_source, places, options.gaps)](std::size_t index) mutable {
+            Chunk chunk;
+            const std::size_t end = std::min((index + 1) * size, m_points);
+            for (std::size_t i = index * size; i < end; ++i) {
+                chunk.points.push_back(estimateAt(i, design));
+                chunk.text += render(chunk.points.back());
+            }
+            return chunk;
+        };
+    };
+    Progress progress("sweeping", m_points, options.barAfter);
+    inOrder<Chunk>((m_points - 1) / size + 1, options.jobs, makeWorker, [&](const Chunk& chunk) {
+        progress.wipe();
+        take(chunk.points, chunk.text);
+        progress.step(chunk.points.size());
+        return Interrupt::signal() == 0;
+    });
 }
 
 } // namespace zelm::host

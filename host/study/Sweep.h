@@ -1,38 +1,95 @@
 #pragma once
 
 #include "host/base/JsonFwd.h"
+#include "host/base/JsonSource.h"
 #include "host/estimate/Estimate.h"
 
 #include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace zelm::host {
 
+class EditedDesign;
+
 /// A place in a design and the values that it takes in turn.
 struct Variation {
     std::string path;
-    std::vector<Json> values;
-    std::string unit{}; ///< in which values that are numbers count, if the variation or its parameter says one
+    std::string unit; ///< in which values that are numbers count, if the variation or its parameter says one
+    std::size_t count = 0;
+    std::vector<Json> listed; ///< or, if it is empty,
+    double from = 0.0;
+    double step = 0.0;
+
+    Json value(std::size_t index) const;
+};
+
+struct SweepSide {
+    std::string process;
+    double junction = 0.0;
+    double staticWatts = 0.0;
+    double totalWatts = 0.0;
+    bool settles = false;
+    std::vector<std::string> broken; ///< budgets that this side breaks
 };
 
 struct SweepPoint {
     std::vector<Json> values; ///< one of each variation
-    Estimate estimate;
+    double dynamicWatts = 0.0;
+    double offchipWatts = 0.0;
+    std::vector<SweepSide> sides; ///< where the process varies, just its own
+    bool hasBudgets = false;
+    std::vector<std::string> broken; ///< budgets, whatever the side that breaks them
+    std::vector<std::string> warnings;
 };
 
-struct Sweep {
-    std::vector<Variation> variations;
-    std::vector<SweepPoint> points; ///< the last variation changes fastest
+struct SweepRun {
+    unsigned jobs = 1;
+    std::chrono::milliseconds barAfter{}; ///< when a progress bar shows
+    Gaps gaps = Gaps::refused;
 };
 
 /// Estimates a design once for each combination of values. A variation is "PATH=FROM:TO:STEP" or
 /// "PATH=VALUE,VALUE,...", with a path as messages about designs write it: "environment.ambientTemperature",
 /// "rails.VCCINT", "groups[2].inputs.CLOCK_FREQ", "parameters.fclk"; a group's name may stand for its index, and values
 /// may have units: "100MHz:400MHz:50MHz". Plain numbers count in the unit of the parameter that they replace. An Error
-/// tells what is wrong with a variation, or at which point the design is. A progress bar shows after that time.
-Sweep sweep(const std::string& designFile, const std::vector<std::string>& variations,
-            std::chrono::milliseconds barAfter, Gaps gaps = Gaps::refused);
+/// tells what is wrong with a variation.
+class Sweep {
+public:
+    Sweep(const std::string& designFile, const std::vector<std::string>& variations);
+    ~Sweep();
+
+    const std::vector<Variation>& variations() const
+    {
+        return m_variations;
+    }
+    std::size_t points() const
+    {
+        return m_points;
+    }
+    bool variesProcess() const;
+
+    /// A point's text, made on any thread.
+    using Render = std::function<std::string(const SweepPoint& point)>;
+    /// Some points, in order, and their texts.
+    using Take = std::function<void(std::span<const SweepPoint> points, const std::string& text)>;
+
+    /// Estimates all points, the last variation changing fastest; an Interrupt ends it early. An Error tells at which
+    /// point, the first of those, the design is wrong; those before have been taken by then.
+    void run(const SweepRun& options, const Render& render, const Take& take) const;
+
+private:
+    SweepPoint estimateAt(std::size_t index, EditedDesign& design) const;
+
+    JsonSource m_source;
+    std::unique_ptr<const Json> m_root;
+    std::vector<Variation> m_variations;
+    std::size_t m_points = 1;
+};
 
 /// A varied value as people write it.
 std::string sweepWord(const Json& value);

@@ -11,7 +11,7 @@ using namespace zelm;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
-    static constexpr host::Command commands[] = {{"calc", "Calculate one block", host::declareCalc}};
+    static constexpr host::Command commands[] = {{"calc", "Calculate one block", "", host::declareCalc}};
     fuzz::useShippedData();
     std::vector<std::string> words{"zelm", "calc"};
     for (std::string& line : host::split(fuzz::textOf(bytes, size), '\n'))
@@ -20,6 +20,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    fuzz::orError([&] { host::runTool(static_cast<int>(words.size()), arguments.data(), commands); });
+    fuzz::orError([&] { host::parseAndRun(static_cast<int>(words.size()), arguments.data(), commands); });
     return 0;
 }

@@ -130,7 +130,6 @@ void lists(Bytes& bytes)
     for (const std::string& part : parts)
         table[part] = 1.0f;
     if (parts.size() > 1) {
-        Utils::lookUp(table, {parts[0], parts[1]});
         Utils::getCfgKeyVectorFromVar(table, parts, false);
         Utils::getCfgDataFromVar(table, parts);
     }

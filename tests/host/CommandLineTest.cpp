@@ -128,7 +128,18 @@ TEST(JsonBounds, LinesAreKeptPerLineAndNotPerField)
 
 TEST(JsonBounds, MoreValuesThanADesignNeedsAreRefused)
 {
-    EXPECT_EQ(parseErrorOf("[\n" + repeated("1,\n", 3000000) + "1]"), "test.json:3000001: more than 3000000 values");
+    EXPECT_EQ(parseErrorOf("[\n" + repeated("1,\n", 1500000) + "1]"), "test.json:1500001: more than 1500000 values");
+}
+
+// The parser would gather all of it before anybody could look at it.
+TEST(JsonBounds, WhatNobodyWritesIsRefusedBeforeItTakesMemory)
+{
+    const std::string lengthy(1000001, '0');
+    const std::string words = "test.json:2: a text, number or gap of more than 1000000 characters";
+    for (const std::string& value : {'"' + lengthy + '"', '1' + lengthy, std::string(1000001, ' ') + '1',
+                                     '"' + repeated("\\\"", 500001) + '"', '"' + repeated(",", 1000001) + '"'})
+        EXPECT_EQ(parseErrorOf("{\n\"a\": " + value + "}"), words) << value.substr(0, 20);
+    EXPECT_EQ(parseErrorOf("[" + repeated("\"" + std::string(900000, 'x') + "\",\n", 5) + "1]"), "no error");
 }
 
 TEST(JsonBounds, FieldsTwiceAreToldWithTheirLine)
@@ -136,6 +147,8 @@ TEST(JsonBounds, FieldsTwiceAreToldWithTheirLine)
     EXPECT_EQ(parseErrorOf("{\"a\": 1,\n\"b\": [{\"c\": 1,\n\"d\": {\"c\": 1}, \"c\": 2}]}"),
               "test.json:3: the field \"c\" stands twice in one object");
     EXPECT_EQ(parseErrorOf("[{\"a\": 1}, {\"a\": 1}]"), "no error");
+    EXPECT_EQ(parseErrorOf("{\"a\\\"\": 1,\n\"a\\\\\": {}, \"a\\\"\": 2}"),
+              "test.json:2: the field \"a\"\" stands twice in one object");
 }
 
 struct Said {
@@ -159,6 +172,8 @@ TEST(CommandLine, MistakesAreToldWithTheToolsNameAndTheNearestWord)
         {"", "subcommand is required"},
         {"estimate d.json --csv --json", "excludes"},
         {"estimate ''", "the name of the file to read is empty"},
+        {"--datadir '' parts", "--datadir: the name of the data directory is empty"},
+        {"check-data ''", "the name of the data directory is empty"},
         {"estimate d.json --html", "--html"},
         {"manual frob", "frob"},
         {"calc Bram NUM_BRAMS=99999999999", "NUM_BRAMS takes a whole number of 32 bits"},
@@ -315,6 +330,9 @@ TEST(OddNames, EveryFormStaysWellFormed)
     const std::string html = htmlReport(estimate);
     EXPECT_THAT(html, Not(HasSubstr("]]></script>")));
     EXPECT_EQ(validUtf8(html), html);
+    const std::string csv = csvReport(estimate);
+    EXPECT_EQ(validUtf8(csv), csv);
+    EXPECT_THAT(csv, HasSubstr(",\"" + std::string("\x1b[31m<b>&\"\"'\n\xef\xbf\xbd")));
     const std::string xml = junitReport(estimate);
     EXPECT_EQ(validUtf8(xml), xml);
     EXPECT_THAT(xml, HasSubstr("name=\" [31m&lt;b&gt;&amp;&quot;'&#10;\xef\xbf\xbd\xe2\x80\xae\xef\xbf\xbd]]&gt;"));
@@ -365,15 +383,22 @@ TEST(Tables, FitTheTerminal)
                       "D         2  short\n");
     EXPECT_EQ(table.text(), whole);
 
+    // 36 less 14 leave 22 columns.
+    EXPECT_EQ(wrapped("Options:\n  -v,--very   several words to read here\n  none of it\n", 36),
+              "Options:\n  -v,--very   several words to read\n              here\n  none of it\n");
+    EXPECT_EQ(wrapped("a long line that nobody breaks", 0), "a long line that nobody breaks");
+
     const Scratch scratch;
-    const std::string command =
-        "COLUMNS=100 TERM=xterm script -qec '" ZELM_TOOL " cells Bram' /dev/null </dev/null >" + scratch.path("tty");
-    ASSERT_EQ(std::system(command.c_str()), 0);
-    std::istringstream lines(Scratch::read(scratch.path("tty")));
-    std::size_t count = 0;
-    for (std::string line; std::getline(lines, line); ++count)
-        EXPECT_LE(width(line.substr(0, line.find('\r'))), 100U) << line;
-    EXPECT_GT(count, 10U);
+    for (const std::string arguments : {"cells Bram", "--help", "sweep --help"}) {
+        const std::string command = "COLUMNS=90 TERM=xterm script -qec '" ZELM_TOOL " " + arguments +
+                                    "' /dev/null </dev/null >" + scratch.path("tty");
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        std::istringstream lines(Scratch::read(scratch.path("tty")));
+        std::size_t count = 0;
+        for (std::string line; std::getline(lines, line); ++count)
+            EXPECT_LE(width(line.substr(0, line.find('\r'))), 90U) << line;
+        EXPECT_GT(count, 10U) << arguments;
+    }
 }
 
 } // namespace

@@ -102,7 +102,7 @@ const Bad kBad[] = {
     {"VoltsText", WITH(R"("rails": {"VCCINT": "low"})"), {"test.json:1: rails.VCCINT: expected a number, found the string \"low\""}},
     {"RailsList", WITH(R"("rails": [0.8])"), {"test.json:1: rails: expected an object {...}, found the array [0.8]"}},
     {"RegulatorWithoutCurrent", WITH(R"("regulators": {"VCCINT": {}})"), {"test.json:1: regulators.VCCINT: a regulator needs its \"maxCurrent\""}},
-    {"RegulatorNumber", WITH(R"("regulators": {"VCCINT": 30})"), {"test.json:1: regulators.VCCINT: expected an object {...}, found the number 30"}},
+    {"RegulatorNumber", WITH(R"("regulators": {"VCCINT": 30})"), {"test.json:1: regulators.VCCINT: expected {\"maxCurrent\": amperes}, found the number 30"}},
     {"BudgetNegative", WITH(R"("budgets": {"totalPower": -1})"), {"test.json:1: budgets.totalPower: -1 is outside"}},
     {"JunctionAndAmbient", WITH(R"("environment": {"junctionTemperature": 80, "ambientTemperature": 25, "thetaJA": 1})"), {"test.json:1: environment: ", "not both"}},
     {"AmbientWithoutTheta", WITH(R"("environment": {"ambientTemperature": 25})"), {"test.json:1: environment: ambientTemperature needs thetaJA"}},

@@ -227,6 +227,10 @@ TEST(Files, AKilledWriterLeavesTheOldFileOrTheNew)
         replaced += now == texts[1] ? 1 : 0;
     }
     EXPECT_GT(replaced, 0) << "no kill fell behind a write: nothing was tried";
+    // A file without a name is gone with its writer; it has one of its own only for the instant in which it is moved.
+    const int nameless = open(scratch.path("").c_str(), O_TMPFILE | O_WRONLY, 0600);
+    EXPECT_LE(namesIn(scratch.path("")).size(), nameless >= 0 ? 2U : 26U);
+    close(nameless);
 }
 
 TEST(Files, AFullDiskLeavesTheOldFile)

@@ -4,7 +4,6 @@
 #include "Tool.h"
 
 #include "host/base/Json.h"
-#include "host/report/SweepReport.h"
 
 namespace zelm::test::includeTest {
 
@@ -148,9 +147,11 @@ TEST_F(IncludeTest, ParametersOfOtherFilesVary)
     write("link.json", kLink);
     const std::string file =
         write("d.json", std::string(R"({"include": [{"file": "link.json", "prefix": "left/"}], )") + kCore + "}");
-    const Json points = Json::parse(sweepReport(
-        sweep(file, {"parameters.left_lanes=4,6", "groups[left/outer].inputs.PORT_A_CLOCK=100"}, std::chrono::hours(1)),
-        SweepFormat::json));
+    const Json points = Json::parse(m_scratch
+                                        .run("sweep " + file +
+                                             " --json --vary parameters.left_lanes=4,6 --vary "
+                                             "'groups[left/outer].inputs.PORT_A_CLOCK=100'")
+                                        .out);
     ASSERT_EQ(points.size(), 2u);
     EXPECT_LT(points[0]["dynamicWatts"], points[1]["dynamicWatts"]);
 }

@@ -1,6 +1,7 @@
 #include "Designs.h"
 #include "Tool.h"
 
+#include "host/blocks/LegalWords.h"
 #include "host/study/Sweep.h"
 
 namespace zelm::test::meaningTest {
@@ -55,7 +56,13 @@ const Meaning kErrors[] = {
     // combinations
     {"ChannelTooWide", ONE("Ddrmc", R"("DDR_STANDARD": "LP4", "NUM_CHANNELS": 1, "DATA_WIDTH": 64)"), {"test.json:1: groups[0].inputs: group \"Ddrmc\": ", "DATA_WIDTH 64", "NUM_CHANNELS 1", "DDR_STANDARD LP4", " don't go together", "DDRMC_DATA", "--keep-going"}},
     {"LanesOfTwoControllers", ONE("Wist", R"("LINK_WIDTH_A0": 16)"), {"groups[0].inputs: group \"Wist\": LINK_WIDTH_A0 16, PCI_CHANNELS 2 don't go together"}},
+    {"WidthsOfNoMode", ONE("Bram", R"("MODE": "BLKM18SDP")"), {"test.json:1: groups[0].inputs: group \"Bram\": PORT_A_BIT_WIDTH 18, PORT_B_BIT_WIDTH 18, MODE BLKM18SDP don't go together", "--keep-going"}},
+    {"BothWidthsOfNoMode", ONE("Bram", R"("MODE": "BLKM36SDP", "PORT_A_BIT_WIDTH": 64, "PORT_B_BIT_WIDTH": 64)"), {"MODE BLKM36SDP, PORT_A_BIT_WIDTH 64, PORT_B_BIT_WIDTH 64 don't go together"}},
+    {"NothingLeftToDo", ONE("Tuvo", R"("FEC_USED": "NO")"), {"group \"Tuvo\": FEC_USED NO, TRANSCODE_BYPASS YES don't go together"}},
+    {"ReceiverThatAlwaysDrives", ONE("Nalt", R"("IO_DIRECTION": "BIDI_INPUT")"), {"group \"Nalt\": OUTPUT_ENABLE 1, IO_DIRECTION BIDI_INPUT don't go together"}},
     // the rest
+    {"FamilyOfAnotherDevice", FIELDS(R"("device": {"part": "zq4410", "family": "Halden Rim Series"})"), {"device.family: zq4410 is not in the Halden Rim Series; it is in the Halden Axis Series"}},
+    {"EmptyGroupName", R"({"groups": [{"block": "Bram", "name": ""}]})", {"groups[0].name: the name is empty"}},
     {"ThetaBesideCooling", FIELDS(R"("environment": {"ambientTemperature": 25, "thetaJA": 1, "cooling": [{"thetaJA": 1}]})"), {"environment.cooling: give thetaJA, or a list of cooling, not both"}},
     {"CatalogueAsGroup", ONE("Parts", ""), {"groups[0].block: the catalogue", "isn't part of a design"}},
     {"NameLikeAnIndex", R"({"groups": [{"block": "Bram", "name": "0"}]})", {"groups[0].name: \"0\" reads like a group's index"}},
@@ -87,6 +94,14 @@ const Meaning kWarnings[] = {
     {"RegulatorThatNothingLoads", R"({"regulators": {"VCCRAM": {"maxCurrent": 1}}, "groups": [{"block": "Signal"}]})", {"test.json:1: regulators.VCCRAM: nothing loads this rail"}},
     {"RegulatorALetterOff", R"({"regulators": {"MLORVAVCC": {"maxCurrent": 1}}, "groups": [{"block": "Lorvp"}]})", {"regulators.MLORVAVCC: nothing loads this rail; did you mean MLORVPAVCC"}},
     {"BudgetThatNothingLoads", R"({"budgets": {"rails": {"VCCRAM": 1}}, "groups": [{"block": "Signal"}]})", {"budgets.rails.VCCRAM: nothing loads this rail"}},
+    {"Megabits", ONE("Sarn", R"("RX_DATA_RATE": 112000)"), {"inputs.RX_DATA_RATE: RX_DATA_RATE is 112000, usually at most 1000; it is in Gb/s: megabits?"}},
+    {"Bits", ONE("Ddrmc", R"("DATA_RATE": 3.2e9)"), {"inputs.DATA_RATE: ", "it is in Mb/s: bits?"}},
+    {"Bytes", ONE("Noc", R"("BANDWITH_READ": 12800000000)"), {"inputs.BANDWITH_READ: ", "it is in MB/s: bytes?", "carries 1.28e+07 GB/s"}},
+    {"Kelvin", R"({"device": {"part": "zq4410"}, "environment": {"ambientTemperature": 298, "thetaJA": 0.1}, "groups": []})", {"environment.ambientTemperature: 298 degrees Celsius: kelvin?"}},
+    {"MoreThanAnyDeviceTakes", ONE("Bram", R"("NUM_BRAMS": 2000000000)"), {"W are more than any device takes: look for a count, clock or rate in the wrong unit"}},
+    {"LimitsWithoutADevice", R"({"budgets": {"junctionTemperature": 95, "totalPower": 3, "judgedAt": "MAX"}, "static": {"USED_ADC_CORE": 1}, "groups": []})", {"budgets.junctionTemperature, budgets.judgedAt, static count for nothing", "budgets.totalPower is judged on dynamic power alone"}},
+    {"VoltsOfARailThatTheDeviceLacks", DEVICE(R"("rails": {"MSARNAVCC": 0.9})", ""), {"rails.MSARNAVCC: ZQ4410 has no such rail"}},
+    {"StaticCountsBeyondTheDevice", DEVICE(R"("static": {"USED_ADC_CORE": 4, "USED_BRAMS_ACTIVE": 968, "USED_SARN_POWER_QUADS": 2})", ""), {"static.USED_ADC_CORE: 4 is more than the 0 ADC of ZQ4410", "static.USED_BRAMS_ACTIVE: 968 is more than the 967 BRAM", "static.USED_SARN_POWER_QUADS: 2 is more than the 0 SARN_QUAD"}},
     {"RailThatTheDeviceLacks", DEVICE(R"("regulators": {"VCCWIST5": {"maxCurrent": 1}})", ""), {"regulators.VCCWIST5: ZQ4410 has no such rail"}},
     // clang-format on
 };
@@ -103,11 +118,58 @@ TEST_P(Doubted, WithPlaceAndSlip)
 INSTANTIATE_TEST_SUITE_P(Meaning, Doubted, testing::ValuesIn(kWarnings),
                          [](const auto& one) { return one.param.name; });
 
+// Any two words or widths of any block: refused, or the group draws power, or a word switches it off.
+TEST(Meaning, NoWordsMakeAGroupDrawNothingInSilence)
+{
+    constexpr const char* offWords[] = {"NONE", "DISABLED", "OFF"};
+    int refused = 0;
+    for (const Block& block : blocks()) {
+        if (block.name == "Parts" || block.name == "Static")
+            continue;
+        block.load();
+        Group active{&block, "g", 1, "", {}, "groups[0]", {}};
+        std::vector<std::pair<std::string, Value>> choices;
+        for (const ZelmCellInfo& cell : block.cells) {
+            if (cell.kind != ZelmCellInfo::Kind::userInput)
+                continue;
+            for (const Value& value : legalValues(block, cell))
+                choices.emplace_back(cell.name, value);
+            if (legalValues(block, cell).empty() && constantDefault(cell) == "0" && cell.legal.highest > 1.0)
+                active.inputs.emplace_back(cell.name,
+                                           cell.type == ZelmCellInfo::Type::integer ? Value(1) : Value(0.5f));
+        }
+        for (std::size_t i = 0; i < choices.size(); ++i) {
+            for (std::size_t j = i + 1; j < choices.size(); ++j) {
+                Design design;
+                design.groups.push_back(active);
+                design.groups.back().inputs.insert(design.groups.back().inputs.end(), {choices[i], choices[j]});
+                const std::string words = std::string(block.name) + ": " + choices[i].first + " " +
+                                          valueText(choices[i].second) + ", " + choices[j].first + " " +
+                                          valueText(choices[j].second);
+                try {
+                    const GroupResult result = estimate(design).groups.front();
+                    const bool off = std::any_of(std::begin(offWords), std::end(offWords), [&](const char* word) {
+                        return words.find(std::string(" ") + word) != std::string::npos;
+                    });
+                    EXPECT_TRUE(result.onlyCarries || off || result.watts + result.offchipWatts != 0.0) << words;
+                } catch (const Error& error) {
+                    EXPECT_THAT(error.what(), HasSubstr(" don't go together")) << words;
+                    ++refused;
+                }
+            }
+        }
+    }
+    EXPECT_GT(refused, 0);
+}
+
 TEST(Meaning, PartialDataMayBeWorkedWith)
 {
     const Design design = parseDesign("test.json", ONE("Wist", R"("LINK_WIDTH_A0": 16)"));
     const Estimate result = estimate(design, Curves::none, Gaps::warned);
     EXPECT_THAT(result.warnings, Contains(HasSubstr("LINK_WIDTH_A0 16, PCI_CHANNELS 2 don't go together")));
+    const Design widths = parseDesign("test.json", ONE("Bram", R"("MODE": "BLKM18SDP")"));
+    EXPECT_THAT(estimate(widths, Curves::none, Gaps::warned).warnings,
+                Contains(HasSubstr("MODE BLKM18SDP don't go together")));
 }
 
 // But for pads at a voltage that the formulas don't know, of which examples/README.md speaks.
@@ -133,6 +195,8 @@ TEST(Meaning, CommandsJudgeToo)
     expect("calc Bram NUM_BRAMS=-5", 0, "zelm: warning: NUM_BRAMS takes from 0, not -5");
     expect("calc Bram NUM_BRAMS=1 NUM_BRAMS=2", 2, "NUM_BRAMS is given twice");
     expect("calc Bram MODE=UninitializedString", 2, "is how an unset cell reads");
+    expect("calc Bram NUM_BRAMS=2147483647", 2, "is how an unset cell reads");
+    expect("calc Bram PORT_A_CLOCK=3.4028235e38", 2, "is how an unset cell reads");
     expect("sweep " + design + " --vary groups[0].inputs.MODE=BLKM36,RAMB36", 2, "(at groups[0].inputs.MODE = RAMB36)");
     expect("sweep " + design + " --vary groups[0].count=1 --vary groups[0].count=2", 2, "this place varies twice");
     expect("sweep " + design + " --vary groups[0].count=1 --vary groups[Bram].count=2", 2, "this place varies twice");

@@ -140,6 +140,59 @@ TEST(PhysicsAcross, PllsCountedTwice)
     EXPECT_THAT(warningsOf(R"({"block": "Yond", "name": "y"})"), Each(Not(HasSubstr("twice"))));
 }
 
+TEST(PhysicsAcross, SettingsOfAnotherDevice)
+{
+    EXPECT_THAT(warningsOf(R"({"block": "Noc", "name": "n", "inputs": {"DEVICE": "ZR1810"}})"),
+                Contains("group \"n\": DEVICE is ZR1810, and the design's device is ZQ4410; leave DEVICE out"));
+    EXPECT_THAT(warningsOf(R"({"block": "Noc", "name": "n", "inputs": {"DEVICE": "ZQ4410"}})"),
+                Each(Not(HasSubstr("leave DEVICE out"))));
+    EXPECT_THAT(
+        warningsOf(R"({"block": "Sarn", "name": "s", "inputs": {"SPEEDGRADE": -3}})", "zc7540_kjbo4900_1_MP_i_S"),
+        Contains("group \"s\": SPEEDGRADE is -3, and the device's is -1; leave SPEEDGRADE out"));
+}
+
+TEST(PhysicsAcross, MoreThanThereIs)
+{
+    // ZQ4410 has 14 + 16 + 24 clock managers, one system monitor, 648 + 44 pins: 648 / 6 nibbles, 692 x 3 registers.
+    const auto expectAt = [](const std::string& block, int most, const char* words) {
+        const auto group = [&](int count) {
+            return "{\"block\": \"" + block + "\", \"count\": " + std::to_string(count) +
+                   (block == "Kelp" ? R"(, "inputs": {"NUM_RX_IOS": 2}})" : "}");
+        };
+        EXPECT_THAT(warningsOf(group(most + 1)), Contains(HasSubstr(words))) << block;
+        EXPECT_THAT(warningsOf(group(most)), Each(Not(HasSubstr(words)))) << block;
+    };
+    expectAt("Veko", 14, "uses 15 VEKO of the 14");
+    expectAt("Dpll", 16, "uses 17 DPLL of the 16");
+    expectAt("Rusk", 24, "uses 25 RUSK of the 24");
+    expectAt("Sysmon", 1, "the design has 2 system monitors, and ZQ4410 has one");
+    expectAt("Kelp", 108, "the design has 109 nibbles of I/O PHY, and the 648 SELV_IO of ZQ4410 are 108");
+    expectAt("Iologic", 2076, "the design has 2077 I/O registers, and the 692 pins of ZQ4410 have 2076");
+    EXPECT_THAT(warningsOf(R"({"block": "Yond", "name": "y", "inputs": {"CPU_CORES": 3, "OCM_MEMORY_CORES": 5}})"),
+                testing::IsSupersetOf(
+                    {HasSubstr("group \"y\": CPU_CORES 3 is more than the 2 of a processing system"),
+                     HasSubstr("group \"y\": OCM_MEMORY_CORES 5 is more than the 4 of a processing system")}));
+}
+
+TEST(PhysicsOfGroups, WidthsAndControllersThatCantBe)
+{
+    const auto bram = [](const char* inputs) {
+        return warningsOf(std::string(R"({"block": "Bram", "name": "b", "inputs": {)") + inputs + "}}");
+    };
+    EXPECT_THAT(bram(R"("MODE": "BLKM18", "PORT_A_BIT_WIDTH": 36)"),
+                Contains("group \"b\": PORT_A_BIT_WIDTH 36 in mode BLKM18, whose ports have at most 18 bits"));
+    EXPECT_THAT(bram(R"("MODE": "BLKM36", "PORT_B_BIT_WIDTH": 72)"), Contains(HasSubstr("at most 36 bits")));
+    EXPECT_THAT(bram(R"("MODE": "BLKM36", "PORT_B_BIT_WIDTH": 36)"), Each(Not(HasSubstr("bits"))));
+    const auto wist = [](const char* channels) {
+        return warningsOf(std::string(R"({"block": "Wist", "name": "w", "inputs": {"WIST_MODE_A1": "WIST_PS",
+                                         "PCI_CHANNELS": )") +
+                          channels + "}}");
+    };
+    EXPECT_THAT(wist("1"),
+                Contains("group \"w\": WIST_MODE_A1 WIST_PS counts for nothing: PCI_CHANNELS 1 leaves A1 unused"));
+    EXPECT_THAT(wist("2"), Each(Not(HasSubstr("counts for nothing"))));
+}
+
 TEST(PhysicsOfGroups, NibblesHaveSixIosAtMost)
 {
     const auto estimateNibble = [](int rx, int tx, int both) {
@@ -220,7 +273,8 @@ TEST(PhysicsOfGroups, DmaWithoutAClock)
 TEST(PhysicsOfGroups, WritesThatNeverHappen)
 {
     const auto bram = [](const char* inputs) {
-        return warningsOf(std::string(R"({"block": "Bram", "name": "b", "inputs": {"CASCADE_GROUP_SIZE": 1, )") +
+        return warningsOf(std::string(R"({"block": "Bram", "name": "b", "inputs": {"CASCADE_GROUP_SIZE": 1,
+                                         "PORT_A_BIT_WIDTH": 72, "PORT_B_BIT_WIDTH": 72, )") +
                           inputs + "}}");
     };
     EXPECT_THAT(bram(R"("MODE": "BLKM36SDP", "PORT_A_WRITE_ENABLE": 0.25, "PORT_B_WRITE_ENABLE": 0)"),

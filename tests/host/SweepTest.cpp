@@ -1,8 +1,17 @@
 #include "Designs.h"
+#include "Sweeps.h"
 #include "Tool.h"
 
 #include "host/base/Json.h"
-#include "host/report/SweepReport.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <sstream>
+#include <thread>
 
 namespace zelm::test::sweepTest {
 
@@ -22,22 +31,17 @@ std::string designText(const std::string& ambient, const std::string& memories, 
            memories + R"(, "MODE": "BLKM18"}}]})";
 }
 
-std::string sweep(const std::string& file, const std::vector<std::string>& variations, SweepFormat format)
-{
-    return sweepReport(zelm::host::sweep(file, variations, std::chrono::hours(1)), format);
-}
-
 class SweepTest : public testing::Test {
 protected:
     Json swept(const std::vector<std::string>& variations) const
     {
-        return Json::parse(sweep(m_file, variations, SweepFormat::json));
+        return Json::parse(sweepText(m_file, variations, SweepFormat::json));
     }
 
     std::string messageOf(const std::vector<std::string>& variations) const
     {
         try {
-            sweep(m_file, variations, SweepFormat::table);
+            sweepText(m_file, variations, SweepFormat::table);
         } catch (const Error& error) {
             return error.what();
         }
@@ -108,8 +112,11 @@ TEST_F(SweepTest, MistakesAreTold)
     EXPECT_THAT(messageOf({"rails.VCCINT"}), HasSubstr("--vary rails.VCCINT: expected PATH="));
     EXPECT_THAT(messageOf({"rails.VCCINT=1:2:0"}), HasSubstr("a step that isn't 0"));
     EXPECT_THAT(messageOf({"rails.VCCINT=1:2:-1"}), HasSubstr("the step doesn't lead"));
-    EXPECT_THAT(messageOf({"rails.VCCINT=0:1:1e-7"}), HasSubstr("more than 100000 values"));
-    EXPECT_THAT(messageOf({"rails.VCCINT=0:1:1e-4", "rails.VCCRAM=0:1:1e-4"}), HasSubstr("more than 100000 points"));
+    EXPECT_THAT(messageOf({"rails.VCCINT=0:1:1e-17"}), HasSubstr("more values than anybody can wait for"));
+    EXPECT_THAT(messageOf({"rails.VCCINT=0:1:1e-14", "rails.VCCRAM=0:1:1e-14"}),
+                HasSubstr("more points than can be counted"));
+    EXPECT_THAT(messageOf({"environment=1", "environment.thetaJA=1"}), HasSubstr("isn't a field of an object"));
+    EXPECT_THAT(messageOf({"environment.thetaJA=1", "environment=1"}), HasSubstr("isn't a field of an object"));
     EXPECT_THAT(messageOf({"rails.VCCINT=1,,2"}), HasSubstr("a value is empty"));
     EXPECT_THAT(messageOf({"groups[line bufers].count=1"}), HasSubstr("did you mean line buffers?"));
     EXPECT_THAT(messageOf({"groups[7].count=1"}), HasSubstr("\"groups\" has no element 7"));
@@ -123,16 +130,101 @@ TEST_F(SweepTest, MistakesAreTold)
 TEST_F(SweepTest, TableAndCsvSayWhatBreaksAndRunsAway)
 {
     const std::vector<std::string> variations{"environment.ambientTemperature=-20,50", "environment.thetaJA=1,40"};
-    const std::string table = sweep(m_file, variations, SweepFormat::table);
+    const std::string table = sweepText(m_file, variations, SweepFormat::table);
     EXPECT_THAT(table, HasSubstr("kept"));
     EXPECT_THAT(table, HasSubstr("BROKEN: total power"));
     EXPECT_THAT(table, HasSubstr("runaway"));
-    const std::string csv = sweep(m_file, variations, SweepFormat::csv);
+    const std::string csv = sweepText(m_file, variations, SweepFormat::csv);
     EXPECT_EQ(csv.substr(0, csv.find('\n')), "environment.ambientTemperature,environment.thetaJA,process,dynamic_w,"
                                              "static_w,total_w,junction_c,settles,budgets_broken");
     EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 1 + 4 * 2);
     EXPECT_THAT(csv, HasSubstr("\n-20,1,TYP,"));
     EXPECT_THAT(csv, HasSubstr(",no,total power\n"));
+}
+
+// Each thread keeps a design at work, whose order of changes differs with the number of threads.
+TEST_F(SweepTest, ResultsDontDependOnThreads)
+{
+    const std::vector<std::string> variations{"environment.ambientTemperature=-20:60:2",
+                                              "groups[line buffers].inputs.NUM_BRAMS=1,8,500", "rails.VCCINT=0.8,0.82"};
+    const std::string one = sweepText(m_file, variations, SweepFormat::json, 1);
+    EXPECT_EQ(Json::parse(one).size(), 41u * 3 * 2);
+    for (const unsigned jobs : {2u, 3u, 16u})
+        EXPECT_EQ(sweepText(m_file, variations, SweepFormat::json, jobs), one) << jobs << " threads";
+}
+
+TEST_F(SweepTest, TheFirstPointThatFailsIsToldAndThoseBeforeItStand)
+{
+    std::string list = "groups[line buffers].inputs.NUM_BRAMS=";
+    for (int i = 1; i <= 100; ++i)
+        list += std::to_string(i) + ",";
+    std::string text;
+    try {
+        printSweep(Sweep(m_file, {list + "-1,-2,-3"}), {2, std::chrono::hours(1), Gaps::refused}, SweepFormat::csv,
+                   Paint(), [&](std::string_view more) { text += more; });
+        FAIL() << "no error";
+    } catch (const Error& error) {
+        EXPECT_THAT(error.what(), HasSubstr("(at groups[line buffers].inputs.NUM_BRAMS = -1)"));
+    }
+    EXPECT_THAT(text, HasSubstr("\n90,TYP,")); // threads take some points at once
+    EXPECT_EQ(text.back(), '\n');
+}
+
+TEST_F(SweepTest, TablesWithoutEndKeepTheirColumns)
+{
+    const std::string table = sweepText(m_file, {"environment.ambientTemperature=20:50:0.02"}, SweepFormat::table);
+    std::size_t points = 0;
+    std::size_t place = 0;
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t here = line.find("W ");
+        if (here == std::string::npos)
+            continue;
+        ++points;
+        if (place == 0)
+            place = here;
+        EXPECT_EQ(here, place) << line;
+    }
+    EXPECT_EQ(points, 1501u);
+}
+
+TEST_F(SweepTest, WarningsCountIfTheyAreToCount)
+{
+    const auto codeOf = [&](const std::string& options) {
+        return m_scratch.run("sweep " + m_file + " --vary rails.VCCINT=" + options).code;
+    };
+    EXPECT_EQ(codeOf("0.8,0.2"), 0);
+    EXPECT_EQ(codeOf("0.8,0.2 --strict"), 1); // 0.2 V is outside what the rail allows
+    EXPECT_EQ(codeOf("0.8 --strict"), 0);
+    EXPECT_EQ(codeOf("0.8 --jobs 0"), 2);
+}
+
+// A sweep of more points than anybody waits for ends when it is told to, with a whole line.
+TEST_F(SweepTest, AnInterruptLeavesWholeLines)
+{
+    const std::string out = m_scratch.path("rows.csv");
+    const int descriptor = ::open(out.c_str(), O_CREAT | O_WRONLY, 0600);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::dup2(descriptor, STDOUT_FILENO);
+        ::execl(ZELM_TOOL, "zelm", "sweep", m_file.c_str(), "--csv", "--vary",
+                "environment.ambientTemperature=20:50:1e-9", nullptr);
+        ::_exit(99);
+    }
+    while (std::filesystem::file_size(out) < 20000 && ::waitpid(child, nullptr, WNOHANG) == 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    ::kill(child, SIGINT);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ::close(descriptor);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 128 + SIGINT);
+    const std::string text = Scratch::read(out);
+    ASSERT_GE(text.size(), 20000u);
+    EXPECT_EQ(text.back(), '\n');
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        ASSERT_EQ(std::count(line.begin(), line.end(), ','), 7) << line;
 }
 
 TEST_F(SweepTest, OverTheProcessEachPointIsItsOwnSide)
@@ -141,11 +233,11 @@ TEST_F(SweepTest, OverTheProcessEachPointIsItsOwnSide)
     ASSERT_LT(both.sides[0].totalWatts, 4.0); // the budget lies between the sides
     ASSERT_GT(both.sides[1].totalWatts, 4.0);
     const std::vector<std::string> variation{"device.process=TYP,MAX"};
-    const std::string csv = sweep(m_file, variation, SweepFormat::csv);
+    const std::string csv = sweepText(m_file, variation, SweepFormat::csv);
     EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 1 + 2) << csv;
     EXPECT_THAT(csv, testing::ContainsRegex("\nTYP,TYP,[^\n]*,yes,\n"));
     EXPECT_THAT(csv, testing::ContainsRegex("\nMAX,MAX,[^\n]*,yes,total power\n"));
-    const std::string table = sweep(m_file, variation, SweepFormat::table);
+    const std::string table = sweepText(m_file, variation, SweepFormat::table);
     EXPECT_THAT(table, testing::ContainsRegex("\nTYP [^\n]* C +kept *\n"));
     EXPECT_THAT(table, testing::ContainsRegex("\nMAX [^\n]* C +BROKEN: total power *\n"));
     const Json points = swept(variation);

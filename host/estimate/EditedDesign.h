@@ -1,0 +1,32 @@
+#pragma once
+
+#include "host/base/JsonFwd.h"
+#include "host/estimate/RunningDesign.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zelm::host {
+
+/// A design file at work: values are set by their places, and only what they reach is read and computed again.
+class EditedDesign {
+public:
+    /// The places are paths as messages write them; an Error, without the path, says what is wrong with one.
+    EditedDesign(const Json& root, const JsonSource& source, const std::vector<std::string>& places, Gaps gaps);
+    ~EditedDesign();
+    EditedDesign(EditedDesign&&) noexcept;
+
+    /// Sets the value of the place of that index.
+    void set(std::size_t place, const Json& value);
+    const Estimate& estimate();
+
+private:
+    struct Tree;
+    void read();
+
+    std::unique_ptr<Tree> m_tree;
+};
+
+} // namespace zelm::host
