@@ -1,14 +1,21 @@
 #include "host/estimate/Estimate.h"
 
+#include "host/base/Error.h"
 #include "host/base/Files.h"
 #include "host/base/Json.h"
 #include "host/base/Terminal.h"
+#include "host/base/Text.h"
+#include "host/base/Units.h"
 #include "host/blocks/DataLines.h"
 #include "host/commands/Command.h"
+#include "host/estimate/Modes.h"
 #include "host/report/Report.h"
+#include "host/report/SubtotalsReport.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace zelm::host {
@@ -41,6 +48,40 @@ void sayBrokenBudgets(const Estimate& estimate)
     }
 }
 
+std::optional<SubtotalsWish> wishOf(const std::optional<std::string>& by, const std::optional<std::string>& top,
+                                    const std::optional<std::string>& sort)
+{
+    if (!by) {
+        if (top || sort)
+            throw Error(fmt::format("{} needs --by", top ? "--top" : "--sort"));
+        return std::nullopt;
+    }
+    SubtotalsWish wish{byWord(*by)};
+    if (top) {
+        const std::optional<double> count = plainNumber(*top);
+        constexpr double most = 1e9;
+        if (!count || *count < 1.0 || *count > most || *count != std::floor(*count))
+            throw Error(fmt::format("--top {}: expected a whole number from 1", abbreviated(*top)));
+        wish.top = static_cast<std::size_t>(*count);
+    }
+    if (sort) {
+        const std::vector<std::string> known{"watts", "groups", "name", "design"};
+        if (std::find(known.begin(), known.end(), *sort) == known.end())
+            throw Error(
+                fmt::format("--sort {}: expected {}{}", abbreviated(*sort), orList(known), suggestion(*sort, known)));
+        wish.sort = *sort == "design" ? "" : *sort;
+    } else if (wish.by == By::in && !top)
+        wish.sort = ""; // levels below each other
+    return wish;
+}
+
+std::string subtotalsReport(const Estimate& estimate, const SubtotalsWish& wish, bool json, bool csv)
+{
+    return json  ? jsonText(subtotalsJson(estimate, wish))
+           : csv ? subtotalsCsv(estimate, wish)
+                 : subtotalsTable(estimate, wish);
+}
+
 } // namespace
 
 Action declareEstimate(Options& options)
@@ -54,16 +95,27 @@ Action declareEstimate(Options& options)
     const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
     const bool& keepGoing =
         options.flag("--keep-going", "Warn of inputs that have no row in the data, and estimate the rest");
+    const bool& startUp =
+        options.flag("--start-up", "Add how the junction warms up from ambient; needs thermal stages");
     const std::optional<std::string>& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
+    const std::optional<std::string>& by =
+        options.value("--by", "WHAT", "Only what groups add up to, by in (the hierarchy), block, rail or clock");
+    const std::optional<std::string>& top = options.value("--top", "COUNT", "With --by, the first so many");
+    const std::optional<std::string>& sort =
+        options.value("--sort", "ORDER", "With --by, by watts, groups, name or design; else by watts");
     return [&](Run& run) {
+        const std::optional<SubtotalsWish> wish = wishOf(by, top, sort);
         const Design read = readDesign(design);
         checkReports(design, read, {&html, &junit});
         const bool drawn = json || html;
-        const Estimate result =
+        Estimate result =
             estimate(read, drawn ? Curves::drawn : Curves::none, keepGoing ? Gaps::warned : Gaps::refused);
-        run.out += json  ? jsonText(jsonReport(result))
-                   : csv ? csvReport(result)
-                         : textReport(result, run.verbose, Paint(takesColour(stdout)));
+        if (startUp)
+            addStartUp(result);
+        run.out += wish   ? subtotalsReport(result, *wish, json, csv)
+                   : json ? jsonText(jsonReport(result))
+                   : csv  ? csvReport(result)
+                          : textReport(result, run.verbose, Paint(takesColour(stdout)));
         if (html)
             writeFile(*html, htmlReport(result));
         if (junit)

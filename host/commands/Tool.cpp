@@ -58,6 +58,13 @@ const unsigned& Options::count(const std::string& name, const std::string& descr
     return m_counts.back();
 }
 
+const std::optional<std::string>& Options::value(const std::string& name, const std::string& what,
+                                                 const std::string& description)
+{
+    m_command->add_option(name, m_optionals.emplace_back(), description)->type_name(what);
+    return m_optionals.back();
+}
+
 const std::string& Options::required(const std::string& name, const std::string& description)
 {
     m_command->add_option(name, m_texts.emplace_back(), description)->required();
@@ -89,8 +96,8 @@ void Options::exclude(const std::string& one, const std::string& other)
 namespace {
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check); 2 a mistake, told\n"
-    "on standard error";
+    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check), or a file isn't in form\n"
+    "(format --check); 2 a mistake, told on standard error";
 
 std::string footer(const std::string& example)
 {

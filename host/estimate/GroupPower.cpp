@@ -146,7 +146,8 @@ GroupResult powerOf(Running& group, const Design& design, const RailVolts& rails
         complete = false;
         teller.tell(group, row);
     }
-    GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, true};
+    GroupResult result{group.name, group.block, group.count, inputsOf(group), {},
+                       0.0,        0.0,         true,        group.in,        group.clock};
     for (const ZelmCellInfo& output : group.block->cells) {
         const auto kind = output.goes.kind;
         if (kind != zelm::Destination::Kind::rail && kind != zelm::Destination::Kind::offchip)

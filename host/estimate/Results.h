@@ -1,9 +1,12 @@
 #pragma once
 
 #include "host/design/Design.h"
+#include "host/estimate/ModeResults.h"
 #include "host/estimate/OperatingPoint.h"
 #include "host/estimate/Origin.h"
+#include "host/estimate/SupplyResults.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +40,8 @@ struct GroupResult {
     double watts = 0.0;        ///< on the chip, all rails
     double offchipWatts = 0.0; ///< burnt outside the device; negative where the standard's formulas say so
     bool onlyCarries = false;  ///< works out inputs of other groups: nothing that it yields loads a rail
+    std::string in{};          ///< its place in the hierarchy
+    std::string clock{};       ///< the group of Clock that clocks it, itself for one of those
 };
 
 struct RailResult {
@@ -92,6 +97,8 @@ struct Side {
     double totalWatts = 0.0;
     std::optional<double> highestAmbient;
     std::optional<double> largestThetaJA;
+    std::optional<SupplyTree> supplies;           ///< if the design has any
+    std::vector<WarmingUp> startUp;               ///< empty unless asked for
     std::vector<std::pair<double, double>> curve; ///< total watts by junction temperature; empty unless drawn
 
     /// Null if nothing loads the rail.
@@ -140,6 +147,8 @@ struct Estimate {
     std::vector<Utilisation> utilisation;
     std::vector<BudgetResult> budgets;
     std::vector<Carried> carried;
+    std::optional<Period> period;          ///< if the design has modes
+    std::map<std::string, int> usedCounts; ///< of the static power model, by cell
     std::vector<std::string> warnings;
     double dynamicWatts = 0.0;
     double offchipWatts = 0.0;

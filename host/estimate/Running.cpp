@@ -7,7 +7,8 @@
 namespace zelm::host {
 
 Running::Running(const Block& ofBlock, const Group& group, const std::string& asName)
-    : name(asName), block(&ofBlock), count(group.count), place(group.place), instance(ofBlock.create()),
+    : name(asName), block(&ofBlock), count(group.count), place(group.place), in(group.in),
+      clock(group.block->name == "Clock" ? group.name : group.clock), instance(ofBlock.create()),
       origins(ofBlock.cells.size())
 {
     for (const auto& [cellName, value] : group.inputs) {

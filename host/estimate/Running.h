@@ -18,6 +18,8 @@ struct Running {
     const Block* block = nullptr;
     int count = 1;
     std::string place; ///< the group's path in the design
+    std::string in;    ///< its place in the hierarchy
+    std::string clock; ///< the group of Clock that clocks it, itself for one of those
     std::unique_ptr<Instance> instance;
     std::vector<std::optional<Origin>> origins; ///< of the inputs that are set, by their place among the block's cells
     std::vector<MissingRow> missingRows;
