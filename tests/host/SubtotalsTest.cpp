@@ -7,7 +7,8 @@
 #include "host/report/Report.h"
 #include "host/report/SubtotalsReport.h"
 
-using namespace zelm::test;
+namespace zelm::test::subtotalsTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -155,3 +156,5 @@ TEST(Subtotals, WantPathsWithNames)
 }
 
 } // namespace
+
+} // namespace zelm::test::subtotalsTest

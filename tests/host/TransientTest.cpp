@@ -6,7 +6,8 @@
 #include <cmath>
 #include <numeric>
 
-using namespace zelm::test;
+namespace zelm::test::transientTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -231,3 +232,5 @@ TEST(Transient, TheTableOfStaticPowerIsAsGoodAsItsNumbers)
 }
 
 } // namespace
+
+} // namespace zelm::test::transientTest
