@@ -8,7 +8,8 @@
 
 #include <fmt/format.h>
 
-using namespace zelm::test;
+namespace zelm::test::modesTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 using testing::Not;
@@ -416,3 +417,5 @@ TEST(Modes, TheSettingThatCantBeIsBlamed)
 }
 
 } // namespace
+
+} // namespace zelm::test::modesTest

@@ -7,7 +7,8 @@
 #include <limits>
 #include <numeric>
 
-using namespace zelm::test;
+namespace zelm::test::transientTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -247,3 +248,5 @@ TEST(Transient, TheTableOfStaticPowerIsAsGoodAsItsNumbers)
 }
 
 } // namespace
+
+} // namespace zelm::test::transientTest
