@@ -59,8 +59,8 @@ void editExample(benchmark::State& state, const std::string& name, const std::st
 BENCHMARK_CAPTURE(estimateExample, first, "first", Curves::none)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(estimateExample, vision, "vision", Curves::none)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(estimateExample, vision_with_curves, "vision", Curves::drawn)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(editExample, vision_junction_given, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1, 0.2,
-                  true)
+BENCHMARK_CAPTURE(editExample, vision_junction_given, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1,
+                  0.2, true)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(editExample, vision_junction_solved, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1,
                   0.2, false)

@@ -53,9 +53,8 @@ void Dependencies::note()
     ++m_version;
     if (!frame.readsOther) { // it stopped early
         const auto read = m_log.begin() + frame.next;
-        m_lostOperands = m_lostOperands || std::any_of(read, before + operands.size, [&](Node old) {
-                             return std::find(before, read, old) == read;
-                         });
+        m_lostOperands = m_lostOperands || std::any_of(read, before + operands.size,
+                                                       [&](Node old) { return std::find(before, read, old) == read; });
         operands.size = frame.next - operands.first;
         return;
     }

@@ -16,7 +16,8 @@ constexpr Command kCommands[] = {
      declareCalc},
     {"parts", "List devices, packages, grades and resources", "zelm parts", declareParts},
     {"standards", "List I/O standards by kind of bank", "zelm standards --json", declareStandards},
-    {"schema", "Print the JSON Schema of design files", "zelm schema > design.schema.json", declareSchema},
+    {"schema", "Print the JSON Schema of design files, or of the output", "zelm schema > design.schema.json",
+     declareSchema},
     {"check-data", "Tell whether a data directory is whole", "zelm check-data my/data", declareCheckData},
     {"docs", "Write the reference of all cells as Markdown", "zelm docs docs/cells", declareDocs},
 };

@@ -8,6 +8,10 @@
 
 namespace zelm::host {
 
+/// The version of what commands print as JSON, whose first field "format" is: it grows when a field changes its name or
+/// meaning, not when one is added.
+inline constexpr int kJsonFormat = 1;
+
 /// JSON as the tool prints it: indented, with a newline at the end. Bytes that aren't UTF-8 are replaced.
 std::string jsonText(const Json& json);
 /// The same on one line, for other programs.

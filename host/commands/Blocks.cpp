@@ -15,7 +15,7 @@ std::string listBlocks(bool json)
         for (const Block& b : blocks())
             list.push_back(
                 {{"block", b.name}, {"subsystem", b.subsystem}, {"title", b.title}, {"cells", b.cells.size()}});
-        return jsonText(list);
+        return jsonText({{"format", kJsonFormat}, {"blocks", std::move(list)}});
     }
     TextTable table({"Block", "Subsystem", "Cells", "What it is"});
     for (const Block& b : blocks())

@@ -80,7 +80,7 @@ std::string asJson(const Block& block, const Instance& instance, const Given& gi
             entry["origin"] = from;
         list.push_back(std::move(entry));
     }
-    return jsonText(list);
+    return jsonText({{"format", kJsonFormat}, {"block", block.name}, {"cells", std::move(list)}});
 }
 
 std::string asTable(const Block& block, const Instance& instance, const Given& given, bool bits)

@@ -53,7 +53,7 @@ std::string listCells(const std::string& blockName, bool inputs, bool json)
         list.push_back(std::move(entry));
     }
     if (json)
-        return jsonText(list);
+        return jsonText({{"format", kJsonFormat}, {"block", b.name}, {"cells", std::move(list)}});
     std::string text = table.text();
     const auto known = uncertainties();
     if (const auto of = known.find(b.name); of != known.end() && !of->second.empty()) {

@@ -88,7 +88,8 @@ Action declareEstimate(Options& options)
 {
     const std::string& design = options.required("design", "The design file (JSON)");
     const bool& json = options.flag("--json", "Print JSON");
-    const bool& csv = options.flag("--csv", "Print CSV");
+    const std::string& csv =
+        options.flagOf("--csv", csvTables(), "Print CSV; with the name of a table, that table alone");
     options.exclude("--csv", "--json");
     const std::optional<std::string>& html = options.text("--html", "Write a self-contained HTML report to this file");
     const bool& check = options.flag("--check", "End with exit code 1 if a budget is broken");
@@ -112,15 +113,15 @@ Action declareEstimate(Options& options)
             estimate(read, drawn ? Curves::drawn : Curves::none, keepGoing ? Gaps::warned : Gaps::refused);
         if (startUp)
             addStartUp(result);
-        run.out += wish   ? subtotalsReport(result, *wish, json, csv)
-                   : json ? jsonText(jsonReport(result))
-                   : csv  ? csvReport(result)
-                          : textReport(result, run.verbose, Paint(takesColour(stdout)));
+        run.out += wish           ? subtotalsReport(result, *wish, json, !csv.empty())
+                   : json         ? jsonText(jsonReport(result))
+                   : !csv.empty() ? (csv == "true" ? csvReport(result) : csvTable(result, csv))
+                                  : textReport(result, run.verbose, Paint(takesColour(stdout)));
         if (html)
             writeFile(*html, htmlReport(result));
         if (junit)
             writeFile(*junit, junitReport(result));
-        if (json || csv) {
+        if (json || !csv.empty()) {
             for (const std::string& warning : result.warnings)
                 complain("warning: " + warning);
         }

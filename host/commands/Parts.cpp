@@ -72,7 +72,7 @@ std::string listParts(bool json)
         if (const auto missing = notModelled(resources); !missing.empty())
             text += fmt::format("  not modelled: {}\n", fmt::join(missing, "; "));
     }
-    return json ? jsonText(list)
+    return json ? jsonText({{"format", kJsonFormat}, {"parts", std::move(list)}})
                 : text + "A part is device_package_speed_voltage_temperature_screen: e extended, i industrial, m "
                          "military; S standard, L low power screen.\n";
 }

@@ -2,13 +2,15 @@
 
 #include "host/base/Json.h"
 #include "host/commands/Command.h"
+#include "host/report/OutputSchema.h"
 
 namespace zelm::host {
 
-Action declareSchema(Options&)
+Action declareSchema(Options& options)
 {
-    return [](Run& run) {
-        run.out += jsonText(designSchema());
+    const bool& output = options.flag("--output", "The schema of what the commands print with --json instead");
+    return [&output](Run& run) {
+        run.out += jsonText(output ? outputSchema() : designSchema());
         return kSuccess;
     };
 }

@@ -20,7 +20,7 @@ std::string listStandards(bool json)
                             {"standard", standard.name},
                             {"pins", isPair(standard.name) ? 2 : 1},
                             {"volts", isUnset(standard.volts) ? Json() : Json(shortest(standard.volts))}});
-        return jsonText(list);
+        return jsonText({{"format", kJsonFormat}, {"standards", std::move(list)}});
     }
     TextTable table({"Bank", "Direction", "Standard", "Pins", "VCCO"});
     for (const IoStandard& standard : ioStandards())

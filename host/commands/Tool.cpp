@@ -45,9 +45,24 @@ const bool& Options::flag(const std::string& name, const std::string& descriptio
     return m_flags.back();
 }
 
+const std::string& Options::flagOf(const std::string& name, const std::vector<std::string>& words,
+                                   const std::string& description)
+{
+    m_flagsOf.emplace_back(name, words);
+    m_command->add_flag(name, m_texts.emplace_back(), description);
+    return m_texts.back();
+}
+
 const std::optional<std::string>& Options::text(const std::string& name, const std::string& description)
 {
     m_command->add_option(name, m_optionals.emplace_back(), description)->type_name("FILE");
+    return m_optionals.back();
+}
+
+const std::optional<std::string>& Options::value(const std::string& name, const std::string& what,
+                                                 const std::string& description)
+{
+    m_command->add_option(name, m_optionals.emplace_back(), description)->type_name(what);
     return m_optionals.back();
 }
 
@@ -56,13 +71,6 @@ const unsigned& Options::count(const std::string& name, const std::string& descr
     constexpr unsigned most = 1024;
     m_command->add_option(name, m_counts.emplace_back(0), description)->check(CLI::Range(1u, most));
     return m_counts.back();
-}
-
-const std::optional<std::string>& Options::value(const std::string& name, const std::string& what,
-                                                 const std::string& description)
-{
-    m_command->add_option(name, m_optionals.emplace_back(), description)->type_name(what);
-    return m_optionals.back();
 }
 
 const std::string& Options::required(const std::string& name, const std::string& description)
@@ -235,6 +243,28 @@ public:
     explicit Unprinted(int error) : std::system_error(error, std::generic_category()) {}
 };
 
+// The command line, last word first as the parser wants it. A word behind a flag that may have one goes with it: the
+// parser would take it for an argument.
+std::vector<std::string> wordsOf(int argc, char** argv, const std::deque<Options>& options)
+{
+    std::vector<std::string> words;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        const bool joins = std::any_of(options.begin(), options.end(), [&](const Options& command) {
+            return std::any_of(command.flagsOf().begin(), command.flagsOf().end(), [&](const auto& flag) {
+                return !words.empty() && words.back() == flag.first &&
+                       std::find(flag.second.begin(), flag.second.end(), word) != flag.second.end();
+            });
+        });
+        if (joins)
+            words.back() += "=" + word;
+        else
+            words.push_back(word);
+    }
+    std::reverse(words.begin(), words.end());
+    return words;
+}
+
 int parseAndRun(int argc, char** argv, std::span<const Command> commands)
 {
     CLI::App app("Estimates the power of designs for Orvane devices.", "zelm");
@@ -267,7 +297,7 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
         app.add_subcommand("manual", "Print the man page, or what completes words in a shell")->group("");
     manual->add_option("form", form, "man, bash or zsh")->required()->check(CLI::IsMember({"man", "bash", "zsh"}));
     try {
-        app.parse(argc, argv);
+        app.parse(wordsOf(argc, argv, options));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) {
             complain(mistake(app, error) + " (--help tells more)");

@@ -126,6 +126,17 @@ std::int64_t roundedUpBy(std::int64_t number, std::int64_t divisor)
     return (number + divisor - 1) / divisor;
 }
 
+// What a group loads its clock with, by the rows of loads.
+std::vector<std::int64_t> loadsOf(const Group& group)
+{
+    std::vector<std::int64_t> loads;
+    for (const ClockLoad& load : clockLoads())
+        loads.push_back(isOfKind(group, load)
+                            ? std::int64_t{group.count} * std::get<int>(inputOf(group, load.cell)) * load.each
+                            : 0);
+    return loads;
+}
+
 // The loads of one of a clock's like nets, by input of the accounting.
 std::map<std::string_view, std::int64_t> loadsOf(const Design& design, const Group& clock)
 {
@@ -135,10 +146,9 @@ std::map<std::string_view, std::int64_t> loadsOf(const Design& design, const Gro
     for (const Group& group : design.groups) {
         if (group.clock != clock.name)
             continue;
-        for (const ClockLoad& load : clockLoads()) {
-            if (isOfKind(group, load))
-                loads[load.load] += std::int64_t{group.count} * std::get<int>(inputOf(group, load.cell)) * load.each;
-        }
+        const std::vector<std::int64_t> ofGroup = loadsOf(group);
+        for (std::size_t i = 0; i < ofGroup.size(); ++i)
+            loads[clockLoads()[i].load] += ofGroup[i];
     }
     for (auto& [cell, number] : loads)
         number = roundedUpBy(number, std::max(clock.count, 1));
@@ -365,12 +375,15 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
     return started;
 }
 
-std::vector<std::size_t> carriedInto(const Design& design, const Group& group)
+std::vector<std::size_t> carriedInto(const Design& design, const Group& before, const Group& after)
 {
+    const bool isClock = before.block->name == "Clock";
+    const bool otherLoads = before.clock != after.clock || loadsOf(before) != loadsOf(after);
     std::vector<std::size_t> reached;
     for (std::size_t i = 0; i < design.groups.size(); ++i) {
         const Group& other = design.groups[i];
-        if ((!group.clock.empty() && other.name == group.clock) || (!other.clock.empty() && other.clock == group.name))
+        const bool isItsClock = !other.name.empty() && (other.name == before.clock || other.name == after.clock);
+        if ((isClock && other.clock == before.name) || (otherLoads && isItsClock))
             reached.push_back(i);
     }
     return reached;

@@ -256,7 +256,7 @@ private:
     unsigned m_loads = 0; // of the data block
     std::unique_ptr<Instance> m_instance;
     std::vector<std::pair<const float*, const float*>> m_terms; // volts and amperes whose products make the watts
-    std::unordered_map<float, double> m_known; // static watts by junction temperature
+    std::unordered_map<float, double> m_known;                  // static watts by junction temperature
     std::optional<std::vector<std::string>> m_voltageWarnings;
 };
 

@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 namespace zelm::host {
 
@@ -27,6 +28,10 @@ Json jsonReport(const Estimate& estimate);
 /// One row per group and rail, then one per rail and process; supplies and modes are tables of their own below an empty
 /// line.
 std::string csvReport(const Estimate& estimate);
+/// The tables that a spreadsheet may want on their own: groups, rails, totals.
+std::vector<std::string> csvTables();
+/// One of them; an Error names them.
+std::string csvTable(const Estimate& estimate, const std::string& table);
 /// The budgets as JUnit's XML, for a CI.
 std::string junitReport(const Estimate& estimate);
 /// The estimate as one page that needs no network: tables, charts, every group's inputs.

@@ -97,7 +97,7 @@ std::string subtotalsCsv(const Estimate& estimate, const SubtotalsWish& wish)
 
 Json subtotalsJson(const Estimate& estimate, const SubtotalsWish& wish)
 {
-    Json json{{"name", estimate.design.name}, {"by", wordOf(wish.by)}};
+    Json json{{"format", kJsonFormat}, {"name", estimate.design.name}, {"by", wordOf(wish.by)}};
     addNumber(json, "dynamicWatts", estimate.dynamicWatts);
     json["subtotals"] = Json::array();
     for (const Subtotal& sum : wished(estimate, wish))

@@ -170,10 +170,11 @@ std::size_t printSweep(const Sweep& sweep, const SweepRun& options, SweepFormat 
         bool first = true;
         run([&](const SweepPoint& point) { return jsonEntry(sweep, point); },
             [&](std::span<const SweepPoint>, const std::string& text) {
-                print(first ? "[" + text.substr(1) : text);
+                print(first ? fmt::format("{{\n  \"format\": {},\n  \"points\": [{}", kJsonFormat, text.substr(1))
+                            : text);
                 first = false;
             });
-        print(Interrupt::signal() == 0 ? "\n]\n" : "\n"); // cut short it is no list, but whole lines
+        print(Interrupt::signal() == 0 ? "\n]\n}\n" : "\n"); // cut short it is no list, but whole lines
         break;
     }
     case SweepFormat::csv: {

@@ -214,7 +214,8 @@ TEST(CommandLine, CellsShowWhatIsLegalInInputs)
     const ToolRun result = scratch.run("cells Bram --inputs --json");
     ASSERT_EQ(result.code, 0) << result.err;
     std::map<std::string, std::string> legal;
-    for (const auto& cell : nlohmann::json::parse(result.out))
+    const auto json = nlohmann::json::parse(result.out);
+    for (const auto& cell : json.at("cells"))
         legal[cell.at("cell").get<std::string>()] = cell.at("legal").get<std::string>();
     EXPECT_EQ(legal["NUM_BRAMS"], "from 0");
     EXPECT_EQ(legal["PORT_A_CLOCK"], "from 0, usually up to 10000");

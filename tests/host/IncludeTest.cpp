@@ -151,7 +151,8 @@ TEST_F(IncludeTest, ParametersOfOtherFilesVary)
                                         .run("sweep " + file +
                                              " --json --vary parameters.left_lanes=4,6 --vary "
                                              "'groups[left/outer].inputs.PORT_A_CLOCK=100'")
-                                        .out);
+                                        .out)
+                            .at("points");
     ASSERT_EQ(points.size(), 2u);
     EXPECT_LT(points[0]["dynamicWatts"], points[1]["dynamicWatts"]);
 }

@@ -4,10 +4,12 @@
 #include "Tool.h"
 
 #include "host/base/Json.h"
+#include "host/base/Text.h"
 #include "host/report/Report.h"
 #include "host/report/SubtotalsReport.h"
 
-using namespace zelm::test;
+namespace zelm::test::subtotalsTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -154,4 +156,46 @@ TEST(Subtotals, WantPathsWithNames)
     EXPECT_EQ(messageOf("\"a/a/a/a/a/a/a/a/a/a/a/a/a/a/a/a\""), "no error");
 }
 
+// The fields of a CSV row without quotes.
+std::vector<std::string> rowOf(const std::string& table, const std::string& start)
+{
+    const std::size_t at = table.find("\n" + start) + 1;
+    return split(table.substr(at, table.find('\n', at) - at), ',');
+}
+
+TEST(CsvTables, StandAlone)
+{
+    const Estimate estimate = estimateOf(kDesign);
+    EXPECT_EQ(csvTables(), (std::vector<std::string>{"groups", "rails", "totals"}));
+    const std::vector<std::string> taps = rowOf(csvTable(estimate, "groups"), "taps,");
+    const GroupResult& group = groupOf(estimate, "taps");
+    ASSERT_EQ(taps.size(), 8u);
+    EXPECT_EQ(taps[3] + " " + taps[4] + " " + taps[5], "datapath/fir core " + std::string(group.contributions[0].rail));
+    EXPECT_EQ(std::stod(taps[6]), group.contributions[0].watts);
+    const std::vector<std::string> core = rowOf(csvTable(estimate, "rails"), ",VCCINT,");
+    ASSERT_EQ(core.size(), 9u);
+    EXPECT_EQ(std::stod(core[4]), estimate.side().rail("VCCINT")->dynamicWatts);
+    const std::vector<std::string> total = rowOf(csvTable(estimate, "totals"), ",");
+    ASSERT_EQ(total.size(), 6u);
+    EXPECT_EQ(std::stod(total[2]), estimate.dynamicWatts);
+    EXPECT_EQ(std::stod(total[4]), estimate.side().totalWatts);
+}
+
+TEST(CsvTables, AreAskedForBehindTheFlag)
+{
+    const Scratch scratch;
+    const std::string file = scratch.write("d.json", kDesign);
+    const std::string groups = scratch.run("estimate " + file + " --csv groups").out;
+    EXPECT_THAT(groups, testing::StartsWith("group,block,count,in,clock,rail,dynamic_w,dynamic_a\n"));
+    EXPECT_EQ(scratch.run("estimate --csv groups " + file).out, groups);
+    EXPECT_EQ(scratch.run("estimate --csv=groups " + file).out, groups);
+    EXPECT_THAT(scratch.run("estimate " + file + " --csv").out, testing::StartsWith("kind,process,name,"));
+    EXPECT_THAT(scratch.run("estimate --csv " + file).out, testing::StartsWith("kind,process,name,"));
+    const ToolRun wrong = scratch.run("estimate " + file + " --csv=group");
+    EXPECT_EQ(wrong.code, 2);
+    EXPECT_THAT(wrong.err, HasSubstr("--csv group: there is no such table; did you mean groups"));
+}
+
 } // namespace
+
+} // namespace zelm::test::subtotalsTest

@@ -251,16 +251,17 @@ TEST(Parameters, Vary)
     };
     for (const char* variation : {"parameters.fclk=100:400:50", "parameters.fclk=100MHz:400MHz:50MHz",
                                   "parameters.fclk=100:0.4GHz:50", "parameters.fclk=100,150,200,250,300,350,400"}) {
-        const Json points = Json::parse(swept(variation));
+        const Json points = Json::parse(swept(variation)).at("points");
         ASSERT_EQ(points.size(), 7u) << variation;
         EXPECT_EQ(points[3]["settings"]["parameters.fclk [MHz]"], 250) << variation;
         EXPECT_EQ(points[3]["dynamicWatts"], expected("125", "4")) << variation;
     }
-    EXPECT_EQ(Json::parse(swept("parameters.n=8,9"))[1]["dynamicWatts"], expected("161", "9"));
-    const Json rails = Json::parse(swept("rails.VCCINT=780mV,0.78"));
+    EXPECT_EQ(Json::parse(swept("parameters.n=8,9"))["points"][1]["dynamicWatts"], expected("161", "9"));
+    const Json rails = Json::parse(swept("rails.VCCINT=780mV,0.78")).at("points");
     EXPECT_EQ(rails[0]["settings"]["rails.VCCINT"], "780mV");
     EXPECT_EQ(rails[0]["dynamicWatts"], rails[1]["dynamicWatts"]);
-    EXPECT_EQ(Json::parse(swept("groups[0].inputs.PORT_A_CLOCK=100:200:100"))[0]["dynamicWatts"], expected("100", "4"));
+    EXPECT_EQ(Json::parse(swept("groups[0].inputs.PORT_A_CLOCK=100:200:100"))["points"][0]["dynamicWatts"],
+              expected("100", "4"));
     EXPECT_THROW(swept("parameters.fclk=100V:200V:10V"), Error);
     EXPECT_THROW(swept("parameters.fclk=100MHZ:200:10"), Error);
 }

@@ -84,4 +84,32 @@ for template in ("blank", "controller", "network", "radio", "vision"):
     text = subprocess.run([sys.argv[1], "new", "--template", template], check=True, capture_output=True, text=True).stdout
     problems = [f"{'/'.join(map(str, e.path))}: {e.message[:200]}" for e in validator.iter_errors(json.loads(without_comments(text)))]
     assert not problems, f"zelm new --template {template}: {problems}"
+# What the commands print with --json, against the schema that the tool gives for that.
+output = json.loads(subprocess.run([sys.argv[1], "schema", "--output"], check=True, capture_output=True).stdout)
+jsonschema.Draft202012Validator.check_schema(output)
+
+
+def check_output(name, *arguments):
+    printed = json.loads(subprocess.run([sys.argv[1], *arguments, "--json"], check=True, capture_output=True).stdout)
+    one = jsonschema.Draft202012Validator({"$defs": output["$defs"], "$ref": "#/$defs/" + name})
+    problems = [f"{'/'.join(map(str, e.path))}: {e.message[:200]}" for e in one.iter_errors(printed)]
+    assert not problems, f"{' '.join(arguments)}: {problems[:5]}"
+    assert printed["format"] == 1 and jsonschema.Draft202012Validator(output).is_valid(printed), arguments
+    for field in printed:
+        without = {key: value for key, value in printed.items() if key != field}
+        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty"), f"{name}: {field} may be missing"
+    assert not one.is_valid({**printed, "format": 2}), f"{name}: another format is accepted"
+    assert not one.is_valid({**printed, "another": 1}), f"{name}: another field is accepted"
+
+
+for path in sys.argv[2:]:
+    check_output("estimate", "estimate", path)
+for by in ("in", "block", "rail", "clock"):
+    check_output("estimateBy", "estimate", sys.argv[2], "--by", by)
+check_output("sweep", "sweep", sys.argv[2], "--vary", "environment.ambientTemperature=20,40")
+for block in subprocess.run([sys.argv[1], "blocks"], check=True, capture_output=True, text=True).stdout.split("\n")[2:-1]:
+    check_output("cells", "cells", block.split()[0])
+check_output("calc", "calc", "Bram", "--bits")
+for name in ("blocks", "parts", "standards"):
+    check_output(name, name)
 print(f"{len(sys.argv) - 2} designs are valid, and mistakes in them are not")

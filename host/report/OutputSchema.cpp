@@ -1,0 +1,243 @@
+#include "host/report/OutputSchema.h"
+
+#include "host/base/Json.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zelm::host {
+
+namespace {
+
+Json ofType(const char* type)
+{
+    return {{"type", type}};
+}
+
+// A number, or null with the reason in a field beside it.
+Json amount()
+{
+    return {{"type", {"number", "null"}}};
+}
+
+Json listOf(Json items)
+{
+    return {{"type", "array"}, {"items", std::move(items)}};
+}
+
+using Properties = std::vector<std::pair<const char*, Json>>;
+
+// All of the first are there, the others may be. What is null has a field of its name with "Reason" behind it.
+Json object(const Properties& always, const Properties& sometimes = {})
+{
+    Json properties = Json::object();
+    Json required = Json::array();
+    for (const auto& [name, schema] : always) {
+        properties[name] = schema;
+        required.push_back(name);
+    }
+    for (const auto& [name, schema] : sometimes)
+        properties[name] = schema;
+    return {{"type", "object"},
+            {"properties", std::move(properties)},
+            {"required", std::move(required)},
+            {"patternProperties", {{"Reason$", ofType("string")}}},
+            {"additionalProperties", false}};
+}
+
+// What a command prints: the version of the form, which changes when a field's name or meaning does, and its fields.
+Json output(Properties always, const Properties& sometimes = {})
+{
+    always.insert(always.begin(), {"format", {{"const", kJsonFormat}}});
+    return object(always, sometimes);
+}
+
+Json text()
+{
+    return ofType("string");
+}
+
+Json whole()
+{
+    return ofType("integer");
+}
+
+Json number()
+{
+    return ofType("number");
+}
+
+Json value()
+{
+    return {{"type", {"number", "string", "null"}}};
+}
+
+Json point()
+{
+    return object({{"converged", ofType("boolean")},
+                   {"junctionTemperature", amount()},
+                   {"watts", amount()},
+                   {"loopGain", amount()},
+                   {"words", text()}});
+}
+
+Json uncertainties()
+{
+    return listOf(object({{"relative", number()}, {"words", text()}}, {{"kind", text()}, {"rail", text()}}));
+}
+
+Json group()
+{
+    const Json part = object({{"cell", text()}, {"rail", text()}, {"watts", amount()}, {"amperes", amount()}});
+    const Json input = object({{"cell", text()}, {"unit", text()}, {"value", value()}, {"origin", text()}});
+    return object({{"name", text()},
+                   {"block", text()},
+                   {"title", text()},
+                   {"count", whole()},
+                   {"watts", amount()},
+                   {"offchipWatts", amount()},
+                   {"onlyCarries", ofType("boolean")},
+                   {"uncertainty", uncertainties()},
+                   {"outputs", listOf(part)},
+                   {"inputs", listOf(input)}},
+                  {{"in", text()}, {"clock", text()}});
+}
+
+Json rail()
+{
+    return object({{"rail", text()},
+                   {"volts", amount()},
+                   {"dynamicAmperes", amount()},
+                   {"staticAmperes", amount()},
+                   {"totalAmperes", amount()},
+                   {"dynamicWatts", amount()},
+                   {"staticWatts", amount()},
+                   {"watts", amount()},
+                   {"powerUpAmperes", amount()}},
+                  {{"staticCurrentInside", text()}});
+}
+
+Json side()
+{
+    return object({{"process", text()},
+                   {"junctionTemperature", amount()},
+                   {"staticWatts", amount()},
+                   {"totalWatts", amount()},
+                   {"rails", listOf(rail())},
+                   {"subsystems", listOf(object({{"cell", text()}, {"watts", amount()}}))},
+                   {"curve", listOf(object({{"junctionTemperature", amount()}, {"watts", amount()}}))}},
+                  {{"thermal", point()}, {"highestAmbientTemperature", amount()}, {"largestThetaJA", amount()}});
+}
+
+Json budget()
+{
+    return object({{"name", text()},
+                   {"unit", text()},
+                   {"broken", ofType("boolean")},
+                   {"limit", amount()},
+                   {"actual", amount()},
+                   {"verdict", text()},
+                   {"words", text()}},
+                  {{"otherActual", amount()}});
+}
+
+Json subtotal(const char* by)
+{
+    return object({{by, text()}, {"groups", whole()}, {"watts", amount()}},
+                  {{"amperes", amount()}, {"offchipWatts", amount()}});
+}
+
+Json estimateOutput()
+{
+    const Json use = object({{"resource", text()}, {"used", number()}, {"available", number()}});
+    const Json cooling = object({{"name", text()}, {"thetaJA", number()}, {"point", point()}});
+    return output(
+        {{"name", text()},
+         {"version", text()},
+         {"totalWatts", amount()},
+         {"dynamicWatts", amount()},
+         {"staticWatts", amount()},
+         {"offchipWatts", amount()},
+         {"groups", listOf(group())},
+         {"hierarchy", listOf(subtotal("in"))},
+         {"sides", listOf(side())},
+         {"cooling", listOf(cooling)},
+         {"utilisation", listOf(use)},
+         {"regulators", listOf(object({{"rail", text()}, {"maxAmperes", number()}, {"marginAmperes", amount()}}))},
+         {"budgets", listOf(budget())},
+         {"carried", listOf(object({{"from", text()}, {"to", text()}, {"value", text()}}))},
+         {"warnings", listOf(text())},
+         {"dataFiles", listOf(object({{"name", text()}, {"sha256", text()}}))}},
+        {{"part", text()}, {"ambientTemperature", amount()}, {"staticUncertainty", uncertainties()}});
+}
+
+Json subtotalsOutput()
+{
+    const Json sums{{"anyOf", {subtotal("in"), subtotal("block"), subtotal("rail"), subtotal("clock")}}};
+    return output({{"name", text()},
+                   {"by", {{"enum", {"in", "block", "rail", "clock"}}}},
+                   {"dynamicWatts", amount()},
+                   {"subtotals", listOf(sums)}});
+}
+
+Json sweepOutput()
+{
+    const Json sweepSide = object({{"process", text()},
+                                   {"junctionTemperature", amount()},
+                                   {"staticWatts", amount()},
+                                   {"totalWatts", amount()},
+                                   {"settles", ofType("boolean")}});
+    return output({{"points", listOf(object({{"settings", ofType("object")},
+                                             {"dynamicWatts", amount()},
+                                             {"offchipWatts", amount()},
+                                             {"sides", listOf(sweepSide)},
+                                             {"budgetsBroken", listOf(text())},
+                                             {"warnings", listOf(text())}}))}});
+}
+
+Json listOutputs()
+{
+    const Json cell = object({{"cell", text()},
+                              {"kind", text()},
+                              {"type", text()},
+                              {"default", text()},
+                              {"unit", text()},
+                              {"meaning", text()}},
+                             {{"legal", text()}, {"goesTo", text()}});
+    const Json calculated = object({{"cell", text()}, {"kind", text()}, {"unit", text()}, {"value", value()}},
+                                   {{"bits", text()}, {"origin", text()}});
+    const Json block = object({{"block", text()}, {"subsystem", text()}, {"title", text()}, {"cells", whole()}});
+    const Json part = object({{"device", text()},
+                              {"family", text()},
+                              {"coreVoltages", text()},
+                              {"packages", ofType("object")},
+                              {"resources", ofType("object")},
+                              {"notModelled", listOf(text())}});
+    const Json standard =
+        object({{"bank", text()}, {"direction", text()}, {"standard", text()}, {"pins", whole()}, {"volts", amount()}});
+    return {{"cells", output({{"block", text()}, {"cells", listOf(cell)}})},
+            {"calc", output({{"block", text()}, {"cells", listOf(calculated)}})},
+            {"blocks", output({{"blocks", listOf(block)}})},
+            {"parts", output({{"parts", listOf(part)}})},
+            {"standards", output({{"standards", listOf(standard)}})}};
+}
+
+} // namespace
+
+Json outputSchema()
+{
+    Json outputs{{"estimate", estimateOutput()}, {"estimateBy", subtotalsOutput()}, {"sweep", sweepOutput()}};
+    outputs.update(listOutputs());
+    Json any = Json::array();
+    for (const auto& [command, schema] : outputs.items())
+        any.push_back({{"$ref", "#/$defs/" + command}});
+    return {
+        {"$schema", "https://json-schema.org/draft/2020-12/schema"},
+        {"title", "what zelm prints with --json"},
+        {"description", "one of the definitions, which have the names of the commands; estimateBy is estimate --by"},
+        {"$defs", std::move(outputs)},
+        {"anyOf", std::move(any)}};
+}
+
+} // namespace zelm::host
