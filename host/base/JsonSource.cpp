@@ -81,10 +81,10 @@ private:
     {
         Position& here = *m_position;
         const char c = here.last;
-        if (c == '"' && !here.escaped)
-            here.inText = !here.inText;
+        const bool quote = c == '"' && !here.escaped; // one in a comment only counts too much
+        here.inText = here.inText != quote;
         here.escaped = here.inText && c == '\\' && !here.escaped;
-        const bool ends = !here.inText && std::string_view("\",:[]{}").find(c) != std::string_view::npos;
+        const bool ends = quote || (!here.inText && std::string_view(",:[]{}").find(c) != std::string_view::npos);
         here.longest = ends ? 0 : here.longest + 1;
         if (here.longest > kLongestValue)
             throw Error(fmt::format("{}:{}: a text, number or gap of more than {} characters", *here.file, here.line,

@@ -195,12 +195,7 @@ struct DataFunctions {
 void loadAndCheck(const DataFunctions& data)
 {
     const std::string file = dataFileOf(data.name);
-    const std::string path = dataPath(file);
-    if (path.empty())
-        throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
-                                std::getenv("QTA_DATADIR")));
-    if (const std::string why = whyUnreadable(path); !why.empty())
-        throw Error(fmt::format("{}: cannot be read: {}", path, why));
+    const std::string path = loadablePath(file);
     try {
         data.load();
     } catch (const libconfig::ParseException& error) {
@@ -275,6 +270,15 @@ std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool input
             names.emplace_back(cell.name);
     }
     return names;
+}
+
+std::optional<WrittenQuantity> quantityIn(const ZelmCellInfo& cell, std::string_view text)
+{
+    try {
+        return writtenQuantity(text);
+    } catch (const Error& error) {
+        throw Error(fmt::format("{}: {}", cell.name, error.what()));
+    }
 }
 
 // A number with its unit: "250 MHz".
@@ -377,7 +381,7 @@ Value parseValue(const ZelmCellInfo& cell, std::string_view text)
     const char* end = text.data() + text.size();
     if (cell.type == Type::text)
         return std::string(text);
-    if (const auto written = writtenQuantity(text))
+    if (const auto written = quantityIn(cell, text))
         return valueOf(cell, *written, text);
     if (cell.type == Type::integer) {
         int value = 0;

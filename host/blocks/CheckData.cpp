@@ -173,12 +173,13 @@ private:
 struct BlockCheck {
     std::vector<std::string> faults;
     std::vector<DataRow> untold;
+    std::size_t rows = 0; ///< none of a block that can't be loaded
 };
 
 // A block that can't be loaded: why, and whether that comes from its rows.
 BlockCheck checkUnloadable(const Block& block, const std::string& reason)
 {
-    BlockCheck check{{reason}, {}};
+    BlockCheck check{{reason}, {}, 0};
     try {
         const RowCheck rows = checkRows(block, DataLines(block.dataFile()), nullptr);
         check.faults.insert(check.faults.end(), rows.faults.begin(), rows.faults.end());
@@ -205,7 +206,10 @@ BlockCheck checkBlock(const Block& block, RowSet missingBesideOthers)
     }
     if (rows.faults.empty())
         rows.faults.insert(rows.faults.end(), prober.failures().begin(), prober.failures().end());
-    return {std::move(rows.faults), std::move(rows.untold)};
+    BlockCheck check{std::move(rows.faults), std::move(rows.untold), 0};
+    for (const ZelmTableInfo& table : block.tables)
+        check.rows += block.keys({std::string(table.group)}, true).size();
+    return check;
 }
 
 // The tables with rows that nobody would notice to be missing, and the last names of those, unless they are many.
@@ -237,20 +241,17 @@ DataCheck checkData(std::chrono::milliseconds barAfter)
     TextTable summary({"Block", "Tables", "Rows", "Verdict"});
     TextTable untold({"Block", "Table", "Rows", "Names"});
     for (const Block& block : blocks()) {
-        std::size_t rows = 0;
         BlockCheck found;
         try {
             found = checkBlock(block, shared[std::string(block.name)]);
-            for (const ZelmTableInfo& table : block.tables)
-                rows += block.keys({std::string(table.group)}, true).size();
-        } catch (const std::exception& error) {
+        } catch (const Error& error) {
             found.faults.emplace_back(error.what());
         }
         for (const std::string& fault : found.faults)
             check.text += fault + '\n';
         listUntold(block, found.untold, untold);
         check.whole = check.whole && found.faults.empty();
-        summary.row({std::string(block.name), std::to_string(block.tables.size()), std::to_string(rows),
+        summary.row({std::string(block.name), std::to_string(block.tables.size()), std::to_string(found.rows),
                      found.faults.empty() ? "whole" : fmt::format("{} wrong", found.faults.size())});
         progress.step();
     }

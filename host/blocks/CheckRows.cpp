@@ -1,6 +1,7 @@
 #include "host/blocks/CheckRows.h"
 
 #include "host/base/Text.h"
+#include "host/blocks/Catalogue.h"
 #include "host/blocks/Domains.h"
 #include "host/blocks/LegalWords.h"
 
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <map>
 #include <set>
 
@@ -73,6 +75,21 @@ std::string unknownName(const Levels& levels, const DataRow& row)
                                suggestion(names[i], std::vector<std::string>(levels[i].begin(), levels[i].end())));
     }
     return "";
+}
+
+// Whether a name has the fields of an orderable part, as zq4410_ktba3310_1_MP_i_S or one with a sample's number behind.
+bool isPartName(const std::string& name)
+{
+    const std::vector<std::string> fields = split(name, '_');
+    const auto isAll = [](const std::string& text, std::size_t size, int (*kind)(int)) {
+        return text.size() == size && std::all_of(text.begin(), text.end(),
+                                                  [kind](char c) { return kind(static_cast<unsigned char>(c)) != 0; });
+    };
+    const bool sample = fields.size() == gradedFields + 1;
+    return (fields.size() == gradedFields || sample) && !fields[deviceField].empty() && !fields[packageField].empty() &&
+           isAll(fields[speedField], 1, std::isdigit) && isAll(fields[voltageField], 2, std::isupper) &&
+           isAll(fields[temperatureField], 1, std::islower) && isAll(fields[screenField], 1, std::isupper) &&
+           (!sample || (fields.back().starts_with("es") && isAll(fields.back().substr(2), 1, std::isdigit)));
 }
 
 // Leakage is a polynomial of the temperature, highest power first: its terms may be negative, their sum may not.
@@ -145,6 +162,8 @@ RowCheck checkRows(const Block& block, const DataLines& lines, const RowSet* ask
         }
         if (unread && fault.empty() && !isForHosts(block, row))
             fault = unknownName(levels[row.table], row);
+        if (fault.empty() && row.table == "DEVICE_DATA" && block.name == "Parts" && !isPartName(lastName(row.key)))
+            fault = "is no part: device_package_speed_voltage_temperature_screen";
         if (!fault.empty())
             check.faults.push_back(fmt::format("{}: {}{}{} {}", lines.where(row), row.table,
                                                row.table.empty() || row.key.empty() ? "" : ".", row.key, fault));

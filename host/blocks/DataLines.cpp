@@ -1,6 +1,8 @@
 #include "host/blocks/DataLines.h"
 
 #include "host/base/Error.h"
+#include "host/base/Files.h"
+#include "host/base/Text.h"
 
 #include "framework/ZelmData.h"
 
@@ -58,13 +60,36 @@ std::string dataPath(const std::string& file)
     }
 }
 
+std::string loadablePath(const std::string& file)
+{
+    const std::string path = dataPath(file);
+    if (path.empty())
+        throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
+                                std::getenv("QTA_DATADIR")));
+    const auto refuse = [](const std::string& which, const std::string& why) {
+        if (!why.empty())
+            throw Error(fmt::format("{}: cannot be read: {}", which, why));
+    };
+    refuse(path, whyUnreadable(path));
+    constexpr std::size_t longest = 10000;
+    constexpr std::string_view include = "@include";
+    std::size_t number = 0;
+    for (const std::string& line : split(readFile(path), '\n')) {
+        ++number;
+        if (line.size() > longest)
+            refuse(fmt::format("{}:{}", path, number), fmt::format("a line of more than {} characters", longest));
+        const std::size_t begin = std::min(line.find_first_not_of(" \t"), line.size());
+        const std::vector<std::string> words = split(line, '"');
+        if (line.compare(begin, include.size(), include) == 0 && words.size() > 1)
+            refuse(fmt::format("{}:{}: {}", path, number, words[1]), whyUnreadable(words[1]));
+    }
+    return path;
+}
+
 DataLines::DataLines(const std::string& file)
-    : m_path(dataPath(file)), m_root(std::filesystem::path(file).stem().string()),
+    : m_path(loadablePath(file)), m_root(std::filesystem::path(file).stem().string()),
       m_cfg(std::make_unique<libconfig::Config>())
 {
-    std::error_code unexamined;
-    if (std::filesystem::is_directory(m_path, unexamined)) // libconfig's scanner would end the process
-        throw Error(fmt::format("{}: is a directory", m_path));
     try {
         m_cfg->readFile(m_path.c_str());
     } catch (const libconfig::ParseException& error) {

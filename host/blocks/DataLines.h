@@ -16,6 +16,10 @@ namespace zelm::host {
 /// The path of a file of the data search list, "powercfg/orvane/....cfg"; of none if no directory has it.
 std::string dataPath(const std::string& file);
 
+/// The path of a data file that can be loaded. An Error if there is none, if it isn't an ordinary file or includes one
+/// that isn't, or if no person wrote its lines: libconfig would wait for it, or take minutes over it.
+std::string loadablePath(const std::string& file);
+
 /// An array or list where a row should be.
 struct NoScalar {};
 

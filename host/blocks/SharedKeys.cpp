@@ -1,5 +1,6 @@
 #include "host/blocks/SharedKeys.h"
 
+#include "host/base/Error.h"
 #include "host/base/Text.h"
 #include "host/blocks/Block.h"
 #include "host/blocks/DataLines.h"
@@ -149,8 +150,10 @@ public:
         if (!cfg) {
             cfg = std::make_unique<libconfig::Config>();
             try {
-                cfg->readFile(dataPath(block(blockName).dataFile()).c_str());
+                cfg->readFile(loadablePath(block(blockName).dataFile()).c_str());
             } catch (const libconfig::ConfigException&) {
+                cfg = std::make_unique<libconfig::Config>();
+            } catch (const Error&) {
                 cfg = std::make_unique<libconfig::Config>();
             }
         }

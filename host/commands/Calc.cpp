@@ -1,5 +1,6 @@
 #include "host/base/Error.h"
 #include "host/base/Json.h"
+#include "host/base/Terminal.h"
 #include "host/base/Text.h"
 #include "host/blocks/Legal.h"
 #include "host/blocks/ValueJson.h"
@@ -11,7 +12,6 @@
 
 #include <bit>
 #include <cstdint>
-#include <cstdio>
 #include <set>
 
 namespace zelm::host {
@@ -46,9 +46,9 @@ Given setInputs(Instance& instance, const Block& block, const std::vector<std::s
                                     abbreviated(assignment.substr(equals + 1))));
         instance.set(cell, value);
         if (const auto illegal = whyIllegal(block, cell, value))
-            fmt::print(stderr, "zelm: warning: {}\n", *illegal);
+            complain("warning: " + *illegal);
         else if (const auto unlikely = whyUnlikely(cell, value))
-            fmt::print(stderr, "zelm: warning: {}\n", *unlikely);
+            complain("warning: " + *unlikely);
     }
     return given;
 }

@@ -8,6 +8,7 @@
 #include "host/base/Units.h"
 #include "host/blocks/DataLines.h"
 #include "host/commands/Command.h"
+#include "host/estimate/Modes.h"
 #include "host/report/Report.h"
 #include "host/report/SubtotalsReport.h"
 
@@ -95,6 +96,8 @@ Action declareEstimate(Options& options)
     const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
     const bool& keepGoing =
         options.flag("--keep-going", "Warn of inputs that have no row in the data, and estimate the rest");
+    const bool& startUp =
+        options.flag("--start-up", "Add how the junction warms up from ambient; needs thermal stages");
     const std::optional<std::string>& junit = options.text("--junit", "Write the budgets as JUnit XML to this file");
     const std::optional<std::string>& by =
         options.value("--by", "WHAT", "Only what groups add up to, by in (the hierarchy), block, rail or clock");
@@ -106,8 +109,10 @@ Action declareEstimate(Options& options)
         const Design read = readDesign(design);
         checkReports(design, read, {&html, &junit});
         const bool drawn = json || html;
-        const Estimate result =
+        Estimate result =
             estimate(read, drawn ? Curves::drawn : Curves::none, keepGoing ? Gaps::warned : Gaps::refused);
+        if (startUp)
+            addStartUp(result);
         run.out += wish           ? subtotalsReport(result, *wish, json, !csv.empty())
                    : json         ? jsonText(jsonReport(result))
                    : !csv.empty() ? (csv == "true" ? csvReport(result) : csvTable(result, csv))

@@ -45,12 +45,6 @@ Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
     return static_cast<float>(Fields::number(value, where, {-most, most, cell.unit}));
 }
 
-constexpr Range kDegrees{kColdest, kHottest, "C", "degrees Celsius"};
-constexpr Range kDegreesPerWatt{0.0, kMostThetaJA, "C/W", "degrees per watt"};
-constexpr Range kVolts{0.0, kMostVolts, "V"};
-constexpr Range kAmperes{0.0, kMostAmperes, "A"};
-constexpr Range kWatts{0.0, kMostAmperes, "W"};
-
 constexpr OwnField kOwnFields[] = {
     {"DEVICE_NAME", "device.part"},         {"PROCESS", "device.process"},
     {"SPEED_GRADE", "device.speedGrade"},   {"VOLTAGE_GRADE", "device.voltageGrade"},
@@ -230,7 +224,23 @@ Group readGroup(const Json& value, std::size_t index, Reading& reading)
     return group;
 }
 
-Environment readEnvironment(const Json& value, const Reading& reading)
+namespace {
+
+// A Foster network is, in the long run, the sum of its resistances.
+void takeStages(Environment& environment, const Place& where, const std::vector<ThermalStage>& stages)
+{
+    if (stages.empty() || !environment.ambient)
+        return;
+    if (!environment.cooling.empty())
+        where.fail("give thetaJA or a list of cooling, or thermal stages, not both");
+    environment.cooling.push_back({"thermal stages", 0.0});
+    for (const ThermalStage& stage : stages)
+        environment.cooling.back().thetaJA += stage.r;
+}
+
+} // namespace
+
+Environment readEnvironment(const Json& value, const std::vector<ThermalStage>& stages, const Reading& reading)
 {
     const Place where(reading, "environment");
     Fields fields(value, where);
@@ -258,6 +268,7 @@ Environment readEnvironment(const Json& value, const Reading& reading)
         }
     }
     fields.refuseOthers();
+    takeStages(environment, where, stages);
     if (environment.junction && environment.ambient)
         where.fail("give junctionTemperature, or ambientTemperature with thetaJA, not both");
     if (environment.ambient && environment.cooling.empty())
@@ -357,21 +368,39 @@ Design readDesign(const Json& root, const JsonSource& source)
         fields.take(known);
     if (const Json* device = fields.take("device"))
         design.device = readDevice(*device, reading);
+    const Json* thermal = fields.take("thermal");
+    if (thermal)
+        design.stages = readStages(*thermal, reading);
     if (const Json* environment = fields.take("environment"))
-        design.environment = readEnvironment(*environment, reading);
+        design.environment = readEnvironment(*environment, design.stages, reading);
+    if (thermal && !design.environment.ambient)
+        fields.place("thermal").fail("thermal stages need environment.ambientTemperature, at which they end");
     if (const Json* rails = fields.take("rails"))
         design.rails = readRails(*rails, reading);
     if (const Json* regulators = fields.take("regulators"))
         design.regulators = readRegulators(*regulators, reading);
+    const Json* supplies = fields.take("supplies");
+    if (supplies)
+        design.supplies.all = readSupplies(*supplies, design.regulators, reading);
+    if (const Json* sequence = fields.take("sequence")) {
+        if (!supplies)
+            fields.place("sequence").fail("a sequence needs the \"supplies\" of its rails");
+        design.supplies.sequence = readSequence(*sequence, design.supplies.all, reading);
+    }
     if (const Json* budgets = fields.take("budgets"))
         design.budgets = readBudgets(*budgets, reading);
     if (const Json* inputs = fields.take("static"))
         design.staticInputs = readStaticInputs(*inputs, reading);
+    if (const Json* battery = fields.take("battery"))
+        design.batteryWattHours = readBattery(*battery, reading);
     const Json* groups = fields.take("groups");
+    const Json* modes = fields.take("modes");
     fields.refuseOthers();
     if (!groups)
         where.fail("a design needs \"groups\": a list of blocks and their inputs");
     design.groups = readGroups(*groups, reading);
+    if (modes)
+        design.modes = readModes(*modes, root, reading);
     design.warnings = std::move(reading.warnings);
     return design;
 }

@@ -2,6 +2,8 @@
 
 #include "host/base/JsonSource.h"
 #include "host/blocks/Block.h"
+#include "host/design/Modes.h"
+#include "host/design/Supplies.h"
 
 #include <map>
 #include <optional>
@@ -75,7 +77,11 @@ struct Design {
     Environment environment;
     std::map<std::string, float> rails;       ///< V by rail
     std::map<std::string, double> regulators; ///< largest current, A by rail
+    Supplies supplies;                        ///< the regulators among them, unless there are only those
     Budgets budgets;
+    std::vector<Mode> modes;          ///< what the device does over and over; empty: always the same
+    std::vector<ThermalStage> stages; ///< of the way from the junction to the air, in place of one thetaJA
+    std::optional<double> batteryWattHours;
     std::vector<std::pair<std::string, Value>> staticInputs; ///< of the Static block, set by hand
     std::vector<Group> groups;
     std::vector<std::string> warnings; ///< the same, outside of groups

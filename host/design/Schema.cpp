@@ -211,6 +211,69 @@ Json groupsSchema()
     return {{"type", "array"}, {"items", group}};
 }
 
+Json aboveZeroSchema(const char* description, double most, std::string_view unit)
+{
+    Json schema = numberSchema(description, 0.0, most, unit);
+    schema.erase("minimum");
+    schema["exclusiveMinimum"] = 0.0;
+    return schema;
+}
+
+Json suppliesSchema(const Json& amperes, const Json& volts)
+{
+    const Json share = aboveZeroSchema("output power over input power", 1.0, "");
+    const Json point{{"type", "array"}, {"prefixItems", {amperes, share}}, {"minItems", 2}, {"maxItems", 2}};
+    const Json efficiency{{"description", "output power over input power; or points of load in amperes and share"},
+                          {"oneOf", {share, {{"type", "array"}, {"items", point}, {"minItems", 1}}}}};
+    const Json rails{{"type", "array"}, {"items", {{"enum", railNames()}}}, {"description", "those that it feeds"}};
+    const Json supply =
+        objectSchema({{"rails", rails},
+                      {"from", textSchema("what feeds it: another supply, or a source named by its volts, 12V")},
+                      {"maxCurrent", amperes},
+                      {"volts", volts},
+                      {"efficiency", efficiency}});
+    return {{"type", "object"},
+            {"description", "what feeds the rails, by name"},
+            {"maxProperties", kMostSupplies},
+            {"additionalProperties", supply}};
+}
+
+Json modesSchema()
+{
+    const Json set{{"type", "object"},
+                   {"description", "values by path, groups[NAME].inputs.CELL; in groups, rails, static, parameters"}};
+    const Json mode = objectSchema({{"name", textSchema("of the mode")},
+                                    {"for", aboveZeroSchema("how long it lasts, seconds", kMostSeconds, "s")},
+                                    {"set", set}},
+                                   {"name", "for"});
+    return {{"type", "array"},
+            {"description", "what the device does one after the other, over and over"},
+            {"minItems", 1},
+            {"maxItems", kMostModes},
+            {"items", mode}};
+}
+
+Json thermalSchema()
+{
+    const Json stage = objectSchema({{"r", aboveZeroSchema("degrees per watt", kMostThetaJA, "C/W")},
+                                     {"tau", aboveZeroSchema("time constant, seconds", kMostSeconds, "s")}},
+                                    {"r", "tau"});
+    const Json stages{{"type", "array"}, {"minItems", 1}, {"maxItems", kMostStages}, {"items", stage}};
+    Json thermal = objectSchema({{"stages", stages}}, {"stages"});
+    thermal["description"] = "a Foster network from the junction to the air, in place of thetaJA";
+    return thermal;
+}
+
+Json sequenceSchema()
+{
+    const Json rail{{"enum", railNames()}};
+    const Json together{{"type", "array"}, {"items", rail}, {"minItems", 1}};
+    return {{"type", "array"},
+            {"description", "the order in which rails power up; a list of rails powers up together"},
+            {"minItems", 1},
+            {"items", {{"oneOf", {rail, together}}}}};
+}
+
 } // namespace
 
 Json designSchema()
@@ -231,6 +294,11 @@ Json designSchema()
     fields["environment"] = environmentSchema();
     fields["rails"] = railsSchema(volts);
     fields["regulators"] = railsSchema(objectSchema({{"maxCurrent", amperes}}, {"maxCurrent"}));
+    fields["supplies"] = suppliesSchema(amperes, volts);
+    fields["sequence"] = sequenceSchema();
+    fields["modes"] = modesSchema();
+    fields["thermal"] = thermalSchema();
+    fields["battery"] = objectSchema({{"energy", aboveZeroSchema("watt-hours", kMostWattHours, "Wh")}}, {"energy"});
     const Json judgedAt{{"type", "string"},
                         {"anyOf", {{{"enum", {"TYP", "MAX"}}}, {{"pattern", kExpression}}}},
                         {"description", "the process side on which budgets and regulators count; the worse if unsaid"}};

@@ -1,5 +1,7 @@
 #include "host/estimate/Budgets.h"
 
+#include "host/estimate/Modes.h"
+
 namespace zelm::host {
 
 namespace {
@@ -10,17 +12,34 @@ double amperesOf(const Side& side, const std::string& rail)
     return result ? result->amperes() : 0.0;
 }
 
+// Regulators have limits of their own kind; here are those of the supplies.
+template <class Add>
+void addSupplyLimits(const Design& design, const Add& add)
+{
+    for (const Supply& supply : design.supplies.all) {
+        if (!supply.maxCurrent || design.regulators.contains(supply.name))
+            continue;
+        const std::string& name = supply.name;
+        add("supply " + name, *supply.maxCurrent, "A",
+            [&](const Side& side) { return side.supplies->find(name)->loadAmperes; });
+        if (design.device)
+            add("power-up of supply " + name, *supply.maxCurrent, "A",
+                [&](const Side& side) { return side.supplies->find(name)->powerUpAmperes; });
+    }
+}
+
 } // namespace
 
 void checkBudgets(Estimate& estimate)
 {
     const Budgets& budgets = estimate.design.budgets;
+    const std::vector<Side> sides = worstMoments(estimate);
     const auto add = [&](const std::string& name, double limit, const char* unit, const auto& actual) {
-        BudgetResult result{name, limit, actual(estimate.side()), unit, std::nullopt, estimate.side().process};
-        if (estimate.sides.size() > 1) {
+        BudgetResult result{name, limit, actual(sides.front()), unit, std::nullopt, sides.front().process};
+        if (sides.size() > 1) {
             result.judgedAt = budgets.judgedAt;
-            result.otherActual = actual(estimate.sides[1]);
-            result.otherProcess = estimate.sides[1].process;
+            result.otherActual = actual(sides[1]);
+            result.otherProcess = sides[1].process;
         }
         estimate.budgets.push_back(std::move(result));
     };
@@ -34,6 +53,7 @@ void checkBudgets(Estimate& estimate)
     };
     addCurrents("current of ", budgets.rails);
     addCurrents("regulator of ", estimate.design.regulators);
+    addSupplyLimits(estimate.design, add);
     if (estimate.design.environment.junctionLimit)
         add("junction limit", *estimate.design.environment.junctionLimit, "degrees",
             [](const Side& side) { return side.junction; });

@@ -22,6 +22,8 @@ namespace {
 ReadAgain readAgain(Json& root, const std::string& path)
 {
     ReadAgain again;
+    if (root.contains("modes"))
+        return again; // each has the whole design
     if (path.starts_with("environment."))
         again.environment = true;
     const std::size_t end = path.find(']');
@@ -90,7 +92,8 @@ void EditedDesign::read()
             tree.running.emplace(std::move(design), Curves::none, tree.gaps);
     } else {
         if (tree.environment)
-            tree.running->change(readEnvironment(tree.root["environment"], tree.reading));
+            tree.running->change(
+                readEnvironment(tree.root["environment"], tree.running->design().stages, tree.reading));
         for (const std::size_t index : tree.groups)
             tree.running->change(index, readGroup(tree.root["groups"][index], index, tree.reading));
     }

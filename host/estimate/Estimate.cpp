@@ -7,7 +7,9 @@
 #include "host/estimate/CrossChecks.h"
 #include "host/estimate/DeviceChecks.h"
 #include "host/estimate/GroupPower.h"
+#include "host/estimate/Modes.h"
 #include "host/estimate/Ranges.h"
+#include "host/estimate/Supplies.h"
 
 #include <fmt/format.h>
 
@@ -85,18 +87,21 @@ void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estima
         if (rail.amperes() != 0.0)
             loaded.push_back(rail.name);
     }
-    const auto check = [&](const std::string& rail, const char* where) {
+    const auto check = [&](const std::string& rail, const std::string& place) {
         const bool lacking = device && !hasRail(device->name, rail);
         if (!lacking && std::find(loaded.begin(), loaded.end(), rail) != loaded.end())
             return;
         const std::string what = lacking ? device->name + " has no such rail" : "nothing loads this rail";
-        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(fmt::format("{}.{}", where, rail)), what,
-                                              suggestion(rail, loaded)));
+        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(place), what, suggestion(rail, loaded)));
     };
     for (const auto& [rail, current] : design.regulators)
-        check(rail, "regulators");
+        check(rail, "regulators." + rail);
     for (const auto& [rail, current] : design.budgets.rails)
-        check(rail, "budgets.rails");
+        check(rail, "budgets.rails." + rail);
+    for (const Supply& supply : design.supplies.all) {
+        for (std::size_t i = 0; i < supply.rails.size() && !design.regulators.contains(supply.name); ++i)
+            check(supply.rails[i], fmt::format("supplies.{}.rails[{}]", supply.name, i));
+    }
 }
 
 // Two outputs of a group on one rail warn of the same.
@@ -183,6 +188,8 @@ const Estimate& RunningDesign::estimate()
     for (Side& side : m_estimate.sides)
         addUp(loads, m_estimate.dynamicWatts, side);
     warnOfIdleLimits(m_estimate.design, device(), m_estimate);
+    addSupplies(m_estimate);
+    addModes(m_estimate, m_gaps);
     m_estimate.budgets.clear();
     checkBudgets(m_estimate);
     sayOnce(m_estimate.warnings);
@@ -311,6 +318,7 @@ void RunningDesign::addStaticPower(bool carriedOthers)
         for (const auto& [cell, count] : m_usedCounts)
             result.carried.push_back({"groups", "Static." + cell, std::to_string(count)});
     }
+    result.usedCounts = m_usedCounts;
     m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty());
     m_static.addTo(result, m_curves);
 }

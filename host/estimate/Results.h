@@ -1,9 +1,12 @@
 #pragma once
 
 #include "host/design/Design.h"
+#include "host/estimate/ModeResults.h"
 #include "host/estimate/OperatingPoint.h"
 #include "host/estimate/Origin.h"
+#include "host/estimate/SupplyResults.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -94,6 +97,8 @@ struct Side {
     double totalWatts = 0.0;
     std::optional<double> highestAmbient;
     std::optional<double> largestThetaJA;
+    std::optional<SupplyTree> supplies;           ///< if the design has any
+    std::vector<WarmingUp> startUp;               ///< empty unless asked for
     std::vector<std::pair<double, double>> curve; ///< total watts by junction temperature; empty unless drawn
 
     /// Null if nothing loads the rail.
@@ -142,6 +147,8 @@ struct Estimate {
     std::vector<Utilisation> utilisation;
     std::vector<BudgetResult> budgets;
     std::vector<Carried> carried;
+    std::optional<Period> period;          ///< if the design has modes
+    std::map<std::string, int> usedCounts; ///< of the static power model, by cell
     std::vector<std::string> warnings;
     double dynamicWatts = 0.0;
     double offchipWatts = 0.0;

@@ -23,7 +23,7 @@ public:
         return m_estimate.design;
     }
 
-    /// Takes the place of the group at that index.
+    /// Takes the place of the group at that index. Modes, each a design of its own, stay as they are.
     void change(std::size_t index, Group group);
     void change(Environment environment);
     /// Takes the place of all; finds out what differs.

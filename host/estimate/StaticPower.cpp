@@ -154,24 +154,18 @@ public:
         return known->second;
     }
 
+    std::vector<RailResult> railsAt(double junction)
+    {
+        evaluate(junction, m_cells.ofResults);
+        return rails();
+    }
+
     // What the model says at a junction temperature.
     void fill(Side& side)
     {
         evaluate(side.junction, m_cells.ofResults);
         side.staticWatts = watts(side.junction);
-        side.rails.reserve(m_cells.rails.size());
-        for (const StaticRail& rail : m_cells.rails) {
-            RailResult result{rail.name,
-                              rail.inside,
-                              number(*rail.volts),
-                              0.0,
-                              0.0,
-                              number(*rail.staticCurrent),
-                              0.0,
-                              number(*rail.powerUpCurrent)};
-            result.staticWatts = result.volts * result.staticAmperes;
-            side.rails.push_back(result);
-        }
+        side.rails = rails();
         for (const ZelmCellInfo* cell : m_cells.subsystems)
             side.subsystems.push_back({cell->name, number(*cell)});
     }
@@ -189,6 +183,26 @@ private:
     {
         m_instance->set(m_cells.junction, static_cast<float>(junction));
         m_instance->recalculate(wanted);
+    }
+
+    // As just evaluated.
+    std::vector<RailResult> rails() const
+    {
+        std::vector<RailResult> results;
+        results.reserve(m_cells.rails.size());
+        for (const StaticRail& rail : m_cells.rails) {
+            RailResult result{rail.name,
+                              rail.inside,
+                              number(*rail.volts),
+                              0.0,
+                              0.0,
+                              number(*rail.staticCurrent),
+                              0.0,
+                              number(*rail.powerUpCurrent)};
+            result.staticWatts = result.volts * result.staticAmperes;
+            results.push_back(result);
+        }
+        return results;
     }
 
     double wattsAnew(double junction)
@@ -332,6 +346,11 @@ PowerCurve StaticPower::curve(const std::string& process)
     return [model = m_models.at(process).get()](double junction) { return model->watts(junction); };
 }
 
+std::vector<RailResult> StaticPower::rails(const std::string& process, double junction)
+{
+    return m_models.at(process)->railsAt(junction);
+}
+
 void StaticPower::addTo(Estimate& estimate, Curves curves)
 {
     const Environment& environment = estimate.design.environment;
@@ -361,6 +380,17 @@ void StaticPower::addTo(Estimate& estimate, Curves curves)
         }
         estimate.sides.push_back(std::move(side));
     }
+}
+
+std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate)
+{
+    if (!estimate.design.device)
+        return nullptr;
+    const bool isManaged = std::any_of(estimate.groups.begin(), estimate.groups.end(),
+                                       [](const GroupResult& group) { return group.block->name == "Harl"; });
+    auto power = std::make_shared<StaticPower>();
+    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged);
+    return power;
 }
 
 } // namespace zelm::host

@@ -29,10 +29,15 @@ public:
     void addTo(Estimate& estimate, Curves curves);
     /// Static watts by junction temperature, of a process side: TYP or MAX.
     PowerCurve curve(const std::string& process);
+    /// What the rails draw at a junction temperature on that side.
+    std::vector<RailResult> rails(const std::string& process, double junction);
 
 private:
     std::vector<std::string> m_processes; // the design's first
     std::map<std::string, std::unique_ptr<StaticModel>> m_models;
 };
+
+/// The static power of a design that has been estimated. Null if it names no device.
+std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate);
 
 } // namespace zelm::host

@@ -9,6 +9,70 @@ namespace zelm::host {
 
 namespace {
 
+std::string suppliesCsv(const Estimate& estimate)
+{
+    std::string text = "\nsupply,process,from,volts,load_a,max_a,powerup_a,output_w,efficiency,loss_w,input_w\n";
+    for (const Side& side : estimate.sides) {
+        for (const SupplyResult& supply : side.supplies->supplies)
+            text += fmt::format(
+                "{},{},{},{},{},{},{},{},{},{},{}\n", escapedCsv(supply.name), side.process, escapedCsv(supply.from),
+                supply.volts, csvNumber(supply.loadAmperes), supply.maxAmperes ? csvNumber(*supply.maxAmperes) : "",
+                csvNumber(supply.powerUpAmperes), csvNumber(supply.outputWatts), csvNumber(supply.efficiency),
+                csvNumber(supply.lossWatts()), csvNumber(supply.inputWatts));
+        text += fmt::format("board input,{},,,,,,,,,{}\n", side.process, csvNumber(side.supplies->inputWatts));
+    }
+    return text;
+}
+
+std::string modesCsv(const Estimate& estimate)
+{
+    std::string text = "\nmode,process,seconds,dynamic_w,static_w,total_w,peak_w,input_w,energy_j,lowest_c,highest_c\n";
+    for (const ModeResult& mode : estimate.period->modes) {
+        for (std::size_t i = 0; i < mode.sides.size(); ++i) {
+            const ModeSide& side = mode.sides[i];
+            text += fmt::format("{},{},{},{},{},{},{},{},{},{},{}\n", escapedCsv(mode.name), estimate.sides[i].process,
+                                mode.seconds, mode.dynamicWatts, csvNumber(side.staticWatts), csvNumber(side.watts),
+                                csvNumber(side.peakWatts), csvNumber(side.inputWatts), csvNumber(side.joules),
+                                csvNumber(side.lowestJunction), csvNumber(side.highestJunction));
+        }
+    }
+    text += "\nmode,group,dynamic_w\n";
+    for (const ModeResult& mode : estimate.period->modes) {
+        for (std::size_t i = 0; i < mode.groupWatts.size(); ++i)
+            text += fmt::format("{},{},{}\n", escapedCsv(mode.name), escapedCsv(estimate.groups[i].name),
+                                mode.groupWatts[i]);
+    }
+    text += "\nrail,process,average_w,peak_w,peak_a,peak_mode\n";
+    for (const PeriodSide& side : estimate.period->sides) {
+        for (const RailPeriod& rail : side.rails)
+            text += fmt::format("{},{},{},{},{},{}\n", rail.rail, side.process, csvNumber(rail.watts),
+                                csvNumber(rail.peakWatts), csvNumber(rail.peakAmperes), escapedCsv(rail.peakMode));
+    }
+    text += "\nseconds,process,mode,junction_c,total_w,input_w\n";
+    for (const PeriodSide& side : estimate.period->sides) {
+        for (const Moment& moment : side.moments)
+            text += fmt::format("{},{},{},{},{},{}\n", moment.seconds, side.process,
+                                escapedCsv(estimate.period->modes[moment.mode].name), moment.junction, moment.watts,
+                                moment.inputWatts);
+    }
+    return text;
+}
+
+std::string startUpCsv(const Estimate& estimate)
+{
+    std::string text = "\nstart_up_s,process,lowest_c,highest_c\n";
+    for (const Side& side : estimate.sides) {
+        for (const WarmingUp& stretch : side.startUp)
+            text += fmt::format("{},{},{},{}\n", stretch.seconds, side.process, stretch.lowestJunction,
+                                stretch.highestJunction);
+    }
+    return text;
+}
+
+} // namespace
+
+namespace {
+
 std::string groupsCsv(const Estimate& estimate)
 {
     std::string text = "group,block,count,in,clock,rail,dynamic_w,dynamic_a\n";
@@ -91,6 +155,12 @@ std::string csvReport(const Estimate& estimate)
         text +=
             fmt::format("total,{},,,,,,{},,{},,\n", side.process, estimate.dynamicWatts, csvNumber(side.staticWatts));
     }
+    if (estimate.side().supplies)
+        text += suppliesCsv(estimate);
+    if (estimate.period)
+        text += modesCsv(estimate);
+    if (!estimate.side().startUp.empty())
+        text += startUpCsv(estimate);
     return text;
 }
 

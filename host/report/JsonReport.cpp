@@ -39,6 +39,157 @@ Json pointJson(const OperatingPoint& point)
     return json;
 }
 
+template <class Range, class Each>
+Json listOf(const Range& range, Each each)
+{
+    Json list = Json::array();
+    for (const auto& element : range)
+        list.push_back(each(element));
+    return list;
+}
+
+Json supplyJson(const SupplyResult& supply)
+{
+    Json json{{"name", supply.name}, {"from", supply.from}};
+    addNumber(json, "volts", supply.volts);
+    addAmount(json, "loadAmperes", supply.loadAmperes);
+    if (supply.maxAmperes) {
+        addNumber(json, "maxAmperes", *supply.maxAmperes);
+        addAmount(json, "marginAmperes", *supply.maxAmperes - supply.loadAmperes);
+    }
+    addAmount(json, "powerUpAmperes", supply.powerUpAmperes);
+    json["powerUpRails"] = supply.powerUpRails;
+    addAmount(json, "outputWatts", supply.outputWatts);
+    addAmount(json, "efficiency", supply.efficiency);
+    addAmount(json, "lossWatts", supply.lossWatts());
+    addAmount(json, "inputWatts", supply.inputWatts);
+    json["rails"] = Json::array();
+    for (const auto& [rail, watts] : supply.rails) {
+        Json entry{{"rail", rail}};
+        addAmount(entry, "watts", watts);
+        json["rails"].push_back(std::move(entry));
+    }
+    return json;
+}
+
+Json suppliesJson(const SupplyTree& tree)
+{
+    Json json;
+    addAmount(json, "inputWatts", tree.inputWatts);
+    json["unfedRails"] = tree.unfed;
+    addAmount(json, "unfedWatts", tree.unfedWatts);
+    json["supplies"] = Json::array();
+    for (const SupplyResult& supply : tree.supplies)
+        json["supplies"].push_back(supplyJson(supply));
+    return json;
+}
+
+Json modeSideJson(const std::string& process, const ModeSide& side)
+{
+    Json json{{"process", process}};
+    addAmount(json, "staticWatts", side.staticWatts);
+    addAmount(json, "watts", side.watts);
+    addAmount(json, "peakWatts", side.peakWatts);
+    addAmount(json, "inputWatts", side.inputWatts);
+    addAmount(json, "joules", side.joules);
+    addAmount(json, "lowestJunctionTemperature", side.lowestJunction);
+    addAmount(json, "highestJunctionTemperature", side.highestJunction);
+    return json;
+}
+
+Json modeJson(const Estimate& estimate, const ModeResult& mode)
+{
+    Json json{{"name", mode.name}};
+    addNumber(json, "seconds", mode.seconds);
+    addNumber(json, "dynamicWatts", mode.dynamicWatts);
+    json["groups"] = Json::array();
+    for (std::size_t i = 0; i < mode.groupWatts.size(); ++i) {
+        Json group{{"name", estimate.groups[i].name}};
+        addNumber(group, "watts", mode.groupWatts[i]);
+        json["groups"].push_back(std::move(group));
+    }
+    json["sides"] = Json::array();
+    for (std::size_t i = 0; i < mode.sides.size(); ++i)
+        json["sides"].push_back(modeSideJson(estimate.sides[i].process, mode.sides[i]));
+    return json;
+}
+
+Json momentJson(const Estimate& estimate, const Moment& moment)
+{
+    Json json;
+    addNumber(json, "seconds", moment.seconds);
+    json["mode"] = estimate.period->modes[moment.mode].name;
+    addAmount(json, "junctionTemperature", moment.junction);
+    addAmount(json, "watts", moment.watts);
+    if (estimate.side().supplies)
+        addAmount(json, "inputWatts", moment.inputWatts);
+    return json;
+}
+
+Json railPeriodJson(const RailPeriod& rail)
+{
+    Json json{{"rail", rail.rail}};
+    addAmount(json, "watts", rail.watts);
+    addAmount(json, "peakWatts", rail.peakWatts);
+    addAmount(json, "peakAmperes", rail.peakAmperes);
+    json["peakMode"] = rail.peakMode;
+    return json;
+}
+
+Json supplyPeriodJson(const SupplyPeriod& supply)
+{
+    Json json{{"name", supply.name}};
+    addAmount(json, "inputWatts", supply.inputWatts);
+    addAmount(json, "peakInputWatts", supply.peakInputWatts);
+    addAmount(json, "peakAmperes", supply.peakAmperes);
+    json["peakMode"] = supply.peakMode;
+    if (supply.maxAmperes)
+        addNumber(json, "maxAmperes", *supply.maxAmperes);
+    addAmount(json, "powerUpAmperes", supply.powerUpAmperes);
+    return json;
+}
+
+Json periodSideJson(const Estimate& estimate, const PeriodSide& side)
+{
+    Json json{{"process", side.process}, {"settles", side.settles}, {"words", side.words}};
+    addAmount(json, "settledJunctionTemperature", side.settledJunction);
+    json["lowest"] = momentJson(estimate, side.lowest);
+    json["highest"] = momentJson(estimate, side.highest);
+    addAmount(json, "watts", side.watts);
+    addAmount(json, "peakWatts", side.peakWatts);
+    json["peakMode"] = side.peakMode;
+    addAmount(json, "joules", side.joules);
+    if (estimate.side().supplies) {
+        addAmount(json, "inputWatts", side.inputWatts);
+        addAmount(json, "peakInputWatts", side.peakInputWatts);
+    }
+    if (side.batteryHours)
+        addAmount(json, "batteryHours", *side.batteryHours);
+    json["rails"] = listOf(side.rails, railPeriodJson);
+    json["supplies"] = listOf(side.supplies, supplyPeriodJson);
+    json["moments"] = listOf(side.moments, [&](const Moment& moment) { return momentJson(estimate, moment); });
+    return json;
+}
+
+Json periodJson(const Estimate& estimate)
+{
+    Json json;
+    addNumber(json, "seconds", estimate.period->seconds);
+    json["modes"] = listOf(estimate.period->modes, [&](const ModeResult& mode) { return modeJson(estimate, mode); });
+    json["sides"] =
+        listOf(estimate.period->sides, [&](const PeriodSide& side) { return periodSideJson(estimate, side); });
+    return json;
+}
+
+Json startUpJson(const WarmingUp& stretch)
+{
+    Json json;
+    addNumber(json, "seconds", stretch.seconds);
+    addNumber(json, "lowestJunctionTemperature", stretch.lowestJunction);
+    addNumber(json, "highestJunctionTemperature", stretch.highestJunction);
+    return json;
+}
+
 Json sideJson(const Side& side)
 {
     Json json{{"process", side.process}};
@@ -54,6 +205,10 @@ Json sideJson(const Side& side)
     json["rails"] = Json::array();
     for (const RailResult& rail : side.rails)
         json["rails"].push_back(railJson(rail));
+    if (side.supplies)
+        json["supplies"] = suppliesJson(*side.supplies);
+    if (!side.startUp.empty())
+        json["startUp"] = listOf(side.startUp, startUpJson);
     json["subsystems"] = Json::array();
     for (const Subsystem& subsystem : side.subsystems) {
         Json entry{{"cell", subsystem.cell}};
@@ -113,15 +268,6 @@ Json groupJson(const GroupResult& group, const Uncertainties& known)
         json["inputs"].push_back(entry);
     }
     return json;
-}
-
-template <class Range, class Each>
-Json listOf(const Range& range, Each each)
-{
-    Json list = Json::array();
-    for (const auto& element : range)
-        list.push_back(each(element));
-    return list;
 }
 
 Json coolingJson(const CoolingResult& result)
@@ -204,6 +350,8 @@ Json jsonReport(const Estimate& estimate)
     if (estimate.design.device)
         json["staticUncertainty"] = uncertaintyJson(known, "Static");
     json["sides"] = listOf(estimate.sides, sideJson);
+    if (estimate.period)
+        json["period"] = periodJson(estimate);
     json["cooling"] = listOf(estimate.cooling, coolingJson);
     json["utilisation"] = listOf(estimate.utilisation, useJson);
     json["regulators"] = regulatorsJson(estimate);

@@ -25,7 +25,8 @@ void addAmount(Json& object, const std::string& name, double value);
 std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint = Paint());
 /// The estimate as JSON, all of it.
 Json jsonReport(const Estimate& estimate);
-/// One row per group and rail, then one per rail and process.
+/// One row per group and rail, then one per rail and process; supplies and modes are tables of their own below an empty
+/// line.
 std::string csvReport(const Estimate& estimate);
 /// The tables that a spreadsheet may want on their own: groups, rails, totals.
 std::vector<std::string> csvTables();

@@ -173,6 +173,165 @@ std::string summary(const Estimate& estimate, const Paint& paint)
     return text + "\n" + warningLines(estimate, paint);
 }
 
+std::string suppliesTable(const Estimate& estimate)
+{
+    TextTable table(
+        {"Supply", "From", "Process", "Volts", "Load", "Limit", "Margin", "Power-up", "Efficiency", "Loss", "Input"});
+    for (std::size_t i = 0; i < estimate.side().supplies->supplies.size(); ++i) {
+        for (const Side& side : estimate.sides) {
+            const SupplyResult& supply = side.supplies->supplies[i];
+            const bool first = &side == &estimate.side();
+            table.row({first ? supply.name : "", first ? supply.from : "", side.process,
+                       fmt::format("{:.3f}", supply.volts), si(supply.loadAmperes, "A"),
+                       supply.maxAmperes ? si(*supply.maxAmperes, "A") : "",
+                       supply.maxAmperes ? si(*supply.maxAmperes - supply.loadAmperes, "A") : "",
+                       si(supply.powerUpAmperes, "A"), fmt::format("{:.1f} %", 100.0 * supply.efficiency),
+                       si(supply.lossWatts(), "W"), si(supply.inputWatts, "W")});
+        }
+    }
+    table.rule();
+    for (const Side& side : estimate.sides)
+        table.row({"Board input", "", side.process, "", "", "", "", "", "", "", si(side.supplies->inputWatts, "W")});
+    std::string text = table.text();
+    for (const Side& side : estimate.sides) {
+        if (!side.supplies->unfed.empty())
+            text += fmt::format("{}no supply feeds {}: {} that the board's input doesn't count\n",
+                                side.process.empty() ? "" : side.process + ": ", fmt::join(side.supplies->unfed, ", "),
+                                si(side.supplies->unfedWatts, "W"));
+    }
+    return text;
+}
+
+// Seconds with a prefix, or hours and days.
+std::string duration(double seconds)
+{
+    constexpr double hour = 3600.0;
+    constexpr double day = 24.0 * hour;
+    if (seconds >= 10.0 * day)
+        return fmt::format("{:.1f} days", seconds / day);
+    return seconds >= hour ? fmt::format("{:.1f} h", seconds / hour) : si(seconds, "s");
+}
+
+std::string energy(double joules)
+{
+    constexpr double wattHour = 3600.0;
+    return joules >= 10.0 * wattHour ? si(joules / wattHour, "Wh") : si(joules, "J");
+}
+
+std::string temperature(double value)
+{
+    return std::isnan(value) ? "none" : degrees(value);
+}
+
+std::string modesTable(const Estimate& estimate)
+{
+    const Period& period = *estimate.period;
+    TextTable table({"Mode", "For", "Process", "Dynamic", "Static", "Total", "Peak", "Energy", "Lowest", "Highest"});
+    for (const ModeResult& mode : period.modes) {
+        for (std::size_t i = 0; i < mode.sides.size(); ++i) {
+            const ModeSide& side = mode.sides[i];
+            table.row({i == 0 ? mode.name : "", i == 0 ? duration(mode.seconds) : "", estimate.sides[i].process,
+                       si(mode.dynamicWatts, "W"), si(side.staticWatts, "W"), si(side.watts, "W"),
+                       si(side.peakWatts, "W"), energy(side.joules), temperature(side.lowestJunction),
+                       temperature(side.highestJunction)});
+        }
+    }
+    table.rule();
+    for (const PeriodSide& side : period.sides)
+        table.row({"Period", duration(period.seconds), side.process, "", "", si(side.watts, "W"),
+                   si(side.peakWatts, "W"), energy(side.joules), temperature(side.lowest.junction),
+                   temperature(side.highest.junction)});
+    return table.text();
+}
+
+std::string momentWords(const Estimate& estimate, const Moment& moment)
+{
+    return fmt::format("{} at {} in {}", degrees(moment.junction), si(moment.seconds, "s"),
+                       estimate.period->modes[moment.mode].name);
+}
+
+std::string periodLines(const Estimate& estimate)
+{
+    std::string text;
+    for (const PeriodSide& side : estimate.period->sides) {
+        const std::string process = side.process.empty() ? "" : side.process + ": ";
+        text += fmt::format("{}{}\n", process, side.words);
+        if (!side.settles)
+            continue;
+        if (!estimate.design.stages.empty() && !side.process.empty())
+            text += fmt::format("{}the junction is lowest with {}, highest with {}\n", process,
+                                momentWords(estimate, side.lowest), momentWords(estimate, side.highest));
+        if (estimate.side().supplies)
+            text += fmt::format("{}the board takes {} on average, {} at most\n", process, si(side.inputWatts, "W"),
+                                si(side.peakInputWatts, "W"));
+        if (side.batteryHours)
+            text += fmt::format("{}the battery of {:g} Wh lasts {}\n", process, *estimate.design.batteryWattHours,
+                                duration(*side.batteryHours * 3600.0));
+    }
+    return text;
+}
+
+std::string railsOverModes(const Estimate& estimate)
+{
+    const PeriodSide& side = estimate.period->sides.front();
+    const PeriodSide* other = estimate.period->sides.size() > 1 ? &estimate.period->sides[1] : nullptr;
+    std::vector<std::string> header{"Rail over the modes", "Average", "Peak", "Peak current", "In mode"};
+    if (other)
+        header.insert(header.end(), {other->process + " average", other->process + " peak"});
+    TextTable table(header);
+    for (const RailPeriod& rail : side.rails) {
+        const auto there = other ? std::find_if(other->rails.begin(), other->rails.end(),
+                                                [&](const RailPeriod& one) { return one.rail == rail.rail; })
+                                 : side.rails.end();
+        if (rail.peakAmperes == 0.0)
+            continue;
+        std::vector<std::string> cells{rail.rail, si(rail.watts, "W"), si(rail.peakWatts, "W"),
+                                       si(rail.peakAmperes, "A"), rail.peakMode};
+        if (other && there != other->rails.end())
+            cells.insert(cells.end(), {si(there->watts, "W"), si(there->peakWatts, "W")});
+        table.row(cells);
+    }
+    return table.text();
+}
+
+std::string suppliesOverModes(const Estimate& estimate)
+{
+    TextTable table({"Supply over the modes", "Process", "Peak load", "In mode", "Limit", "Margin", "Power-up",
+                     "Average input", "Peak input"});
+    const std::vector<PeriodSide>& sides = estimate.period->sides;
+    for (std::size_t i = 0; i < estimate.side().supplies->supplies.size(); ++i) {
+        for (const PeriodSide& side : sides) {
+            if (!side.settles)
+                continue;
+            const SupplyPeriod& supply = side.supplies[i];
+            table.row({&side == &sides.front() ? supply.name : "", side.process, si(supply.peakAmperes, "A"),
+                       supply.peakMode, supply.maxAmperes ? si(*supply.maxAmperes, "A") : "",
+                       supply.maxAmperes ? si(*supply.maxAmperes - supply.peakAmperes, "A") : "",
+                       si(supply.powerUpAmperes, "A"), si(supply.inputWatts, "W"), si(supply.peakInputWatts, "W")});
+        }
+    }
+    return table.text();
+}
+
+std::string startUpTable(const Estimate& estimate)
+{
+    std::vector<std::string> header{"Since the start"};
+    for (const Side& side : estimate.sides)
+        header.insert(header.end(), {side.process + " lowest", side.process + " highest"});
+    TextTable table(header);
+    constexpr std::size_t stride = 20; // a table for people: JSON, CSV and the page have all
+    for (std::size_t i = stride - 1; i < estimate.side().startUp.size(); i += stride) {
+        std::vector<std::string> cells{duration(estimate.side().startUp[i].seconds)};
+        for (const Side& side : estimate.sides) {
+            const bool known = i < side.startUp.size();
+            cells.push_back(known ? degrees(side.startUp[i].lowestJunction) : "none");
+            cells.push_back(known ? degrees(side.startUp[i].highestJunction) : "none");
+        }
+        table.row(cells);
+    }
+    return table.text();
+}
+
 std::string subsystemsTable(const Side& side)
 {
     TextTable table({"Static power by subsystem", "Power"});
@@ -241,6 +400,22 @@ std::string carriedTable(const Estimate& estimate)
     return table.text();
 }
 
+void cleanPeriod(Estimate& estimate)
+{
+    if (!estimate.period)
+        return;
+    for (ModeResult& mode : estimate.period->modes)
+        mode.name = shown(mode.name);
+    for (PeriodSide& side : estimate.period->sides) {
+        for (RailPeriod& rail : side.rails)
+            rail.peakMode = shown(rail.peakMode);
+        for (SupplyPeriod& supply : side.supplies) {
+            supply.name = shown(supply.name);
+            supply.peakMode = shown(supply.peakMode);
+        }
+    }
+}
+
 // The estimate with all text that people wrote as a terminal may have it.
 Estimate forTerminal(const Estimate& estimate)
 {
@@ -257,6 +432,13 @@ Estimate forTerminal(const Estimate& estimate)
     }
     for (CoolingResult& result : safe.cooling)
         clean(result.cooling.name);
+    for (Side& side : safe.sides) {
+        for (std::size_t i = 0; side.supplies && i < side.supplies->supplies.size(); ++i) {
+            clean(side.supplies->supplies[i].name);
+            clean(side.supplies->supplies[i].from);
+        }
+    }
+    cleanPeriod(safe);
     for (BudgetResult& budget : safe.budgets)
         clean(budget.name);
     for (Carried& carried : safe.carried) {
@@ -280,6 +462,15 @@ std::string textReport(const Estimate& result, bool verbose, const Paint& paint)
     if (hasHierarchy(estimate))
         section("Hierarchy", hierarchyTable(estimate));
     section("Rails", railsTable(estimate));
+    if (estimate.side().supplies)
+        section("Supplies", suppliesTable(estimate));
+    if (estimate.period) {
+        section("Modes", modesTable(estimate) + periodLines(estimate) + "\n" + railsOverModes(estimate));
+        if (estimate.side().supplies)
+            text += "\n" + suppliesOverModes(estimate);
+    }
+    if (!estimate.side().startUp.empty())
+        section("Start-up", startUpTable(estimate));
     if (!estimate.side().subsystems.empty()) {
         section("Process sides", sidesTable(estimate));
         section("Static power", subsystemsTable(estimate.side()));

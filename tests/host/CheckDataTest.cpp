@@ -230,6 +230,27 @@ TEST(CheckData, EverySpoiltRowIsNamedWithFileAndLine)
     EXPECT_THAT(result.out, Not(HasSubstr("has no row BRAM"))) << "a row of the wrong type isn't missing";
 }
 
+TEST(CheckData, NamesOfPartsHaveAllFields)
+{
+    const Scratch scratch;
+    const std::string data = scratch.copyData();
+    const std::string file = Scratch::dataFile(data, "Parts");
+    const std::string text = Scratch::read(file);
+    const std::string part = "zq4410_ktba3310_1_MP_i_S";
+    const std::size_t at = text.find(part + " = ");
+    ASSERT_NE(at, std::string::npos);
+    const auto line =
+        std::to_string(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n') + 1);
+    for (const std::string odd : {"zq4410_ktba3310_1_MP_i_", "zq4410_ktba3310_1_MP_i", "zq4410_ktba3310_1_MP_i_SQ",
+                                  "zq4410_ktba3310_1_MP_i_S_es1x", "zq4410_ktba3310_a_MP_i_S"}) {
+        std::ofstream(file) << std::string(text).replace(at, part.size(), odd);
+        const ToolRun result = scratch.run("check-data " + data);
+        EXPECT_EQ(result.code, 2) << odd;
+        EXPECT_THAT(result.out, HasSubstr(file + ":" + line + ": DEVICE_DATA.")) << odd;
+        EXPECT_THAT(result.out, HasSubstr(odd + " is no part: device_package_speed_voltage_")) << odd;
+    }
+}
+
 TEST(CheckData, AFormulaThatFindsNoNumberInATextSaysWhichFileToCheck)
 {
     const Scratch scratch;

@@ -14,6 +14,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <utility>
 #include <vector>
 
@@ -177,6 +178,7 @@ TEST(CommandLine, MistakesAreToldWithTheToolsNameAndTheNearestWord)
         {"estimate d.json --html", "--html"},
         {"manual frob", "frob"},
         {"calc Bram NUM_BRAMS=99999999999", "NUM_BRAMS takes a whole number of 32 bits"},
+        {"calc Bram PORT_A_CLOCK=1,5", "PORT_A_CLOCK: there is no unit ,5"},
         {"calc Bram $(head -c 100000 /dev/zero | tr '\\0' x)", "is not of the form CELL=VALUE"},
         {"cells $(head -c 100000 /dev/zero | tr '\\0' x)", "there is no block xxx"},
     };
@@ -268,7 +270,10 @@ TEST(CommandLine, DataErrorsAreToldOnceWithWhatWasLookedForAndWhere)
         {"echo 'a b' >" + parts, parts + ":1: syntax error"},
         {"echo 'ZelmOrvanePartsData : { };' >" + parts, parts + ":1: expected a group"},
         {"echo 'ZelmOrvanePartsData = [1, 2];' >" + parts, parts + ":1: expected a group"},
+        {"echo '@include \"" + scratch.path("fifo") + "\"' >" + parts, "fifo: cannot be read: is a device or FIFO"},
+        {"head -c 5000000 /dev/zero | tr '\\0' x >" + parts, parts + ":1: cannot be read: a line of more than 10000"},
     };
+    ASSERT_EQ(mkfifo(scratch.path("fifo").c_str(), 0600), 0);
     for (const auto& [how, words] : rows) {
         spoil(how);
         for (const std::string& command : {std::string("parts --json"), "estimate --json " + design}) {
@@ -278,6 +283,9 @@ TEST(CommandLine, DataErrorsAreToldOnceWithWhatWasLookedForAndWhere)
             EXPECT_THAT(result.err, AllOf(StartsWith("zelm: "), HasSubstr(words))) << how << ": " << command;
             EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << how << "\n" << result.err;
         }
+        const ToolRun check = scratch.run("check-data " + data);
+        EXPECT_EQ(check.code, 2) << how;
+        EXPECT_THAT(check.out, AllOf(HasSubstr(words), Not(HasSubstr("Exception")), Not(HasSubstr("boost")))) << how;
     }
 }
 
@@ -348,8 +356,9 @@ TEST(OddNames, MessagesOnATerminalCannotSteerIt)
     const std::string design = scratch.write("d.json", R"({"groups": [{"block": "\u001b[2J\u202eBrem"}]})");
     EXPECT_THAT(scratch.run("estimate " + design).err,
                 AllOf(HasSubstr("there is no block \\x1b[2J\\u202eBrem"), Not(HasSubstr("\x1b"))));
-    const ToolRun result = scratch.run("calc Bram --json MODE=$(printf '\\377')");
+    const ToolRun result = scratch.run("calc Bram --json MODE=$(printf '\\377\\033[2J')");
     EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("zelm: warning: \"\\xff\\x1b[2J\" is no word of MODE"));
     EXPECT_FALSE(nlohmann::json::parse(result.out, nullptr, false).is_discarded());
 }
 

@@ -7,7 +7,8 @@
 #include "host/design/Format.h"
 #include "host/report/Report.h"
 
-using namespace zelm::test;
+namespace zelm::test::formatTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -140,3 +141,5 @@ TEST(Format, WritesWhereItIsTold)
 }
 
 } // namespace
+
+} // namespace zelm::test::formatTest

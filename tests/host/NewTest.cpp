@@ -6,7 +6,8 @@
 #include "host/base/Text.h"
 #include "host/design/Template.h"
 
-using namespace zelm::test;
+namespace zelm::test::newTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -61,3 +62,5 @@ TEST(NewDesign, TellsMistakesAndSparesFiles)
 }
 
 } // namespace
+
+} // namespace zelm::test::newTest

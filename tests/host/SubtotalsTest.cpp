@@ -8,7 +8,8 @@
 #include "host/report/Report.h"
 #include "host/report/SubtotalsReport.h"
 
-using namespace zelm::test;
+namespace zelm::test::subtotalsTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -196,3 +197,5 @@ TEST(CsvTables, AreAskedForBehindTheFlag)
 }
 
 } // namespace
+
+} // namespace zelm::test::subtotalsTest

@@ -56,6 +56,8 @@ class Page(html.parser.HTMLParser):
             self.headings.append(int(tag[1]))
         elif tag == "svg":
             self.svgs += 1
+            if attributes.get("role") == "img":
+                self.charts.append(attributes.get("aria-label", ""))
         elif tag == "div" and attributes.get("class") == "chart":
             self.charts.append(attributes.get("aria-label", "") if attributes.get("role") == "img" else "")
         elif tag == "a":
@@ -166,6 +168,33 @@ def check_numbers(shown, asked, expected):
     return len(rows)
 
 
+def check_supplies(shown, expected):
+    sides = expected["sides"]
+    heading, *rows = shown.tables["Supplies"]
+    wanted = [(side["process"], supply) for supplies in zip(*(side["supplies"]["supplies"] for side in sides))
+              for side, supply in zip(sides, supplies)]
+    for row, (process, supply) in zip(rows, wanted):
+        assert row[0] in ("", supply["name"]) and row[2] == process, row
+        for column, field in ((5, "loadAmperes"), (8, "powerUpAmperes"), (10, "lossWatts"), (11, "inputWatts")):
+            assert agrees(row[column], heading[column], supply[field]), f"{heading[column]} of {row} is {supply[field]}"
+    for row, side in zip(rows[len(wanted):], sides, strict=True):
+        assert row[0] == "Board input" and agrees(row[11], heading[11], side["supplies"]["inputWatts"]), row
+
+
+def check_modes(shown, expected):
+    period = expected["period"]
+    heading, *rows = shown.tables["Modes and their period"]
+    wanted = [(mode["name"], side) for mode in period["modes"] for side in mode["sides"]]
+    for row, (name, side) in zip(rows, wanted):
+        assert row[0] in ("", name) and row[2] == side["process"], row
+        for column, field in ((4, "staticWatts"), (5, "watts"), (6, "peakWatts")):
+            assert agrees(row[column], heading[column], side[field]), f"{heading[column]} of {row} is {side[field]}"
+        assert row[9] == f"{side['highestJunctionTemperature']:.2f}".replace("-", "−"), row
+    for row, side in zip(rows[len(wanted):], period["sides"], strict=True):
+        assert row[0] == "Period" and agrees(row[5], heading[5], side["watts"]), row
+    assert any(name.startswith("Power by group in each mode") for name in shown.charts), shown.charts
+
+
 def check(zelm, chromium, design):
     with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
         folder = pathlib.Path(folder)
@@ -181,6 +210,10 @@ def check(zelm, chromium, design):
     shown.feed(asked["html"])
     check_page(shown, asked)
     rails = check_numbers(shown, asked, expected)
+    if "supplies" in expected["sides"][0]:
+        check_supplies(shown, expected)
+    if "period" in expected:
+        check_modes(shown, expected)
     print(f"{design}: {rails} rails, {len(expected['groups'])} groups, {len(shown.charts)} charts agree")
 
 

@@ -51,6 +51,26 @@ for path in sys.argv[2:]:
     accepted("parameters", lambda d: d.update(parameters={"fclk": "322 MHz", "lanes": 4, "half": "= lanes / 2"}))
     refused("a parameter whose name is no name", lambda d: d.update(parameters={"f-clk": 1}))
     refused("a parameter that is a list", lambda d: d.update(parameters={"a": [1]}))
+    supply = lambda **fields: lambda d: d.update(supplies={"A": {"rails": ["VCCINT"], **fields}})
+    accepted("a supply", supply(maxCurrent="60 A", efficiency=[["5 A", 0.84], [30, "91 %"]], **{"from": "12V"}))
+    accepted("a supply's share", supply(efficiency="= share"))
+    refused("an efficiency of 0", supply(efficiency=0))
+    refused("an efficiency above 1", supply(efficiency=90))
+    refused("a point of one number", supply(efficiency=[[5]]))
+    refused("a supply of an unknown rail", supply(rails=["VCCFOO"]))
+    refused("a supply's unknown field", supply(maxCurent=1))
+    accepted("a sequence", lambda d: d.update(sequence=["VCCINT", ["VCCRAM", "VCCAUX"]]))
+    refused("a sequence of unknown rails", lambda d: d.update(sequence=["VCCFOO"]))
+    period = lambda **fields: lambda d: d.update(modes=[{"name": "a", "for": "9 ms", **fields}])
+    accepted("a mode", period(set={"groups[x].count": 1}))
+    refused("a mode of no length", period(**{"for": 0}))
+    refused("a mode's unknown field", period(sets={}))
+    refused("modes that are none", lambda d: d.update(modes=[]))
+    accepted("stages", lambda d: d.update(thermal={"stages": [{"r": "0.2 C/W", "tau": "10 ms"}]}))
+    refused("a stage without its time constant", lambda d: d.update(thermal={"stages": [{"r": 0.2}]}))
+    refused("a negative time constant", lambda d: d.update(thermal={"stages": [{"r": 0.2, "tau": -1}]}))
+    accepted("a battery", lambda d: d.update(battery={"energy": "40 Wh"}))
+    refused("an empty battery", lambda d: d.update(battery={"energy": 0}))
     refused("an unknown rail", lambda d: d.update(rails={"VCCFOO": 1}))
     refused("a static input that has a field of its own", lambda d: d.update(static={"SPEED_GRADE": "1"}))
     refused("a rail at 0 V", lambda d: d.update(rails={"VCCINT": 0}))
@@ -77,7 +97,7 @@ def check_output(name, *arguments):
     assert printed["format"] == 1 and jsonschema.Draft202012Validator(output).is_valid(printed), arguments
     for field in printed:
         without = {key: value for key, value in printed.items() if key != field}
-        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty"), f"{name}: {field} may be missing"
+        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty", "period"), f"{name}: {field} may be missing"
     assert not one.is_valid({**printed, "format": 2}), f"{name}: another format is accepted"
     assert not one.is_valid({**printed, "another": 1}), f"{name}: another field is accepted"
 
