@@ -118,6 +118,26 @@ Json rail()
                   {{"staticCurrentInside", text()}});
 }
 
+Json supplies()
+{
+    const Json supply = object({{"name", text()},
+                                {"from", text()},
+                                {"volts", amount()},
+                                {"loadAmperes", amount()},
+                                {"powerUpAmperes", amount()},
+                                {"powerUpRails", listOf(text())},
+                                {"outputWatts", amount()},
+                                {"efficiency", amount()},
+                                {"lossWatts", amount()},
+                                {"inputWatts", amount()},
+                                {"rails", listOf(object({{"rail", text()}, {"watts", amount()}}))}},
+                               {{"maxAmperes", amount()}, {"marginAmperes", amount()}});
+    return object({{"inputWatts", amount()},
+                   {"unfedRails", listOf(text())},
+                   {"unfedWatts", amount()},
+                   {"supplies", listOf(supply)}});
+}
+
 Json side()
 {
     return object({{"process", text()},
@@ -127,7 +147,63 @@ Json side()
                    {"rails", listOf(rail())},
                    {"subsystems", listOf(object({{"cell", text()}, {"watts", amount()}}))},
                    {"curve", listOf(object({{"junctionTemperature", amount()}, {"watts", amount()}}))}},
-                  {{"thermal", point()}, {"highestAmbientTemperature", amount()}, {"largestThetaJA", amount()}});
+                  {{"thermal", point()},
+                   {"highestAmbientTemperature", amount()},
+                   {"largestThetaJA", amount()},
+                   {"supplies", supplies()},
+                   {"startUp", listOf(object({{"seconds", amount()},
+                                              {"lowestJunctionTemperature", amount()},
+                                              {"highestJunctionTemperature", amount()}}))}});
+}
+
+Json mode()
+{
+    const Json modeSide = object({{"process", text()},
+                                  {"staticWatts", amount()},
+                                  {"watts", amount()},
+                                  {"peakWatts", amount()},
+                                  {"inputWatts", amount()},
+                                  {"joules", amount()},
+                                  {"lowestJunctionTemperature", amount()},
+                                  {"highestJunctionTemperature", amount()}});
+    return object({{"name", text()},
+                   {"seconds", amount()},
+                   {"dynamicWatts", amount()},
+                   {"groups", listOf(object({{"name", text()}, {"watts", amount()}}))},
+                   {"sides", listOf(modeSide)}});
+}
+
+Json periodSide()
+{
+    const Json moment =
+        object({{"seconds", amount()}, {"mode", text()}, {"junctionTemperature", amount()}, {"watts", amount()}},
+               {{"inputWatts", amount()}});
+    const Json ofRail = object({{"rail", text()},
+                                {"watts", amount()},
+                                {"peakWatts", amount()},
+                                {"peakAmperes", amount()},
+                                {"peakMode", text()}});
+    const Json ofSupply = object({{"name", text()},
+                                  {"inputWatts", amount()},
+                                  {"peakInputWatts", amount()},
+                                  {"peakAmperes", amount()},
+                                  {"peakMode", text()},
+                                  {"powerUpAmperes", amount()}},
+                                 {{"maxAmperes", amount()}});
+    return object({{"process", text()},
+                   {"settles", ofType("boolean")},
+                   {"words", text()},
+                   {"settledJunctionTemperature", amount()},
+                   {"lowest", moment},
+                   {"highest", moment},
+                   {"watts", amount()},
+                   {"peakWatts", amount()},
+                   {"peakMode", text()},
+                   {"joules", amount()},
+                   {"rails", listOf(ofRail)},
+                   {"supplies", listOf(ofSupply)},
+                   {"moments", listOf(moment)}},
+                  {{"inputWatts", amount()}, {"peakInputWatts", amount()}, {"batteryHours", amount()}});
 }
 
 Json budget()
@@ -169,7 +245,10 @@ Json estimateOutput()
          {"carried", listOf(object({{"from", text()}, {"to", text()}, {"value", text()}}))},
          {"warnings", listOf(text())},
          {"dataFiles", listOf(object({{"name", text()}, {"sha256", text()}}))}},
-        {{"part", text()}, {"ambientTemperature", amount()}, {"staticUncertainty", uncertainties()}});
+        {{"part", text()},
+         {"ambientTemperature", amount()},
+         {"staticUncertainty", uncertainties()},
+         {"period", object({{"seconds", amount()}, {"modes", listOf(mode())}, {"sides", listOf(periodSide())}})}});
 }
 
 Json subtotalsOutput()

@@ -166,7 +166,9 @@ std::vector<std::string> rowOf(const std::string& table, const std::string& star
 TEST(CsvTables, StandAlone)
 {
     const Estimate estimate = estimateOf(kDesign);
-    EXPECT_EQ(csvTables(), (std::vector<std::string>{"groups", "rails", "totals"}));
+    EXPECT_THAT(csvTables(), testing::ElementsAre("groups", "rails", "totals", "supplies", "modes", "mode-groups",
+                                                  "mode-rails", "moments", "start-up"));
+    EXPECT_THROW(csvTable(estimate, "supplies"), Error); // the design has none
     const std::vector<std::string> taps = rowOf(csvTable(estimate, "groups"), "taps,");
     const GroupResult& group = groupOf(estimate, "taps");
     ASSERT_EQ(taps.size(), 8u);

@@ -384,6 +384,34 @@ TEST(Parameters, StandOnEachOtherToALimit)
     EXPECT_THAT(messageOf(chain(65)), HasSubstr("parameters.p0: more than 64 parameters stand on each other"));
 }
 
+// tests/data/designs has the examples as they were written with plain numbers.
+class OldWriting : public testing::TestWithParam<const char*> {};
+
+TEST_P(OldWriting, GivesTheBitsOfTheNew)
+{
+    const std::string name = std::string(GetParam()) + ".json";
+    const Estimate before = estimate(readDesign(ZELM_SOURCE_DIR "/tests/data/designs/" + name));
+    const Estimate after = estimate(readDesign(ZELM_SOURCE_DIR "/examples/" + name));
+    ASSERT_EQ(before.groups.size(), after.groups.size());
+    for (std::size_t i = 0; i < before.groups.size(); ++i) {
+        EXPECT_EQ(before.groups[i].name, after.groups[i].name);
+        EXPECT_EQ(before.groups[i].watts, after.groups[i].watts) << after.groups[i].name;
+        EXPECT_FALSE(after.groups[i].in.empty()) << after.groups[i].name;
+    }
+    ASSERT_EQ(before.sides.size(), after.sides.size());
+    for (std::size_t i = 0; i < before.sides.size(); ++i) {
+        EXPECT_EQ(before.sides[i].totalWatts, after.sides[i].totalWatts);
+        EXPECT_EQ(before.sides[i].junction, after.sides[i].junction);
+        EXPECT_EQ(before.sides[i].highestAmbient, after.sides[i].highestAmbient);
+    }
+    ASSERT_EQ(before.budgets.size(), after.budgets.size());
+    for (std::size_t i = 0; i < before.budgets.size(); ++i)
+        EXPECT_EQ(before.budgets[i].words(), after.budgets[i].words());
+}
+
+INSTANTIATE_TEST_SUITE_P(Examples, OldWriting, testing::Values("controller", "first", "gateway", "network"),
+                         [](const auto& one) { return std::string(one.param); });
+
 } // namespace
 
 } // namespace zelm::test::writingTest

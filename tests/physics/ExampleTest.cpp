@@ -46,7 +46,10 @@ protected:
         return group.value("count", 1.0);
     }
 
-    const Json m_design = Json::parse(std::ifstream(ZELM_SOURCE_DIR "/examples/" + GetParam() + ".json"));
+    static constexpr bool kThrows = true;
+    static constexpr bool kWithComments = true;
+    const Json m_design = Json::parse(std::ifstream(ZELM_SOURCE_DIR "/examples/" + GetParam() + ".json"), nullptr,
+                                      kThrows, kWithComments);
 };
 
 TEST_P(ExampleDesign, SaysWhatItStandsFor)
