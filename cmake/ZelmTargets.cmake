@@ -25,9 +25,11 @@ function(zelm_blocks)
     set(source "${CMAKE_CURRENT_BINARY_DIR}/${subsystem}${part}.cpp")
     file(CONFIGURE OUTPUT "${source}" CONTENT "${text}" @ONLY)
     target_sources(zelmorvane PRIVATE "${source}")
-    # Names and loading: no speed to gain there, and as long to compile as the formulas.
-    set_source_files_properties("${source}" TARGET_DIRECTORY zelmorvane PROPERTIES COMPILE_OPTIONS
-                                                                                    "$<$<CONFIG:Release>:-O1>")
+    # They hold no formulas: clearing cells, which vectors do, is all that calculating asks of them.
+    set_source_files_properties(
+      "${source}" TARGET_DIRECTORY zelmorvane
+      PROPERTIES COMPILE_OPTIONS
+                 "$<$<CONFIG:Release>:$<IF:$<STREQUAL:${part},Params>,-O2;-ftree-vectorize;-fvect-cost-model=dynamic,-O1>>")
   endforeach()
   foreach(block IN LISTS ARGN)
     target_sources(zelmorvane PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/ZelmOrvane${block}Model.cpp")

@@ -1,9 +1,7 @@
 #include "framework/ZelmCellNames.h"
 
 #include "framework/ZelmReflection.h"
-#include "framework/ZelmUnset.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -98,21 +96,6 @@ void CellNames::reflect(std::string& text, const Names& names, std::span<const f
 void CellNames::reflect(std::string& text, const Names& names, std::span<const std::string> cells, int first, int last)
 {
     reflectCells(text, names, cells, first, last);
-}
-
-void CellNames::unset(std::span<int> cells)
-{
-    std::fill(cells.begin(), cells.end(), unsetInt);
-}
-
-void CellNames::unset(std::span<float> cells)
-{
-    std::fill(cells.begin(), cells.end(), unsetFloat);
-}
-
-void CellNames::unset(std::span<std::string> cells)
-{
-    std::fill(cells.begin(), cells.end(), unsetString);
 }
 
 } // namespace zelm

@@ -11,7 +11,7 @@
 
 namespace zelm {
 
-/// What parameter blocks do with the names of their cells, and with any cells alike: compiled once for all of them.
+/// What parameter blocks do with the names of their cells, compiled once for all of them.
 class ZELM_EXPORT CellNames {
 public:
     using Names = std::vector<std::string>;
@@ -37,11 +37,6 @@ public:
     static void reflect(std::string& text, const Names& names, std::span<const int> cells, int first, int last);
     static void reflect(std::string& text, const Names& names, std::span<const float> cells, int first, int last);
     static void reflect(std::string& text, const Names& names, std::span<const std::string> cells, int first, int last);
-
-    /// Puts the unset sentinel into all cells.
-    static void unset(std::span<int> cells);
-    static void unset(std::span<float> cells);
-    static void unset(std::span<std::string> cells);
 };
 
 } // namespace zelm

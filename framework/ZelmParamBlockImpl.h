@@ -6,6 +6,7 @@
 #include "framework/ZelmCellNames.h"
 #include "framework/ZelmParamBlock.h"
 
+#include <algorithm>
 #include <mutex>
 
 template <class Cells>
@@ -36,9 +37,10 @@ std::string ZelmParamBlock<Cells>::reflect() const
 template <class Cells>
 void ZelmParamBlock<Cells>::reset()
 {
-    zelm::CellNames::unset(m_ints);
-    zelm::CellNames::unset(m_floats);
-    zelm::CellNames::unset(m_strings);
+    m_ints.fill(zelm::unsetInt);
+    m_floats.fill(zelm::unsetFloat);
+    for (std::string& text : m_strings)
+        text = zelm::unsetString;
 }
 
 template <class Cells>
@@ -68,19 +70,19 @@ void ZelmParamBlock<Cells>::resetIntermediateCalculations()
 template <class Cells>
 void ZelmParamBlock<Cells>::resetBetween(IntEnum first, IntEnum last)
 {
-    zelm::CellNames::unset({m_ints.begin() + first, m_ints.begin() + last});
+    std::fill(m_ints.begin() + first, m_ints.begin() + last, zelm::unsetInt);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::resetBetween(FloatEnum first, FloatEnum last)
 {
-    zelm::CellNames::unset({m_floats.begin() + first, m_floats.begin() + last});
+    std::fill(m_floats.begin() + first, m_floats.begin() + last, zelm::unsetFloat);
 }
 
 template <class Cells>
 void ZelmParamBlock<Cells>::resetBetween(StringEnum first, StringEnum last)
 {
-    zelm::CellNames::unset({m_strings.begin() + first, m_strings.begin() + last});
+    std::fill(m_strings.begin() + first, m_strings.begin() + last, zelm::unsetString);
 }
 
 template <class Cells>

@@ -68,9 +68,13 @@ public:
 protected:
     ~Sheet() = default;
 
-    /// A formula's row in the tables of ZelmAccessors.inc. Of a family's cell it has the member.
+    /// A formula's row in the tables of ZelmAccessors.inc.
     template <class Slot>
-    struct Formula {
+    using Formula = void (*)(const Sheet& sheet, Slot& slot);
+
+    /// The same in a model with families of many members: a formula that serves all takes the member from its row.
+    template <class Slot>
+    struct MemberFormula {
         void (*compute)(const Sheet& sheet, Slot& slot, const void* member);
         const void* member;
 
@@ -166,8 +170,7 @@ inline void store(std::string& slot, std::string value)
     slot = std::move(value);
 }
 
-// Not inline, where GCC 12 sees texts overlap that don't.
-[[gnu::noinline]] inline void store(std::string& slot, std::string_view value)
+inline void store(std::string& slot, std::string_view value)
 {
     slot = value;
 }
@@ -177,8 +180,8 @@ inline void store(std::string& slot, const char* value)
     slot = value;
 }
 
-/// The formula of the cells that hold a metric of a family, for any of its members.
-template <class Model, class ModelSheet, class Slot, auto metric, class Member>
+/// The formula of the cells that hold a metric of a family, whichever the member.
+template <class Model, class ModelSheet, class Member, auto metric, class Slot>
 void computeMember(const Sheet<Model>& base, Slot& slot, const void* member)
 {
     const auto& sheet = static_cast<const ModelSheet&>(base);

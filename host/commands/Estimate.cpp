@@ -89,7 +89,7 @@ Action declareEstimate(Options& options)
     const std::string& design = options.required("design", "The design file (JSON)");
     const bool& json = options.flag("--json", "Print JSON");
     const std::string& csv =
-        options.flagOf("--csv", csvTables(), "Print CSV; groups, rails or totals: that table alone");
+        options.flagOf("--csv", csvTables(), "Print CSV; with the name of a table, that table alone");
     options.exclude("--csv", "--json");
     const std::optional<std::string>& html = options.text("--html", "Write a self-contained HTML report to this file");
     const bool& check = options.flag("--check", "End with exit code 1 if a budget is broken");

@@ -24,11 +24,11 @@ public:
                               const std::string& description);
     /// None unless given: an empty text is one.
     const std::optional<std::string>& text(const std::string& name, const std::string& description);
-    /// A whole number above 0; 0 unless given.
-    const unsigned& count(const std::string& name, const std::string& description);
     /// The same for a word or number; what is its name in the help.
     const std::optional<std::string>& value(const std::string& name, const std::string& what,
                                             const std::string& description);
+    /// A whole number above 0; 0 unless given.
+    const unsigned& count(const std::string& name, const std::string& description);
     const std::string& required(const std::string& name, const std::string& description);
     const std::vector<std::string>& list(const std::string& name, const std::string& description);
     /// An option that may stand more than once, each time with one value, and must once.

@@ -59,18 +59,18 @@ const std::optional<std::string>& Options::text(const std::string& name, const s
     return m_optionals.back();
 }
 
-const unsigned& Options::count(const std::string& name, const std::string& description)
-{
-    constexpr unsigned most = 1024;
-    m_command->add_option(name, m_counts.emplace_back(0), description)->check(CLI::Range(1u, most));
-    return m_counts.back();
-}
-
 const std::optional<std::string>& Options::value(const std::string& name, const std::string& what,
                                                  const std::string& description)
 {
     m_command->add_option(name, m_optionals.emplace_back(), description)->type_name(what);
     return m_optionals.back();
+}
+
+const unsigned& Options::count(const std::string& name, const std::string& description)
+{
+    constexpr unsigned most = 1024;
+    m_command->add_option(name, m_counts.emplace_back(0), description)->check(CLI::Range(1u, most));
+    return m_counts.back();
 }
 
 const std::string& Options::required(const std::string& name, const std::string& description)

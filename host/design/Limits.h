@@ -11,6 +11,7 @@ inline constexpr double kMostThetaJA = 1000.0; // degrees per watt
 inline constexpr double kMostVolts = 100.0;
 inline constexpr std::size_t kMostSupplies = 200;
 inline constexpr std::size_t kMostModes = 100;
+inline constexpr std::size_t kMostModeGroups = 100000; // each mode has all groups in memory
 inline constexpr std::size_t kMostStages = 16;
 inline constexpr double kMostSeconds = 1e9;
 inline constexpr double kMostWattHours = 1e9;

@@ -125,6 +125,10 @@ std::vector<Mode> readModes(const Json& value, const Json& root, const Reading& 
         where.fail(fmt::format("expected a list of modes, found {}", Fields::describe(value)));
     if (value.size() > kMostModes)
         where.fail(fmt::format("a design has at most {} modes, found {}", kMostModes, value.size()));
+    if (const auto groups = root.find("groups");
+        groups != root.end() && groups->size() * value.size() > kMostModeGroups)
+        where.fail(fmt::format("{} modes of {} groups are too many: at most {} in all", value.size(), groups->size(),
+                               kMostModeGroups));
     Json plain = root;
     plain.erase("modes");
     std::vector<Mode> modes;

@@ -126,6 +126,17 @@ std::int64_t roundedUpBy(std::int64_t number, std::int64_t divisor)
     return (number + divisor - 1) / divisor;
 }
 
+// What a group loads its clock with, by the rows of loads.
+std::vector<std::int64_t> loadsOf(const Group& group)
+{
+    std::vector<std::int64_t> loads;
+    for (const ClockLoad& load : clockLoads())
+        loads.push_back(isOfKind(group, load)
+                            ? std::int64_t{group.count} * std::get<int>(inputOf(group, load.cell)) * load.each
+                            : 0);
+    return loads;
+}
+
 // The loads of one of a clock's like nets, by input of the accounting.
 std::map<std::string_view, std::int64_t> loadsOf(const Design& design, const Group& clock)
 {
@@ -135,10 +146,9 @@ std::map<std::string_view, std::int64_t> loadsOf(const Design& design, const Gro
     for (const Group& group : design.groups) {
         if (group.clock != clock.name)
             continue;
-        for (const ClockLoad& load : clockLoads()) {
-            if (isOfKind(group, load))
-                loads[load.load] += std::int64_t{group.count} * std::get<int>(inputOf(group, load.cell)) * load.each;
-        }
+        const std::vector<std::int64_t> ofGroup = loadsOf(group);
+        for (std::size_t i = 0; i < ofGroup.size(); ++i)
+            loads[clockLoads()[i].load] += ofGroup[i];
     }
     for (auto& [cell, number] : loads)
         number = roundedUpBy(number, std::max(clock.count, 1));
@@ -170,9 +180,11 @@ void carryCount(Running& clock, std::string_view cell, std::int64_t count, const
 // Gives a group the frequency of the clock that it names, on all its clock inputs that the design leaves unset.
 void carryFrequency(const Design& design, const Group& group, Running& running, std::vector<Carried>& carried)
 {
+    if (group.clock.empty())
+        return;
     const auto clock = std::find_if(design.groups.begin(), design.groups.end(),
                                     [&](const Group& other) { return other.name == group.clock; });
-    if (group.clock.empty() || clock == design.groups.end())
+    if (clock == design.groups.end())
         return;
     for (const ClockInput& input : clockInputs()) {
         if (input.block != running.block->name || running.isSet(input.cell))
@@ -188,9 +200,9 @@ void carryFrequency(const Design& design, const Group& group, Running& running, 
 // group names keeps what it has.
 void carryLoads(const Design& design, const Group& clock, Running& running, std::vector<Carried>& carried)
 {
-    const bool isNamed = std::any_of(design.groups.begin(), design.groups.end(),
-                                     [&](const Group& group) { return group.clock == clock.name; });
-    if (clock.block->name != "Clock" || !isNamed)
+    if (clock.block->name != "Clock" ||
+        std::none_of(design.groups.begin(), design.groups.end(),
+                     [&](const Group& group) { return group.clock == clock.name; }))
         return;
     const std::string from = fmt::format("groups on {}", clock.name);
     for (const auto& [cell, number] : loadsOf(design, clock))
@@ -363,12 +375,15 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
     return started;
 }
 
-std::vector<std::size_t> carriedInto(const Design& design, const Group& group)
+std::vector<std::size_t> carriedInto(const Design& design, const Group& before, const Group& after)
 {
+    const bool isClock = before.block->name == "Clock";
+    const bool otherLoads = before.clock != after.clock || loadsOf(before) != loadsOf(after);
     std::vector<std::size_t> reached;
     for (std::size_t i = 0; i < design.groups.size(); ++i) {
         const Group& other = design.groups[i];
-        if ((!group.clock.empty() && other.name == group.clock) || (!other.clock.empty() && other.clock == group.name))
+        const bool isItsClock = !other.name.empty() && (other.name == before.clock || other.name == after.clock);
+        if ((isClock && other.clock == before.name) || (otherLoads && isItsClock))
             reached.push_back(i);
     }
     return reached;

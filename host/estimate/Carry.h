@@ -41,9 +41,9 @@ struct StartedGroup {
 /// the device's names and sites, bank voltages by I/O standard, and rail voltages everywhere.
 StartedGroup start(const Design& design, const Group& group, const RailVolts& rails, const ResolvedDevice* device);
 
-/// The groups of the design, by their place there, into which something is carried from this one: a clock's frequency
-/// into those that name it, their loads into the clock.
-std::vector<std::size_t> carriedInto(const Design& design, const Group& group);
+/// The groups of the design, by their place there, into which something else is carried once a group takes the place of
+/// another of the same name: a clock's frequency into those that name it, their loads into the clock.
+std::vector<std::size_t> carriedInto(const Design& design, const Group& before, const Group& after);
 
 /// The used counts of the static power model, by cell, from what the groups use; the design's own settings win.
 std::map<std::string, int> usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design);

@@ -129,18 +129,21 @@ void RunningDesign::change(std::size_t index, Group group)
     Group& place = m_estimate.design.groups.at(index);
     if (group == place)
         return;
-    markGroup(index);
-    if (group.name != place.name || group.block != place.block)
-        m_all = true;
-    place = std::move(group);
-    markGroup(index);
     m_changed = true;
+    if (group.name != place.name || group.block != place.block || m_stale.size() <= index) {
+        m_all = true;
+    } else {
+        m_stale[index] = true;
+        for (const std::size_t reached : carriedInto(m_estimate.design, place, group))
+            m_stale[reached] = true;
+    }
+    place = std::move(group);
 }
 
 void RunningDesign::change(Environment environment)
 {
     m_estimate.design.environment = std::move(environment);
-    m_changed = true;
+    m_changed = m_otherFields = true;
 }
 
 void RunningDesign::change(Design design)
@@ -159,17 +162,7 @@ void RunningDesign::change(Design design)
         change(i, std::move(design.groups[i]));
     design.groups = std::move(now.groups);
     now = std::move(design);
-    m_changed = true;
-}
-
-// A group, and those into which something of it is carried.
-void RunningDesign::markGroup(std::size_t index)
-{
-    if (m_stale.size() <= index)
-        return; // nothing has been computed yet
-    m_stale[index] = true;
-    for (const std::size_t reached : carriedInto(m_estimate.design, m_estimate.design.groups[index]))
-        m_stale[reached] = true;
+    m_changed = m_otherFields = true;
 }
 
 const Estimate& RunningDesign::estimate()
@@ -181,9 +174,11 @@ const Estimate& RunningDesign::estimate()
     refuseImpossible(m_estimate.design);
     if (all)
         resolveDevice();
-    const bool carriedOthers = computeGroups() || all;
-    addUpGroups(carriedOthers);
-    addStaticPower(carriedOthers);
+    m_readsOthers = all;
+    m_carriesOthers = all;
+    computeGroups();
+    addUpGroups();
+    addStaticPower();
     const std::vector<RailLoad> loads = railLoads(m_estimate.groups);
     for (Side& side : m_estimate.sides)
         addUp(loads, m_estimate.dynamicWatts, side);
@@ -193,8 +188,7 @@ const Estimate& RunningDesign::estimate()
     m_estimate.budgets.clear();
     checkBudgets(m_estimate);
     sayOnce(m_estimate.warnings);
-    m_all = false;
-    m_changed = false;
+    m_all = m_changed = m_otherFields = false;
     return m_estimate;
 }
 
@@ -217,8 +211,7 @@ void RunningDesign::resolveDevice()
     m_stale.assign(design.groups.size(), true);
 }
 
-// Whether something else is carried than before.
-bool RunningDesign::computeGroups()
+void RunningDesign::computeGroups()
 {
     const Design& design = m_estimate.design;
     std::vector<std::size_t> stale;
@@ -226,11 +219,10 @@ bool RunningDesign::computeGroups()
         if (m_stale[i])
             stale.push_back(i);
     }
-    bool carriedOthers = false;
+    std::vector<StartedGroup> before;
     for (const std::size_t i : stale) {
-        StartedGroup started = start(design, design.groups[i], *m_rails, device());
-        carriedOthers = carriedOthers || started.carried != m_started[i].group.carried;
-        m_started[i].group = std::move(started);
+        before.push_back(std::exchange(m_started[i].group, start(design, design.groups[i], *m_rails, device())));
+        m_carriesOthers = m_carriesOthers || before.back().carried != m_started[i].group.carried;
     }
     for (const std::size_t i : stale) {
         Started& started = m_started[i];
@@ -240,6 +232,14 @@ bool RunningDesign::computeGroups()
             started.results.push_back(powerOf(running, design, *m_rails, m_gaps, started.warnings));
         m_stale[i] = false;
     }
+    for (std::size_t k = 0; k < stale.size(); ++k) {
+        const std::vector<Running>& blocks = m_started[stale[k]].group.blocks;
+        m_readsOthers = m_readsOthers ||
+                        !std::equal(before[k].blocks.begin(), before[k].blocks.end(), blocks.begin(), blocks.end(),
+                                    [](const Running& old, const Running& now) { return old.readsTheSameOf(now); });
+        for (const Running& running : blocks)
+            running.rememberReads();
+    }
     if (!stale.empty()) {
         m_running.clear();
         for (const Started& started : m_started) {
@@ -248,7 +248,6 @@ bool RunningDesign::computeGroups()
         }
     }
     takeResults(stale);
-    return carriedOthers;
 }
 
 // Into the estimate, whose groups are those of all blocks.
@@ -268,7 +267,7 @@ void RunningDesign::takeResults(const std::vector<std::size_t>& stale)
     }
 }
 
-void RunningDesign::addUpGroups(bool carriedOthers)
+void RunningDesign::addUpGroups()
 {
     Estimate& result = m_estimate;
     result.dynamicWatts = 0.0;
@@ -284,9 +283,13 @@ void RunningDesign::addUpGroups(bool carriedOthers)
         append(result.warnings, started.group.warnings);
     for (const Started& started : m_started)
         append(result.warnings, started.warnings);
-    append(result.warnings, warningsAcross(m_running, device()));
-    append(result.warnings, warningsOfDevice(result.design, m_running, device()));
-    if (!carriedOthers)
+    if (m_readsOthers)
+        m_warningsAcross = warningsAcross(m_running, device());
+    append(result.warnings, m_warningsAcross);
+    if (m_readsOthers || m_otherFields)
+        m_warningsOfDevice = warningsOfDevice(result.design, m_running, device());
+    append(result.warnings, m_warningsOfDevice);
+    if (!m_carriesOthers)
         return;
     result.carried.clear();
     for (const Started& started : m_started)
@@ -294,7 +297,7 @@ void RunningDesign::addUpGroups(bool carriedOthers)
     m_carriedByGroups = result.carried.size();
 }
 
-void RunningDesign::addStaticPower(bool carriedOthers)
+void RunningDesign::addStaticPower()
 {
     Estimate& result = m_estimate;
     result.sides.clear();
@@ -305,21 +308,24 @@ void RunningDesign::addStaticPower(bool carriedOthers)
         result.sides.push_back(side);
         return;
     }
-    result.utilisation = utilisation(m_running, *m_device);
+    if (m_readsOthers)
+        result.utilisation = utilisation(m_running, *m_device);
     for (const Utilisation& use : result.utilisation) {
         if (use.used > use.available)
             result.warnings.push_back(fmt::format("the design uses {:g} {} of the {:g} that {} has", use.used,
                                                   use.resource, use.available, m_device->name));
     }
-    std::map<std::string, int> used = usedCounts(m_running, *m_device, result.design);
-    if (carriedOthers || used != m_usedCounts) {
-        m_usedCounts = std::move(used);
+    if (m_readsOthers)
+        m_usedCounts = usedCounts(m_running, *m_device, result.design);
+    if (m_readsOthers || m_carriesOthers) {
         result.carried.resize(m_carriedByGroups);
         for (const auto& [cell, count] : m_usedCounts)
             result.carried.push_back({"groups", "Static." + cell, std::to_string(count)});
     }
-    result.usedCounts = m_usedCounts;
-    m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty());
+    if (m_readsOthers) {
+        result.usedCounts = m_usedCounts;
+        m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty());
+    }
     m_static.addTo(result, m_curves);
 }
 

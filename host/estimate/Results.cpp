@@ -66,6 +66,13 @@ std::string BudgetResult::words() const
     return text;
 }
 
+const BudgetResult* Estimate::budget(std::string_view name) const
+{
+    const auto found =
+        std::find_if(budgets.begin(), budgets.end(), [&](const BudgetResult& budget) { return budget.name == name; });
+    return found == budgets.end() ? nullptr : &*found;
+}
+
 bool Estimate::budgetBroken() const
 {
     return std::any_of(budgets.begin(), budgets.end(), [](const BudgetResult& budget) { return budget.broken(); });

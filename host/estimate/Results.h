@@ -158,6 +158,8 @@ struct Estimate {
         return sides.front();
     }
     bool budgetBroken() const;
+    /// Null if there is none of that name.
+    const BudgetResult* budget(std::string_view name) const;
 };
 
 } // namespace zelm::host

@@ -32,7 +32,9 @@ bool Running::isSet(std::string_view cell) const
 
 Value Running::get(std::string_view cell) const
 {
-    return instance->get(block->cell(cell));
+    const ZelmCellInfo& found = block->cell(cell);
+    noteRead(found);
+    return instance->get(found);
 }
 
 int Running::whole(std::string_view cell) const
@@ -80,6 +82,18 @@ void Running::calculate()
     const LookUpMisses misses;
     instance->calculate();
     missingRows = block->missingRows(misses);
+}
+
+bool Running::readsTheSameOf(const Running& other) const
+{
+    if (other.block != block || other.name != name || other.count != count || other.clock != clock || m_read.empty())
+        return false;
+    for (std::size_t i = 0; i < m_read.size(); ++i) {
+        const ZelmCellInfo& cell = block->cells[i];
+        if (m_read[i] && (origins[i] != other.origins[i] || instance->get(cell) != other.instance->get(cell)))
+            return false;
+    }
+    return true;
 }
 
 void RunningGroups::clear()

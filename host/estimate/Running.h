@@ -30,6 +30,7 @@ struct Running {
     void set(const ZelmCellInfo& cell, const Value& value, Origin origin);
     bool isSet(const ZelmCellInfo& cell) const
     {
+        noteRead(cell);
         return origins[placeOf(cell)].has_value();
     }
     bool isSet(std::string_view cell) const;
@@ -38,6 +39,7 @@ struct Running {
     std::string text(std::string_view cell) const;
     Origin originOf(const ZelmCellInfo& cell) const
     {
+        noteRead(cell);
         return origins[placeOf(cell)].value_or(Origin::byDefault);
     }
     Origin originOf(std::string_view cell) const;
@@ -48,11 +50,26 @@ struct Running {
 
     void calculate();
 
+    /// From now on what is read of the group by its cells' names is remembered, for readsTheSameOf.
+    void rememberReads() const
+    {
+        m_read.assign(block->cells.size(), false);
+    }
+    /// Whether who read all that has been read of the group would read the same of another one.
+    bool readsTheSameOf(const Running& other) const;
+
 private:
     std::size_t placeOf(const ZelmCellInfo& cell) const
     {
         return static_cast<std::size_t>(&cell - block->cells.data());
     }
+    void noteRead(const ZelmCellInfo& cell) const
+    {
+        if (!m_read.empty())
+            m_read[placeOf(cell)] = true;
+    }
+
+    mutable std::vector<bool> m_read; // by the cells' places; empty as long as nobody wants to know
 };
 
 /// The groups of a design at work, by block: what only some kinds of them have to do with looks at those alone.

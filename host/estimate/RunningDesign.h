@@ -44,12 +44,11 @@ private:
     {
         return m_device ? &*m_device : nullptr;
     }
-    void markGroup(std::size_t index);
     void resolveDevice();
-    bool computeGroups();
+    void computeGroups();
     void takeResults(const std::vector<std::size_t>& stale);
-    void addUpGroups(bool carriedOthers);
-    void addStaticPower(bool carriedOthers);
+    void addUpGroups();
+    void addStaticPower();
 
     Curves m_curves;
     Gaps m_gaps;
@@ -59,11 +58,16 @@ private:
     std::vector<Started> m_started; // by group of the design
     std::vector<bool> m_stale;      // the same
     RunningGroups m_running;
+    bool m_carriesOthers = true;       // than before, between groups
+    bool m_readsOthers = true;         // of groups, where all of them are looked at
     std::size_t m_carriedByGroups = 0; // the first of the estimate's list
+    std::vector<std::string> m_warningsAcross;
+    std::vector<std::string> m_warningsOfDevice;
     std::map<std::string, int> m_usedCounts;
     StaticPower m_static;
     bool m_all = true;
     bool m_changed = true;
+    bool m_otherFields = true; // than groups have changed
 };
 
 } // namespace zelm::host

@@ -102,14 +102,17 @@ public:
     // junction, and what the step's power would heat if it went on, by less than the tolerance.
     bool walk(Walk& here, const Phase& phase, const std::function<void(const Walk&)>& tell) const
     {
-        const double end = here.seconds + phase.seconds;
+        const double begin = here.seconds;
         const double longest = phase.seconds / 32.0;
-        double step = std::min(longest, shortestTau() / 16.0);
+        const double shortest = 1e-9 * phase.seconds;
+        double step = std::clamp(shortestTau() / 16.0, shortest, longest);
+        double done = 0.0; // of the phase, which may be short beside the time that has passed
         here.watts = phase.power(here.junction);
         tell(here);
-        while (here.seconds < end) {
-            const bool last = here.seconds + step >= end * (1.0 - 1e-12);
-            const double size = last ? end - here.seconds : step;
+        while (done < phase.seconds) {
+            const double left = phase.seconds - done;
+            const bool last = step >= left * (1.0 - 1e-9);
+            const double size = last ? left : step;
             const Walk whole = stepped(here, size, phase.power);
             const Walk half = stepped(here, 0.5 * size, phase.power);
             const Walk halves = stepped(half, 0.5 * size, phase.power);
@@ -118,16 +121,16 @@ public:
             const double power = 0.25 * (here.watts + 2.0 * half.watts + halves.watts);
             const double error = std::max(std::fabs(whole.junction - halves.junction),
                                           m_resistance * std::fabs(0.5 * (here.watts + whole.watts) - power));
-            if (error > kTolerance && size > 1e-9 * phase.seconds) {
+            if (error > kTolerance && size > shortest) {
                 step = 0.5 * size;
                 continue;
             }
-            tellTurn(here, half, phase.power, tell);
+            tellTurn(here, half, 0.5 * size, phase.power, tell);
             tell(half);
-            tellTurn(half, halves, phase.power, tell);
+            tellTurn(half, halves, 0.5 * size, phase.power, tell);
             here = halves;
-            if (last)
-                here.seconds = end;
+            done = last ? phase.seconds : done + size;
+            here.seconds = begin + done;
             tell(here);
             if (error < 0.125 * kTolerance)
                 step = std::min(longest, 2.0 * step);
@@ -150,14 +153,14 @@ private:
     }
 
     // Where the junction turns between two points.
-    void tellTurn(const Walk& from, const Walk& to, const PowerCurve& power,
+    void tellTurn(const Walk& from, const Walk& to, double step, const PowerCurve& power,
                   const std::function<void(const Walk&)>& tell) const
     {
         const bool rising = slopeAt(from) > 0.0;
         if (rising == (slopeAt(to) > 0.0) || slopeAt(from) == 0.0 || slopeAt(to) == 0.0)
             return;
         double low = 0.0;
-        double high = to.seconds - from.seconds;
+        double high = step;
         Walk turn = to;
         for (int i = 0; i < 30; ++i) {
             const double middle = 0.5 * (low + high);

@@ -286,9 +286,9 @@ Json regulatorsJson(const Estimate& estimate)
 {
     Json list = Json::array();
     for (const auto& [rail, current] : estimate.design.regulators) {
-        const RailResult* result = estimate.side().rail(rail);
+        const BudgetResult* result = estimate.budget("regulator of " + rail); // modes may load it more than the design
         Json entry{{"rail", rail}, {"maxAmperes", current}};
-        addAmount(entry, "marginAmperes", current - (result ? result->amperes() : 0.0));
+        addAmount(entry, "marginAmperes", current - (result ? result->actual : 0.0));
         list.push_back(std::move(entry));
     }
     return list;

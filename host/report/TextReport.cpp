@@ -30,6 +30,13 @@ std::string junctionText(const Side& side)
     return side.settles() ? degrees(side.junction) : kRunaway;
 }
 
+// Of a rail's regulator, at the worst moment if the design has modes.
+double marginOf(const Estimate& estimate, const RailResult& rail, double limit)
+{
+    const BudgetResult* result = estimate.budget("regulator of " + rail.name);
+    return limit - (result ? result->actual : rail.amperes());
+}
+
 std::string railsTable(const Estimate& estimate)
 {
     const Side& side = estimate.side();
@@ -59,7 +66,7 @@ std::string railsTable(const Estimate& estimate)
             cells.push_back(other ? si(other->watts(), "W") : "");
         if (const auto regulator = estimate.design.regulators.find(rail.name);
             regulator != estimate.design.regulators.end())
-            cells.push_back(si(regulator->second - rail.amperes(), "A"));
+            cells.push_back(si(marginOf(estimate, rail, regulator->second), "A"));
         table.row(cells);
     }
     table.rule();

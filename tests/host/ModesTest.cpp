@@ -8,7 +8,8 @@
 
 #include <fmt/format.h>
 
-using namespace zelm::test;
+namespace zelm::test::modesTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 using testing::Not;
@@ -171,6 +172,16 @@ TEST(Modes, RailsAndSuppliesAreSizedByTheWorst)
         EXPECT_NEAR(side.peakInputWatts * 0.8, burst.sides[i].rail("VCCINT")->watts(), 1e-6);
         EXPECT_EQ(side.supplies.at(0).peakMode, "burst");
     }
+}
+
+TEST(Modes, RegulatorsShowTheirLeastMargin)
+{
+    const std::string fixed = R"("environment": {"junctionTemperature": 60})";
+    const Estimate burst = estimateOf(design(with({kDevice, fixed}), "0.5", "4"));
+    const Estimate estimate =
+        estimateOf(design(with({kDevice, fixed, R"("regulators": {"VCCINT": {"maxCurrent": 20}})", kModes})));
+    EXPECT_NEAR(jsonReport(estimate)["regulators"][0]["marginAmperes"].get<double>(),
+                20.0 - burst.side().rail("VCCINT")->amperes(), 1e-9);
 }
 
 TEST(Modes, ARunawayLeavesThePeriodWithoutAmounts)
@@ -367,6 +378,30 @@ const BadMode kBad[] = {
 
 INSTANTIATE_TEST_SUITE_P(All, BadModes, testing::ValuesIn(kBad), [](const auto& one) { return one.param.name; });
 
+TEST(Modes, TakeNoEndlessMemory)
+{
+    const auto list = [](const char* element, int times) {
+        std::string text;
+        for (int i = 0; i < times; ++i)
+            text += (i == 0 ? "" : ",\n") + fmt::format(fmt::runtime(element), i);
+        return text;
+    };
+    const auto messageOf = [](const std::string& text) -> std::string {
+        try {
+            parseDesign("test.json", text);
+        } catch (const Error& error) {
+            return error.what();
+        }
+        return "no error";
+    };
+    const char* mode = R"({{"name": "m{}", "for": 1}})";
+    const char* group = R"({{"block": "Bram", "name": "g{}"}})";
+    EXPECT_THAT(messageOf("{\"groups\": [], \"modes\": [" + list(mode, 101) + "]}"),
+                HasSubstr("test.json:1: modes: a design has at most 100 modes, found 101"));
+    EXPECT_THAT(messageOf("{\"groups\": [" + list(group, 1001) + "],\n\"modes\": [" + list(mode, 100) + "]}"),
+                HasSubstr("modes: 100 modes of 1001 groups are too many: at most 100000 in all"));
+}
+
 TEST(Modes, TheSettingThatCantBeIsBlamed)
 {
     try {
@@ -382,3 +417,5 @@ TEST(Modes, TheSettingThatCantBeIsBlamed)
 }
 
 } // namespace
+
+} // namespace zelm::test::modesTest

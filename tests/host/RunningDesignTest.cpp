@@ -10,7 +10,8 @@
 
 #include <random>
 
-using namespace zelm::test;
+namespace zelm::test::runningDesignTest {
+
 using namespace zelm::host;
 
 namespace {
@@ -133,3 +134,5 @@ TEST(RunningDesign, GroupsComeAndGo)
 }
 
 } // namespace
+
+} // namespace zelm::test::runningDesignTest

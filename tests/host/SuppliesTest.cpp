@@ -5,7 +5,8 @@
 #include "host/estimate/Supplies.h"
 #include "host/report/Report.h"
 
-using namespace zelm::test;
+namespace zelm::test::suppliesTest {
+
 using namespace zelm::host;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -277,3 +278,5 @@ const BadSupply kBad[] = {
 INSTANTIATE_TEST_SUITE_P(All, BadSupplies, testing::ValuesIn(kBad), [](const auto& one) { return one.param.name; });
 
 } // namespace
+
+} // namespace zelm::test::suppliesTest

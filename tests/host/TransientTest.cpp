@@ -4,9 +4,11 @@
 #include "host/estimate/Transient.h"
 
 #include <cmath>
+#include <limits>
 #include <numeric>
 
-using namespace zelm::test;
+namespace zelm::test::transientTest {
+
 using namespace zelm::host;
 using testing::HasSubstr;
 
@@ -65,6 +67,21 @@ TEST(Transient, TimeConstantsFarFromThePeriodLoseNoDigits)
     EXPECT_NEAR(extreme(state, true).junction, 20.0 + 12.0 + 6.0, 1e-6);
     EXPECT_NEAR(state.points.back().junction, 20.0 + 12.0 + 3.0, 1e-6);
     EXPECT_NEAR(state.rises.at(1), 12.0, 1e-6);
+}
+
+TEST(Transient, EndsWhateverTheTimes)
+{
+    const double least = std::numeric_limits<double>::denorm_min();
+    const PeriodicState fast = periodicState({{1.0, least}}, {{1.0, leaking(5.0, 5.0)}, {2.0, constant(1.0)}}, 20.0);
+    ASSERT_TRUE(fast.found) << fast.words;
+    EXPECT_NEAR(fast.points.back().junction, 21.0, 1e-3) << "follows at once";
+    // A burst of a millisecond after thirty years: both stages have settled at 20 + 2 W x 1.5 degrees per watt, the
+    // slow one stays.
+    const PeriodicState late =
+        periodicState({{0.5, 1e-6}, {1.0, 10.0}}, {{1e9, constant(2.0)}, {1e-3, leaking(20.0, 2.0)}}, 20.0);
+    ASSERT_TRUE(late.found) << late.words;
+    const TransientPoint& end = late.points.back();
+    EXPECT_NEAR(end.junction, 20.0 + 2.0 + 0.5 * end.watts, 1e-2);
 }
 
 // The network's differential equations in fine steps by Runge and Kutta's rule of fourth order, from ambient through so
@@ -231,3 +248,5 @@ TEST(Transient, TheTableOfStaticPowerIsAsGoodAsItsNumbers)
 }
 
 } // namespace
+
+} // namespace zelm::test::transientTest
