@@ -200,9 +200,8 @@ void carryFrequency(const Design& design, const Group& group, Running& running, 
 // group names keeps what it has.
 void carryLoads(const Design& design, const Group& clock, Running& running, std::vector<Carried>& carried)
 {
-    if (clock.block->name != "Clock" ||
-        std::none_of(design.groups.begin(), design.groups.end(),
-                     [&](const Group& group) { return group.clock == clock.name; }))
+    if (clock.block->name != "Clock" || std::none_of(design.groups.begin(), design.groups.end(),
+                                                     [&](const Group& group) { return group.clock == clock.name; }))
         return;
     const std::string from = fmt::format("groups on {}", clock.name);
     for (const auto& [cell, number] : loadsOf(design, clock))
