@@ -300,7 +300,7 @@ std::string wrapped(std::string_view text, std::size_t columns)
 {
     constexpr std::size_t leastWords = 20; // narrower columns of words can't be read
     std::string result;
-    for (std::string line : split(std::string(text), '\n')) {
+    for (const std::string& line : split(std::string(text), '\n')) {
         const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
         const std::size_t gap = line.find("  ", begin);
         const std::size_t column = gap == std::string::npos ? begin : line.find_first_not_of(' ', gap);
@@ -321,7 +321,7 @@ std::string wrapped(std::string_view text, std::size_t columns)
 
 std::string escapedCsv(const std::string& text)
 {
-    const std::string valid = validUtf8(text);
+    std::string valid = validUtf8(text);
     if (valid.find_first_of(",\"\r\n") == std::string::npos)
         return valid;
     std::string quoted = "\"";

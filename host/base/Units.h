@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,7 +11,7 @@
 namespace zelm::host {
 
 /// The powers of what units are made of: seconds, bits, volts, amperes, degrees. None of them: a plain number.
-using Dimension = std::array<std::int8_t, 5>;
+using Dimension = std::array<int, 5>;
 inline constexpr Dimension kPlain{};
 
 /// A unit that designs and command lines may write: 1 of it is factor x 10^exponent of what its dimension counts in.

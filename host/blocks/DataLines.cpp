@@ -62,7 +62,7 @@ std::string dataPath(const std::string& file)
 
 std::string loadablePath(const std::string& file)
 {
-    const std::string path = dataPath(file);
+    std::string path = dataPath(file);
     if (path.empty())
         throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
                                 std::getenv("QTA_DATADIR")));
@@ -74,13 +74,19 @@ std::string loadablePath(const std::string& file)
     constexpr std::size_t longest = 10000;
     constexpr std::string_view include = "@include";
     std::size_t number = 0;
-    for (const std::string& line : split(readFile(path), '\n')) {
+    const std::string text = readFile(path);
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        const std::string_view line = std::string_view(text).substr(at, end - at);
+        at = end + 1;
         ++number;
         if (line.size() > longest)
             refuse(fmt::format("{}:{}", path, number), fmt::format("a line of more than {} characters", longest));
         const std::size_t begin = std::min(line.find_first_not_of(" \t"), line.size());
-        const std::vector<std::string> words = split(line, '"');
-        if (line.compare(begin, include.size(), include) == 0 && words.size() > 1)
+        if (line.compare(begin, include.size(), include) != 0)
+            continue;
+        const std::vector<std::string> words = split(std::string(line), '"');
+        if (words.size() > 1)
             refuse(fmt::format("{}:{}: {}", path, number, words[1]), whyUnreadable(words[1]));
     }
     return path;

@@ -8,6 +8,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
+
 namespace zelm::host {
 
 namespace {
@@ -29,6 +34,34 @@ TemplateDevice deviceOf(const std::string& part)
     return device;
 }
 
+// A supply for each voltage, for what its rails draw on the worse process side, running or powering up, and half as much
+// again. What stands inside another rail is fed with that.
+std::vector<TemplateSupply> suppliesOf(const Estimate& estimate)
+{
+    constexpr double margin = 1.5;
+    std::map<double, TemplateSupply> byVolts;
+    for (const Side& side : estimate.sides) {
+        std::map<double, std::pair<double, double>> amperes; // running and powering up
+        for (const RailResult& rail : side.rails) {
+            if (!rail.inside.empty() || (rail.amperes() == 0.0 && rail.powerUpAmperes == 0.0))
+                continue;
+            amperes[rail.volts].first += rail.amperes();
+            amperes[rail.volts].second += rail.powerUpAmperes;
+            TemplateSupply& supply = byVolts[rail.volts];
+            supply.volts = rail.volts;
+            if (std::find(supply.rails.begin(), supply.rails.end(), rail.name) == supply.rails.end())
+                supply.rails.push_back(rail.name);
+        }
+        for (const auto& [volts, both] : amperes)
+            byVolts[volts].maxAmperes =
+                std::max(byVolts[volts].maxAmperes, std::ceil(margin * std::max(both.first, both.second)));
+    }
+    std::vector<TemplateSupply> supplies;
+    for (auto& [volts, supply] : byVolts)
+        supplies.push_back(std::move(supply));
+    return supplies;
+}
+
 } // namespace
 
 Action declareNew(Options& options)
@@ -39,8 +72,10 @@ Action declareNew(Options& options)
         options.value("--template", "KIND", "What to begin with: blank, controller, network, radio or vision");
     const std::optional<std::string>& output = options.text("-o,--output", "Write it to this file");
     return [&](Run& run) {
-        const std::string design =
-            templateDesign(kind.value_or("blank"), deviceOf(part.value_or("zq4410_ktba3310_1_MP_i_S")));
+        const std::string name = kind.value_or("blank");
+        const TemplateDevice device = deviceOf(part.value_or("zq4410_ktba3310_1_MP_i_S"));
+        const Estimate unfed = estimate(parseDesign("template", templateDesign(name, device)));
+        const std::string design = templateDesign(name, device, suppliesOf(unfed));
         if (output) {
             refuseOverwriting({*output}, {});
             if (whyUnreadable(*output).empty()) // a person's work, most likely

@@ -129,7 +129,7 @@ private:
 
     // With a base unit made larger and smaller by a power of two, which is exact, a result of one dimension follows by
     // a power of that; any other adds, compares or takes the function of what has different units.
-    std::int8_t powerOf(std::size_t base, double value)
+    int powerOf(std::size_t base, double value)
     {
         constexpr int steps = 120; // far enough for what is compared to change its order
         const auto follows = [&](int exponent) -> std::optional<int> {
@@ -147,7 +147,7 @@ private:
         constexpr int most = 20;
         if (!up || up != down || std::abs(*up) > most)
             throw Error("mixes units: it adds, compares or takes the function of what doesn't count in the same");
-        return static_cast<std::int8_t>(*up);
+        return *up;
     }
 
     // All parsers share one locale: once is enough, and again while another thread reads it would be a crash.

@@ -5,6 +5,7 @@
 #include "host/design/Format.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <iterator>
@@ -152,6 +153,24 @@ std::string railsText(const TemplateDevice& device)
     return text;
 }
 
+std::string suppliesText(const std::vector<TemplateSupply>& supplies)
+{
+    if (supplies.empty())
+        return {};
+    std::string text;
+    for (const TemplateSupply& supply : supplies)
+        text += fmt::format(
+            R"({}"supply of {:g} V": {{"rails": ["{}"], "maxCurrent": "{:g} A", "efficiency": 0.9, "from": "12V"}})",
+            text.empty() ? "" : ",\n", supply.volts, fmt::join(supply.rails, R"(", ")"), supply.maxAmperes);
+    return fmt::format(R"(
+// fill in: what feeds the rails, its largest current and its efficiency
+"supplies": {{
+{}
+}},
+)",
+                       text);
+}
+
 std::string groupsText(const Kind& kind, const TemplateDevice& device)
 {
     std::string text;
@@ -175,7 +194,8 @@ std::vector<std::string> templateNames()
     return names;
 }
 
-std::string templateDesign(const std::string& name, const TemplateDevice& device)
+std::string templateDesign(const std::string& name, const TemplateDevice& device,
+                           const std::vector<TemplateSupply>& supplies)
 {
     const auto* const kind =
         std::find_if(std::begin(kTemplates), std::end(kTemplates), [&](const Kind& k) { return k.name == name; });
@@ -202,7 +222,7 @@ std::string templateDesign(const std::string& name, const TemplateDevice& device
 "rails": {{ // fill in: where yours differ
 {rails}
 }},
-
+{supplies}
 // fill in: what may be drawn; `zelm estimate --check` ends with 1 if a budget is broken
 "budgets": {{"totalPower": "{watts}", "junctionTemperature": "100 C"}},
 
@@ -211,7 +231,7 @@ std::string templateDesign(const std::string& name, const TemplateDevice& device
 }}
 )",
         fmt::arg("title", kind->title), fmt::arg("parameters", parametersText(*kind)), fmt::arg("part", device.part),
-        fmt::arg("rails", railsText(device)), fmt::arg("watts", kind->watts),
+        fmt::arg("rails", railsText(device)), fmt::arg("supplies", suppliesText(supplies)), fmt::arg("watts", kind->watts),
         fmt::arg("groups", groupsText(*kind, device)));
     return formattedDesign(text, "template");
 }

@@ -18,8 +18,16 @@ struct TemplateDevice {
     std::vector<std::pair<std::string, double>> rails; ///< with their volts
 };
 
+/// A supply of a new design: all rails of one voltage.
+struct TemplateSupply {
+    double volts = 0.0;
+    std::vector<std::string> rails;
+    double maxAmperes = 0.0;
+};
+
 /// A commented design of a kind, in the form of zelm format. It estimates as it stands; what a person has to fill in is
-/// marked. An Error names the kinds.
-std::string templateDesign(const std::string& kind, const TemplateDevice& device);
+/// marked. Without supplies it has none. An Error names the kinds.
+std::string templateDesign(const std::string& kind, const TemplateDevice& device,
+                           const std::vector<TemplateSupply>& supplies = {});
 
 } // namespace zelm::host

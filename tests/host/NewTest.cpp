@@ -29,6 +29,7 @@ TEST_P(New, EstimatesAsItStands)
         const ToolRun estimated = scratch.run("estimate --check --strict " + file);
         EXPECT_EQ(estimated.code, 0) << part << " " << name << "\n" << estimated.err << estimated.out;
         EXPECT_THAT(estimated.out, HasSubstr("Hierarchy")) << name;
+        EXPECT_THAT(estimated.out, HasSubstr("Supplies")) << name;
         EXPECT_EQ(scratch.run("format --check " + file).code, 0) << name;
     }
 }

@@ -80,7 +80,7 @@ TEST_P(EditedExample, IsWhatANewEstimateGives)
     std::vector<bool> changed(edits.size(), false);
     std::mt19937 random(7);
     std::string log;
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 30; ++round) {
         const std::size_t i = random() % edits.size();
         changed[i] = !changed[i];
         edited.set(i, changed[i] ? edits[i].after : edits[i].before);
