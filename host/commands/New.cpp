@@ -34,8 +34,8 @@ TemplateDevice deviceOf(const std::string& part)
     return device;
 }
 
-// A supply for each voltage, for what its rails draw on the worse process side, running or powering up, and half as much
-// again. What stands inside another rail is fed with that.
+// A supply for each voltage, for what its rails draw on the worse process side, running or powering up, and half as
+// much again. What stands inside another rail is fed with that.
 std::vector<TemplateSupply> suppliesOf(const Estimate& estimate)
 {
     constexpr double margin = 1.5;

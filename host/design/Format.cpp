@@ -34,7 +34,7 @@ struct Node {
     struct Item;
     char open = '\0'; ///< '{' or '['; else text is all of it
     std::string text;
-    std::vector<Item> items{};
+    std::vector<Item> items;
     std::vector<Comment> last{}; ///< comments behind all items
 };
 

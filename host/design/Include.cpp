@@ -102,12 +102,12 @@ private:
         Entry entry;
         for (const auto& [name, field] : value.items()) {
             if (name != "file" && name != "prefix")
-                fail(source, path + "." + name,
+                fail(source, fmt::format("{}.{}", path, name),
                      fmt::format("there is no field of this name here{}; known fields: file, prefix",
                                  suggestion(name, {"file", "prefix"})));
             constexpr std::size_t longest = 100;
             if (!field.is_string() || (name == "prefix" && field.get<std::string>().size() > longest))
-                fail(source, path + "." + name,
+                fail(source, fmt::format("{}.{}", path, name),
                      fmt::format("expected a text of at most {} characters, found {}", longest, typeAndValue(field)));
             (name == "file" ? entry.file : entry.prefix) = field.get<std::string>();
         }
