@@ -8,80 +8,112 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace zelm::host {
 
-/// Does count like pieces of work on so many threads, and hands what comes of them over in order, on the caller's
-/// thread. Those that are done too early wait, so that memory doesn't depend on count. makeWorker() gives each thread
-/// its own work(index). The first piece, by order, that throws ends it all with its exception; so does take(result)
-/// with false, without one.
-template <class Result, class MakeWorker, class Take>
-void inOrder(std::size_t count, unsigned threads, MakeWorker makeWorker, Take take)
-{
-    const std::size_t window = std::size_t{threads} * 4; // pieces that may be ahead of the one that is due
+/// Pieces of work that threads take as they get free, and whose results leave in order. Those that are done too early
+/// wait, so that memory doesn't depend on the number of pieces.
+template <class Result>
+class OrderedPieces {
+public:
+    OrderedPieces(std::size_t count, std::size_t window) : m_count(count), m_window(window) {}
+
+    /// The next piece to work on; nothing if there is none any more.
+    std::optional<std::size_t> begin()
+    {
+        std::unique_lock lock(m_mutex);
+        m_someTaken.wait(lock, [this] { return m_over || m_next >= m_count || m_next < m_due + m_window; });
+        return m_over || m_next >= m_count ? std::nullopt : std::optional(m_next++);
+    }
+
+    /// Does a piece, or keeps the exception that it throws.
+    template <class Work>
+    void finish(std::size_t index, Work work)
+    {
+        Done done;
+        try {
+            done.result.emplace(work());
+        } catch (...) {
+            done.failure = std::current_exception();
+        }
+        const std::lock_guard lock(m_mutex);
+        m_done.emplace(index, std::move(done));
+        m_someDone.notify_one();
+    }
+
+    /// What came of the piece that is due, or its exception.
+    Result take()
+    {
+        std::unique_lock lock(m_mutex);
+        m_someDone.wait(lock, [this] { return m_done.contains(m_due); });
+        Done done = std::move(m_done.extract(m_due++).mapped());
+        m_someTaken.notify_all();
+        lock.unlock();
+        if (done.failure)
+            std::rethrow_exception(done.failure);
+        return std::move(*done.result);
+    }
+
+    /// No further piece begins.
+    void end()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_over = true;
+        m_someTaken.notify_all();
+    }
+
+private:
     struct Done {
         std::optional<Result> result;
         std::exception_ptr failure;
     };
-    std::mutex mutex;
-    std::condition_variable someTaken;
-    std::condition_variable someDone;
-    std::map<std::size_t, Done> done;
-    std::size_t next = 0; // to be begun
-    std::size_t due = 0;  // to be taken
-    bool over = false;
 
+    std::size_t m_count;
+    std::size_t m_window; // pieces that may be ahead of the one that is due
+    std::mutex m_mutex;
+    std::condition_variable m_someTaken;
+    std::condition_variable m_someDone;
+    std::map<std::size_t, Done> m_done;
+    std::size_t m_next = 0; // to be begun
+    std::size_t m_due = 0;  // to be taken
+    bool m_over = false;
+};
+
+/// Does count like pieces of work on so many threads, and hands what comes of them over in order, on the caller's
+/// thread. makeWorker() gives each thread its own work(index). The first piece, by order, that throws ends it all with
+/// its exception; so does take(result) with false, without one.
+template <class Result, class MakeWorker, class Take>
+void inOrder(std::size_t count, unsigned threads, MakeWorker makeWorker, Take take)
+{
+    constexpr std::size_t ahead = 4;
+    OrderedPieces<Result> pieces(count, std::size_t{threads} * ahead);
     const auto run = [&] {
         std::optional<decltype(makeWorker())> work;
-        std::unique_lock lock(mutex);
-        for (;;) {
-            someTaken.wait(lock, [&] { return over || next >= count || next < due + window; });
-            if (over || next >= count)
-                return;
-            const std::size_t index = next++;
-            lock.unlock();
-            Done piece;
-            try {
+        while (const std::optional<std::size_t> index = pieces.begin()) {
+            pieces.finish(*index, [&] {
                 if (!work)
                     work.emplace(makeWorker());
-                piece.result.emplace((*work)(index));
-            } catch (...) {
-                piece.failure = std::current_exception();
-            }
-            lock.lock();
-            done.emplace(index, std::move(piece));
-            someDone.notify_one();
+                return (*work)(*index);
+            });
         }
     };
-    const auto end = [&] {
-        const std::lock_guard lock(mutex);
-        over = true;
-        someTaken.notify_all();
-    };
-
-    std::vector<std::jthread> pool;
-    try {
-        const std::size_t wanted = std::min<std::size_t>(std::max(threads, 1u), count);
-        for (std::size_t i = 0; i < wanted; ++i)
-            pool.emplace_back(run);
-        for (std::size_t i = 0; i < count; ++i) {
-            std::unique_lock lock(mutex);
-            someDone.wait(lock, [&] { return done.contains(i); });
-            Done piece = std::move(done.extract(i).mapped());
-            due = i + 1;
-            someTaken.notify_all();
-            lock.unlock();
-            if (piece.failure)
-                std::rethrow_exception(piece.failure);
-            if (!take(std::move(*piece.result)))
-                break;
+    std::vector<std::jthread> pool; // joins when it goes, whatever ends the scope
+    struct AtEnd {
+        OrderedPieces<Result>& pieces;
+        ~AtEnd()
+        {
+            pieces.end();
         }
-    } catch (...) {
-        end();
-        throw;
+    } const atEnd{pieces};
+    const std::size_t wanted = std::min<std::size_t>(std::max(threads, 1u), count);
+    while (pool.size() < wanted)
+        pool.emplace_back(run);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!take(pieces.take()))
+            return;
     }
-    end();
 }
 
 } // namespace zelm::host
