@@ -3,6 +3,7 @@
 #include "host/base/Error.h"
 #include "host/base/Text.h"
 #include "host/blocks/Catalogue.h"
+#include "host/blocks/Rails.h"
 
 #include "device/ZelmOrvanePartsData.h"
 #include "device/ZelmOrvaneStaticData.h"
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <mutex>
 
 namespace zelm::host {
 
@@ -116,9 +118,23 @@ std::vector<std::string> namesOf(const std::string& device)
     return names;
 }
 
-} // namespace
+// The static power model finds a rail's nominal voltage by the device's grades when it is pulled.
+std::map<std::string, float> nominalVolts(const ResolvedDevice& device)
+{
+    const auto instance = statics().create();
+    for (const auto& [cell, word] : device.staticInputs)
+        instance->set(statics().cell(cell), word);
+    std::map<std::string, float> byRail;
+    for (const std::string& rail : railNames()) {
+        const ZelmCellInfo& cell = statics().cell(rail);
+        instance->pull(cell);
+        if (const float volts = instance->real(cell).value_or(0.0f); volts > 0.0f)
+            byRail[rail] = volts;
+    }
+    return byRail;
+}
 
-ResolvedDevice resolve(const Design& design)
+ResolvedDevice resolveAnew(const Design& design)
 {
     const Device& device = design.device.value();
     const std::vector<std::string> devices = deviceNames(); // loads the data, or says what is wrong with them
@@ -155,7 +171,50 @@ ResolvedDevice resolve(const Design& design)
     resolved.staticInputs = {{"DEVICE_NAME", resolved.name}, {"PROCESS", resolved.process}};
     for (const Grade& grade : grades)
         resolved.staticInputs.emplace_back(grade.cell, grade.word);
+    resolved.volts = nominalVolts(resolved);
     return resolved;
+}
+
+// What designs' devices have come to: a process meets few of them, over and over.
+class ResolvedDevices {
+public:
+    ResolvedDevice find(const Design& design)
+    {
+        const std::lock_guard lock(m_mutex);
+        const Device& device = design.device.value();
+        if (!m_known.empty() && m_loads != loads())
+            m_known.clear();
+        const auto known =
+            std::find_if(m_known.begin(), m_known.end(), [&](const auto& entry) { return entry.first == device; });
+        if (known != m_known.end())
+            return known->second;
+        ResolvedDevice resolved = resolveAnew(design);
+        constexpr std::size_t most = 64;
+        if (m_known.size() == most)
+            m_known.clear();
+        m_known.emplace_back(device, resolved);
+        m_loads = loads();
+        return resolved;
+    }
+
+private:
+    // How often the data that it takes have been loaded.
+    static std::array<unsigned, 3> loads()
+    {
+        return {block("Parts").loads(), block("Static").loads(), block("Noc").loads()};
+    }
+
+    std::mutex m_mutex;
+    std::vector<std::pair<Device, ResolvedDevice>> m_known;
+    std::array<unsigned, 3> m_loads{};
+};
+
+} // namespace
+
+ResolvedDevice resolve(const Design& design)
+{
+    static ResolvedDevices devices;
+    return devices.find(design);
 }
 
 } // namespace zelm::host

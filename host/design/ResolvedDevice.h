@@ -19,6 +19,7 @@ struct ResolvedDevice {
     std::vector<std::string> names; ///< what data files call it: device, die, internal name
     std::vector<std::pair<std::string, std::string>> staticInputs; ///< cell and word: grades, process, device name
     std::map<std::string, int> resources;
+    std::map<std::string, float> volts; ///< nominal, by rail, for the grades; of those rails that have any
 };
 
 /// Finds the device of a design that names one, and checks its grades; an Error names the legal words.

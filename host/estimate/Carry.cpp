@@ -319,19 +319,8 @@ std::vector<const ZelmCellInfo*> bankCells(const BankKind& kind)
 RailVolts::RailVolts(const Design& design, const ResolvedDevice* device)
 {
     if (device) {
-        // The static power model finds a rail's nominal voltage by the device's grades when it is pulled.
-        const Block& block = zelm::host::block("Static");
-        block.load();
-        const auto instance = block.create();
-        for (const auto& [cell, word] : device->staticInputs)
-            instance->set(block.cell(cell), word);
-        for (const std::string& rail : railNames()) {
-            const ZelmCellInfo& cell = block.cell(rail);
-            instance->pull(cell);
-            const Value value = instance->get(cell);
-            if (const float* volts = std::get_if<float>(&value); volts && *volts > 0.0f)
-                m_known[rail] = {*volts, Origin::device};
-        }
+        for (const auto& [rail, volts] : device->volts)
+            m_known[rail] = {volts, Origin::device};
     }
     for (const auto& [rail, volts] : design.rails)
         m_known[rail] = {volts, Origin::rails};

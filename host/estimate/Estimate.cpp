@@ -14,6 +14,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 #include <unordered_map>
 
@@ -167,6 +168,8 @@ void RunningDesign::change(Design design)
 
 const Estimate& RunningDesign::estimate()
 {
+    if (m_loads != loads())
+        m_all = m_changed = true;
     if (!m_changed)
         return m_estimate;
     const bool all = std::exchange(m_all, true); // until this ends well
@@ -189,7 +192,17 @@ const Estimate& RunningDesign::estimate()
     checkBudgets(m_estimate);
     sayOnce(m_estimate.warnings);
     m_all = m_changed = m_otherFields = false;
+    m_loads = loads();
     return m_estimate;
+}
+
+// How often all data that the estimate takes have been loaded.
+std::uint64_t RunningDesign::loads() const
+{
+    std::uint64_t sum = 0;
+    for (const GroupResult& group : m_estimate.groups)
+        sum += group.block->loads();
+    return m_device ? sum + block("Static").loads() + block("Parts").loads() + block("Noc").loads() : sum;
 }
 
 Estimate RunningDesign::take() &&

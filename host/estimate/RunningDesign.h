@@ -5,6 +5,7 @@
 #include "host/estimate/StaticPower.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -44,6 +45,7 @@ private:
     {
         return m_device ? &*m_device : nullptr;
     }
+    std::uint64_t loads() const;
     void resolveDevice();
     void computeGroups();
     void takeResults(const std::vector<std::size_t>& stale);
@@ -65,6 +67,7 @@ private:
     std::vector<std::string> m_warningsOfDevice;
     std::map<std::string, int> m_usedCounts;
     StaticPower m_static;
+    std::uint64_t m_loads = 0; // of the data, when the estimate was made
     bool m_all = true;
     bool m_changed = true;
     bool m_otherFields = true; // than groups have changed

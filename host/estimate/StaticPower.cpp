@@ -12,6 +12,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -108,12 +109,32 @@ Settings settingsOf(const Design& design, const ResolvedDevice& device, const st
     return settings;
 }
 
+bool haveSameCells(const Settings& a, const Settings& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const auto& one, const auto& other) { return one.first == other.first; });
+}
+
 } // namespace
 
 // The model of one device and process side, with everything set but the temperature.
 class StaticModel {
 public:
     explicit StaticModel(std::string process) : m_process(std::move(process)) {}
+
+    const std::string& process() const
+    {
+        return m_process;
+    }
+
+    /// How much of what it has worked out such settings leave: all, or what depends on none that differs.
+    enum class Fit { none, sameCells, all };
+    Fit fits(const Settings& settings) const
+    {
+        if (!m_instance || !haveSameCells(settings, m_settings))
+            return Fit::none;
+        return settings == m_settings ? Fit::all : Fit::sameCells;
+    }
 
     void take(const Settings& settings)
     {
@@ -122,11 +143,7 @@ public:
             return;
         m_known.clear();
         m_voltageWarnings.reset();
-        const auto sameCells = [&] {
-            return std::equal(settings.begin(), settings.end(), m_settings.begin(), m_settings.end(),
-                              [](const auto& a, const auto& b) { return a.first == b.first; });
-        };
-        if (!m_instance || !sameCells())
+        if (!m_instance || !haveSameCells(settings, m_settings))
             create();
         m_settings = settings;
         m_loads = loads;
@@ -320,8 +337,57 @@ void warn(const Side& side, std::vector<std::string>& warnings)
 
 } // namespace
 
+namespace {
+
+// Models that no design uses: the next design of the same settings, or some that are like them, goes on with what they
+// have worked out.
+class FreeModels {
+public:
+    std::unique_ptr<StaticModel> take(const std::string& process, const Settings& settings)
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const StaticModel::Fit fit : {StaticModel::Fit::all, StaticModel::Fit::sameCells}) {
+            const auto found = std::find_if(m_free.begin(), m_free.end(), [&](const auto& model) {
+                return model->process() == process && model->fits(settings) == fit;
+            });
+            if (found == m_free.end())
+                continue;
+            std::unique_ptr<StaticModel> model = std::move(*found);
+            m_free.erase(found);
+            return model;
+        }
+        return std::make_unique<StaticModel>(process);
+    }
+
+    void giveBack(std::unique_ptr<StaticModel> model)
+    {
+        constexpr std::size_t most = 16;
+        const std::lock_guard lock(m_mutex);
+        if (m_free.size() == most)
+            m_free.pop_back();
+        m_free.insert(m_free.begin(), std::move(model));
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<std::unique_ptr<StaticModel>> m_free; // the one that was used last stands first
+};
+
+FreeModels& freeModels()
+{
+    static FreeModels models;
+    return models;
+}
+
+} // namespace
+
 StaticPower::StaticPower() = default;
-StaticPower::~StaticPower() = default;
+
+StaticPower::~StaticPower()
+{
+    for (auto& [process, model] : m_models)
+        freeModels().giveBack(std::move(model));
+}
 
 void StaticPower::take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
                        bool isManaged)
@@ -336,7 +402,7 @@ void StaticPower::take(const Design& design, const ResolvedDevice& device, const
     for (const std::string& process : m_processes) {
         std::unique_ptr<StaticModel>& model = m_models[process];
         if (!model)
-            model = std::make_unique<StaticModel>(process);
+            model = freeModels().take(process, settings);
         model->take(settings);
     }
 }

@@ -1,4 +1,5 @@
 #include "Designs.h"
+#include "Tool.h"
 
 #include "host/base/Json.h"
 #include "host/design/Include.h"
@@ -6,9 +7,13 @@
 #include "host/estimate/EditedDesign.h"
 #include "host/report/Report.h"
 
+#include "device/ZelmOrvaneStaticData.h"
+
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <random>
+#include <regex>
 
 namespace zelm::test::runningDesignTest {
 
@@ -131,6 +136,36 @@ TEST(RunningDesign, GroupsComeAndGo)
         running.change(design(groups));
         EXPECT_EQ(reportOf(running.estimate()), reportOf(estimate(design(groups)))) << groups;
     }
+}
+
+void load(const std::string& directory)
+{
+    const DataDirVariable variable(directory);
+    ASSERT_TRUE(ZelmOrvaneStaticData::getMutableGlobal().reset());
+}
+
+// Neither a design at work nor what estimates share goes on with data that are no longer there.
+TEST(RunningDesign, DataThatAreLoadedAnewCount)
+{
+    const Design design =
+        parseDesign("d.json", R"({"device": {"part": "zq4410"}, "environment": {"ambientTemperature": 40,
+        "thetaJA": 1}, "groups": [{"block": "Bram", "inputs": {"NUM_BRAMS": 8}}]})");
+    RunningDesign running(design);
+    const std::string before = reportOf(running.estimate());
+    const Scratch scratch;
+    const std::string spoilt = scratch.copyData();
+    const std::string file = spoilt + "/powercfg/orvane/ZelmOrvaneStaticData.cfg";
+    const std::string text = Scratch::read(file);
+    const std::string grown = std::regex_replace(text, std::regex("CONST = 0\\."), "CONST = 0.1"); // of leakage
+    ASSERT_NE(grown, text);
+    std::ofstream(file) << grown;
+    load(spoilt);
+    const std::string others = reportOf(estimate(design));
+    EXPECT_NE(others, before);
+    EXPECT_EQ(reportOf(running.estimate()), others);
+    load(shippedDataDirectory());
+    EXPECT_EQ(reportOf(running.estimate()), before);
+    EXPECT_EQ(reportOf(estimate(design)), before);
 }
 
 } // namespace
