@@ -168,7 +168,7 @@ void RunningDesign::change(Design design)
 
 const Estimate& RunningDesign::estimate()
 {
-    if (m_loads != loads())
+    if (m_loads != dataLoads())
         m_all = m_changed = true;
     if (!m_changed)
         return m_estimate;
@@ -182,9 +182,9 @@ const Estimate& RunningDesign::estimate()
     computeGroups();
     addUpGroups();
     addStaticPower();
-    const std::vector<RailLoad> loads = railLoads(m_estimate.groups);
+    const std::vector<RailLoad> onRails = railLoads(m_estimate.groups);
     for (Side& side : m_estimate.sides)
-        addUp(loads, m_estimate.dynamicWatts, side);
+        addUp(onRails, m_estimate.dynamicWatts, side);
     warnOfIdleLimits(m_estimate.design, device(), m_estimate);
     addSupplies(m_estimate);
     addModes(m_estimate, m_gaps);
@@ -192,12 +192,12 @@ const Estimate& RunningDesign::estimate()
     checkBudgets(m_estimate);
     sayOnce(m_estimate.warnings);
     m_all = m_changed = m_otherFields = false;
-    m_loads = loads();
+    m_loads = dataLoads();
     return m_estimate;
 }
 
 // How often all data that the estimate takes have been loaded.
-std::uint64_t RunningDesign::loads() const
+std::uint64_t RunningDesign::dataLoads() const
 {
     std::uint64_t sum = 0;
     for (const GroupResult& group : m_estimate.groups)

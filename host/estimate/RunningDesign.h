@@ -45,7 +45,7 @@ private:
     {
         return m_device ? &*m_device : nullptr;
     }
-    std::uint64_t loads() const;
+    std::uint64_t dataLoads() const;
     void resolveDevice();
     void computeGroups();
     void takeResults(const std::vector<std::size_t>& stale);
