@@ -9,27 +9,6 @@ using testing::HasSubstr;
 
 namespace {
 
-struct Bad {
-    const char* name;
-    const char* text;
-    std::vector<std::string> words; ///< each must stand in the message
-};
-
-void PrintTo(const Bad& bad, std::ostream* out)
-{
-    *out << bad.text;
-}
-
-std::string messageOf(const std::string& text)
-{
-    try {
-        estimateOf(text);
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "no error";
-}
-
 class BadDesign : public testing::TestWithParam<Bad> {};
 
 TEST_P(BadDesign, IsToldWithPlaceAndExpectation)

@@ -8,6 +8,7 @@
 #include "host/estimate/Estimate.h"
 
 #include <algorithm>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -19,6 +20,30 @@ namespace zelm::test {
 inline host::Estimate estimateOf(const std::string& text)
 {
     return host::estimate(host::parseDesign("test.json", text));
+}
+
+/// What is said of a design that is wrong, or "no error".
+inline std::string messageOf(const std::string& text)
+{
+    try {
+        estimateOf(text);
+    } catch (const host::Error& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+/// A row of a table of designs that are wrong.
+struct Bad {
+    const char* name;
+    std::string text;
+    std::vector<std::string> words; ///< each must stand in the message
+};
+
+inline void PrintTo(const Bad& bad,
+                    std::ostream* out) // NOLINT(readability-identifier-naming): the test framework's name
+{
+    *out << bad.text;
 }
 
 inline const host::GroupResult& groupOf(const host::Estimate& estimate, std::string_view name)

@@ -18,16 +18,6 @@ using testing::HasSubstr;
 
 namespace {
 
-std::string messageOf(const std::string& text)
-{
-    try {
-        estimateOf(text);
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "no error";
-}
-
 // A design of one memory, with parameters and inputs that a test writes out.
 std::string memory(const std::string& parameters, const std::string& inputs)
 {
@@ -264,17 +254,6 @@ TEST(Parameters, Vary)
               expected("100", "4"));
     EXPECT_THROW(swept("parameters.fclk=100V:200V:10V"), Error);
     EXPECT_THROW(swept("parameters.fclk=100MHZ:200:10"), Error);
-}
-
-struct Bad {
-    const char* name;
-    std::string text;
-    std::vector<std::string> words; ///< each must stand in the message
-};
-
-void PrintTo(const Bad& bad, std::ostream* out)
-{
-    *out << bad.text;
 }
 
 class BadWriting : public testing::TestWithParam<Bad> {};
