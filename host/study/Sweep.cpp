@@ -207,9 +207,11 @@ std::string sweepName(const Variation& variation)
 
 Json Variation::value(std::size_t index) const
 {
+    if (!listed.empty())
+        return listed.at(index);
     // Rounded to what a person would write, so that 3 x 0.1 is 0.3.
-    return listed.empty() ? plain(std::stod(fmt::format("{:.12g}", from + static_cast<double>(index) * step)))
-                          : listed.at(index);
+    const double exact = from + static_cast<double>(index) * step;
+    return plain(plainNumber(fmt::format("{:.12g}", exact)).value_or(exact));
 }
 
 Sweep::Sweep(const std::string& designFile, const std::vector<std::string>& variations)

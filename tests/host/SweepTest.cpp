@@ -105,6 +105,8 @@ TEST_F(SweepTest, RangesHaveTheValuesThatPeopleCount)
     EXPECT_EQ(values("1:0.5:-0.25"), "1 0.75 0.5 ");
     EXPECT_EQ(values("1:1.9:0.5"), "1 1.5 ");
     EXPECT_EQ(values("1:1:5"), "1 ");
+    EXPECT_THAT(messageOf({"rails.VCCINT=7.81e-321:0.5:0.25"}), HasSubstr("a rail at 0 V"))
+        << "less than a double's normal numbers";
 }
 
 TEST_F(SweepTest, MistakesAreTold)
