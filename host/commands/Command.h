@@ -44,6 +44,7 @@ Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
 Action declareFormat(Options& options);
 Action declareImportNetlist(Options& options);
+Action declareImportTable(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
 Action declareSchema(Options& options);
@@ -52,5 +53,7 @@ Action declareSweep(Options& options);
 
 /// The subcommands of import.
 std::span<const Command> importCommands();
+/// The subcommands of export.
+std::span<const Command> exportCommands();
 
 } // namespace zelm::host

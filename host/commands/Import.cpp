@@ -7,6 +7,8 @@ namespace {
 constexpr Command kImports[] = {
     {"netlist", "Make a design of a synthesised netlist",
      "zelm import netlist synth.json --clock clk=200MHz -o design.json", declareImportNetlist},
+    {"table", "Make a design of a table of groups (CSV or .xlsx)", "zelm import table groups.csv -o design.json",
+     declareImportTable},
 };
 
 } // namespace
