@@ -43,6 +43,7 @@ Action declareCheckData(Options& options);
 Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
 Action declareFormat(Options& options);
+Action declareImportActivity(Options& options);
 Action declareImportNetlist(Options& options);
 Action declareImportTable(Options& options);
 Action declareNew(Options& options);
