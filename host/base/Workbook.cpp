@@ -141,9 +141,9 @@ void WorkbookSheet::text(std::size_t row, std::size_t column, std::string_view t
     m_cells->reach(row, column);
     if (look != Look::title)
         m_cells->widen(column, static_cast<double>(width(valid)));
-    requireWritten(::worksheet_write_string(m_cells->sheet, rowOf(row), columnOf(column), valid.c_str(),
-                                            m_cells->format(look)),
-                   m_cells->name);
+    requireWritten(
+        ::worksheet_write_string(m_cells->sheet, rowOf(row), columnOf(column), valid.c_str(), m_cells->format(look)),
+        m_cells->name);
 }
 
 void WorkbookSheet::number(std::size_t row, std::size_t column, double value, Look look)
@@ -153,21 +153,19 @@ void WorkbookSheet::number(std::size_t row, std::size_t column, double value, Lo
         formula(row, column, "=NA()", value, look);
         return;
     }
-    requireWritten(
-        ::worksheet_write_number(m_cells->sheet, rowOf(row), columnOf(column), value, m_cells->format(look)),
-        m_cells->name);
+    requireWritten(::worksheet_write_number(m_cells->sheet, rowOf(row), columnOf(column), value, m_cells->format(look)),
+                   m_cells->name);
 }
 
 void WorkbookSheet::formula(std::size_t row, std::size_t column, const std::string& formula, double value, Look look)
 {
     m_cells->reach(row, column);
     lxw_format* const format = m_cells->format(look);
-    const lxw_error error =
-        std::isfinite(value)
-            ? ::worksheet_write_formula_num(m_cells->sheet, rowOf(row), columnOf(column), formula.c_str(), format,
-                                            value)
-            : ::worksheet_write_formula_str(m_cells->sheet, rowOf(row), columnOf(column), formula.c_str(), format,
-                                            "#N/A");
+    const lxw_error error = std::isfinite(value)
+                                ? ::worksheet_write_formula_num(m_cells->sheet, rowOf(row), columnOf(column),
+                                                                formula.c_str(), format, value)
+                                : ::worksheet_write_formula_str(m_cells->sheet, rowOf(row), columnOf(column),
+                                                                formula.c_str(), format, "#N/A");
     requireWritten(error, m_cells->name);
 }
 
@@ -193,8 +191,7 @@ void WorkbookSheet::heads(std::size_t row, const std::vector<std::string>& heads
 void WorkbookSheet::chart(std::size_t row, std::size_t column, const WorkbookChart& chart)
 {
     const bool bars = chart.kind == WorkbookChart::Kind::bars;
-    lxw_chart* const drawn =
-        ::workbook_add_chart(m_cells->book, bars ? LXW_CHART_BAR : LXW_CHART_COLUMN_STACKED);
+    lxw_chart* const drawn = ::workbook_add_chart(m_cells->book, bars ? LXW_CHART_BAR : LXW_CHART_COLUMN_STACKED);
     for (const auto& [name, range] : chart.series) {
         lxw_chart_series* const series = ::chart_add_series(drawn, chart.categories.c_str(), range.c_str());
         ::chart_series_set_name(series, name.c_str());

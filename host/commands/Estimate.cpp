@@ -93,8 +93,7 @@ Action declareEstimate(Options& options)
         options.flagOf("--csv", csvTables(), "Print CSV; with the name of a table, that table alone");
     options.exclude("--csv", "--json");
     const std::optional<std::string>& html = options.text("--html", "Write a self-contained HTML report to this file");
-    const std::optional<std::string>& xlsx =
-        options.text("--xlsx", "Write a workbook with live formulas to this file");
+    const std::optional<std::string>& xlsx = options.text("--xlsx", "Write a workbook with live formulas to this file");
     const bool& check = options.flag("--check", "End with exit code 1 if a budget is broken");
     const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
     const bool& keepGoing =

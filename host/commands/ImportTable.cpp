@@ -10,8 +10,7 @@ namespace zelm::host {
 Action declareImportTable(Options& options)
 {
     const std::string& table = options.required("table", "The table: CSV, or a workbook (.xlsx)");
-    const std::optional<std::string>& sheet =
-        options.value("--sheet", "NAME", "The workbook's sheet; else its first");
+    const std::optional<std::string>& sheet = options.value("--sheet", "NAME", "The workbook's sheet; else its first");
     const std::optional<std::string>& output = options.text("-o,--output", "Write the design to this file");
     return [&](Run& run) {
         if (output)

@@ -219,8 +219,8 @@ struct Sum {
 class Importer {
 public:
     explicit Importer(const ActivityWishes& wishes)
-        : m_wishes(&wishes), m_root(readDesignTree(wishes.design, m_source)),
-          m_design(readDesign(m_root, m_source)), m_dump(openDump(wishes.dump))
+        : m_wishes(&wishes), m_root(readDesignTree(wishes.design, m_source)), m_design(readDesign(m_root, m_source)),
+          m_dump(openDump(wishes.dump))
     {
         if (wishes.map)
             m_map = readActivityMap(*wishes.map, m_design);
@@ -308,9 +308,10 @@ private:
         }
         if (best != kNoScope || !m_map.empty())
             return best == kNoScope ? 0 : best;
-        throw Error(fmt::format("{}: none of its scopes is where a group of {} stands (\"in\"); name the design's scope "
-                                "with --scope, or the groups' with --map. The outermost scopes are {}",
-                                shown(m_wishes->dump), shown(m_wishes->design), orList(namesWithin(m_tree, 0))));
+        throw Error(
+            fmt::format("{}: none of its scopes is where a group of {} stands (\"in\"); name the design's scope "
+                        "with --scope, or the groups' with --map. The outermost scopes are {}",
+                        shown(m_wishes->dump), shown(m_wishes->design), orList(namesWithin(m_tree, 0))));
     }
 
     std::uint64_t timeOf(const std::string& text, const char* option) const

@@ -12,9 +12,10 @@
 namespace zelm::host {
 
 struct ActivityWishes {
-    std::string dump;                ///< VCD or SAIF
+    std::string dump; ///< VCD or SAIF
     std::string design;
-    std::optional<std::string> scope; ///< of the design in the dump, "top.dut"; else the one that has most of its groups
+    std::optional<std::string>
+        scope;                       ///< of the design in the dump, "top.dut"; else the one that has most of its groups
     std::optional<std::string> map;  ///< a file that tells which scopes and signals groups are
     std::optional<std::string> from; ///< "10 us", or a number in the dump's units
     std::optional<std::string> to;

@@ -12,10 +12,10 @@ namespace zelm::host {
 
 /// How an input follows from what nets do.
 enum class ActivityKind {
-    toggles,        ///< of a bit per clock cycle
-    accessToggles,  ///< of a bit per access of the port
-    share,          ///< of time at 1
-    signalRate      ///< toggles of a bit per second, MHz
+    toggles,       ///< of a bit per clock cycle
+    accessToggles, ///< of a bit per access of the port
+    share,         ///< of time at 1
+    signalRate     ///< toggles of a bit per second, MHz
 };
 
 /// Nothing if an input is none of activity.

@@ -64,9 +64,9 @@ DumpWords::DumpWords(const std::string& file) : m_file(file), m_buffer(kDumpBuff
     if (m_descriptor >= 0)
         ::close(m_descriptor);
     throw Error(fmt::format("{}: cannot be read: {}", shown(file),
-                            !opened                     ? std::strerror(error)
+                            !opened                   ? std::strerror(error)
                             : S_ISDIR(status.st_mode) ? "is a folder"
-                                                        : "is a device or FIFO, and activity is read twice"));
+                                                      : "is a device or FIFO, and activity is read twice"));
 }
 
 DumpWords::~DumpWords()
@@ -100,7 +100,7 @@ void DumpWords::fill()
 
 std::optional<double> timescaleSeconds(std::string_view text)
 {
-    constexpr std::pair<std::string_view, double> units[] = {{"s", 1.0},    {"ms", 1e-3},  {"us", 1e-6},
+    constexpr std::pair<std::string_view, double> units[] = {{"s", 1.0},   {"ms", 1e-3},  {"us", 1e-6},
                                                              {"ns", 1e-9}, {"ps", 1e-12}, {"fs", 1e-15}};
     const std::size_t digits = std::min(text.find_first_not_of("0123456789."), text.size());
     const std::optional<double> number = plainNumber(text.substr(0, digits));
@@ -116,7 +116,10 @@ std::unique_ptr<Dump> openDump(const std::string& file)
 {
     DumpWords words(file);
     constexpr int gzip = 0x1f;
-    constexpr std::string_view packed[] = {"BZh", "\xfd" "7zXZ", "\x28\xb5\x2f\xfd"};
+    constexpr std::string_view packed[] = {"BZh",
+                                           "\xfd"
+                                           "7zXZ",
+                                           "\x28\xb5\x2f\xfd"};
     const bool isGzip = words.peek() == gzip;
     const std::string_view first = words.next();
     if (isGzip || std::any_of(std::begin(packed), std::end(packed),

@@ -128,7 +128,7 @@ public:
             while (m_at < m_end && static_cast<unsigned char>(*m_at) <= ' ')
                 m_line += *m_at++ == '\n' ? 1u : 0u;
             const char* end = m_at;
-            while (end < m_end && static_cast<unsigned char>(*end) > ' ')
+            while (end<m_end&& static_cast<unsigned char>(*end)> ' ')
                 ++end;
             if (end > m_at && (end < m_end || m_over)) {
                 const std::string_view word(m_at, static_cast<std::size_t>(end - m_at));

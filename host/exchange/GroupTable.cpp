@@ -59,7 +59,8 @@ Json numberOrText(const std::string& text)
 // Whether an input of a block's groups is a word, whatever it looks like.
 bool isWord(const std::string& blockName, const std::string& input)
 {
-    const auto known = std::find_if(blocks().begin(), blocks().end(), [&](const Block& b) { return b.name == blockName; });
+    const auto known =
+        std::find_if(blocks().begin(), blocks().end(), [&](const Block& b) { return b.name == blockName; });
     if (known == blocks().end())
         return false;
     for (const Block* block : inputBlocks(*known)) {

@@ -6,8 +6,8 @@
 
 namespace zelm::host {
 
-/// Switching activity (SAIF 2.0) in its backward form: what a simulation counted. What is cut or broken is an Error with
-/// its line.
+/// Switching activity (SAIF 2.0) in its backward form: what a simulation counted. What is cut or broken is an Error
+/// with its line.
 class Saif : public Dump {
 public:
     explicit Saif(std::string file) : Dump(std::move(file)) {}

@@ -8,6 +8,8 @@
 #include <array>
 #include <bit>
 #include <charconv>
+#include <functional>
+#include <utility>
 
 namespace zelm::host {
 
@@ -26,15 +28,20 @@ public:
     {
         if (const std::size_t index = shortIndex(code); index < m_short.size())
             return m_short[index];
-        const auto found = m_long.find(keyOf(code));
-        return found == m_long.end() ? kUnknown : found->second;
+        const Slot& slot = m_long[slotOf(keyOf(code))];
+        return slot.key == 0 ? kUnknown : slot.net;
     }
     void set(std::string_view code, std::uint32_t net)
     {
-        if (const std::size_t index = shortIndex(code); index < m_short.size())
+        if (const std::size_t index = shortIndex(code); index < m_short.size()) {
             m_short[index] = net;
-        else
-            m_long[keyOf(code)] = net;
+            return;
+        }
+        if (2 * m_used >= m_long.size())
+            grow();
+        Slot& slot = m_long[slotOf(keyOf(code))];
+        m_used += slot.key == 0 ? 1u : 0u;
+        slot = {keyOf(code), net};
     }
 
 private:
@@ -55,19 +62,47 @@ private:
         return index;
     }
 
-    // The characters themselves, or a hash of a code that is longer than any counter needs.
+    // The characters themselves, or a hash of a code that is longer than any counter needs; never 0.
     static std::uint64_t keyOf(std::string_view code)
     {
+        constexpr std::uint64_t hashed = std::uint64_t{1} << 63;
         std::uint64_t key = 0;
         if (code.size() > sizeof key)
-            return std::hash<std::string_view>()(code) | (std::uint64_t{1} << 63);
+            return std::hash<std::string_view>()(code) | hashed;
         for (const char c : code)
             key = key << 8 | static_cast<unsigned char>(c);
-        return key & ~(std::uint64_t{1} << 63);
+        return code.empty() ? hashed : key & ~hashed;
     }
 
+    // Where a key is, or the free slot where it would be.
+    std::size_t slotOf(std::uint64_t key) const
+    {
+        constexpr std::uint64_t golden = 0x9E3779B97F4A7C15;
+        std::size_t slot = (key * golden) >> m_shift;
+        while (m_long[slot].key != 0 && m_long[slot].key != key)
+            slot = (slot + 1) & (m_long.size() - 1);
+        return slot;
+    }
+    void grow()
+    {
+        const std::vector<Slot> old = std::exchange(m_long, std::vector<Slot>(2 * m_long.size()));
+        --m_shift;
+        for (const Slot& slot : old) {
+            if (slot.key != 0)
+                m_long[slotOf(slot.key)] = slot;
+        }
+    }
+
+    struct Slot {
+        std::uint64_t key = 0;
+        std::uint32_t net = 0;
+    };
+    static constexpr unsigned kFirstSlotBits = 10;
+
     std::vector<std::uint32_t> m_short;
-    std::unordered_map<std::uint64_t, std::uint32_t> m_long;
+    std::vector<Slot> m_long = std::vector<Slot>(std::size_t{1} << kFirstSlotBits);
+    std::size_t m_used = 0;
+    unsigned m_shift = 64 - kFirstSlotBits; // the hash's upper bits are the slot
 };
 
 // What a character of a value says of a bit: its value and whether it is known.
@@ -222,8 +257,8 @@ private:
     {
         if (!wants)
             return skipToEnd("$var");
-        constexpr std::string_view noNets[] = {"real",  "realtime", "parameter", "event",
-                                               "time",  "integer",  "string",    "real_parameter"};
+        constexpr std::string_view noNets[] = {"real", "realtime", "parameter", "event",
+                                               "time", "integer",  "string",    "real_parameter"};
         DumpVariable variable;
         variable.scope = m_scope;
         const std::string_view kind = part("a $var");
@@ -232,8 +267,8 @@ private:
         const std::string_view size = part("a $var");
         const auto parsed = std::from_chars(size.data(), size.data() + size.size(), variable.bits);
         if (parsed.ec != std::errc() || parsed.ptr != size.data() + size.size() || variable.bits > kMostNetBits)
-            m_words.fail(fmt::format("{} is no size of a variable, which has 1 to {} bits", abbreviated(size),
-                                     kMostNetBits));
+            m_words.fail(
+                fmt::format("{} is no size of a variable, which has 1 to {} bits", abbreviated(size), kMostNetBits));
         const std::string code(part("a $var"));
         std::string name(part("a $var"));
         if (code == "$end" || name == "$end")
@@ -327,8 +362,8 @@ private:
             m_words.fail(fmt::format("#{} is no time", abbreviated(text)));
         if (m_timed && time < m_time)
             m_words.fail(fmt::format("time goes back from {} to {}", m_time, time));
-        const bool begins = !m_timed && std::none_of(m_nets.begin(), m_nets.end(),
-                                                     [](const VcdNet& one) { return one.knownBits > 0; });
+        const bool begins =
+            !m_timed && std::none_of(m_nets.begin(), m_nets.end(), [](const VcdNet& one) { return one.knownBits > 0; });
         if (begins && time > m_window.from) { // nothing is known before
             m_window.from = time;
             for (VcdNet& one : m_nets)
@@ -477,8 +512,7 @@ ScopeTree Vcd::scopes()
     return tree;
 }
 
-DumpCounts Vcd::count(ScopeTree& tree, const DumpWindow& window,
-                      const std::function<bool(const DumpVariable&)>& wants)
+DumpCounts Vcd::count(ScopeTree& tree, const DumpWindow& window, const std::function<bool(const DumpVariable&)>& wants)
 {
     VcdScanner scanner(m_file, tree);
     scanner.readHeader(&wants);

@@ -14,8 +14,7 @@ namespace {
 
 double netShare(const ActivityImport& activity)
 {
-    return activity.nets == 0 ? 0.0
-                              : static_cast<double>(activity.annotatedNets) / static_cast<double>(activity.nets);
+    return activity.nets == 0 ? 0.0 : static_cast<double>(activity.annotatedNets) / static_cast<double>(activity.nets);
 }
 
 } // namespace
@@ -36,11 +35,11 @@ std::string activityTable(const ActivityImport& activity)
                        fmt::format("{:.0f}", group.toggles), fmt::format("{:.6g}", group.cycles), group.clock,
                        fmt::format("{}", fmt::join(inputs, ", "))});
     }
-    return fmt::format("{}\n{} of {} groups with inputs of activity were set, from {} of {} nets ({:.1f} %) in {}, over "
-                       "{}\n",
-                       table.text(), set, activity.groups.size(), activity.annotatedNets, activity.nets,
-                       100.0 * netShare(activity), activity.scope.empty() ? "the whole dump" : activity.scope,
-                       si(activity.seconds, "s"));
+    return fmt::format(
+        "{}\n{} of {} groups with inputs of activity were set, from {} of {} nets ({:.1f} %) in {}, over "
+        "{}\n",
+        table.text(), set, activity.groups.size(), activity.annotatedNets, activity.nets, 100.0 * netShare(activity),
+        activity.scope.empty() ? "the whole dump" : activity.scope, si(activity.seconds, "s"));
 }
 
 Json activityJson(const ActivityImport& activity)
@@ -52,8 +51,8 @@ Json activityJson(const ActivityImport& activity)
     addNumber(json, "netShare", netShare(activity));
     json["groups"] = Json::array();
     for (const GroupActivity& group : activity.groups) {
-        Json one{{"name", group.group}, {"block", group.block}, {"scope", validUtf8(group.scope)},
-                 {"clock", group.clock}};
+        Json one{
+            {"name", group.group}, {"block", group.block}, {"scope", validUtf8(group.scope)}, {"clock", group.clock}};
         addNumber(one, "cycles", group.cycles);
         one["nets"] = group.nets;
         addNumber(one, "bits", group.bits);

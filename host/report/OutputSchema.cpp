@@ -327,7 +327,9 @@ Json listOutputs()
 
 Json outputSchema()
 {
-    Json outputs{{"estimate", estimateOutput()}, {"estimateBy", subtotalsOutput()}, {"sweep", sweepOutput()},
+    Json outputs{{"estimate", estimateOutput()},
+                 {"estimateBy", subtotalsOutput()},
+                 {"sweep", sweepOutput()},
                  {"importActivity", activityOutput()}};
     outputs.update(listOutputs());
     Json any = Json::array();

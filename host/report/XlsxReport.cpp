@@ -184,8 +184,9 @@ private:
     void writeFacts()
     {
         m_summary.text(0, 0, m_estimate.design.name, Look::title);
-        m_summary.text(1, 0, "Blue numbers come from the models, the data and the design; write over them, and the "
-                             "black ones follow.");
+        m_summary.text(1, 0,
+                       "Blue numbers come from the models, the data and the design; write over them, and the "
+                       "black ones follow.");
         std::size_t column = 0;
         const auto fact = [&](const char* name, const std::string& value) {
             m_summary.text(2, column++, fmt::format("{}: {}", name, value));
@@ -199,7 +200,7 @@ private:
 
     void writeSides()
     {
-        std::vector<std::string> heads{"Process", "Junction [C]",  "Dynamic [W]",    "Static [W]",
+        std::vector<std::string> heads{"Process",   "Junction [C]", "Dynamic [W]",    "Static [W]",
                                        "Total [W]", "Off chip [W]", "Board input [W]"};
         if (!m_supplies)
             heads.pop_back();
@@ -212,8 +213,7 @@ private:
             m_summary.formula(row, kDynamic, "=" + refer(m_groups, m_groupsEnd, kGroupWatts), m_estimate.dynamicWatts);
             m_summary.formula(row, kStatic, "=" + refer(m_rails, m_railTotals[side.process], kStaticWatts),
                               side.staticWatts);
-            m_summary.formula(row, kTotal,
-                              fmt::format("={}+{}", cellAddress(row, kDynamic), cellAddress(row, kStatic)),
+            m_summary.formula(row, kTotal, fmt::format("={}+{}", cellAddress(row, kDynamic), cellAddress(row, kStatic)),
                               side.totalWatts, Look::total);
             m_summary.formula(row, kSummaryOffChip, "=" + refer(m_groups, m_groupsEnd, kOffChip),
                               m_estimate.offchipWatts);
@@ -236,17 +236,20 @@ private:
             const std::string own = cellAddress(row, 0);
             m_summary.formula(row, 1, fmt::format("=COUNTIF({},{})", names, own), static_cast<double>(sum.groups),
                               Look::text);
-            m_summary.formula(
-                row, 2, fmt::format("=SUMIF({},{},{})", names, own, range(m_groups, kGroupWatts, 1, m_groupsEnd)),
-                sum.watts);
+            m_summary.formula(row, 2,
+                              fmt::format("=SUMIF({},{},{})", names, own, range(m_groups, kGroupWatts, 1, m_groupsEnd)),
+                              sum.watts);
             m_summary.formula(row, 3, shareOf(cellAddress(row, 2), whole), shareOf(sum.watts, m_estimate.dynamicWatts),
                               Look::share);
             ++row;
         }
         if (!sums.empty())
             m_summary.chart(first - 1, 5,
-                            {WorkbookChart::Kind::bars, "Dynamic power by block", "W",
-                             "=" + range(m_summary, 0, first, row), {{"dynamic", "=" + range(m_summary, 2, first, row)}}});
+                            {WorkbookChart::Kind::bars,
+                             "Dynamic power by block",
+                             "W",
+                             "=" + range(m_summary, 0, first, row),
+                             {{"dynamic", "=" + range(m_summary, 2, first, row)}}});
         constexpr std::size_t chartRows = 17;
         return std::max(row, sums.empty() ? row : first + chartRows) + 1;
     }
@@ -257,15 +260,17 @@ private:
         writeSides();
         std::size_t row = writeBlocks(m_sidesRow + m_estimate.sides.size() + 1);
         if (m_estimate.period)
-            m_summary.text(row++, 0, "The design has modes: the sheets show it without them, and budgets are judged on "
-                                     "the modes' worst moment.");
+            m_summary.text(row++, 0,
+                           "The design has modes: the sheets show it without them, and budgets are judged on "
+                           "the modes' worst moment.");
         for (const std::string& warning : m_estimate.warnings)
             m_summary.text(row++, 0, "warning: " + warning, Look::text);
     }
 
     void writeGroups()
     {
-        std::vector<std::string> heads{"Group", "Block", "Count", "In", "Clock", "Dynamic [W]", "Share", "Off chip [W]"};
+        std::vector<std::string> heads{"Group", "Block",       "Count", "In",
+                                       "Clock", "Dynamic [W]", "Share", "Off chip [W]"};
         for (const std::string& rail : m_loaded)
             heads.push_back(rail + " [W]");
         m_groups.heads(0, heads);
@@ -278,9 +283,9 @@ private:
             m_groups.text(row, kIn, group.in);
             m_groups.text(row, kClock, group.clock);
             m_groups.formula(row, kGroupWatts,
-                             m_loaded.empty() ? "=0"
-                                              : fmt::format("=SUM({}:{})", cellAddress(row, kRail0),
-                                                            cellAddress(row, end - 1)),
+                             m_loaded.empty()
+                                 ? "=0"
+                                 : fmt::format("=SUM({}:{})", cellAddress(row, kRail0), cellAddress(row, end - 1)),
                              group.watts);
             m_groups.formula(row, kGroupShare,
                              shareOf(cellAddress(row, kGroupWatts), cellAddress(m_groupsEnd, kGroupWatts, true)),
@@ -337,10 +342,9 @@ private:
                 }
                 const double own = sum.watts / sum.amperes;
                 const double volts = railOf(m_estimate.side(), rail).volts;
-                const std::string divisor =
-                    std::fabs(own - volts) <= same * volts
-                        ? refer(m_rails, m_railRows[{m_estimate.side().process, rail}], kVolts)
-                        : formulaNumber(own);
+                const std::string divisor = std::fabs(own - volts) <= same * volts
+                                                ? refer(m_rails, m_railRows[{m_estimate.side().process, rail}], kVolts)
+                                                : formulaNumber(own);
                 m_currents.formula(row, column - kRail0 + 1,
                                    fmt::format("={}/{}", refer(m_groups, row, column), divisor), sum.amperes);
             }
@@ -352,8 +356,8 @@ private:
     void writeRails()
     {
         m_rails.heads(0, {"Process", "Rail", "Static inside", "Volts [V]", "Dynamic [W]", "Static [A]", "Static [W]",
-                          "Total [W]", "Share of dynamic", "Dynamic [A]", "Total [A]", "Power-up [A]",
-                          "Its own [A]", "Its own [W]"});
+                          "Total [W]", "Share of dynamic", "Dynamic [A]", "Total [A]", "Power-up [A]", "Its own [A]",
+                          "Its own [W]"});
         for (const Side& side : m_estimate.sides) {
             for (const RailResult& rail : side.rails) {
                 if (draws(rail))
@@ -366,7 +370,9 @@ private:
         if (end == 1)
             return;
         m_rails.chart(m_railTotals[m_estimate.sides.back().process] + 2, 1,
-                      {WorkbookChart::Kind::stackedColumns, "Power by rail " + process, "W",
+                      {WorkbookChart::Kind::stackedColumns,
+                       "Power by rail " + process,
+                       "W",
                        "=" + range(m_rails, kRail, 1, end),
                        {{"dynamic", "=" + range(m_rails, kDynamicWatts, 1, end)},
                         {"static", "=" + range(m_rails, kStaticWatts, 1, end)}}});
@@ -457,7 +463,9 @@ private:
         const std::string& process = m_estimate.side().process;
         const std::size_t end = m_boardRows[process];
         m_supplies->chart(m_boardRows[m_estimate.sides.back().process] + 3, 1,
-                          {WorkbookChart::Kind::stackedColumns, "Where supplies' power goes " + process, "W",
+                          {WorkbookChart::Kind::stackedColumns,
+                           "Where supplies' power goes " + process,
+                           "W",
                            "=" + range(*m_supplies, kSupply, 1, end),
                            {{"output", "=" + range(*m_supplies, kOutputWatts, 1, end)},
                             {"loss", "=" + range(*m_supplies, kLossWatts, 1, end)}}});
@@ -559,8 +567,11 @@ private:
         for (const BudgetResult& budget : m_estimate.budgets)
             writeBudget(row++, budget);
         m_budgets->chart(row + 1, 0,
-                         {WorkbookChart::Kind::bars, "Used of each limit", "share",
-                          "=" + range(*m_budgets, 0, 1, row), {{"used", "=" + range(*m_budgets, 6, 1, row)}}});
+                         {WorkbookChart::Kind::bars,
+                          "Used of each limit",
+                          "share",
+                          "=" + range(*m_budgets, 0, 1, row),
+                          {{"used", "=" + range(*m_budgets, 6, 1, row)}}});
     }
 
     void writeBudget(std::size_t row, const BudgetResult& budget)
@@ -587,7 +598,8 @@ private:
         side(sideColumn, budget.process, budget.actual);
         if (budget.otherActual)
             side(sideColumn + 3, budget.otherProcess, *budget.otherActual);
-        m_budgets->formula(row, 3, fmt::format("=IFERROR(IF(AND({}),\"kept\",\"BROKEN\"),\"BROKEN\")", fmt::join(kept, ",")),
+        m_budgets->formula(row, 3,
+                           fmt::format("=IFERROR(IF(AND({}),\"kept\",\"BROKEN\"),\"BROKEN\")", fmt::join(kept, ",")),
                            budget.broken() ? "BROKEN" : "kept");
     }
 

@@ -326,8 +326,8 @@ TEST(Activity, AClockThatIsNotInTheDumpIsTheDesigns)
     for (std::size_t at = text.find("\"clk\""); at != std::string::npos; at = text.find("\"clk\""))
         text.replace(at, 5, "\"core\"");
     const std::string design = scratch.write("d.json", text);
-    const ActivityImport result = importActivity(
-        {scratch.write("a.vcd", kVcd), design, "tb.dut", std::nullopt, "20 ns", "40"});
+    const ActivityImport result =
+        importActivity({scratch.write("a.vcd", kVcd), design, "tb.dut", std::nullopt, "20 ns", "40"});
     // 50 MHz for 20 ns are 1 cycle; the net that toggles twice in it is a clock.
     EXPECT_NEAR(result.groups[1].cycles, 1.0, 1e-12);
     EXPECT_EQ(result.groups[1].clock, "50 MHz");
@@ -353,7 +353,8 @@ TEST(Activity, AMapTellsScopesAndSignals)
     const ToolRun run = imported("");
     ASSERT_EQ(run.code, 0) << run.err;
     const Design after = parseDesign("made.json", run.out);
-    // 20 edges are 10 cycles. 10 toggles of 2 bits in them: 0.5 each cycle, at an access each tenth cycle: 5, held at 1.
+    // 20 edges are 10 cycles. 10 toggles of 2 bits in them: 0.5 each cycle, at an access each tenth cycle: 5, held
+    // at 1.
     EXPECT_EQ(std::get<float>(*after.groups[3].input("PORT_A_ENABLE_RATE")), 0.1f);
     EXPECT_EQ(std::get<float>(*after.groups[3].input("PORT_B_ENABLE_RATE")), 0.9f);
     EXPECT_EQ(std::get<float>(*after.groups[3].input("TOGGLE_RATE_A")), 1.0f);
@@ -404,7 +405,8 @@ TEST(Activity, BrokenAndCutDumpsAreExplainedWithTheirLine)
         {"$var wire 99999999999 ! q $end $enddefinitions $end", "is no size of a variable"},
         {"$var wire 4 $end $enddefinitions $end", "a $var needs a kind, a size, a code and a name"},
         {"$timescale 3 parsec $end", "3parsec is no time scale; expected 1, 10 or 100 of s, ms"},
-        {head + "$var wire 5 ! r $end $enddefinitions $end", "run.dump:4: r has 5 bits, and 4 under another name of its code !"},
+        {head + "$var wire 5 ! r $end $enddefinitions $end",
+         "run.dump:4: r has 5 bits, and 4 under another name of its code !"},
         {head + "garbage", "run.dump:4: expected a $ word of the header, found garbage"},
         {body + "b1010", "run.dump:6: the file ends in a vector: its code is missing"},
         {body + "b102 !\n", "run.dump:6: 2 is no digit of a vector"},
@@ -447,12 +449,13 @@ TEST(Activity, HostileDumpsAreRefusedInBoundedMemory)
     for (int i = 0; i < 2000; ++i)
         deep += "$scope module m $end\n";
     EXPECT_THAT(saidOfDump(deep), HasSubstr("run.dump:1001: scopes are more than 1000 deep"));
-    EXPECT_THAT(saidOfDump("(SAIFILE " + [] {
-        std::string open;
-        for (int i = 0; i < 10000; ++i)
-            open += "(X ";
-        return open;
-    }()),
+    EXPECT_THAT(saidOfDump("(SAIFILE " +
+                           [] {
+                               std::string open;
+                               for (int i = 0; i < 10000; ++i)
+                                   open += "(X ";
+                               return open;
+                           }()),
                 HasSubstr("parentheses are more than 4000 deep"));
     EXPECT_THAT(saidOfDump("$var wire 1 ! " + std::string(std::size_t{5} << 20, 'x')),
                 HasSubstr("run.dump:1: a word is longer than 4 MB"));

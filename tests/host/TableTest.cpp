@@ -26,7 +26,8 @@ std::string saidOf(const std::string& csv)
 
 TEST(Table, CsvTakesQuotesLineBreaksAndOtherSeparators)
 {
-    const SheetTable table = readCsv("t.csv", "\xEF\xBB\xBF" "a;\"b;c\";\" d\"\r\n\r\n1;\"x \"\"y\"\"\nz\";\n;;end");
+    const SheetTable table = readCsv("t.csv", "\xEF\xBB\xBF"
+                                              "a;\"b;c\";\" d\"\r\n\r\n1;\"x \"\"y\"\"\nz\";\n;;end");
     ASSERT_EQ(table.rows.size(), 3u);
     EXPECT_EQ(table.rows[0].cells[1].text, "b;c");
     EXPECT_EQ(table.rows[0].cells[2].text, " d");
@@ -81,7 +82,8 @@ TEST_P(RoundTrip, GivesTheSameBits)
     const Design before = readDesign(example);
     for (const char* const file : {"groups.csv", "groups.XLSX"}) {
         const std::string table = scratch.path(file);
-        ASSERT_EQ(scratch.run("export groups " + example + " -o " + table).code, 0) << scratch.read(scratch.path("err"));
+        ASSERT_EQ(scratch.run("export groups " + example + " -o " + table).code, 0)
+            << scratch.read(scratch.path("err"));
         const ToolRun run = scratch.run("import table " + table + " -o " + scratch.path("back.json"));
         ASSERT_EQ(run.code, 0) << run.err;
         const Design after = readDesign(scratch.path("back.json"));
@@ -111,8 +113,8 @@ INSTANTIATE_TEST_SUITE_P(Examples, RoundTrip,
 TEST(Table, ExportPrintsWhatImportReads)
 {
     const Scratch scratch;
-    const std::string design = scratch.write(
-        "d.json", R"({"groups": [{"block": "Bram", "name": "a, \"b\"\nc", "count": 0, "in": "top/x",
+    const std::string design =
+        scratch.write("d.json", R"({"groups": [{"block": "Bram", "name": "a, \"b\"\nc", "count": 0, "in": "top/x",
                                   "inputs": {"NUM_BRAMS": 3, "PORT_A_CLOCK": 0.1, "MODE": "BLKM36"}},
                                  {"block": "Clock", "inputs": {"CLOCK_FREQ": 1e-7}}]})");
     const std::string expected = "block,name,count,in,clock,NUM_BRAMS,PORT_A_CLOCK,MODE,CLOCK_FREQ\n"
@@ -130,8 +132,9 @@ Archive bookOf(const std::string& rows)
 {
     return {{"xl/workbook.xml", R"(<workbook xmlns:r="r"><sheets><sheet name="My groups" sheetId="1" r:id="rId7"/>)"
                                 R"(<sheet name="Other" sheetId="2" r:id="rId8"/></sheets></workbook>)"},
-            {"xl/_rels/workbook.xml.rels", R"(<Relationships><Relationship Id="rId7" Target="worksheets/one.xml"/>)"
-                                           R"(<Relationship Id="rId8" Target="/xl/worksheets/two.xml"/></Relationships>)"},
+            {"xl/_rels/workbook.xml.rels",
+             R"(<Relationships><Relationship Id="rId7" Target="worksheets/one.xml"/>)"
+             R"(<Relationship Id="rId8" Target="/xl/worksheets/two.xml"/></Relationships>)"},
             {"xl/sharedStrings.xml", "<sst><si><t>block</t></si><si><r><t>NUM_</t></r><r><t>BRAMS</t></r></si></sst>"},
             {"xl/worksheets/one.xml", "<worksheet><sheetData>" + rows + "</sheetData></worksheet>"},
             {"xl/worksheets/two.xml", "<worksheet><sheetData/></worksheet>"}};
