@@ -29,7 +29,7 @@ struct FitPart {
     std::string package;
     bool isDesigns = false;
     std::string why;                  ///< the part can't be estimated
-    std::vector<Utilisation> lacking;  ///< resources of which the design uses more than there are
+    std::vector<Utilisation> lacking; ///< resources of which the design uses more than there are
     std::vector<std::string> broken;  ///< budgets, regulators and limits, by name
     std::vector<std::string> notes;   ///< warnings that the design doesn't get on its own part
     std::vector<FitSide> sides;
@@ -48,7 +48,8 @@ struct Fit {
     std::string design;
     std::string part; ///< the design's own, as it names it
     bool hasBudgets = false;
-    std::vector<FitPart> parts; ///< those that fit and keep everything first, by total power on the design's process side
+    std::vector<FitPart>
+        parts; ///< those that fit and keep everything first, by total power on the design's process side
 };
 
 /// Estimates a design on each orderable part of the catalogue: grades come from the part. An Error if the design names

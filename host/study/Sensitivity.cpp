@@ -60,8 +60,8 @@ double numberOf(const Value& value)
 std::string groupPath(const Design& design, std::size_t index)
 {
     const std::string& name = design.groups[index].name;
-    const bool isPlain =
-        !name.empty() && name.find(']') == std::string::npos && name.find_first_not_of("0123456789") != std::string::npos;
+    const bool isPlain = !name.empty() && name.find(']') == std::string::npos &&
+                         name.find_first_not_of("0123456789") != std::string::npos;
     return fmt::format("groups[{}]", isPlain ? name : fmt::format("{}", index));
 }
 
@@ -75,9 +75,15 @@ void addInputs(const Estimate& estimate, std::vector<Knob>& knobs)
                 const bool moves = input.origin == Origin::design || input.origin == Origin::byDefault;
                 if (!known.insert(input.cell).second || !moves)
                     continue;
-                Knob knob{Knob::Kind::input, fmt::format("{}.inputs.{}", groupPath(estimate.design, g), input.cell),
-                          std::string(input.unit), 0.0, std::string(originWord(input.origin)), g, block,
-                          &block->cell(input.cell), ""};
+                Knob knob{Knob::Kind::input,
+                          fmt::format("{}.inputs.{}", groupPath(estimate.design, g), input.cell),
+                          std::string(input.unit),
+                          0.0,
+                          std::string(originWord(input.origin)),
+                          g,
+                          block,
+                          &block->cell(input.cell),
+                          ""};
                 if (const auto* word = std::get_if<std::string>(&input.value))
                     knob.value = *word;
                 else
@@ -102,7 +108,10 @@ void addRailsAndEnvironment(const Estimate& estimate, const Json& root, std::vec
         const double volts = isSet ? shortest(set->second) : shortest(static_cast<float>(rail.volts));
         if (volts > 0.0)
             add(Knob::Kind::rail, "rails." + rail.name, "V", volts,
-                isSet ? "design" : design.device ? "device" : "default", rail.name);
+                isSet           ? "design"
+                : design.device ? "device"
+                                : "default",
+                rail.name);
     }
     const Environment& environment = design.environment;
     if (environment.ambient)
@@ -194,8 +203,8 @@ double movedBy(const Knob& knob, double share)
     }
     if (!knob.isWhole())
         return std::clamp(wanted, std::min(domain.lowest, value), std::max(domain.highest, value));
-    const double whole = share > 0.0 ? std::max(std::round(wanted), value + 1.0)
-                                     : std::min(std::round(wanted), value - 1.0);
+    const double whole =
+        share > 0.0 ? std::max(std::round(wanted), value + 1.0) : std::min(std::round(wanted), value - 1.0);
     return whole < domain.lowest || whole > domain.highest ? value : whole;
 }
 
@@ -205,7 +214,8 @@ double movedBy(const Knob& knob, double share)
 class MovedDesign {
 public:
     MovedDesign(const Json& root, const JsonSource& source, Design design, NamedQuantity quantity)
-        : m_root(&root), m_source(&source), m_base(design), m_running(std::move(design)), m_quantity(std::move(quantity))
+        : m_root(&root), m_source(&source), m_base(design), m_running(std::move(design)),
+          m_quantity(std::move(quantity))
     {
     }
 
@@ -406,8 +416,9 @@ Sensitivity sensitivity(const std::string& designFile, const SensitivityWish& wi
     addInputs(estimate, knobs);
     addRailsAndEnvironment(estimate, root, knobs);
     addParameters(root, knobs);
-    all.atZero = static_cast<std::size_t>(std::count_if(
-        knobs.begin(), knobs.end(), [](const Knob& knob) { return !knob.isWord() && std::get<double>(knob.value) == 0.0; }));
+    all.atZero = static_cast<std::size_t>(std::count_if(knobs.begin(), knobs.end(), [](const Knob& knob) {
+        return !knob.isWord() && std::get<double>(knob.value) == 0.0;
+    }));
 
     inOrder<SensitivityRow>(
         knobs.size(), wish.jobs,

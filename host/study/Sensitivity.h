@@ -45,9 +45,9 @@ struct Sensitivity {
     NamedQuantity quantity;
     double nominal = 0.0;
     double span = 0.0;
-    std::vector<SensitivityRow> rows;      ///< those that move the quantity most first
-    std::vector<std::size_t> findOutNext;  ///< rows that nobody set and that count
-    std::size_t atZero = 0;                ///< inputs of 0, which no percentage moves
+    std::vector<SensitivityRow> rows;     ///< those that move the quantity most first
+    std::vector<std::size_t> findOutNext; ///< rows that nobody set and that count
+    std::size_t atZero = 0;               ///< inputs of 0, which no percentage moves
 };
 
 /// Moves each input of each group that is set or left at its default, each rail's voltage, the environment and each

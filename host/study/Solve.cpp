@@ -220,21 +220,20 @@ std::vector<std::vector<double>> amountsOnGrid(const std::vector<double>& grid, 
 {
     std::vector<std::vector<double>> all;
     const std::size_t share = (grid.size() + jobs - 1) / jobs;
-    using Amounts = std::vector<std::vector<double>>;
-    inOrder<Amounts>(
-        (grid.size() + share - 1) / share, jobs,
-        [&] {
-            return [&, design = make()](std::size_t part) mutable {
-                Amounts some;
-                for (std::size_t i = part * share; i < std::min((part + 1) * share, grid.size()); ++i)
-                    some.push_back(design.amounts(grid[i], limits));
-                return some;
-            };
-        },
-        [&](const Amounts& some) {
-            all.insert(all.end(), some.begin(), some.end());
-            return true;
-        });
+    using GridPart = std::vector<std::vector<double>>;
+    inOrder<GridPart>((grid.size() + share - 1) / share, jobs,
+                     [&] {
+                         return [&, design = make()](std::size_t part) mutable {
+                             GridPart some;
+                             for (std::size_t i = part * share; i < std::min((part + 1) * share, grid.size()); ++i)
+                                 some.push_back(design.amounts(grid[i], limits));
+                             return some;
+                         };
+                     },
+                     [&](const GridPart& some) {
+                         all.insert(all.end(), some.begin(), some.end());
+                         return true;
+                     });
     return all;
 }
 
@@ -322,8 +321,8 @@ Solution solve(const std::string& designFile, const SolveWish& wish)
             failVary(wish.vary, "the interval is empty: it holds no two whole numbers");
     }
     const std::vector<double> grid = gridOf(solution);
-    const auto amounts = amountsOnGrid(grid, solution.limits, wish.jobs,
-                                       [&] { return SolvedDesign(root, source, range); });
+    const auto amounts =
+        amountsOnGrid(grid, solution.limits, wish.jobs, [&] { return SolvedDesign(root, source, range); });
     solution.atLow = amounts.front();
     solution.atHigh = amounts.back();
     findCrossings(solution, grid, amounts, design);

@@ -47,9 +47,9 @@ struct Solution {
     std::vector<Limit> limits;
     std::vector<double> atLow; ///< of each limit's quantity
     std::vector<double> atHigh;
-    std::vector<Crossing> crossings;              ///< by value
-    std::vector<std::pair<double, double>> kept;  ///< from where to where all limits are kept
-    std::optional<std::size_t> decides;           ///< the crossing at which the first kept stretch ends or begins
+    std::vector<Crossing> crossings;             ///< by value
+    std::vector<std::pair<double, double>> kept; ///< from where to where all limits are kept
+    std::optional<std::size_t> decides;          ///< the crossing at which the first kept stretch ends or begins
 };
 
 /// Finds out at which values of a place of the design the limits are crossed: on a grid of the range first, so that

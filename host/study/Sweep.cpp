@@ -82,7 +82,9 @@ Variation parse(const std::string& text, const Json& root)
 // By index or by name, the last variation of a place would win.
 void refuseOnePlaceTwice(const std::vector<Variation>& variations, Json marked)
 {
-    const auto place = [&](std::size_t i) -> Json& { return variedPlace(marked, variations[i].path, variations[i].path); };
+    const auto place = [&](std::size_t i) -> Json& {
+        return variedPlace(marked, variations[i].path, variations[i].path);
+    };
     for (std::size_t i = 0; i < variations.size(); ++i)
         place(i) = i;
     for (std::size_t i = 0; i < variations.size(); ++i) {
