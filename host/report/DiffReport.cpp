@@ -110,14 +110,21 @@ std::string waterfall(const DiffQuantity& quantity)
 std::string diffText(const Diff& diff)
 {
     std::string text = shown(fmt::format("{} -> {}", diff.before, diff.after)) + "\n\n";
+    constexpr std::size_t few = 10; // those that change most; there are more of them than lines on a screen
+    std::size_t rails = 0;
     TextTable amounts({"Quantity", "Before", "After", "Change", ""});
     for (const DiffQuantity& quantity : diff.quantities) {
         const std::string_view unit = quantity.quantity.unit();
-        if (quantity.quantity.kind != NamedQuantity::Kind::group && (changes(quantity) || isTotal(quantity)))
-            amounts.row({shown(quantity.quantity.name()), amountText(quantity.before, unit),
-                         amountText(quantity.after, unit), signedAmount(quantity.change(), unit), shareText(quantity)});
+        if (quantity.quantity.kind == NamedQuantity::Kind::group || !(changes(quantity) || isTotal(quantity)))
+            continue;
+        if (quantity.quantity.kind == NamedQuantity::Kind::rail && ++rails > few)
+            continue;
+        amounts.row({shown(quantity.quantity.name()), amountText(quantity.before, unit),
+                     amountText(quantity.after, unit), signedAmount(quantity.change(), unit), shareText(quantity)});
     }
     text += amounts.text();
+    if (rails > few)
+        text += fmt::format("and {} more currents of rails\n", rails - few);
     if (!diff.groups.empty()) {
         TextTable groups({"Group", "What", "Before", "After", "Change"});
         for (const DiffGroup& group : diff.groups)

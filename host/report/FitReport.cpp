@@ -27,8 +27,12 @@ std::string verdictOf(const FitPart& part, bool hasBudgets, const Paint& paint)
     std::vector<std::string> words;
     if (!part.lacking.empty())
         words.push_back(fmt::format("short of {}", fmt::join(namesOfLacking(part), ", ")));
-    if (!part.broken.empty())
-        words.push_back(fmt::format("breaks {}", fmt::join(part.broken, ", ")));
+    constexpr std::ptrdiff_t few = 3;
+    const auto count = static_cast<std::ptrdiff_t>(part.broken.size());
+    if (count > 0)
+        words.push_back(fmt::format("breaks {}{}",
+                                    fmt::join(part.broken.begin(), part.broken.begin() + std::min(few, count), ", "),
+                                    count > few ? fmt::format(" and {} more", count - few) : ""));
     if (!words.empty())
         return paint.bad(shown(fmt::format("{}", fmt::join(words, "; "))));
     return paint.good(hasBudgets ? "fits and keeps everything" : "fits");

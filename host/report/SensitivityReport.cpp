@@ -25,6 +25,14 @@ Json jsonOf(const std::variant<double, std::string>& value)
     return word ? Json(*word) : Json(std::get<double>(value));
 }
 
+// Null with the reason beside it where there is none.
+void addChange(Json& object, const std::string& name, const Move& move)
+{
+    object[name] = std::isnan(move.change) ? Json(nullptr) : Json(move.change);
+    if (!move.why.empty())
+        object[name + "Reason"] = move.why;
+}
+
 std::string changeText(const Move& move, std::string_view unit)
 {
     if (!move.why.empty())
@@ -34,8 +42,8 @@ std::string changeText(const Move& move, std::string_view unit)
 
 std::string elasticityText(const SensitivityRow& row)
 {
-    if (row.words > 0 || row.value.index() == 1)
-        return fmt::format("{} words", row.words);
+    if (row.value.index() == 1)
+        return fmt::format("{} words", row.words.size());
     return (row.elasticity ? fmt::format("{:.3f}", *row.elasticity) : std::string("none")) + (row.agrees ? "" : " *");
 }
 
@@ -82,17 +90,14 @@ Json sensitivityJson(const Sensitivity& all, std::optional<std::size_t> top)
     for (std::size_t i = 0; i < std::min(top.value_or(all.rows.size()), all.rows.size()); ++i) {
         const SensitivityRow& row = all.rows[i];
         Json each{{"path", row.path}, {"value", jsonOf(row.value)}, {"unit", row.unit}, {"origin", row.origin}};
-        const auto addMove = [&](const std::string& name, const Move& move) {
-            each[name + "To"] = jsonOf(move.to);
-            each[name] = std::isnan(move.change) ? Json(nullptr) : Json(move.change);
-            if (!move.why.empty())
-                each[name + "Reason"] = move.why;
-        };
-        addMove("minus", row.minus);
-        addMove("plus", row.plus);
-        if (row.value.index() == 1) {
-            each["words"] = row.words;
-            each["refused"] = row.refused;
+        addChange(each, "minus", row.minus);
+        addChange(each, "plus", row.plus);
+        each["minusTo"] = jsonOf(row.minus.to);
+        each["plusTo"] = jsonOf(row.plus.to);
+        each["words"] = Json::array();
+        for (const Move& move : row.words) {
+            each["words"].push_back({{"word", jsonOf(move.to)}});
+            addChange(each["words"].back(), "change", move);
         }
         const auto addSlope = [&](const char* name, const std::optional<double>& slope) {
             each[name] = slope ? Json(*slope) : Json(nullptr);

@@ -315,7 +315,10 @@ private:
             Design design = *m_old;
             change.make(design);
             m_running->change(std::move(design));
-            return minus(amountsOf(m_names, m_running->estimate()), m_before);
+            Amounts alone = minus(amountsOf(m_names, m_running->estimate()), m_before);
+            for (double& amount : alone)
+                amount = std::isnan(amount) ? 0.0 : amount; // alone it lets the device run away
+            return alone;
         } catch (const Error&) {
             return std::nullopt;
         }

@@ -350,11 +350,8 @@ void moveWord(MovedDesign& design, const Knob& knob, double nominal, Sensitivity
     for (const std::string& word : legalWords(*knob.block, *knob.cell)) {
         if (word == std::get<std::string>(knob.value))
             continue;
-        const Move move = moved(design, knob, word, nominal);
-        ++row.words;
-        if (!move.why.empty())
-            ++row.refused;
-        else if (move.change < row.minus.change)
+        const Move& move = row.words.emplace_back(moved(design, knob, word, nominal));
+        if (move.change < row.minus.change)
             row.minus = move;
         else if (move.change > row.plus.change)
             row.plus = move;

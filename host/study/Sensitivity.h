@@ -31,8 +31,7 @@ struct SensitivityRow {
     std::string origin; ///< design, device (a rail's nominal voltage) or default
     Move minus;         ///< to the lower end; of words, the one that changes the quantity downwards most
     Move plus;
-    std::size_t words = 0;            ///< so many others were tried
-    std::size_t refused = 0;          ///< of those, by the formulas
+    std::vector<Move> words;          ///< in place of a number, each other legal word
     std::optional<double> elasticity; ///< percent per percent, from the nearest values on both sides
     std::optional<double> overSpan;   ///< the same from both ends of the span
     bool agrees = true;               ///< whether the two are alike: the quantity has no step or bend within the span

@@ -222,18 +222,18 @@ std::vector<std::vector<double>> amountsOnGrid(const std::vector<double>& grid, 
     const std::size_t share = (grid.size() + jobs - 1) / jobs;
     using GridPart = std::vector<std::vector<double>>;
     inOrder<GridPart>((grid.size() + share - 1) / share, jobs,
-                     [&] {
-                         return [&, design = make()](std::size_t part) mutable {
-                             GridPart some;
-                             for (std::size_t i = part * share; i < std::min((part + 1) * share, grid.size()); ++i)
-                                 some.push_back(design.amounts(grid[i], limits));
-                             return some;
-                         };
-                     },
-                     [&](const GridPart& some) {
-                         all.insert(all.end(), some.begin(), some.end());
-                         return true;
-                     });
+                      [&] {
+                          return [&, design = make()](std::size_t part) mutable {
+                              GridPart some;
+                              for (std::size_t i = part * share; i < std::min((part + 1) * share, grid.size()); ++i)
+                                  some.push_back(design.amounts(grid[i], limits));
+                              return some;
+                          };
+                      },
+                      [&](const GridPart& some) {
+                          all.insert(all.end(), some.begin(), some.end());
+                          return true;
+                      });
     return all;
 }
 
