@@ -342,9 +342,16 @@ std::vector<NamedQuantity> quantitiesOfBoth(const Estimate& old, const Estimate&
     return all;
 }
 
-double wattsOf(const Estimate& estimate, const std::string& group)
+// Of a design's group with all blocks that it reaches; 0 if there is none of that name.
+double wattsOf(const Estimate& estimate, const std::string& name)
 {
-    return valueOf({NamedQuantity::Kind::group, group, nullptr, ""}, estimate);
+    double watts = 0.0;
+    std::size_t next = 0; // result of the estimate
+    for (const Group& group : estimate.design.groups) {
+        for (std::size_t blocks = inputBlocks(*group.block).size(); blocks > 0; --blocks, ++next)
+            watts += group.name == name ? estimate.groups[next].watts : 0.0;
+    }
+    return watts;
 }
 
 // Groups that differ, with their inputs.
@@ -389,8 +396,9 @@ void nameAsNow(Diff& diff, const std::map<std::string, std::string>& oldNames, c
         }
         const auto known = std::find_if(diff.groups.begin(), diff.groups.end(),
                                         [&](const DiffGroup& group) { return group.name == before; });
-        DiffGroup& group = known == diff.groups.end() ? diff.groups.emplace_back() : *known;
-        if (known == diff.groups.end())
+        const bool isNameAlone = known == diff.groups.end();
+        DiffGroup& group = isNameAlone ? diff.groups.emplace_back() : *known;
+        if (isNameAlone)
             group.wattsBefore = group.wattsAfter = wattsOf(after, before);
         group.fate = DiffGroup::Fate::renamed;
         group.before = before;

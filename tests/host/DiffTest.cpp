@@ -122,6 +122,11 @@ TEST_F(DiffTest, ARenamedClockStillClocksItsGroups)
     EXPECT_EQ(diff.total().change(), 0.0);
     ASSERT_EQ(diff.groups.size(), 1u);
     EXPECT_EQ(diff.groups.front().fate, DiffGroup::Fate::renamed);
+    const Estimate estimate = estimateOf(before);
+    const double watts = groupOf(estimate, "core clock (Slice clocking)").watts +
+                         groupOf(estimate, "core clock (Clock distribution)").watts;
+    EXPECT_EQ(diff.groups.front().wattsBefore, watts) << "of all that the group reaches";
+    EXPECT_EQ(diff.groups.front().wattsAfter, watts);
 }
 
 TEST_F(DiffTest, SettingsOutsideOfGroupsArePartsToo)

@@ -21,7 +21,7 @@ namespace {
 std::string designText(double ambient, int memories)
 {
     return R"({"device": {"part": "zq4410"}, "environment": {"ambientTemperature": )" + std::to_string(ambient) +
-           R"(, "thetaJA": 3}, "groups": [{"block": "Bram", "name": "buffers", "inputs": {"MODE": "BLKM36", "NUM_BRAMS": )" +
+           R"(, "thetaJA": 2}, "groups": [{"block": "Bram", "name": "buffers", "inputs": {"MODE": "BLKM36", "NUM_BRAMS": )" +
            std::to_string(memories) + "}}]}";
 }
 
