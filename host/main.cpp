@@ -9,6 +9,8 @@ constexpr Command kCommands[] = {
     {"sweep", "Estimate a design over ranges of its values",
      "zelm sweep design.json --vary environment.ambientTemperature=0:80:10 --csv", declareSweep},
     {"new", "Write a commented design to begin with", "zelm new --template vision -o design.json", declareNew},
+    {"import", "Take over what other tools wrote", "zelm import netlist synth.json -o design.json", nullptr,
+     importCommands},
     {"format", "Write a design in the one form that all can have", "zelm format design.json --in-place", declareFormat},
     {"blocks", "List the resource kinds", "zelm blocks --json", declareBlocks},
     {"cells", "List the cells of a block", "zelm cells Bram --inputs", declareCells},
