@@ -11,6 +11,8 @@ constexpr Command kCommands[] = {
     {"new", "Write a commented design to begin with", "zelm new --template vision -o design.json", declareNew},
     {"import", "Take over what other tools wrote", "zelm import netlist synth.json -o design.json", nullptr,
      importCommands},
+    {"propagate", "Set toggle rates of an imported design from those of its netlist's inputs",
+     "zelm propagate synth.json --design design.json --input reset=0,0 -o active.json", declarePropagate},
     {"format", "Write a design in the one form that all can have", "zelm format design.json --in-place", declareFormat},
     {"blocks", "List the resource kinds", "zelm blocks --json", declareBlocks},
     {"cells", "List the cells of a block", "zelm cells Bram --inputs", declareCells},

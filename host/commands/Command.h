@@ -46,6 +46,7 @@ Action declareFormat(Options& options);
 Action declareImportNetlist(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
+Action declarePropagate(Options& options);
 Action declareSchema(Options& options);
 Action declareStandards(Options& options);
 Action declareSweep(Options& options);

@@ -55,7 +55,7 @@ struct NetlistPlan {
     std::vector<Group> groups;   ///< those of Clock are not among them
     std::vector<Counted> mapped; ///< by type, all instances together
     std::vector<Counted> unmapped;
-    std::vector<Counted> ports; ///< of the top: bits and direction. Pads need a standard, which no netlist tells
+    std::vector<Counted> ports;     ///< of the top: bits and direction. Pads need a standard, which no netlist tells
     std::vector<std::string> notes; ///< what was assumed
 };
 

@@ -9,7 +9,7 @@ module processor (
     input  wire [15:0] load_data,
     output reg  [31:0] out,
     output reg         out_valid,
-    output reg         halted
+    output reg         done
 );
     localparam FETCH = 2'd0, EXECUTE = 2'd1, WRITE = 2'd2;
     reg [1:0] state;
@@ -35,9 +35,10 @@ module processor (
             state <= FETCH;
             pc <= 10'd0;
             out_valid <= 1'b0;
-            halted <= 1'b0;
-        end else if (!halted && !load) begin
+            done <= 1'b0;
+        end else if (!load) begin
             out_valid <= 1'b0;
+            done <= 1'b0;
             case (state)
                 FETCH: state <= EXECUTE;
                 EXECUTE: begin
@@ -52,8 +53,10 @@ module processor (
                         out <= d;
                         out_valid <= 1'b1;
                     end
-                    if (operation == 4'd15)
-                        halted <= 1'b1;
+                    if (operation == 4'd15) begin // from the start again
+                        done <= 1'b1;
+                        pc <= 10'd0;
+                    end
                 end
             endcase
         end
