@@ -130,11 +130,13 @@ public:
     Propagation run(const std::vector<std::string>& inputs) &&
     {
         m_result.nets.resize(m_netlist->netCount);
+        m_result.driven.resize(m_netlist->netCount);
         m_driver.assign(m_netlist->netCount, kNone);
         for (const FlatNetlist::Cell& cell : m_netlist->cells)
             take(cell);
         sortLuts();
         setInputs(inputs);
+        noteDriven();
         findReconvergence();
         findOccasions();
         settle();
@@ -325,8 +327,10 @@ private:
             for (const NetBit bit : top.at(port.bits)) {
                 nets.push_back(m_netlist->net(0, bit));
                 bits[fmt::format("{}[{}]", port.name, nets.size() - 1)] = nets.back();
-                if (!isConstant(nets.back()))
-                    m_result.nets[nets.back()] = usual;
+                if (isConstant(nets.back()))
+                    continue;
+                m_result.nets[nets.back()] = usual;
+                m_result.driven[nets.back()] = true;
             }
         }
         for (const std::string& wish : wishes) {
@@ -345,6 +349,19 @@ private:
         }
     }
 
+    // Inputs are noted where they are set.
+    void noteDriven()
+    {
+        for (const LutNode& lut : m_luts)
+            m_result.driven[lut.output] = true;
+        for (const StateNode& state : m_states)
+            m_result.driven[state.output] = true;
+        for (const GuessNode& guess : m_guesses) {
+            for (const NetBit net : guess.outputs)
+                m_result.driven[net] = true;
+        }
+    }
+
     // ---- Reconvergence ----
 
     // The nets at which logic begins that a net hangs on; many are not kept, and count as common with all.
@@ -356,7 +373,6 @@ private:
     void findReconvergence()
     {
         constexpr std::size_t most = 64;
-        std::vector<std::size_t> places(m_netlist->instances.size());
         for (std::size_t i = 0; i < m_netlist->instances.size(); ++i)
             m_result.parts.push_back({m_netlist->instances[i].path, 0, 0});
         std::unordered_map<NetBit, Support> supports;
@@ -407,6 +423,8 @@ private:
             for (std::size_t i = 0; i < m_states.size(); ++i)
                 moved = std::max(moved, move(m_states[i].output, next[i]));
             m_result.settled = moved <= enough;
+            for (std::size_t i = 0; m_result.settled && i < m_states.size(); ++i)
+                m_result.nets[m_states[i].output] = next[i];
         }
     }
 
@@ -457,7 +475,8 @@ private:
     double changing(const GuessNode& guess) const
     {
         double still = 1.0;
-        std::map<std::uint64_t, std::pair<double, double>> together; // share of the occasion, and of none changing in it
+        std::map<std::uint64_t, std::pair<double, double>>
+            together; // share of the occasion, and of none changing in it
         for (const NetBit net : guess.inputs) {
             const double density = std::min(of(net).density, 1.0);
             const auto occasion = occasionOf(net);
@@ -587,7 +606,7 @@ std::string netsCsv(const FlatNetlist& netlist, const Propagation& propagation)
             const auto bits = module.at(net.bits);
             for (std::size_t bit = 0; bit < bits.size(); ++bit) {
                 const NetBit at = netlist.net(i, bits[bit]);
-                if (isConstant(at) || written[at])
+                if (isConstant(at) || written[at] || !propagation.driven[at])
                     continue;
                 written[at] = true;
                 const std::string name = bits.size() == 1 ? net.name : fmt::format("{}[{}]", net.name, bit);

@@ -34,11 +34,12 @@ struct Propagation {
         std::size_t reconvergent = 0;
     };
     std::vector<NetActivity> nets{}; ///< by net of the flat netlist
+    std::vector<bool> driven{};      ///< by net: what nothing drives has no activity
     std::vector<Part> parts{};
     std::vector<std::pair<std::string, std::size_t>> guessed{}; ///< types of cells without a truth table, and how many
     std::size_t looped = 0;                                     ///< LUTs in circles without a register
     std::size_t rounds = 0;                                     ///< until registers gave what they had taken
-    double moved = 0.0;     ///< by how much they still differed in the last
+    double moved = 0.0;                                         ///< by how much they still differed in the last
     bool settled = false;
 };
 
