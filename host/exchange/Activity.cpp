@@ -28,12 +28,24 @@ std::vector<std::string> pathParts(std::string path, char separator)
     return path.empty() ? std::vector<std::string>() : split(path, separator);
 }
 
+// A scope by its name; "lane[0].core" may be one, or one in another.
+std::optional<ScopeId> within(const ScopeTree& tree, ScopeId scope, const std::string& name)
+{
+    if (const std::optional<ScopeId> whole = tree.find(scope, name))
+        return whole;
+    std::optional<ScopeId> found = scope;
+    const std::vector<std::string> parts = split(name, '.');
+    for (std::size_t i = 0; found && i < parts.size(); ++i)
+        found = tree.find(*found, parts[i]);
+    return found;
+}
+
 // The scope of a path below another, as far as there is one: how many of its parts.
 std::pair<ScopeId, std::size_t> follow(const ScopeTree& tree, ScopeId scope, const std::vector<std::string>& parts)
 {
     std::size_t done = 0;
     for (; done < parts.size(); ++done) {
-        const std::optional<ScopeId> next = tree.find(scope, parts[done]);
+        const std::optional<ScopeId> next = within(tree, scope, parts[done]);
         if (!next)
             break;
         scope = *next;
@@ -73,25 +85,11 @@ public:
     {
         const std::size_t handle = m_signals.size();
         m_signals.push_back({{}, wanted, place.empty() ? path : fmt::format("{}: {}", place, path)});
-        std::string dotted = path.substr(0, path.find('['));
-        const std::vector<std::string> parts = pathParts(dotted, '.');
-        for (const ScopeId start : {m_root, ScopeId{0}}) {
-            // An escaped name may hold dots: any rest is a name.
-            ScopeId scope = start;
-            for (std::size_t i = 0; i < parts.size(); ++i) {
-                std::string rest;
-                for (std::size_t k = i; k < parts.size(); ++k)
-                    rest += (k > i ? "." : "") + parts[k];
-                m_byName[{scope, rest}].push_back(handle);
-                const std::optional<ScopeId> next = m_tree->find(scope, parts[i]);
-                if (!next)
-                    break;
-                scope = *next;
-            }
-            m_lookedIn.insert(scope);
-            if (m_root == 0)
-                break;
-        }
+        // Brackets may be a name's own, those of generated scopes among them, or choose a bit.
+        const auto [own, select] = nameAndSelect(path);
+        look(path, "", handle);
+        if (!select.empty())
+            look(std::string(own), std::string(select), handle);
         return handle;
     }
 
@@ -99,10 +97,12 @@ public:
     {
         bool wanted = false;
         if (!m_byName.empty()) {
-            const auto named = m_byName.find({variable.scope, std::string(variable.name)});
-            if (named != m_byName.end()) {
-                for (const std::size_t handle : named->second)
-                    m_signals[handle].nets.push_back(variable.net);
+            const auto named = m_byName.equal_range({variable.scope, std::string(variable.name)});
+            for (auto one = named.first; one != named.second; ++one) {
+                const auto& [handle, select] = one->second;
+                if (!select.empty() && select != variable.select)
+                    continue;
+                m_signals[handle].nets.push_back(variable.net);
                 wanted = true;
             }
             if (m_lookedIn.contains(variable.scope) && m_seenNames.size() < kMostSeenNames)
@@ -151,6 +151,25 @@ public:
 private:
     static constexpr std::size_t kMostSeenNames = 20000;
 
+    // An escaped name may hold dots: any rest of a path is a name.
+    void look(const std::string& path, const std::string& select, std::size_t handle)
+    {
+        const std::vector<std::string> parts = pathParts(path, '.');
+        for (const ScopeId start : std::set<ScopeId>{m_root, 0}) {
+            ScopeId scope = start;
+            std::size_t begin = 0;
+            for (const std::string& part : parts) {
+                m_byName.emplace(std::pair(scope, path.substr(begin)), std::pair(handle, select));
+                const std::optional<ScopeId> next = m_tree->find(scope, part);
+                if (!next)
+                    break;
+                scope = *next;
+                begin += part.size() + 1;
+            }
+            m_lookedIn.insert(scope);
+        }
+    }
+
     static std::vector<std::uint32_t> distinct(std::vector<std::uint32_t> nets)
     {
         std::sort(nets.begin(), nets.end());
@@ -193,7 +212,7 @@ private:
     std::map<ScopeId, std::vector<std::uint32_t>> m_netsOfScope;
     std::unordered_map<ScopeId, ScopeId> m_owner;
     std::vector<SignalUse> m_signals;
-    std::map<std::pair<ScopeId, std::string>, std::vector<std::size_t>> m_byName;
+    std::multimap<std::pair<ScopeId, std::string>, std::pair<std::size_t, std::string>> m_byName;
     std::set<ScopeId> m_lookedIn;
     std::set<std::string> m_seenNames;
     std::vector<std::uint32_t> m_unclaimed;
@@ -383,7 +402,8 @@ private:
         const std::string place = mapped == m_map.end() ? "" : fmt::format("{}: {}", shown(*m_wishes->map), group.name);
         if (mapped != m_map.end() && !mapped->second.scope.empty())
             one.scope = namedScope(mapped->second.scope, m_scope, place + ": scope");
-        else if (const auto found = scopeOf(group, m_scope); found && mapped == m_map.end())
+        else if (const auto found = scopeOf(group, m_scope);
+                 found && (mapped == m_map.end() || mapped->second.signals.empty()))
             one.scope = *found;
         if (mapped != m_map.end()) {
             const MappedGroup& said = mapped->second;
@@ -487,10 +507,11 @@ private:
             for (const std::uint32_t net : finder.netsOf(*one.clock))
                 clocks.insert(net);
         }
-        constexpr double nearly = 0.99;
+        constexpr double nearly = 0.01;
         std::erase_if(nets, [&](std::uint32_t net) {
             const NetCount& count = m_counts.nets[net];
-            return clocks.contains(net) || (cycles > 0.0 && count.bits == 1 && count.toggles >= 2.0 * nearly * cycles);
+            const bool ticks = count.bits == 1 && std::fabs(count.toggles - 2.0 * cycles) <= nearly * 2.0 * cycles;
+            return clocks.contains(net) || (cycles > 0.0 && ticks);
         });
         return nets;
     }
@@ -586,7 +607,7 @@ private:
         else if (names.empty())
             activity.note = "needs --map: which signals its inputs are";
         else if (sum.nets == 0)
-            activity.note = "its scope has no nets of its own";
+            activity.note = "its scope has no nets of its own but clocks";
         else if (!(activity.cycles > 0.0))
             activity.note = "its clock stands still";
         if (sum.nets == 0 || !(activity.cycles > 0.0))

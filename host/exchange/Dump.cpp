@@ -98,6 +98,14 @@ void DumpWords::fill()
     m_end = m_at + begun + static_cast<std::size_t>(taken);
 }
 
+std::pair<std::string_view, std::string_view> nameAndSelect(std::string_view name)
+{
+    const std::size_t bracket = name.rfind('[');
+    if (bracket == std::string_view::npos || bracket == 0 || !name.ends_with(']'))
+        return {name, {}};
+    return {name.substr(0, bracket), name.substr(bracket + 1, name.size() - bracket - 2)};
+}
+
 std::optional<double> timescaleSeconds(std::string_view text)
 {
     constexpr std::pair<std::string_view, double> units[] = {{"s", 1.0},   {"ms", 1e-3},  {"us", 1e-6},

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace zelm::host {
@@ -69,11 +70,15 @@ struct NetCount {
 /// A variable as a dump declares it. Several may be one net: ports and what they are connected to.
 struct DumpVariable {
     std::uint32_t scope = 0;
-    std::string_view name; ///< without a range
+    std::string_view name;   ///< without a range
+    std::string_view select; ///< "3" of a bit that is a variable of its own, "7:0" of a range
     std::uint32_t bits = 1;
     bool isNet = true; ///< false for reals, parameters and such
     std::uint32_t net = 0;
 };
+
+/// A name's own part, and what stands in brackets behind it.
+std::pair<std::string_view, std::string_view> nameAndSelect(std::string_view name);
 
 /// What part of the time counts, in the dump's units.
 struct DumpWindow {

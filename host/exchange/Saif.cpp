@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <tuple>
 
 namespace zelm::host {
 
@@ -261,7 +262,7 @@ private:
                 m_bytes.fail(fmt::format("there are more than {} nets", kMostVariables));
             DumpVariable variable;
             variable.scope = m_open.back().scope;
-            variable.name = std::string_view(m_name).substr(0, m_name.find('['));
+            std::tie(variable.name, variable.select) = nameAndSelect(m_name);
             variable.net = static_cast<std::uint32_t>(m_nets.size());
             if ((*m_wants)(variable))
                 m_nets.push_back(m_net);

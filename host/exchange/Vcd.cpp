@@ -9,6 +9,7 @@
 #include <bit>
 #include <charconv>
 #include <functional>
+#include <tuple>
 #include <utility>
 
 namespace zelm::host {
@@ -273,19 +274,25 @@ private:
         std::string name(part("a $var"));
         if (code == "$end" || name == "$end")
             m_words.fail("a $var needs a kind, a size, a code and a name");
-        skipToEnd("$var");
+        readSelect(name);
         if (++m_variables > kMostVariables)
             m_words.fail(fmt::format("there are more than {} variables", kMostVariables));
-        variable.name = nameOnly(name);
+        // An escaped name has a backslash in front, and its brackets are its own.
+        if (name.starts_with('\\'))
+            variable.name = std::string_view(name).substr(1);
+        else
+            std::tie(variable.name, variable.select) = nameAndSelect(name);
         want(variable, code, isReal || variable.bits == 0, *wants);
     }
 
-    // Names may come with their range; an escaped one has a backslash in front, and brackets of its own.
-    static std::string_view nameOnly(std::string_view name)
+    // What stands behind a name, to the end: its range, in one word or more.
+    void readSelect(std::string& name)
     {
-        if (name.starts_with('\\'))
-            return name.substr(1);
-        return name.substr(0, name.find('['));
+        const bool escaped = name.starts_with('\\');
+        for (std::string_view word = part("a $var"); word != "$end"; word = part("a $var")) {
+            if (!escaped && name.size() < kMostSelect)
+                name += word;
+        }
     }
 
     void want(DumpVariable& variable, const std::string& code, bool isReal,
@@ -315,6 +322,8 @@ private:
         m_nets.push_back(net);
         m_codes.set(code, variable.net);
     }
+
+    static constexpr std::size_t kMostSelect = 4096;
 
     static std::size_t wordsOf(std::uint32_t bits)
     {

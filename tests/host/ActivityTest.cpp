@@ -290,7 +290,8 @@ const char* const kDesign = R"({"groups": [
     {"block": "CleLogic", "name": "top registers", "clock": "clk"},
     {"block": "Signal", "name": "odd nets", "in": "odd.name", "clock": "clk", "inputs": {"TOGGLE_RATE": 0.5}},
     {"block": "Bram", "name": "ram", "in": "nowhere", "clock": "clk"},
-    {"block": "Selv", "name": "pads"}]})";
+    {"block": "Selv", "name": "pads"},
+    {"block": "Signal", "name": "sub nets", "in": "dut.sub", "clock": "clk"}]})";
 
 TEST(Activity, RatesAreRelativeToTheGroupsClock)
 {
@@ -341,8 +342,8 @@ TEST(Activity, AMapTellsScopesAndSignals)
     const std::string dump = scratch.write("a.saif", kSaif);
     const std::string map = scratch.write("map.json", R"({"ram": {"scope": "dut.sub", "clock": "tb.dut.clk",
         "inputs": {"PORT_A_ENABLE_RATE": "dut.sub.en", "PORT_B_ENABLE_RATE": "!tb.dut.sub.en", "TOGGLE_RATE_A": ["q"]}},
-        "pads": {"signals": ["dut.q"], "clock": "dut.clk", "inputs": {"OUTPUT_ENABLE": "dut.sub.en",
-        "TOGGLE_RATE": "dut.q"}}, "top registers": "tb.dut"})");
+        "pads": {"signals": ["dut.q"], "clock": "dut.clk", "inputs": {"OUTPUT_ENABLE": "dut.q[1]",
+        "TOGGLE_RATE": "dut.q"}}, "clk": {"clock": "dut.clk"}, "top registers": "tb.dut"})");
     const auto imported = [&](const std::string& more) {
         return scratch.run("import activity " + dump + " --design " + design + " --scope tb --map " + map + more);
     };
@@ -359,7 +360,11 @@ TEST(Activity, AMapTellsScopesAndSignals)
     EXPECT_EQ(std::get<float>(*after.groups[3].input("PORT_B_ENABLE_RATE")), 0.9f);
     EXPECT_EQ(std::get<float>(*after.groups[3].input("TOGGLE_RATE_A")), 1.0f);
     EXPECT_EQ(std::get<float>(*after.groups[4].input("TOGGLE_RATE")), 0.5f);
-    EXPECT_EQ(std::get<float>(*after.groups[4].input("OUTPUT_ENABLE")), 0.1f);
+    EXPECT_EQ(std::get<float>(*after.groups[4].input("OUTPUT_ENABLE")), 0.75f); // 300 of 400 known
+    EXPECT_EQ(std::get<float>(*after.groups[5].input("TOGGLE_RATE")), 0.2f);
+    text.replace(text.find("dut.q[1]"), 8, "dut.q[2]");
+    scratch.write("map.json", text);
+    EXPECT_THAT(imported("").err, HasSubstr("pads: dut.q[2], and " + dump + " has no such signal"));
     EXPECT_THAT(imported(" --from 3").err, HasSubstr("--from and --to need a VCD"));
     scratch.write("map.json", R"({"rem": "tb"})");
     EXPECT_THAT(imported("").err, HasSubstr("map.json:1: rem: the design has no group rem; did you mean ram?"));
