@@ -102,7 +102,9 @@ std::string waterfall(const DiffQuantity& quantity)
         now += part.change;
     }
     rows.push_back(row("after", amountText(quantity.after, unit), origin, quantity.after, "soft"));
-    return htmlTable(quantity.quantity.name(), {"<Change", "Amount", "<"}, rows);
+    return htmlTable(quantity.quantity.name(), {"<Change", "Amount", "<"}, rows) +
+           fmt::format("<p class=\"soft\">The bars begin at {}, so that changes can be seen.</p>\n",
+                       amountText(origin, unit));
 }
 
 } // namespace
