@@ -194,6 +194,8 @@ Design designOf(const Json& result, const Design& now, const std::string& file)
         takeRails(side, design);
     } catch (const nlohmann::json::exception&) {
         throw Error(fmt::format("{}: looks like a result of estimate --json, but isn't whole", file));
+    } catch (const Error& error) {
+        throw Error(fmt::format("{}: {}", file, error.what()));
     }
     return design;
 }
