@@ -197,8 +197,9 @@ TEST(CommandLine, MistakesAreToldWithTheToolsNameAndTheNearestWord)
 TEST(CommandLine, EveryHelpEndsWithAnExampleAndTheExitCodes)
 {
     const Scratch scratch;
-    for (const std::string command : {"", "estimate", "sweep", "import", "import netlist", "propagate", "blocks",
-                                      "cells", "calc", "parts", "standards", "schema", "check-data", "docs"}) {
+    for (const std::string command :
+         {"", "estimate", "sweep", "import", "import netlist", "propagate", "blocks", "cells", "calc", "parts",
+          "standards", "schema", "check-data", "docs", "diff", "solve", "fit", "sensitivity"}) {
         const ToolRun result = scratch.run(command + " --help");
         EXPECT_EQ(result.code, 0) << command;
         EXPECT_THAT(result.err, IsEmpty()) << command;
