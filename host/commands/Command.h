@@ -40,14 +40,18 @@ Action declareBlocks(Options& options);
 Action declareCalc(Options& options);
 Action declareCells(Options& options);
 Action declareCheckData(Options& options);
+Action declareDiff(Options& options);
 Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
+Action declareFit(Options& options);
 Action declareFormat(Options& options);
 Action declareImportNetlist(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
 Action declarePropagate(Options& options);
 Action declareSchema(Options& options);
+Action declareSensitivity(Options& options);
+Action declareSolve(Options& options);
 Action declareStandards(Options& options);
 Action declareSweep(Options& options);
 

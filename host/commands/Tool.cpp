@@ -79,6 +79,13 @@ const std::string& Options::required(const std::string& name, const std::string&
     return m_texts.back();
 }
 
+const std::string& Options::requiredValue(const std::string& name, const std::string& what,
+                                          const std::string& description)
+{
+    m_command->add_option(name, m_texts.emplace_back(), description)->required()->type_name(what);
+    return m_texts.back();
+}
+
 const std::vector<std::string>& Options::list(const std::string& name, const std::string& description)
 {
     m_command->add_option(name, m_lists.emplace_back(), description);
@@ -104,8 +111,8 @@ void Options::exclude(const std::string& one, const std::string& other)
 namespace {
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check), or a file isn't in form\n"
-    "(format --check); 2 a mistake, told on standard error";
+    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check), a total grows too far (diff\n"
+    "--fail-above), or a file isn't in form (format --check); 2 a mistake, told on standard error";
 
 std::string footer(const std::string& example)
 {
@@ -165,7 +172,7 @@ ManualEntry entryOf(const CLI::Option& option)
     entry.isArgument = option.get_positional();
     entry.takesValue = option.get_items_expected_max() > 0;
     entry.takesFile = option.get_type_name() == "FILE" || entry.name == "--datadir" || entry.name == "design" ||
-                      entry.name == "directory";
+                      entry.name == "directory" || entry.name == "old" || entry.name == "new";
     entry.description = option.get_description();
     return entry;
 }
