@@ -18,6 +18,8 @@ constexpr Command kCommands[] = {
     {"new", "Write a commented design to begin with", "zelm new --template vision -o design.json", declareNew},
     {"import", "Take over what other tools wrote", "zelm import netlist synth.json -o design.json", nullptr,
      importCommands},
+    {"export", "Hand designs over to other tools", "zelm export groups design.json -o groups.csv", nullptr,
+     exportCommands},
     {"propagate", "Set toggle rates of an imported design from those of its netlist's inputs",
      "zelm propagate synth.json --design design.json --input reset=0,0 -o active.json", declarePropagate},
     {"format", "Write a design in the one form that all can have", "zelm format design.json --in-place", declareFormat},

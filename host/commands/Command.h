@@ -45,7 +45,9 @@ Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
 Action declareFit(Options& options);
 Action declareFormat(Options& options);
+Action declareImportActivity(Options& options);
 Action declareImportNetlist(Options& options);
+Action declareImportTable(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
 Action declarePropagate(Options& options);
@@ -57,5 +59,7 @@ Action declareSweep(Options& options);
 
 /// The subcommands of import.
 std::span<const Command> importCommands();
+/// The subcommands of export.
+std::span<const Command> exportCommands();
 
 } // namespace zelm::host

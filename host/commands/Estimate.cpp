@@ -11,6 +11,7 @@
 #include "host/estimate/Modes.h"
 #include "host/report/Report.h"
 #include "host/report/SubtotalsReport.h"
+#include "host/report/XlsxReport.h"
 
 #include <fmt/format.h>
 
@@ -92,6 +93,7 @@ Action declareEstimate(Options& options)
         options.flagOf("--csv", csvTables(), "Print CSV; with the name of a table, that table alone");
     options.exclude("--csv", "--json");
     const std::optional<std::string>& html = options.text("--html", "Write a self-contained HTML report to this file");
+    const std::optional<std::string>& xlsx = options.text("--xlsx", "Write a workbook with live formulas to this file");
     const bool& check = options.flag("--check", "End with exit code 1 if a budget is broken");
     const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
     const bool& keepGoing =
@@ -107,7 +109,7 @@ Action declareEstimate(Options& options)
     return [&](Run& run) {
         const std::optional<SubtotalsWish> wish = wishOf(by, top, sort);
         const Design read = readDesign(design);
-        checkReports(design, read, {&html, &junit});
+        checkReports(design, read, {&html, &xlsx, &junit});
         const bool drawn = json || html;
         Estimate result =
             estimate(read, drawn ? Curves::drawn : Curves::none, keepGoing ? Gaps::warned : Gaps::refused);
@@ -119,6 +121,8 @@ Action declareEstimate(Options& options)
                                   : textReport(result, run.verbose, Paint(takesColour(stdout)));
         if (html)
             writeFile(*html, htmlReport(result));
+        if (xlsx)
+            writeFile(*xlsx, xlsxReport(result));
         if (junit)
             writeFile(*junit, junitReport(result));
         if (json || !csv.empty()) {

@@ -275,6 +275,27 @@ Json sweepOutput()
                                              {"warnings", listOf(text())}}))}});
 }
 
+Json activityOutput()
+{
+    const Json ofGroup = object({{"name", text()},
+                                 {"block", text()},
+                                 {"scope", text()},
+                                 {"clock", text()},
+                                 {"cycles", amount()},
+                                 {"nets", whole()},
+                                 {"bits", number()},
+                                 {"toggles", number()},
+                                 {"inputs", ofType("object")},
+                                 {"kept", listOf(text())}},
+                                {{"note", text()}});
+    return output({{"scope", text()},
+                   {"seconds", number()},
+                   {"nets", whole()},
+                   {"annotatedNets", whole()},
+                   {"netShare", number()},
+                   {"groups", listOf(ofGroup)}});
+}
+
 Json solveOutput()
 {
     const Json crossing = object({{"value", number()},
@@ -396,8 +417,11 @@ Json listOutputs()
 Json outputSchema()
 {
     Json outputs{{"estimate", estimateOutput()}, {"estimateBy", subtotalsOutput()}, {"sweep", sweepOutput()}};
-    outputs.update(
-        {{"diff", diffOutput()}, {"fit", fitOutput()}, {"sensitivity", sensitivityOutput()}, {"solve", solveOutput()}});
+    outputs.update({{"diff", diffOutput()},
+                    {"fit", fitOutput()},
+                    {"importActivity", activityOutput()},
+                    {"sensitivity", sensitivityOutput()},
+                    {"solve", solveOutput()}});
     outputs.update(listOutputs());
     Json any = Json::array();
     for (const auto& [command, schema] : outputs.items())

@@ -5,6 +5,7 @@ import json
 import re
 import subprocess
 import sys
+import tempfile
 
 import jsonschema
 
@@ -111,6 +112,14 @@ check_output("solve", "solve", sys.argv[2], "--vary", "environment.ambientTemper
 check_output("sensitivity", "sensitivity", sys.argv[2], "--top", "200")
 check_output("fit", "fit", sys.argv[2])
 check_output("diff", "diff", sys.argv[2], sys.argv[3])
+with tempfile.TemporaryDirectory() as folder:
+    dump, design = f"{folder}/run.vcd", f"{folder}/design.json"
+    with open(dump, "w", encoding="utf-8") as file:
+        file.write("$scope module t $end $scope module a $end $var wire 1 ! q $end $upscope $end $upscope $end\n"
+                   "$enddefinitions $end\n#0\n0!\n#10\n1!\n#20\n")
+    with open(design, "w", encoding="utf-8") as file:
+        file.write('{"groups": [{"block": "Signal", "in": "a"}, {"block": "Bram"}]}')
+    check_output("importActivity", "import", "activity", dump, "--design", design)
 for block in subprocess.run([sys.argv[1], "blocks"], check=True, capture_output=True, text=True).stdout.split("\n")[2:-1]:
     check_output("cells", "cells", block.split()[0])
 check_output("calc", "calc", "Bram", "--bits")
