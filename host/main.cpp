@@ -8,6 +8,8 @@ constexpr Command kCommands[] = {
     {"estimate", "Estimate a design", "zelm estimate design.json --check --html report.html", declareEstimate},
     {"sweep", "Estimate a design over ranges of its values",
      "zelm sweep design.json --vary environment.ambientTemperature=0:80:10 --csv", declareSweep},
+    {"explain", "Tell how a quantity of a design comes about, down to what was typed or characterised",
+     "zelm explain design.json total@MAX --depth 2", declareExplain},
     {"new", "Write a commented design to begin with", "zelm new --template vision -o design.json", declareNew},
     {"format", "Write a design in the one form that all can have", "zelm format design.json --in-place", declareFormat},
     {"blocks", "List the resource kinds", "zelm blocks --json", declareBlocks},

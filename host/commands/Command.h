@@ -40,6 +40,7 @@ Action declareCells(Options& options);
 Action declareCheckData(Options& options);
 Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
+Action declareExplain(Options& options);
 Action declareFormat(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);

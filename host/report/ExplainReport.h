@@ -1,0 +1,18 @@
+#pragma once
+
+#include "host/study/Explain.h"
+
+#include <cstddef>
+#include <string>
+
+namespace zelm::host {
+
+/// How far down an explanation goes below what was asked for.
+inline constexpr std::size_t kWholeDepth = static_cast<std::size_t>(-1);
+
+/// As a tree. What occurs again is told once, and named from then on; so are formulas.
+std::string explanationText(Explanation& explanation, std::size_t root, std::size_t depth);
+/// The same as JSON, of a design of that name.
+std::string explanationJson(Explanation& explanation, std::size_t root, std::size_t depth, const std::string& name);
+
+} // namespace zelm::host
