@@ -4,6 +4,7 @@
 #include "host/base/Text.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
@@ -11,6 +12,7 @@
 #include <map>
 #include <set>
 #include <type_traits>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -415,6 +417,167 @@ private:
     std::map<const Block*, std::vector<SourceText>> m_pieces;    // formulas' own lines and members
 };
 
+// ---- For a page ----
+
+// A list of JSON texts, each once.
+class Pool {
+public:
+    std::size_t place(const std::string& json)
+    {
+        const auto [known, isNew] = m_places.try_emplace(json, m_places.size());
+        if (isNew) {
+            m_list += m_list.empty() ? "" : ",";
+            m_list += json;
+        }
+        return known->second;
+    }
+    const std::string& list() const
+    {
+        return m_list;
+    }
+
+private:
+    std::unordered_map<std::string, std::size_t> m_places;
+    std::string m_list;
+};
+
+// Nodes level by level below the quantities, so that what is left out of a huge design lies deep.
+class PageNet {
+public:
+    explicit PageNet(const Estimate& estimate) : m_explanation(estimate)
+    {
+        text(""); // the first: none
+        for (const NamedQuantity& quantity : quantitiesOf(estimate))
+            placeOf(m_explanation.idOf(quantity));
+    }
+
+    std::string write()
+    {
+        constexpr std::size_t most = 20000;
+        std::string nodes;
+        for (std::size_t i = 0; i < m_ids.size(); ++i) {
+            nodes += i == 0 ? "\n" : ",\n";
+            nodes += nodeText(m_ids[i], m_ids.size() < most);
+        }
+        return fmt::format("{{\"texts\":[{}],\n\"pieces\":[{}],\n\"kinds\":[{}],\n\"rows\":[{}],\n\"nodes\":[{}]}}",
+                           m_texts.list(), m_pieces.list(), m_kinds.list(), m_rows.list(), nodes);
+    }
+
+private:
+    std::size_t placeOf(std::size_t id)
+    {
+        const auto [known, isNew] = m_placesOfIds.try_emplace(id, m_ids.size());
+        if (isNew)
+            m_ids.push_back(id);
+        return known->second;
+    }
+
+    std::size_t text(std::string_view words)
+    {
+        std::string json;
+        appendQuoted(json, words);
+        return m_texts.place(json);
+    }
+
+    static std::string listText(const std::vector<std::size_t>& places)
+    {
+        return fmt::format("[{}]", fmt::join(places, ","));
+    }
+
+    // With the places of what it takes, if that is to be told.
+    std::size_t piece(const SourceText& source, const Block* takenOf = nullptr)
+    {
+        const std::pair<std::string_view, std::size_t> at(source.file, source.line);
+        if (const auto known = m_placesOfPieces.find(at); known != m_placesOfPieces.end())
+            return known->second;
+        std::vector<std::size_t> taken;
+        if (takenOf) {
+            for (const SourceText& helper : helpersOf(*takenOf, {source}))
+                taken.push_back(piece(helper));
+        }
+        const std::size_t place = m_pieces.place(
+            fmt::format("[{},{},{},{}]", text(source.file), source.line, text(source.text), listText(taken)));
+        m_placesOfPieces.emplace(at, place);
+        return place;
+    }
+
+    // What cells of one name have in common, or quantities of one sort.
+    std::size_t kindOf(const ExplainedNode& node)
+    {
+        std::vector<std::size_t> pieces;
+        std::string call;
+        if (node.formula) {
+            pieces.push_back(piece(node.formula->own, node.block));
+            for (const SourceText& member : node.formula->member)
+                pieces.push_back(piece(member));
+            if (!node.formula->argument.empty())
+                call = fmt::format("{}({})", node.formula->call, node.formula->argument);
+        }
+        return m_kinds.place(fmt::format("[{},{},{},{},{}]", text(node.cell ? node.cell->name : ""), text(node.unit),
+                                         text(node.meaning), text(call), listText(pieces)));
+    }
+
+    template <class Values>
+    static std::string valueText(const Values& value)
+    {
+        return std::visit(
+            [](const auto& known) -> std::string {
+                using T = std::decay_t<decltype(known)>;
+                std::string json = "null";
+                if constexpr (std::is_same_v<T, std::string>) {
+                    json.clear();
+                    appendQuoted(json, known);
+                } else if constexpr (std::is_floating_point_v<T>) {
+                    if (std::isfinite(known))
+                        json = fmt::format("{}", known);
+                } else if constexpr (!std::is_same_v<T, std::monostate>) {
+                    json = fmt::format("{}", known);
+                }
+                return json;
+            },
+            value);
+    }
+
+    // By the data file's name, as the page has it elsewhere: where it lies is no matter of who reads the page.
+    std::size_t row(const Block& block, const ExplainedLookUp& lookUp)
+    {
+        const ZelmTableInfo& table = *lookUp.what.table;
+        return m_rows.place(fmt::format("[{},{},{},{},{},{}]", text(table.group), text(lookUp.what.row()),
+                                        valueText(lookUp.what.value), text(table.unit), text(block.dataFile()),
+                                        lookUp.line));
+    }
+
+    // A node's kind, its name with a mark where the cell's goes, its value, operands (null: left out), rows, words and
+    // origin.
+    std::string nodeText(std::size_t id, bool whole)
+    {
+        const ExplainedNode& node = whole ? m_explanation.node(id) : m_explanation.head(id);
+        std::vector<std::size_t> operands, rows;
+        for (const std::size_t operand : node.operands)
+            operands.push_back(placeOf(operand));
+        for (const ExplainedLookUp& lookUp : node.lookUps)
+            rows.push_back(row(*node.block, lookUp));
+        const std::string name = !node.quantity.empty()  ? node.quantity
+                                 : !node.process.empty() ? fmt::format("static.\1@{}", node.process)
+                                                         : fmt::format("group:{}.\1", node.group);
+        std::string origin;
+        if (node.origin)
+            origin = fmt::format(",[{},{},{},{}]", text(node.origin->kind), text(node.origin->from),
+                                 text(node.origin->file), node.origin->line);
+        return fmt::format("[{},{},{},{},{},{}{}]", kindOf(node), text(name), valueText(node.value),
+                           whole ? listText(operands) : "null", listText(rows), text(node.words), origin);
+    }
+
+    Explanation m_explanation;
+    std::vector<std::size_t> m_ids; // of the nodes, by place
+    std::unordered_map<std::size_t, std::size_t> m_placesOfIds;
+    std::map<std::pair<std::string_view, std::size_t>, std::size_t> m_placesOfPieces;
+    Pool m_texts;
+    Pool m_pieces;
+    Pool m_kinds;
+    Pool m_rows;
+};
+
 } // namespace
 
 std::string explanationText(Explanation& explanation, std::size_t root, std::size_t depth)
@@ -427,6 +590,11 @@ std::string explanationText(Explanation& explanation, std::size_t root, std::siz
 std::string explanationJson(Explanation& explanation, std::size_t root, std::size_t depth, const std::string& name)
 {
     return JsonTree(explanation, depth).write(root, name);
+}
+
+std::string explanationsForPage(const Estimate& estimate)
+{
+    return PageNet(estimate).write();
 }
 
 } // namespace zelm::host

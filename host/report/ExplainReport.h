@@ -15,4 +15,8 @@ std::string explanationText(Explanation& explanation, std::size_t root, std::siz
 /// The same as JSON, of a design of that name.
 std::string explanationJson(Explanation& explanation, std::size_t root, std::size_t depth, const std::string& name);
 
+/// Of all quantities of an estimate, for a page that shows what is asked for: texts, pieces of sources, kinds of nodes
+/// and rows of data stand once, and nodes name them by their places. The widest part of it if it is very large.
+std::string explanationsForPage(const Estimate& estimate);
+
 } // namespace zelm::host

@@ -1,4 +1,5 @@
 #include "host/base/Json.h"
+#include "host/report/ExplainReport.h"
 #include "host/report/Report.h"
 
 #include <string_view>
@@ -45,6 +46,7 @@ std::string htmlReport(const Estimate& estimate)
     };
     fill("/*ECHARTS*/", {zelm_report_charts, static_cast<std::size_t>(zelm_report_charts_end - zelm_report_charts)});
     fill("/*ESTIMATE*/", forScript(compactJson(jsonReport(estimate))));
+    fill("/*EXPLANATIONS*/", forScript(explanationsForPage(estimate)));
     return page;
 }
 
