@@ -124,14 +124,15 @@ public:
     }
 
 private:
-    // What a contribution makes of the whole.
+    // What a term makes of the sum.
     static std::string shareText(const ExplainedNode& node, const ExplainedNode* above)
     {
-        const auto* whole = above ? std::get_if<double>(&above->value) : nullptr;
+        const auto* whole = above && !above->terms.empty() ? std::get_if<double>(&above->value) : nullptr;
+        const auto* cell = std::get_if<float>(&node.value);
         const auto* part = std::get_if<double>(&node.value);
-        if (!whole || !part || above->terms.empty() || *whole == 0.0)
+        if (!whole || *whole == 0.0 || (!cell && !part))
             return "";
-        return fmt::format(", {:.1f} %", 100.0 * *part / *whole);
+        return fmt::format(", {:.1f} %", 100.0 * (part ? *part : static_cast<double>(*cell)) / *whole);
     }
 
     void printOwn(const ExplainedNode& node, const std::string& margin)

@@ -10,6 +10,7 @@
 #include "host/estimate/StaticPower.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
@@ -314,21 +315,13 @@ private:
         const ZelmCellInfo& output = block.cell(part.cell);
         std::vector<std::size_t> operands{cell(index, output)};
         std::string words(part.cell);
-        const auto times = [&](std::string_view name, std::size_t operand) {
-            words += fmt::format(" x {}", name);
-            operands.push_back(operand);
-        };
-        if (!output.goes.scaling.empty())
-            times(output.goes.scaling, cell(index, block.cell(output.goes.scaling)));
+        if (!output.goes.scaling.empty()) {
+            words += fmt::format(" x {}", output.goes.scaling);
+            operands.push_back(cell(index, block.cell(output.goes.scaling)));
+        }
         if (output.unit.starts_with('u') || output.unit.starts_with('m'))
             words += output.unit.starts_with('u') ? " x 1e-6" : " x 1e-3";
-        if (const Group& group = design().groups[m_places[index].group]; group.count != 1)
-            times("count", leaf(fmt::format("group:{} count", m_estimate->groups[index].name), group.count, "",
-                                "how many times the group stands in the device", inDesign(group.place + ".count")));
-        for (const PerUnit& rule : perUnit()) {
-            if (rule.block == block.name)
-                times(rule.cell, cell(index, block.cell(rule.cell)));
-        }
+        words += multiplierWords(index, operands);
         if (output.unit.ends_with('A') != (unit == "A")) {
             const auto [name, operand] = volts(index, part);
             words += fmt::format(" {} {}", unit == "A" ? '/' : 'x', name);
@@ -336,6 +329,26 @@ private:
         }
         at(id).operands = std::move(operands);
         at(id).words = std::move(words);
+    }
+
+    // How many units a group stands for: multiplied first, then with the amount.
+    std::string multiplierWords(std::size_t index, std::vector<std::size_t>& operands)
+    {
+        std::vector<std::string_view> factors;
+        const Block& block = *m_estimate->groups[index].block;
+        if (const Group& group = design().groups[m_places[index].group]; group.count != 1) {
+            factors.emplace_back("count");
+            operands.push_back(leaf(fmt::format("group:{} count", m_estimate->groups[index].name), group.count, "",
+                                    "how many times the group stands in the device", inDesign(group.place + ".count")));
+        }
+        for (const PerUnit& rule : perUnit()) {
+            if (rule.block != block.name)
+                continue;
+            factors.push_back(rule.cell);
+            operands.push_back(cell(index, block.cell(rule.cell)));
+        }
+        const std::string words = fmt::format("{}", fmt::join(factors, " x "));
+        return factors.empty() ? "" : factors.size() == 1 ? " x " + words : fmt::format(" x ({})", words);
     }
 
     // The volts at which a group loads a rail, by name.
