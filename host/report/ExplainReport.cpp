@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <map>
 #include <set>
 #include <type_traits>
@@ -105,7 +104,7 @@ public:
         const std::string name = isNeighbour ? std::string(head.cell->name) : head.name();
         append("{}{} = {}{}", margin, shown(name), explainedValue(head), shareText(head, above));
         if (!m_printed.insert(id).second) {
-            m_text += "  (see above)\n";
+            append("  (see above)\n");
             return;
         }
         const ExplainedNode& node = m_explanation->node(id);
@@ -118,9 +117,9 @@ public:
             print(operand, level + 1, &node);
     }
 
-    std::string take() &&
+    std::string take() const
     {
-        return std::move(m_text);
+        return fmt::to_string(m_text);
     }
 
 private:
@@ -177,18 +176,18 @@ private:
         if (!isNew)
             return;
         for (const std::string& line : linesOf(source))
-            m_text += line.empty() ? fmt::format("{}|\n", margin) : fmt::format("{}| {}\n", margin, line);
+            append("{}|{}{}\n", margin, line.empty() ? "" : " ", line);
     }
 
     template <class... Parts>
     void append(fmt::format_string<Parts...> format, Parts&&... parts)
     {
-        fmt::format_to(std::back_inserter(m_text), format, std::forward<Parts>(parts)...);
+        fmt::format_to(fmt::appender(m_text), format, std::forward<Parts>(parts)...);
     }
 
     Explanation* m_explanation;
     std::size_t m_depth;
-    std::string m_text;
+    fmt::memory_buffer m_text;
     std::unordered_set<std::size_t> m_printed;
     std::set<std::pair<std::string_view, std::size_t>> m_sources;
 };
@@ -207,9 +206,14 @@ void appendQuoted(std::string& out, std::string_view text)
         at = end;
         while (end < text.size() && !isPlain(text[end]))
             ++end;
-        const std::string rest = at < end ? compactJson(text.substr(at, end - at)) : "\"\"";
-        out.append(rest, 1, rest.size() - 2);
+        const std::string_view special = text.substr(at, end - at);
         at = end;
+        if (special == "\n") {
+            out += "\\n";
+        } else if (!special.empty()) {
+            const std::string quoted = compactJson(special);
+            out.append(quoted, 1, quoted.size() - 2);
+        }
     }
     out += '"';
 }
@@ -585,7 +589,7 @@ std::string explanationText(Explanation& explanation, std::size_t root, std::siz
 {
     TextTree tree(explanation, depth);
     tree.print(root, 0, nullptr);
-    return std::move(tree).take();
+    return tree.take();
 }
 
 std::string explanationJson(Explanation& explanation, std::size_t root, std::size_t depth, const std::string& name)

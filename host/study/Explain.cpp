@@ -216,7 +216,7 @@ private:
                 node.quantity = name;
                 node.value = std::move(value);
                 node.unit = unit;
-                node.meaning = meaning;
+                node.meaning = m_meanings.emplace_back(meaning);
                 return node;
             },
             std::move(fill));
@@ -711,6 +711,7 @@ private:
     std::map<std::string, std::unique_ptr<Run>> m_staticRuns;     // by process side
     std::map<const Block*, std::shared_ptr<const RowLines>> m_rowLines;
     std::deque<Entry> m_entries; // which stay where they are
+    std::deque<std::string> m_meanings;
     std::unordered_map<std::string, std::size_t> m_ids;
 };
 

@@ -33,13 +33,13 @@ struct ExplainedLookUp {
 /// A quantity or cell, and what it was worked out from.
 struct ExplainedNode {
     std::string quantity;               ///< empty for a cell
-    std::string group;                  ///< of a cell: the group's name; "static power" for the model of that
+    std::string_view group;             ///< of a cell: the group's name; "static power" for the model of that
     const Block* block = nullptr;       ///< of a cell
     const ZelmCellInfo* cell = nullptr; ///< of a cell
     std::string process;                ///< if it differs by process side
     std::variant<std::monostate, int, float, double, std::string> value; ///< none: unset, or thermal runaway
     std::string_view unit;
-    std::string meaning;
+    std::string_view meaning;
     std::string words;                 ///< how the tool works a quantity out
     const Formula* formula = nullptr;  ///< of a cell that is computed
     std::vector<std::size_t> operands; ///< their ids; contributions stand largest first
@@ -51,8 +51,8 @@ struct ExplainedNode {
     std::string name() const;
 };
 
-/// How the quantities of an estimate come about: a net of nodes, each worked out when it is asked for. A cell that
-/// several others take is one node.
+/// How the quantities of an estimate, which has to outlive it, come about: a net of nodes, each worked out when it is
+/// asked for. A cell that several others take is one node.
 class Explanation {
 public:
     explicit Explanation(const Estimate& estimate);
