@@ -21,11 +21,11 @@ decltype(LookedUp::value) foundOf(const LookUp& lookUp)
     return std::visit(
         [](const auto& value) -> decltype(LookedUp::value) {
             using T = std::decay_t<decltype(value)>;
-            if constexpr (std::is_same_v<T, bool>)
-                return value;
-            else if (isUnset(value))
-                return {};
-            else if constexpr (std::is_same_v<T, std::string_view>)
+            if constexpr (!std::is_same_v<T, bool>) {
+                if (isUnset(value))
+                    return {};
+            }
+            if constexpr (std::is_same_v<T, std::string_view>)
                 return std::string(value);
             else
                 return value;

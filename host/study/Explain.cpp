@@ -331,15 +331,26 @@ private:
         at(id).words = std::move(words);
     }
 
+    const Group& designGroup(std::size_t index) const
+    {
+        return design().groups[m_places[index].group];
+    }
+
+    std::size_t countOf(std::size_t index)
+    {
+        const Group& group = designGroup(index);
+        return leaf(fmt::format("group:{} count", m_estimate->groups[index].name), group.count, "",
+                    "how many times the group stands in the device", inDesign(group.place + ".count"));
+    }
+
     // How many units a group stands for: multiplied first, then with the amount.
     std::string multiplierWords(std::size_t index, std::vector<std::size_t>& operands)
     {
         std::vector<std::string_view> factors;
         const Block& block = *m_estimate->groups[index].block;
-        if (const Group& group = design().groups[m_places[index].group]; group.count != 1) {
+        if (designGroup(index).count != 1) {
             factors.emplace_back("count");
-            operands.push_back(leaf(fmt::format("group:{} count", m_estimate->groups[index].name), group.count, "",
-                                    "how many times the group stands in the device", inDesign(group.place + ".count")));
+            operands.push_back(countOf(index));
         }
         for (const PerUnit& rule : perUnit()) {
             if (rule.block != block.name)
@@ -487,6 +498,8 @@ private:
             origin.from = carried->from;
         } else if (origin.from == "groups on " + group.name) {
             operands = loadsOn(group, info.name);
+            at(id).words = info.name == "FANOUT" ? "sites of these loads x FANOUT_PER_SITE"
+                                                 : "loads of all groups on the clock, for each of its nets";
         } else if (const auto source = sourceOf(origin.from)) {
             operands.push_back(cell(source->first, *source->second));
         }
@@ -517,14 +530,19 @@ private:
         const auto addOf = [&](std::size_t index, std::string_view name) {
             operands.push_back(cell(index, m_estimate->groups[index].block->cell(name)));
         };
+        if (loads == "FANOUT")
+            addOf(m_groupsByName.at(clock.name), "FANOUT_PER_SITE");
         for (const ClockLoad& load : clockLoads()) {
             for (std::size_t i = 0; i < m_estimate->groups.size(); ++i) {
                 const GroupResult& group = m_estimate->groups[i];
                 if (loads == "FANOUT" && group.name == clock.name)
                     addOf(i, load.load);
                 const bool counts = load.load == loads && group.clock == clock.name && group.block->name == load.block;
-                if (counts && (load.kind.empty() || running(i).text(load.kind).starts_with(load.word)))
-                    addOf(i, load.cell);
+                if (!counts || !(load.kind.empty() || running(i).text(load.kind).starts_with(load.word)))
+                    continue;
+                addOf(i, load.cell);
+                if (designGroup(i).count != 1)
+                    operands.push_back(countOf(i));
             }
         }
         std::sort(operands.begin(), operands.end());
@@ -590,11 +608,16 @@ private:
         for (const StaticCount& count : staticCounts()) {
             for (std::size_t i = 0; i < m_estimate->groups.size() && count.staticCell == info.name; ++i) {
                 const GroupResult& user = m_estimate->groups[i];
-                if (user.block->name == count.block && !count.cell.empty())
+                if (user.block->name != count.block)
+                    continue;
+                if (!count.cell.empty())
                     operands.push_back(cell(i, user.block->cell(count.cell)));
+                if (count.cell.empty() || designGroup(i).count != 1)
+                    operands.push_back(countOf(i));
             }
         }
         at(id).operands = std::move(operands);
+        at(id).words = "what the groups use, in whole counts";
         at(id).origin = ValueOrigin{"carried", "groups", "", 0};
     }
 

@@ -208,6 +208,16 @@ TEST_F(Explains, InputsByWhereTheyCameFrom)
     EXPECT_EQ(toggles["file"], "framework/ZelmOrvaneSignalCells.def");
 }
 
+TEST_F(Explains, WhatGroupsCountUpTo)
+{
+    const Json tree = explained("total@TYP");
+    // Three groups of 40 memories on the clock, and no other load.
+    const Json loads = nodeOf(tree, "core.BRAMS_USING_CLK");
+    EXPECT_EQ(loads["value"], 120);
+    EXPECT_EQ(operandsOf(loads), (std::vector<std::string>{"taps.NUM_BRAMS", "group:taps count"}));
+    EXPECT_THAT(operandsOf(nodeOf(tree, "core.FANOUT")), testing::Contains("core.FANOUT_PER_SITE"));
+}
+
 TEST_F(Explains, TheJunctionByItsHeatBalance)
 {
     const Json tree = explained("junction@MAX", 1);
