@@ -3,6 +3,7 @@
 #include "framework/ZelmUnset.h"
 
 #include <algorithm>
+#include <array>
 #include <type_traits>
 
 namespace zelm::host {
@@ -35,6 +36,33 @@ decltype(LookedUp::value) foundOf(const LookUp& lookUp)
 
 } // namespace
 
+// The cells of a block by their places in its three arrays, of which markers take some too.
+class CellIndex {
+public:
+    explicit CellIndex(const Block& block)
+    {
+        for (const ZelmCellInfo& cell : block.cells) {
+            std::vector<const ZelmCellInfo*>& ofType = m_cells[static_cast<std::size_t>(cell.type)];
+            ofType.resize(std::max(ofType.size(), static_cast<std::size_t>(cell.ordinal) + 1));
+            ofType[static_cast<std::size_t>(cell.ordinal)] = &cell;
+        }
+    }
+
+    const ZelmCellInfo* at(CellRef cell) const
+    {
+        return m_cells[static_cast<std::size_t>(cell.type)][static_cast<std::size_t>(cell.ordinal)];
+    }
+
+    static const CellIndex& of(const Block& block)
+    {
+        static const std::vector<CellIndex> all(blocks().begin(), blocks().end());
+        return all[static_cast<std::size_t>(&block - blocks().data())];
+    }
+
+private:
+    std::array<std::vector<const ZelmCellInfo*>, 3> m_cells; // by type
+};
+
 std::string LookedUp::row() const
 {
     std::string joined;
@@ -48,7 +76,7 @@ std::string LookedUp::row() const
 
 class Trace::Recorder final : public Watcher {
 public:
-    explicit Recorder(Trace& trace) : Watcher(Wants::pulls), m_trace(&trace) {}
+    explicit Recorder(Trace& trace) : Watcher(Wants::pulls), m_trace(&trace), m_index(&CellIndex::of(*trace.m_block)) {}
 
     void onRead(CellRef cell) override
     {
@@ -77,18 +105,17 @@ public:
 private:
     const ZelmCellInfo* cellOf(CellRef cell) const
     {
-        return m_trace->m_cells.at({cell.type, cell.ordinal});
+        return m_index->at(cell);
     }
 
     Trace* m_trace;
+    const CellIndex* m_index;
     std::vector<CellTrace*> m_computing; // cells that wait for those behind them
 };
 
 Trace::Trace(const Block& block, const std::vector<std::pair<const ZelmCellInfo*, Value>>& given)
     : m_block(&block), m_instance(block.create())
 {
-    for (const ZelmCellInfo& cell : block.cells)
-        m_cells[{cell.type, cell.ordinal}] = &cell;
     for (const auto& [cell, value] : given)
         m_instance->set(*cell, value);
     block.load();

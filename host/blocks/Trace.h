@@ -2,8 +2,9 @@
 
 #include "host/blocks/Block.h"
 
-#include <map>
+#include <memory>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -49,8 +50,7 @@ private:
 
     const Block* m_block;
     std::unique_ptr<Instance> m_instance;
-    std::map<std::pair<ZelmCellInfo::Type, int>, const ZelmCellInfo*> m_cells;
-    std::map<const ZelmCellInfo*, CellTrace> m_traces;
+    std::unordered_map<const ZelmCellInfo*, CellTrace> m_traces;
 };
 
 } // namespace zelm::host

@@ -20,8 +20,8 @@ Action declareExplain(Options& options)
         Explanation explanation(result);
         const std::size_t root = explanation.idOf(namedQuantity(what, result));
         const std::size_t levels = depth > 0 ? depth : kWholeDepth;
-        run.out += json ? explanationJson(explanation, root, levels, result.design.name)
-                        : explanationText(explanation, root, levels);
+        run.out = json ? explanationJson(explanation, root, levels, result.design.name)
+                       : explanationText(explanation, root, levels);
         return kSuccess;
     };
 }
