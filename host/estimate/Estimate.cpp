@@ -250,8 +250,15 @@ void RunningDesign::computeGroups()
         m_readsOthers = m_readsOthers ||
                         !std::equal(before[k].blocks.begin(), before[k].blocks.end(), blocks.begin(), blocks.end(),
                                     [](const Running& old, const Running& now) { return old.readsTheSameOf(now); });
-        for (const Running& running : blocks)
-            running.rememberReads();
+    }
+    for (std::size_t k = 0; k < stale.size(); ++k) {
+        const std::vector<Running>& blocks = m_started[stale[k]].group.blocks;
+        for (std::size_t b = 0; b < blocks.size(); ++b) {
+            if (m_readsOthers)
+                blocks[b].rememberReads();
+            else
+                blocks[b].rememberReadsOf(before[k].blocks[b]);
+        }
     }
     if (!stale.empty()) {
         m_running.clear();

@@ -240,7 +240,7 @@ double valueOf(const NamedQuantity& quantity, const Estimate& estimate)
         return side && side->settles() ? side->junction : none;
     case Kind::rail: {
         const RailResult* rail = side ? side->rail(quantity.of) : nullptr;
-        return rail ? rail->amperes() : side && side->settles() ? 0.0 : none;
+        return rail ? rail->amperes() : side ? 0.0 : none;
     }
     case Kind::group:
         group = findGroup(estimate, quantity.of);
