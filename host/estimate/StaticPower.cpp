@@ -448,14 +448,29 @@ void StaticPower::addTo(Estimate& estimate, Curves curves)
     }
 }
 
+namespace {
+
+bool isManaged(const Estimate& estimate)
+{
+    return std::any_of(estimate.groups.begin(), estimate.groups.end(),
+                       [](const GroupResult& group) { return group.block->name == "Harl"; });
+}
+
+} // namespace
+
+Settings staticSettings(const Estimate& estimate)
+{
+    if (!estimate.design.device)
+        return {};
+    return settingsOf(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
+}
+
 std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate)
 {
     if (!estimate.design.device)
         return nullptr;
-    const bool isManaged = std::any_of(estimate.groups.begin(), estimate.groups.end(),
-                                       [](const GroupResult& group) { return group.block->name == "Harl"; });
     auto power = std::make_shared<StaticPower>();
-    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged);
+    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
     return power;
 }
 

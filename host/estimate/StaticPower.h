@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zelm::host {
@@ -36,6 +37,10 @@ private:
     std::vector<std::string> m_processes; // the design's first
     std::map<std::string, std::unique_ptr<StaticModel>> m_models;
 };
+
+/// What is set in the static power model of an estimated design, but for the process side and the temperature. Empty if
+/// it names no device.
+std::vector<std::pair<const ZelmCellInfo*, Value>> staticSettings(const Estimate& estimate);
 
 /// The static power of a design that has been estimated. Null if it names no device.
 std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate);
