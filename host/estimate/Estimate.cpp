@@ -66,8 +66,8 @@ void addUp(const std::vector<RailLoad>& loads, double dynamicWatts, Side& side)
 
 void refuseUnknownRails(const Design& design)
 {
-    const std::vector<std::string> known = railNames();
     const auto check = [&](const std::string& rail, const char* where) {
+        const std::vector<std::string>& known = railNames();
         if (std::find(known.begin(), known.end(), rail) == known.end())
             throw Error(fmt::format("{}: there is no rail of this name{}",
                                     design.source.at(fmt::format("{}.{}", where, rail)), suggestion(rail, known)));
@@ -120,9 +120,53 @@ void append(std::vector<T>& all, const std::vector<T>& more)
 
 } // namespace
 
-RunningDesign::RunningDesign(Design design, Curves curves, Gaps gaps) : m_curves(curves), m_gaps(gaps)
+RunningDesign::RunningDesign(Design design, Curves curves, Gaps gaps, Scope scope)
+    : m_curves(curves), m_gaps(gaps), m_scope(scope)
 {
     m_estimate.design = std::move(design);
+    startModes();
+}
+
+// Those of the design. What is at work already finds out what differs.
+void RunningDesign::startModes()
+{
+    const std::vector<Mode>& modes = m_estimate.design.modes;
+    m_modes.resize(modes.size());
+    for (std::size_t i = 0; i < modes.size(); ++i) {
+        RunningMode& mode = m_modes[i];
+        mode.shown.reset();
+        if (mode.running)
+            mode.running->change(*modes[i].design);
+        else
+            mode.running = std::make_unique<RunningDesign>(*modes[i].design, Curves::none, m_gaps, Scope::mode);
+    }
+}
+
+// The estimate's own: who has copied the estimate keeps the mode as it was.
+Design& RunningDesign::shownMode(std::size_t mode)
+{
+    constexpr long ours = 2; // the estimate's and this
+    std::shared_ptr<Design>& own = m_modes.at(mode).shown;
+    if (!own || own.use_count() > ours) {
+        std::shared_ptr<const Design>& shown = m_estimate.design.modes[mode].design;
+        own = std::make_shared<Design>(*shown);
+        shown = own;
+    }
+    return *own;
+}
+
+void RunningDesign::changeMode(std::size_t mode, std::size_t index, const Group& group)
+{
+    shownMode(mode).groups.at(index) = group;
+    m_modes[mode].running->change(index, group);
+    m_changed = true;
+}
+
+void RunningDesign::changeMode(std::size_t mode, const Environment& environment)
+{
+    shownMode(mode).environment = environment;
+    m_modes[mode].running->change(environment);
+    m_changed = true;
 }
 
 void RunningDesign::change(std::size_t index, Group group)
@@ -144,7 +188,7 @@ void RunningDesign::change(std::size_t index, Group group)
 void RunningDesign::change(Environment environment)
 {
     m_estimate.design.environment = std::move(environment);
-    m_changed = m_otherFields = true;
+    m_changed = true;
 }
 
 void RunningDesign::change(Design design)
@@ -157,6 +201,7 @@ void RunningDesign::change(Design design)
         m_all = true;
         now = std::move(design);
         m_changed = true;
+        startModes();
         return;
     }
     for (std::size_t i = 0; i < design.groups.size(); ++i)
@@ -164,6 +209,7 @@ void RunningDesign::change(Design design)
     design.groups = std::move(now.groups);
     now = std::move(design);
     m_changed = m_otherFields = true;
+    startModes();
 }
 
 const Estimate& RunningDesign::estimate()
@@ -187,9 +233,11 @@ const Estimate& RunningDesign::estimate()
         addUp(onRails, m_estimate.dynamicWatts, side);
     warnOfIdleLimits(m_estimate.design, device(), m_estimate);
     addSupplies(m_estimate);
-    addModes(m_estimate, m_gaps);
-    m_estimate.budgets.clear();
-    checkBudgets(m_estimate);
+    if (m_scope != Scope::mode) {
+        addModes();
+        m_estimate.budgets.clear();
+        checkBudgets(m_estimate);
+    }
     sayOnce(m_estimate.warnings);
     m_all = m_changed = m_otherFields = false;
     m_loads = dataLoads();
@@ -202,6 +250,8 @@ std::uint64_t RunningDesign::dataLoads() const
     std::uint64_t sum = 0;
     for (const GroupResult& group : m_estimate.groups)
         sum += group.block->loads();
+    for (const RunningMode& mode : m_modes)
+        sum += mode.running->dataLoads();
     return m_device ? sum + block("Static").loads() + block("Parts").loads() + block("Noc").loads() : sum;
 }
 
@@ -299,7 +349,8 @@ void RunningDesign::addUpGroups()
     if (m_readsOthers)
         m_warningsAcross = warningsAcross(m_running, device());
     append(result.warnings, m_warningsAcross);
-    if (m_readsOthers || m_otherFields)
+    append(result.warnings, warningsOfEnvironment(result.design));
+    if (m_readsOthers || m_otherFields || !device())
         m_warningsOfDevice = warningsOfDevice(result.design, m_running, device());
     append(result.warnings, m_warningsOfDevice);
     if (!m_carriesOthers)
@@ -337,9 +388,29 @@ void RunningDesign::addStaticPower()
     }
     if (m_readsOthers) {
         result.usedCounts = m_usedCounts;
-        m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty());
+        m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty(), m_lender);
     }
-    m_static.addTo(result, m_curves);
+    m_static.addTo(result);
+    if (m_scope == Scope::whole)
+        m_static.addLimitsTo(result, m_curves);
+}
+
+void RunningDesign::addModes()
+{
+    m_estimate.period.reset();
+    if (m_modes.empty())
+        return;
+    std::vector<EstimatedMode> modes;
+    for (std::size_t i = 0; i < m_modes.size(); ++i) {
+        RunningDesign& mode = *m_modes[i].running;
+        mode.m_lender = device() ? &m_static : nullptr;
+        try {
+            modes.push_back({&mode.estimate(), mode.device() ? &mode.m_static : nullptr});
+        } catch (const Error& error) {
+            throw Error(fmt::format("mode \"{}\": {}", m_estimate.design.modes[i].name, error.what()));
+        }
+    }
+    addPeriod(m_estimate, modes);
 }
 
 Estimate estimate(const Design& design, Curves curves, Gaps gaps)

@@ -2,22 +2,32 @@
 
 #include "host/estimate/Carry.h"
 #include "host/estimate/Estimate.h"
+#include "host/estimate/Modes.h"
 #include "host/estimate/StaticPower.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace zelm::host {
 
+/// How much of a design is worked out.
+enum class Scope {
+    mode,  ///< what the period of a design takes of a mode: groups and sides
+    sums,  ///< and the period and budgets
+    whole, ///< and cooling cases and limits
+};
+
 /// A design at work: parts of it change, and what they reach is computed again, the groups, what is carried between
-/// them, and the thermal loop. What comes out is to the bit what a new one gives.
+/// them, and the thermal loop. Its modes are at work themselves. What comes out is to the bit what a new one gives.
 class RunningDesign {
 public:
-    explicit RunningDesign(Design design, Curves curves = Curves::none, Gaps gaps = Gaps::refused);
+    explicit RunningDesign(Design design, Curves curves = Curves::none, Gaps gaps = Gaps::refused,
+                           Scope scope = Scope::whole);
 
     const Design& design() const
     {
@@ -27,6 +37,9 @@ public:
     /// Takes the place of the group at that index. Modes, each a design of its own, stay as they are.
     void change(std::size_t index, Group group);
     void change(Environment environment);
+    /// The same in a mode's design.
+    void changeMode(std::size_t mode, std::size_t index, const Group& group);
+    void changeMode(std::size_t mode, const Environment& environment);
     /// Takes the place of all; finds out what differs.
     void change(Design design);
 
@@ -41,6 +54,11 @@ private:
         std::vector<std::string> warnings;
     };
 
+    struct RunningMode {
+        std::unique_ptr<RunningDesign> running;
+        std::shared_ptr<Design> shown; ///< by the estimate, once it has changed
+    };
+
     const ResolvedDevice* device() const
     {
         return m_device ? &*m_device : nullptr;
@@ -51,9 +69,13 @@ private:
     void takeResults(const std::vector<std::size_t>& stale);
     void addUpGroups();
     void addStaticPower();
+    void startModes();
+    Design& shownMode(std::size_t mode);
+    void addModes();
 
     Curves m_curves;
     Gaps m_gaps;
+    Scope m_scope;
     Estimate m_estimate; // and the design
     std::optional<ResolvedDevice> m_device;
     std::optional<RailVolts> m_rails;
@@ -67,7 +89,9 @@ private:
     std::vector<std::string> m_warningsOfDevice;
     std::map<std::string, int> m_usedCounts;
     StaticPower m_static;
-    std::uint64_t m_loads = 0; // of the data, when the estimate was made
+    const StaticPower* m_lender = nullptr; // of a mode, its design's
+    std::vector<RunningMode> m_modes;      // as the design's
+    std::uint64_t m_loads = 0;             // of the data, when the estimate was made
     bool m_all = true;
     bool m_changed = true;
     bool m_otherFields = true; // than groups have changed
