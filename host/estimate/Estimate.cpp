@@ -112,6 +112,16 @@ void sayOnce(std::vector<std::string>& warnings)
     std::erase_if(warnings, [&](const std::string& warning) { return !said.insert(warning).second; });
 }
 
+// So that a group which is the same in both comes to the same.
+bool differInGroupsOnly(const Design& a, const Design& b)
+{
+    const auto isOneInBoth = [](const Group& one, const Group& other) {
+        return one.name == other.name && one.block == other.block;
+    };
+    return a.device == b.device && a.rails == b.rails && a.staticInputs == b.staticInputs &&
+           std::equal(a.groups.begin(), a.groups.end(), b.groups.begin(), b.groups.end(), isOneInBoth);
+}
+
 template <class T>
 void append(std::vector<T>& all, const std::vector<T>& more)
 {
@@ -175,14 +185,18 @@ void RunningDesign::change(std::size_t index, Group group)
     if (group == place)
         return;
     m_changed = true;
-    if (group.name != place.name || group.block != place.block || m_stale.size() <= index) {
+    if (group.name != place.name || group.block != place.block || m_stale.size() <= index)
         m_all = true;
-    } else {
-        m_stale[index] = true;
-        for (const std::size_t reached : carriedInto(m_estimate.design, place, group))
-            m_stale[reached] = true;
-    }
+    else
+        markStale(index, place, group);
     place = std::move(group);
+}
+
+void RunningDesign::markStale(std::size_t index, const Group& before, const Group& after)
+{
+    m_stale[index] = true;
+    for (const std::size_t reached : carriedInto(m_estimate.design, before, after))
+        m_stale[reached] = true;
 }
 
 void RunningDesign::change(Environment environment)
@@ -194,10 +208,7 @@ void RunningDesign::change(Environment environment)
 void RunningDesign::change(Design design)
 {
     Design& now = m_estimate.design;
-    const auto sameName = [](const Group& a, const Group& b) { return a.name == b.name; };
-    if (m_stale.size() != design.groups.size() ||
-        !std::equal(now.groups.begin(), now.groups.end(), design.groups.begin(), design.groups.end(), sameName) ||
-        now.device != design.device || now.rails != design.rails || now.staticInputs != design.staticInputs) {
+    if (m_stale.size() != design.groups.size() || !differInGroupsOnly(now, design)) {
         m_all = true;
         now = std::move(design);
         m_changed = true;
@@ -223,8 +234,7 @@ const Estimate& RunningDesign::estimate()
     refuseImpossible(m_estimate.design);
     if (all)
         resolveDevice();
-    m_readsOthers = all;
-    m_carriesOthers = all;
+    m_readsOthers = m_carriesOthers = all || std::exchange(m_otherGroups, false);
     computeGroups();
     addUpGroups();
     addStaticPower();
@@ -274,6 +284,27 @@ void RunningDesign::resolveDevice()
     m_stale.assign(design.groups.size(), true);
 }
 
+// A mode that has to begin anew goes on from its design, whose groups have just been computed.
+void RunningDesign::beginFrom(const RunningDesign& other)
+{
+    const std::vector<Group>& groups = m_estimate.design.groups;
+    const std::vector<Group>& others = other.m_estimate.design.groups;
+    if (!differInGroupsOnly(m_estimate.design, other.m_estimate.design))
+        return;
+    m_device = other.m_device;
+    m_rails = other.m_rails;
+    m_started = other.m_started;
+    m_estimate.groups = other.m_estimate.groups;
+    m_stale.assign(groups.size(), false);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (groups[i] != others[i])
+            markStale(i, others[i], groups[i]);
+    }
+    m_all = false;
+    m_otherGroups = true;
+    m_loads = dataLoads();
+}
+
 void RunningDesign::computeGroups()
 {
     const Design& design = m_estimate.design;
@@ -282,31 +313,30 @@ void RunningDesign::computeGroups()
         if (m_stale[i])
             stale.push_back(i);
     }
-    std::vector<StartedGroup> before;
+    std::vector<std::shared_ptr<Started>> before; // null where all begins
     for (const std::size_t i : stale) {
-        before.push_back(std::exchange(m_started[i].group, start(design, design.groups[i], *m_rails, device())));
-        m_carriesOthers = m_carriesOthers || before.back().carried != m_started[i].group.carried;
+        auto started = std::make_shared<Started>(Started{start(design, design.groups[i], *m_rails, device())});
+        before.push_back(std::exchange(m_started[i], std::move(started)));
+        m_carriesOthers = m_carriesOthers || before.back()->group.carried != m_started[i]->group.carried;
     }
     for (const std::size_t i : stale) {
-        Started& started = m_started[i];
-        started.results.clear();
-        started.warnings.clear();
+        Started& started = *m_started[i];
         for (Running& running : started.group.blocks)
             started.results.push_back(powerOf(running, design, *m_rails, m_gaps, started.warnings));
         m_stale[i] = false;
     }
     for (std::size_t k = 0; k < stale.size(); ++k) {
-        const std::vector<Running>& blocks = m_started[stale[k]].group.blocks;
-        m_readsOthers = m_readsOthers ||
-                        !std::equal(before[k].blocks.begin(), before[k].blocks.end(), blocks.begin(), blocks.end(),
-                                    [](const Running& old, const Running& now) { return old.readsTheSameOf(now); });
+        const std::vector<Running>& blocks = m_started[stale[k]]->group.blocks;
+        const auto readsTheSame = [](const Running& old, const Running& now) { return old.readsTheSameOf(now); };
+        m_readsOthers = m_readsOthers || !std::equal(before[k]->group.blocks.begin(), before[k]->group.blocks.end(),
+                                                     blocks.begin(), blocks.end(), readsTheSame);
         for (const Running& running : blocks)
             running.rememberReads();
     }
-    if (!stale.empty()) {
+    if (!stale.empty() || m_readsOthers) {
         m_running.clear();
-        for (const Started& started : m_started) {
-            for (const Running& running : started.group.blocks)
+        for (const auto& started : m_started) {
+            for (const Running& running : started->group.blocks)
                 m_running.add(running);
         }
     }
@@ -322,11 +352,11 @@ void RunningDesign::takeResults(const std::vector<std::size_t>& stale)
     std::size_t place = 0;
     for (std::size_t i = 0; i < m_started.size(); ++i) {
         if (next != stale.end() && *next == i) {
-            std::move(m_started[i].results.begin(), m_started[i].results.end(),
+            std::move(m_started[i]->results.begin(), m_started[i]->results.end(),
                       groups.begin() + static_cast<std::ptrdiff_t>(place));
             ++next;
         }
-        place += m_started[i].group.blocks.size();
+        place += m_started[i]->group.blocks.size();
     }
 }
 
@@ -342,10 +372,10 @@ void RunningDesign::addUpGroups()
     result.warnings = result.design.warnings;
     for (const Group& group : result.design.groups)
         append(result.warnings, group.warnings);
-    for (const Started& started : m_started)
-        append(result.warnings, started.group.warnings);
-    for (const Started& started : m_started)
-        append(result.warnings, started.warnings);
+    for (const auto& started : m_started)
+        append(result.warnings, started->group.warnings);
+    for (const auto& started : m_started)
+        append(result.warnings, started->warnings);
     if (m_readsOthers)
         m_warningsAcross = warningsAcross(m_running, device());
     append(result.warnings, m_warningsAcross);
@@ -356,8 +386,8 @@ void RunningDesign::addUpGroups()
     if (!m_carriesOthers)
         return;
     result.carried.clear();
-    for (const Started& started : m_started)
-        append(result.carried, started.group.carried);
+    for (const auto& started : m_started)
+        append(result.carried, started->group.carried);
     m_carriedByGroups = result.carried.size();
 }
 
@@ -404,6 +434,8 @@ void RunningDesign::addModes()
     for (std::size_t i = 0; i < m_modes.size(); ++i) {
         RunningDesign& mode = *m_modes[i].running;
         mode.m_lender = device() ? &m_static : nullptr;
+        if (mode.m_all)
+            mode.beginFrom(*this);
         try {
             modes.push_back({&mode.estimate(), mode.device() ? &mode.m_static : nullptr});
         } catch (const Error& error) {

@@ -23,8 +23,10 @@ public:
     ModeAtWork(const EstimatedMode& mode, std::size_t side)
         : m_mode(mode.estimate), m_side(&mode.estimate->sides[side]), m_static(mode.power)
     {
-        if (m_static)
-            m_watts = tabled(m_static->curve(m_side->process));
+        if (!m_static)
+            return;
+        m_watts = tabled(m_static->curve(m_side->process));
+        m_powerUp = m_static->powerUpAmperes();
     }
 
     double staticWatts(double junction) const
@@ -42,12 +44,11 @@ public:
         Side side;
         side.rails = m_side->rails;
         if (m_static) {
-            const std::vector<double> powerUp = m_static->powerUpAmperes();
             const std::vector<RailResult>& now = m_static->rails(m_side->process, junction);
             for (std::size_t i = 0; i < now.size(); ++i) {
                 side.rails[i].staticAmperes = now[i].staticAmperes;
                 side.rails[i].staticWatts = now[i].staticWatts;
-                side.rails[i].powerUpAmperes = powerUp[i];
+                side.rails[i].powerUpAmperes = m_powerUp[i];
             }
         }
         if (!m_mode->design.supplies.all.empty())
@@ -60,6 +61,7 @@ private:
     const Side* m_side;
     StaticPower* m_static;
     PowerCurve m_watts;
+    std::vector<double> m_powerUp; // by the model's rails
 };
 
 const std::string& railOf(const RailResult& result)
@@ -96,7 +98,7 @@ public:
 
     void add(const Moment& moment, const ModeAtWork& mode)
     {
-        const Side now = mode.at(moment.junction);
+        Side now = mode.at(moment.junction);
         const bool follows = !m_side->moments.empty() && m_side->moments.back().mode == moment.mode;
         const double share = follows ? 0.5 * (moment.seconds - m_side->moments.back().seconds) / m_seconds : 0.0;
         Moment whole = moment;
@@ -106,7 +108,7 @@ public:
         if (follows)
             addExtreme(whole);
         m_side->moments.push_back(whole);
-        m_before = now;
+        m_before = std::move(now);
     }
 
     // A moment that may be the worst, but takes no time in the period.

@@ -50,8 +50,8 @@ public:
 private:
     struct Started {
         StartedGroup group;
-        std::vector<GroupResult> results; ///< until the estimate has them
-        std::vector<std::string> warnings;
+        std::vector<GroupResult> results{}; ///< until the estimate has them
+        std::vector<std::string> warnings{};
     };
 
     struct RunningMode {
@@ -65,6 +65,8 @@ private:
     }
     std::uint64_t dataLoads() const;
     void resolveDevice();
+    void beginFrom(const RunningDesign& other);
+    void markStale(std::size_t index, const Group& before, const Group& after);
     void computeGroups();
     void takeResults(const std::vector<std::size_t>& stale);
     void addUpGroups();
@@ -79,8 +81,8 @@ private:
     Estimate m_estimate; // and the design
     std::optional<ResolvedDevice> m_device;
     std::optional<RailVolts> m_rails;
-    std::vector<Started> m_started; // by group of the design
-    std::vector<bool> m_stale;      // the same
+    std::vector<std::shared_ptr<Started>> m_started; // by group of the design; modes share what is the same in them
+    std::vector<bool> m_stale;                       // the same
     RunningGroups m_running;
     bool m_carriesOthers = true;       // than before, between groups
     bool m_readsOthers = true;         // of groups, where all of them are looked at
@@ -93,6 +95,7 @@ private:
     std::vector<RunningMode> m_modes;      // as the design's
     std::uint64_t m_loads = 0;             // of the data, when the estimate was made
     bool m_all = true;
+    bool m_otherGroups = false; // than were looked at, though they are computed
     bool m_changed = true;
     bool m_otherFields = true; // than groups have changed
 };

@@ -22,11 +22,11 @@ protected:
 
     void compute(CellRef cell, std::initializer_list<CellRef> operands)
     {
-        dependencies.onRead(cell);
-        dependencies.onCompute(cell);
+        dependencies.read(cell);
+        const Dependencies::Frame waiting = dependencies.enter(cell);
         for (const CellRef operand : operands)
-            dependencies.onRead(operand);
-        dependencies.onComputed(cell);
+            dependencies.read(operand);
+        dependencies.leave(waiting);
     }
 
     std::vector<Dependencies::Node> dependents(CellRef changed)
@@ -51,7 +51,7 @@ TEST_F(DependenciesTest, NodesStandForCellsOfThreeArrays)
 
 TEST_F(DependenciesTest, WhatWasReadWhileACellWasComputedIsItsOperand)
 {
-    dependencies.onRead(c); // from outside
+    dependencies.read(c); // from outside
     compute(result, {a, b});
     EXPECT_THAT(dependents(a), UnorderedElementsAre(dependencies.nodeOf(result)));
     EXPECT_THAT(dependents(c), IsEmpty());
@@ -61,10 +61,10 @@ TEST_F(DependenciesTest, WhatWasReadWhileACellWasComputedIsItsOperand)
 
 TEST_F(DependenciesTest, DependentsOfDependentsAreFoundOnce)
 {
-    dependencies.onCompute(result);
+    const Dependencies::Frame outside = dependencies.enter(result);
     compute(b, {a});
-    dependencies.onRead(a);
-    dependencies.onComputed(result);
+    dependencies.read(a);
+    dependencies.leave(outside);
     EXPECT_THAT(dependents(a), UnorderedElementsAre(dependencies.nodeOf(result), dependencies.nodeOf(b)));
 }
 
