@@ -31,7 +31,7 @@ void Dependencies::clear()
     m_lostOperands = false;
 }
 
-void Dependencies::readOther(Node node)
+void Dependencies::readOther(CellRef cell)
 {
     if (!m_frame.readsOther()) {
         m_frame.firstRead = static_cast<std::uint32_t>(m_reads.size());
@@ -39,7 +39,7 @@ void Dependencies::readOther(Node node)
         m_reads.insert(m_reads.end(), m_log.begin() + first, m_log.begin() + m_frame.next);
         m_frame.next = m_frame.end;
     }
-    m_reads.push_back(node);
+    m_reads.push_back(nodeOf(cell));
 }
 
 // Cells that change what they read do so seldom: what the log held of them before stays there, unused.

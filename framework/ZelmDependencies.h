@@ -81,15 +81,15 @@ public:
         }
     };
 
-    /// As long as a cell reads what it read the last time there is nothing to note.
-    void read(CellRef cell)
+    /// As long as a cell reads what it read the last time there is nothing to note; else readOther is to be called.
+    bool readsAsBefore(CellRef cell)
     {
-        const Node node = nodeOf(cell);
-        if (m_frame.next != m_frame.end && m_log[m_frame.next] == node) [[likely]]
-            ++m_frame.next;
-        else
-            readOther(node);
+        if (m_frame.next == m_frame.end || m_log[m_frame.next] != nodeOf(cell)) [[unlikely]]
+            return false;
+        ++m_frame.next;
+        return true;
     }
+    void readOther(CellRef cell);
     /// The cell's formula starts; the one that waits for it is kept by the caller until it ends.
     Frame enter(CellRef cell)
     {
@@ -112,7 +112,6 @@ private:
         std::uint32_t size;
     };
 
-    void readOther(Node node);
     void note();
     void indexReaders();
 

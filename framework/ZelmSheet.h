@@ -125,13 +125,21 @@ private:
                               : std::is_same_v<Slot, float> ? Type::real
                                                             : Type::text;
         const CellRef ref{type, static_cast<int>(cell)};
-        if (!m_dependencies)
+        if (!m_dependencies) [[unlikely]]
             return toldPull(ref, cell, slot);
-        m_dependencies->read(ref);
+        if (!m_dependencies->readsAsBefore(ref)) [[unlikely]]
+            return otherPull(ref, cell, slot);
         return isUnset(slot) ? notedCompute(ref, cell, slot) : slot;
     }
 
-    // Apart, so that a read of a cell that is set is short.
+    // Apart, so that what happens most, a read of a cell that is set, calls nothing.
+    template <class Cell, class Slot>
+    [[gnu::noinline]] Slot& otherPull(CellRef ref, Cell cell, Slot& slot) const
+    {
+        m_dependencies->readOther(ref);
+        return isUnset(slot) ? notedCompute(ref, cell, slot) : slot;
+    }
+
     template <class Cell, class Slot>
     [[gnu::noinline]] Slot& notedCompute(CellRef ref, Cell cell, Slot& slot) const
     {
