@@ -6,12 +6,18 @@ PRESET ?= release
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
+.PHONY: demo rtl-demo test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
 
 demo: $(BUILD)/build.ninja
 	cmake --build --preset $(PRESET) --target zelm
 	$(BUILD)/host/zelm estimate examples/vision.json --html $(BUILD)/vision.html
 	@echo "The report to look at: $(BUILD)/vision.html"
+
+# From Verilog to watts by module: docs/from-rtl.md.
+rtl-demo: $(BUILD)/build.ninja
+	tools/setup yosys iverilog
+	cmake --build --preset $(PRESET) --target zelm
+	examples/rtl/demo $(BUILD)/host/zelm $(BUILD)/rtl
 
 test: build
 	ctest --preset $(PRESET) -j 2

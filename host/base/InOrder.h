@@ -13,6 +13,12 @@
 
 namespace zelm::host {
 
+/// So many threads as are asked for, or 0 for as many as there are processors.
+inline unsigned threadsFor(unsigned asked)
+{
+    return asked > 0 ? asked : std::max(std::thread::hardware_concurrency(), 1u);
+}
+
 /// Pieces of work that threads take as they get free, and whose results leave in order. Those that are done too early
 /// wait, so that memory doesn't depend on the number of pieces.
 template <class Result>

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -26,25 +27,35 @@ struct Run {
 /// What a command does once its options are read. The exit code.
 using Action = std::function<int(Run&)>;
 
-/// A subcommand: declares its options and tells what to do with them.
+/// A subcommand: declares its options and tells what to do with them, or has subcommands of its own that do.
 struct Command {
     const char* name;
     const char* description;
     const char* example; ///< what to type, as the help ends
-    Action (*declare)(Options& options);
+    Action (*declare)(Options& options) = nullptr;
+    std::span<const Command> (*commands)() = nullptr;
 };
 
 Action declareBlocks(Options& options);
 Action declareCalc(Options& options);
 Action declareCells(Options& options);
 Action declareCheckData(Options& options);
+Action declareDiff(Options& options);
 Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
+Action declareFit(Options& options);
 Action declareFormat(Options& options);
+Action declareImportNetlist(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
+Action declarePropagate(Options& options);
 Action declareSchema(Options& options);
+Action declareSensitivity(Options& options);
+Action declareSolve(Options& options);
 Action declareStandards(Options& options);
 Action declareSweep(Options& options);
+
+/// The subcommands of import.
+std::span<const Command> importCommands();
 
 } // namespace zelm::host

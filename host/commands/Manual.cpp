@@ -40,16 +40,42 @@ bool takesBlock(const ManualCommand& command)
                        [](const ManualEntry& entry) { return entry.isArgument && entry.name == "block"; });
 }
 
-// Options complete behind a dash, blocks where a command takes one, files elsewhere.
+std::vector<std::string> namesOf(const std::vector<ManualCommand>& commands)
+{
+    std::vector<std::string> names;
+    for (const ManualCommand& command : commands)
+        names.push_back(command.name);
+    return names;
+}
+
+// All commands, each in front of its own subcommands, which have its name before theirs.
+std::vector<ManualCommand> allOf(const std::vector<ManualCommand>& commands, const std::string& before = "")
+{
+    std::vector<ManualCommand> all;
+    for (ManualCommand command : commands) {
+        command.name = before + command.name;
+        all.push_back(command);
+        for (ManualCommand& inner : allOf(command.commands, command.name + " "))
+            all.push_back(std::move(inner));
+    }
+    return all;
+}
+
+// Options complete behind a dash, subcommands behind their command, blocks where a command takes one, files elsewhere.
 std::string bashCompletion(const Manual& manual)
 {
-    std::vector<std::string> commands;
+    std::string commands;
     std::string options;
+    std::string within;
     std::vector<std::string> ofBlocks;
-    for (const ManualCommand& command : manual.commands) {
-        commands.push_back(command.name);
-        options +=
-            fmt::format("        {}) options+=' {}' ;;\n", command.name, fmt::join(spellings(command.entries), " "));
+    for (const ManualCommand& command : allOf(manual.commands)) {
+        commands += fmt::format("{}'{}'", commands.empty() ? "" : "|", command.name);
+        if (!command.commands.empty())
+            within +=
+                fmt::format("        '{}') words='{}' ;;\n", command.name, fmt::join(namesOf(command.commands), " "));
+        else
+            options += fmt::format("        '{}') options+=' {}' ;;\n", command.name,
+                                   fmt::join(spellings(command.entries), " "));
         if (takesBlock(command))
             ofBlocks.push_back(command.name);
     }
@@ -57,23 +83,24 @@ std::string bashCompletion(const Manual& manual)
 _zelm() {{
     local current=${{COMP_WORDS[COMP_CWORD]}} word command= options='{0}' words=
     for word in "${{COMP_WORDS[@]:1:COMP_CWORD-1}}"; do
-        case $word in
-        {1}) command=$word; break ;;
+        case "$command${{command:+ }}$word" in
+        {1}) command+="${{command:+ }}$word" ;;
         esac
     done
     case $command in
 {2}    esac
     case $command in
         '') words='{3}' ;;
-        {4}) words='{5}' ;;
+{6}        {4}) words='{5}' ;;
     esac
     [[ $current != -* ]] || words=$options
     COMPREPLY=($(compgen -W "$words" -- "$current"))
 }}
 complete -o default -F _zelm zelm
 )",
-                       fmt::join(spellings(manual.entries), " "), fmt::join(commands, "|"), options,
-                       fmt::join(commands, " "), fmt::join(ofBlocks, "|"), fmt::join(blockNames(), " "));
+                       fmt::join(spellings(manual.entries), " "), commands, options,
+                       fmt::join(namesOf(manual.commands), " "), fmt::join(ofBlocks, "|"), fmt::join(blockNames(), " "),
+                       within);
 }
 
 // Inside quotes and brackets of the shell's descriptions.
@@ -106,17 +133,31 @@ std::string zshOptions(const std::vector<ManualEntry>& entries, const std::strin
     return lines;
 }
 
+// What completes the words behind each command.
+std::string zshCases(const std::vector<ManualCommand>& commands, const std::string& indent)
+{
+    std::string cases;
+    for (const ManualCommand& command : commands) {
+        cases += fmt::format("{}{})\n", indent, command.name);
+        if (!command.commands.empty())
+            cases += fmt::format("{0}  _arguments -C \\\n{0}    '1:command:({1})' \\\n{0}    "
+                                 "'*::argument:->within'\n{0}  case $words[1] in\n{2}{0}  esac\n",
+                                 indent, fmt::join(namesOf(command.commands), " "),
+                                 zshCases(command.commands, indent + "  "));
+        else
+            cases += fmt::format(
+                "{0}  _arguments \\\n{1}{0}    '*:{2}'\n", indent, zshOptions(command.entries, indent + "    "),
+                takesBlock(command) ? fmt::format("block:({})", fmt::join(blockNames(), " ")) : "file:_files");
+        cases += indent + "  ;;\n";
+    }
+    return cases;
+}
+
 std::string zshCompletion(const Manual& manual)
 {
     std::string list;
-    std::string cases;
-    for (const ManualCommand& command : manual.commands) {
+    for (const ManualCommand& command : manual.commands)
         list += fmt::format("    '{}:{}'\n", command.name, zshText(command.description));
-        cases +=
-            fmt::format("    {})\n      _arguments \\\n{}        '*:{}'\n      ;;\n", command.name,
-                        zshOptions(command.entries, "        "),
-                        takesBlock(command) ? fmt::format("block:({})", fmt::join(blockNames(), " ")) : "file:_files");
-    }
     return fmt::format(R"(#compdef zelm
 # Completes the words of zelm in zsh. Printed by zelm itself; do not edit.
 _zelm() {{
@@ -138,7 +179,7 @@ _zelm() {{
 }}
 _zelm "$@"
 )",
-                       list, zshOptions(manual.entries, "    "), cases);
+                       list, zshOptions(manual.entries, "    "), zshCases(manual.commands, "    "));
 }
 
 // A backslash, a dash that is typed, and a line's first dot or quote mean something to the typesetter.
@@ -168,7 +209,7 @@ std::string manPage(const Manual& manual)
                                    ".SH OPTIONS\n{}.SH COMMANDS\n",
                                    ZELM_VERSION, manLine(manual.description), manEntries(manual.entries));
     std::string examples;
-    for (const ManualCommand& command : manual.commands) {
+    for (const ManualCommand& command : allOf(manual.commands)) {
         text += fmt::format(".SS {}\n{}\n{}", manLine(command.name), manLine(command.description),
                             manEntries(command.entries));
         examples += fmt::format(".TP\n{}\n.B {}\n", manLine(command.description), manLine(command.example));

@@ -19,6 +19,7 @@ struct ManualCommand {
     std::string description;
     std::string example;
     std::vector<ManualEntry> entries;
+    std::vector<ManualCommand> commands; ///< its own subcommands
 };
 
 /// What the help says, all of it.

@@ -30,6 +30,8 @@ public:
     /// A whole number above 0; 0 unless given.
     const unsigned& count(const std::string& name, const std::string& description);
     const std::string& required(const std::string& name, const std::string& description);
+    /// An option that must be given; what is its value's name in the help.
+    const std::string& requiredValue(const std::string& name, const std::string& what, const std::string& description);
     const std::vector<std::string>& list(const std::string& name, const std::string& description);
     /// An option that may stand more than once, each time with one value, and must once.
     const std::vector<std::string>& repeated(const std::string& name, const std::string& description);

@@ -1,12 +1,10 @@
 #include "host/study/Sweep.h"
 
+#include "host/base/InOrder.h"
 #include "host/base/Interrupt.h"
 #include "host/base/Terminal.h"
 #include "host/commands/Command.h"
 #include "host/report/SweepReport.h"
-
-#include <algorithm>
-#include <thread>
 
 namespace zelm::host {
 
@@ -26,8 +24,7 @@ Action declareSweep(Options& options)
     return [&](Run& run) {
         const SweepFormat format = json ? SweepFormat::json : csv ? SweepFormat::csv : SweepFormat::table;
         const Sweep sweep(design, variations);
-        const SweepRun how{jobs > 0 ? jobs : std::max(std::thread::hardware_concurrency(), 1u), run.barAfter,
-                           keepGoing ? Gaps::warned : Gaps::refused};
+        const SweepRun how{threadsFor(jobs), run.barAfter, keepGoing ? Gaps::warned : Gaps::refused};
         const Interrupt interrupt;
         const std::size_t warned = printSweep(sweep, how, format, Paint(takesColour(stdout)), run.print);
         if (const int signal = Interrupt::signal())

@@ -79,6 +79,13 @@ const std::string& Options::required(const std::string& name, const std::string&
     return m_texts.back();
 }
 
+const std::string& Options::requiredValue(const std::string& name, const std::string& what,
+                                          const std::string& description)
+{
+    m_command->add_option(name, m_texts.emplace_back(), description)->required()->type_name(what);
+    return m_texts.back();
+}
+
 const std::vector<std::string>& Options::list(const std::string& name, const std::string& description)
 {
     m_command->add_option(name, m_lists.emplace_back(), description);
@@ -104,8 +111,8 @@ void Options::exclude(const std::string& one, const std::string& other)
 namespace {
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check), or a file isn't in form\n"
-    "(format --check); 2 a mistake, told on standard error";
+    "Exit codes: 0 all is well; 1 a budget is broken (estimate --check), a total grows too far (diff\n"
+    "--fail-above), or a file isn't in form (format --check); 2 a mistake, told on standard error";
 
 std::string footer(const std::string& example)
 {
@@ -135,21 +142,25 @@ std::vector<std::string> optionsOf(const CLI::App& app)
 // What is wrong with a command line. The parser itself tells neither which word it doesn't know nor one like it.
 std::string mistake(const CLI::App& app, const CLI::ParseError& error)
 {
-    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    const CLI::App* chosen = &app;
+    std::string name;
+    std::vector<std::string> known = optionsOf(app);
+    while (!chosen->get_subcommands().empty()) {
+        chosen = chosen->get_subcommands().front();
+        name += (name.empty() ? "" : " ") + chosen->get_name();
+        for (std::string& option : optionsOf(*chosen))
+            known.push_back(std::move(option));
+    }
     for (const std::string& word : app.remaining(true)) {
         if (word.size() > 1 && word.front() == '-') {
-            std::vector<std::string> known = optionsOf(app);
-            for (const CLI::App* command : chosen) {
-                for (std::string& name : optionsOf(*command))
-                    known.push_back(std::move(name));
-            }
-            const std::string name = word.substr(0, word.find('='));
-            return fmt::format("there is no option {}{}", abbreviated(name), suggestion(name, known));
+            const std::string option = word.substr(0, word.find('='));
+            return fmt::format("there is no option {}{}", abbreviated(option), suggestion(option, known));
         }
-        if (chosen.empty())
-            return fmt::format("there is no subcommand {}{}; there are {}", abbreviated(word),
-                               suggestion(word, namesOf(app)), orList(namesOf(app)));
-        return fmt::format("{} takes no further argument: {}", chosen.front()->get_name(), abbreviated(word));
+        if (const std::vector<std::string> names = namesOf(*chosen); !names.empty())
+            return fmt::format("there is no subcommand {}{}{}; there {} {}", name + (name.empty() ? "" : " "),
+                               abbreviated(word), suggestion(word, names), names.size() > 1 ? "are" : "is",
+                               orList(names));
+        return fmt::format("{} takes no further argument: {}", name, abbreviated(word));
     }
     return abbreviated(error.what(), 300);
 }
@@ -161,7 +172,7 @@ ManualEntry entryOf(const CLI::Option& option)
     entry.isArgument = option.get_positional();
     entry.takesValue = option.get_items_expected_max() > 0;
     entry.takesFile = option.get_type_name() == "FILE" || entry.name == "--datadir" || entry.name == "design" ||
-                      entry.name == "directory";
+                      entry.name == "directory" || entry.name == "old" || entry.name == "new";
     entry.description = option.get_description();
     return entry;
 }
@@ -176,14 +187,22 @@ std::vector<ManualEntry> entriesOf(const CLI::App& app)
     return entries;
 }
 
+std::vector<ManualCommand> commandsOf(const CLI::App& app, std::span<const Command> commands)
+{
+    std::vector<ManualCommand> all;
+    for (const Command& command : commands) {
+        const CLI::App& own = *app.get_subcommand(command.name);
+        all.push_back({command.name, command.description, command.example, entriesOf(own), {}});
+        if (command.commands)
+            all.back().commands = commandsOf(own, command.commands());
+    }
+    return all;
+}
+
 // All that the help says, for other forms of it.
 Manual manualOf(const CLI::App& app, std::span<const Command> commands)
 {
-    Manual manual{app.get_description(), kExitCodes, entriesOf(app), {}};
-    for (const Command& command : commands)
-        manual.commands.push_back(
-            {command.name, command.description, command.example, entriesOf(*app.get_subcommand(command.name))});
-    return manual;
+    return {app.get_description(), kExitCodes, entriesOf(app), commandsOf(app, commands)};
 }
 
 // What the shell closed stays closed, but no file that the tool opens takes its place. And what ends other programs
@@ -265,6 +284,28 @@ std::vector<std::string> wordsOf(int argc, char** argv, const std::deque<Options
     return words;
 }
 
+// What the command line may say: the subcommands' options, and the action of the one that is chosen.
+struct CommandLine {
+    std::string dataDirectory{};
+    std::deque<Options> options{};
+    Action action{};
+
+    void add(CLI::App& app, std::span<const Command> commands)
+    {
+        for (const Command& command : commands) {
+            CLI::App* subcommand = app.add_subcommand(command.name, command.description);
+            subcommand->footer(footer(command.example));
+            if (command.commands) {
+                subcommand->require_subcommand(1);
+                add(*subcommand, command.commands());
+                continue;
+            }
+            subcommand->callback(
+                [this, then = command.declare(options.emplace_back(*subcommand, dataDirectory))] { action = then; });
+        }
+    }
+};
+
 int parseAndRun(int argc, char** argv, std::span<const Command> commands)
 {
     CLI::App app("Estimates the power of designs for Orvane devices.", "zelm");
@@ -276,28 +317,21 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     app.set_version_flag("--version", ZELM_VERSION, "Print the version and exit");
     app.fallthrough();
     app.footer(footer("zelm estimate design.json"));
-    std::string dataDirectory;
+    CommandLine line;
     Run run;
     app.add_option(
-           "--datadir", dataDirectory,
+           "--datadir", line.dataDirectory,
            "Directory (or ':'-separated list) with powercfg/orvane/*.cfg; else QTA_DATADIR, else the shipped data")
         ->check(kNamed);
     app.add_flag("-v,--verbose", run.verbose, "Say more: which data, every input, what was carried where");
-    std::deque<Options> options;
-    Action action;
-    for (const Command& command : commands) {
-        CLI::App* subcommand = app.add_subcommand(command.name, command.description);
-        subcommand->footer(footer(command.example));
-        subcommand->callback(
-            [&action, then = command.declare(options.emplace_back(*subcommand, dataDirectory))] { action = then; });
-    }
+    line.add(app, commands);
     // For the build, which installs what it prints.
     std::string form;
     CLI::App* manual =
         app.add_subcommand("manual", "Print the man page, or what completes words in a shell")->group("");
     manual->add_option("form", form, "man, bash or zsh")->required()->check(CLI::IsMember({"man", "bash", "zsh"}));
     try {
-        app.parse(wordsOf(argc, argv, options));
+        app.parse(wordsOf(argc, argv, line.options));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) {
             complain(mistake(app, error) + " (--help tells more)");
@@ -316,10 +350,10 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     };
     run.barAfter = std::chrono::milliseconds(barAfter);
     TextTable::fitTo(terminalColumns());
-    const std::string origin = chooseDataDirectory(dataDirectory);
+    const std::string origin = chooseDataDirectory(line.dataDirectory);
     if (run.verbose)
         say(origin);
-    const int code = action(run);
+    const int code = line.action(run);
     return printed(run.out, code);
 }
 

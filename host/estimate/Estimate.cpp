@@ -330,8 +330,15 @@ void RunningDesign::computeGroups()
         const auto readsTheSame = [](const Running& old, const Running& now) { return old.readsTheSameOf(now); };
         m_readsOthers = m_readsOthers || !std::equal(before[k]->group.blocks.begin(), before[k]->group.blocks.end(),
                                                      blocks.begin(), blocks.end(), readsTheSame);
-        for (const Running& running : blocks)
-            running.rememberReads();
+    }
+    for (std::size_t k = 0; k < stale.size(); ++k) {
+        const std::vector<Running>& blocks = m_started[stale[k]]->group.blocks;
+        for (std::size_t b = 0; b < blocks.size(); ++b) {
+            if (m_readsOthers)
+                blocks[b].rememberReads();
+            else
+                blocks[b].rememberReadsOf(before[k]->group.blocks[b]);
+        }
     }
     if (!stale.empty() || m_readsOthers) {
         m_running.clear();

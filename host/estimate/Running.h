@@ -55,6 +55,11 @@ struct Running {
     {
         m_read.assign(block->cells.size(), false);
     }
+    /// The same, with what has been read of the one that this group takes the place of: nobody reads it again.
+    void rememberReadsOf(const Running& before) const
+    {
+        m_read = before.m_read;
+    }
     /// Whether who read all that has been read of the group would read the same of another one.
     bool readsTheSameOf(const Running& other) const;
 

@@ -1,5 +1,8 @@
 #include "host/base/Json.h"
+#include "host/report/HtmlPage.h"
 #include "host/report/Report.h"
+
+#include <fmt/format.h>
 
 #include <string_view>
 
@@ -46,6 +49,18 @@ std::string htmlReport(const Estimate& estimate)
     fill("/*ECHARTS*/", {zelm_report_charts, static_cast<std::size_t>(zelm_report_charts_end - zelm_report_charts)});
     fill("/*ESTIMATE*/", forScript(compactJson(jsonReport(estimate))));
     return page;
+}
+
+// With the head of the estimate's report, which holds the style.
+std::string htmlPage(const std::string& title, const std::string& lead, const std::string& body)
+{
+    const std::string_view report(zelm_report_page, static_cast<std::size_t>(zelm_report_page_end - zelm_report_page));
+    constexpr std::string_view itsTitle = "<title>Power estimate</title>";
+    std::string head(report.substr(0, report.find("</head>")));
+    head.replace(head.find(itsTitle), itsTitle.size(), fmt::format("<title>{}</title>", htmlText(title)));
+    return fmt::format("{}</head>\n<body>\n<header><h1>{}</h1><p class=\"soft\">{}</p></header>\n<main>\n{}</main>\n"
+                       "<footer>Made by zelm {}.</footer>\n</body>\n</html>\n",
+                       head, htmlText(title), lead, body, ZELM_VERSION);
 }
 
 } // namespace zelm::host

@@ -275,6 +275,95 @@ Json sweepOutput()
                                              {"warnings", listOf(text())}}))}});
 }
 
+Json solveOutput()
+{
+    const Json crossing = object({{"value", number()},
+                                  {"quantity", text()},
+                                  {"limit", number()},
+                                  {"unit", text()},
+                                  {"amount", amount()},
+                                  {"kept", {{"enum", {"below", "above"}}}}});
+    return output({{"name", text()},
+                   {"path", text()},
+                   {"unit", text()},
+                   {"whole", ofType("boolean")},
+                   {"low", number()},
+                   {"high", number()},
+                   {"crossings", listOf(crossing)},
+                   {"decides", {{"type", {"string", "null"}}}},
+                   {"atLow", ofType("object")},
+                   {"atHigh", ofType("object")},
+                   {"kept", listOf(object({{"from", number()}, {"to", number()}}))}},
+                  {{"value", number()}});
+}
+
+Json sensitivityOutput()
+{
+    const Json row = object({{"path", text()},
+                             {"value", value()},
+                             {"unit", text()},
+                             {"origin", text()},
+                             {"minus", amount()},
+                             {"plus", amount()},
+                             {"minusTo", value()},
+                             {"plusTo", value()},
+                             {"words", listOf(object({{"word", text()}, {"change", amount()}}))},
+                             {"elasticity", amount()},
+                             {"overSpan", amount()},
+                             {"agrees", ofType("boolean")}});
+    return output({{"name", text()},
+                   {"quantity", text()},
+                   {"unit", text()},
+                   {"nominal", number()},
+                   {"span", number()},
+                   {"rows", listOf(row)},
+                   {"findOutNext", listOf(text())}});
+}
+
+Json diffOutput()
+{
+    const Json word{{"type", {"string", "null"}}};
+    const Json input = object({{"input", text()}, {"before", word}, {"after", word}});
+    const Json part = object({{"group", text()}, {"input", text()}, {"change", number()}});
+    const Json quantity = object({{"quantity", text()},
+                                  {"unit", text()},
+                                  {"before", amount()},
+                                  {"after", amount()},
+                                  {"change", amount()},
+                                  {"parts", listOf(part)}});
+    const Json changed = object({{"group", text()},
+                                 {"what", {{"enum", {"added", "removed", "renamed", "changed"}}}},
+                                 {"wattsBefore", amount()},
+                                 {"wattsAfter", amount()},
+                                 {"inputs", listOf(input)}},
+                                {{"was", text()}});
+    return output({{"before", text()},
+                   {"after", text()},
+                   {"quantities", listOf(quantity)},
+                   {"groups", listOf(changed)},
+                   {"settings", listOf(input)}});
+}
+
+Json fitOutput()
+{
+    const Json use = object({{"resource", text()}, {"used", number()}, {"available", number()}});
+    const Json part = object({{"part", text()},
+                              {"device", text()},
+                              {"package", text()},
+                              {"own", ofType("boolean")},
+                              {"fits", ofType("boolean")},
+                              {"short", listOf(text())},
+                              {"shortages", listOf(use)},
+                              {"totalWatts", ofType("object")},
+                              {"staticWatts", ofType("object")},
+                              {"junction", ofType("object")},
+                              {"keeps", ofType("boolean")},
+                              {"broken", listOf(text())},
+                              {"warnings", listOf(text())}},
+                             {{"why", text()}});
+    return output({{"name", text()}, {"part", text()}, {"parts", listOf(part)}});
+}
+
 Json listOutputs()
 {
     const Json cell = object({{"cell", text()},
@@ -307,6 +396,8 @@ Json listOutputs()
 Json outputSchema()
 {
     Json outputs{{"estimate", estimateOutput()}, {"estimateBy", subtotalsOutput()}, {"sweep", sweepOutput()}};
+    outputs.update(
+        {{"diff", diffOutput()}, {"fit", fitOutput()}, {"sensitivity", sensitivityOutput()}, {"solve", solveOutput()}});
     outputs.update(listOutputs());
     Json any = Json::array();
     for (const auto& [command, schema] : outputs.items())

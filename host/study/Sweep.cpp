@@ -8,9 +8,8 @@
 #include "host/base/Text.h"
 #include "host/base/Units.h"
 #include "host/design/Include.h"
-#include "host/design/Parameters.h"
-#include "host/design/Place.h"
 #include "host/estimate/EditedDesign.h"
+#include "host/study/Varied.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -33,105 +32,48 @@ std::size_t chunkOf(std::size_t points, unsigned threads)
     return std::clamp<std::size_t>(points / (threads * chunksPerThread), 1, most);
 }
 
-// What a sweep's number is in a design: 4 rather than 4.0 where it is whole, for counts.
-Json plain(double value)
-{
-    constexpr double exactUpTo = 9007199254740992.0; // 2^53
-    return std::fabs(value) < exactUpTo && value == std::floor(value) ? Json(static_cast<std::int64_t>(value))
-                                                                      : Json(value);
-}
-
-[[noreturn]] void fail(const std::string& variation, const std::string& message)
-{
-    throw Error(fmt::format("--vary {}: {}", abbreviated(variation, 200), message));
-}
-
 void setRange(Variation& variation, const std::string& text, double from, double to, double step)
 {
     const double steps = (to - from) / step;
     if (!(steps >= 0.0))
-        fail(text, "the step doesn't lead from the first value to the last");
+        failVary(text, "the step doesn't lead from the first value to the last");
     constexpr double most = 1e15;
     if (!(steps < most))
-        fail(text, "more values than anybody can wait for");
+        failVary(text, "more values than anybody can wait for");
     constexpr double tolerance = 1e-9; // 0:1:0.1 has 11 values, whatever ten tenths add up to
     variation.from = from;
     variation.step = step;
     variation.count = static_cast<std::size_t>(steps + tolerance) + 1;
 }
 
-// The place in the design that a variation's path names.
-Json& at(Json& root, const std::string& path, const std::string& variation)
-{
-    try {
-        return placeAt(root, path);
-    } catch (const Error& error) {
-        fail(variation, error.what());
-    }
-}
-
-// A number of a range, counted in the unit of the first one that has one.
-std::optional<double> numberOf(const std::string& text, std::string& unit, const std::string& variation)
-{
-    try {
-        const auto written = writtenQuantity(text);
-        if (!written)
-            return plainNumber(text);
-        if (unit.empty())
-            unit = written->unit->symbol;
-        return inUnit(*written, unit);
-    } catch (const Error& error) {
-        fail(variation, error.what());
-    }
-}
-
-// The unit that a place's value is written with; empty if there is none.
-std::string unitOf(const Json& value)
-{
-    const auto* text = value.get_ptr<const std::string*>();
-    try {
-        const auto written = text ? writtenQuantity(*text) : std::nullopt;
-        return written ? std::string(written->unit->symbol) : std::string();
-    } catch (const Error&) {
-        return {}; // a word that begins with a number
-    }
-}
-
-// Whether words stand for the values of a place.
-bool takesWords(const Json& value, const std::string& path)
-{
-    const auto* text = value.get_ptr<const std::string*>();
-    return path.starts_with("device.") || (text && !isExpression(*text) && unitOf(value).empty());
-}
-
 Variation parse(const std::string& text, const Json& root)
 {
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0)
-        fail(text, "expected PATH=FROM:TO:STEP or PATH=VALUE,VALUE,...");
+        failVary(text, "expected PATH=FROM:TO:STEP or PATH=VALUE,VALUE,...");
     Variation variation;
     variation.path = text.substr(0, equals);
     const std::string list = text.substr(equals + 1);
     Json copy = root;
-    const Json& before = at(copy, variation.path, text);
+    const Json& before = variedPlace(copy, variation.path, text);
     const bool isText = takesWords(before, variation.path);
     if (variation.path.starts_with("parameters."))
-        variation.unit = unitOf(before);
+        variation.unit = writtenUnit(before);
     const std::vector<std::string> ends = split(list, ':');
     if (ends.size() == 3 && !isText) {
-        const auto from = numberOf(ends[0], variation.unit, text);
-        const auto to = numberOf(ends[1], variation.unit, text);
-        const auto step = numberOf(ends[2], variation.unit, text);
+        const auto from = variedNumber(ends[0], variation.unit, text);
+        const auto to = variedNumber(ends[1], variation.unit, text);
+        const auto step = variedNumber(ends[2], variation.unit, text);
         if (!from || !to || !step || *step == 0.0)
-            fail(text, "expected numbers in FROM:TO:STEP, and a step that isn't 0");
+            failVary(text, "expected numbers in FROM:TO:STEP, and a step that isn't 0");
         setRange(variation, text, *from, *to, *step);
         return variation;
     }
     for (const std::string& word : split(list, ',')) {
         if (word.empty())
-            fail(text, "a value is empty");
+            failVary(text, "a value is empty");
         const auto value = isText ? std::nullopt : plainNumber(word);
-        variation.listed.push_back(value ? plain(*value) : Json(word));
+        variation.listed.push_back(value ? plainJson(*value) : Json(word));
     }
     variation.count = variation.listed.size();
     return variation;
@@ -140,18 +82,15 @@ Variation parse(const std::string& text, const Json& root)
 // By index or by name, the last variation of a place would win.
 void refuseOnePlaceTwice(const std::vector<Variation>& variations, Json marked)
 {
-    const auto place = [&](std::size_t i) -> Json& { return at(marked, variations[i].path, variations[i].path); };
+    const auto place = [&](std::size_t i) -> Json& {
+        return variedPlace(marked, variations[i].path, variations[i].path);
+    };
     for (std::size_t i = 0; i < variations.size(); ++i)
         place(i) = i;
     for (std::size_t i = 0; i < variations.size(); ++i) {
         if (place(i) != i)
-            fail(variations[i].path, "this place varies twice");
+            failVary(variations[i].path, "this place varies twice");
     }
-}
-
-Json withUnit(const Json& value, const std::string& unit)
-{
-    return unit.empty() || value.is_string() ? value : Json(fmt::format("{} {}", compactJson(value), unit));
 }
 
 std::vector<std::string> brokenBudgets(const Estimate& estimate)
@@ -211,7 +150,7 @@ Json Variation::value(std::size_t index) const
         return listed.at(index);
     // Rounded to what a person would write, so that 3 x 0.1 is 0.3.
     const double exact = from + static_cast<double>(index) * step;
-    return plain(plainNumber(fmt::format("{:.12g}", exact)).value_or(exact));
+    return plainJson(plainNumber(fmt::format("{:.12g}", exact)).value_or(exact));
 }
 
 Sweep::Sweep(const std::string& designFile, const std::vector<std::string>& variations)

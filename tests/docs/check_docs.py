@@ -3,6 +3,7 @@
 import filecmp
 import json
 import pathlib
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -29,6 +30,22 @@ paragraphs = [paragraph.strip("\n") for paragraph in sample.split("\n\n")]
 assert len(paragraphs) > 2
 for paragraph in paragraphs:
     assert paragraph in printed, f"README.md shows what the tool doesn't print:\n{paragraph}\n--- but\n{printed}"
+
+# What docs/ask.md shows, command by command. Its new design differs from the example as the text says.
+with tempfile.TemporaryDirectory() as folder:
+    design = (source / "examples/first.json").read_text()
+    changed = design
+    for old, new in (('"NUM_BRAMS": 48', '"NUM_BRAMS": 96'), ("250 MHz", "300 MHz"), ("parallel bus", "camera bus")):
+        assert old in changed
+        changed = changed.replace(old, new)
+    (pathlib.Path(folder) / "design.json").write_text(design)
+    (pathlib.Path(folder) / "new.json").write_text(changed)
+    samples = [block.split("```", 1)[0].split("\n", 1) for block in (source / "docs/ask.md").read_text().split("```text\n$ zelm ")[1:]]
+    assert len(samples) > 4
+    for command, shown in samples:
+        printed = subprocess.run([zelm, *shlex.split(command)], cwd=folder, check=True, capture_output=True, text=True).stdout
+        lines = [line.rstrip() for line in printed.rstrip().split("\n")]
+        assert shown.rstrip().split("\n") == lines, f"docs/ask.md differs from what zelm {command} prints:\n{printed}"
 
 # The example of the design file is one that the tool takes without a warning.
 with tempfile.TemporaryDirectory() as folder:

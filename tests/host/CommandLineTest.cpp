@@ -168,6 +168,8 @@ TEST(CommandLine, MistakesAreToldWithTheToolsNameAndTheNearestWord)
         {"estimate d.json --htm=r", "there is no option --htm; did you mean --html?"},
         {"--datadri x blocks", "there is no option --datadri; did you mean --datadir?"},
         {"blocks --verbos", "there is no option --verbos; did you mean --verbose?"},
+        {"import netlits n.json", "there is no subcommand import netlits; did you mean netlist?"},
+        {"import", "subcommand is required"},
         {"cells Bram Plam", "cells takes no further argument: Plam"},
         {"estimate", "design is required"},
         {"", "subcommand is required"},
@@ -195,8 +197,8 @@ TEST(CommandLine, MistakesAreToldWithTheToolsNameAndTheNearestWord)
 TEST(CommandLine, EveryHelpEndsWithAnExampleAndTheExitCodes)
 {
     const Scratch scratch;
-    for (const std::string command :
-         {"", "estimate", "sweep", "blocks", "cells", "calc", "parts", "standards", "schema", "check-data", "docs"}) {
+    for (const std::string command : {"", "estimate", "sweep", "import", "import netlist", "propagate", "blocks",
+                                      "cells", "calc", "parts", "standards", "schema", "check-data", "docs"}) {
         const ToolRun result = scratch.run(command + " --help");
         EXPECT_EQ(result.code, 0) << command;
         EXPECT_THAT(result.err, IsEmpty()) << command;
@@ -237,6 +239,8 @@ TEST(CommandLine, ManPageAndCompletionHoldEveryCommandAndOption)
     };
     EXPECT_EQ(completed("zelm es"), "estimate\n");
     EXPECT_EQ(completed("zelm calc Bra"), "Bram\n");
+    EXPECT_EQ(completed("zelm import netl"), "netlist\n");
+    EXPECT_EQ(completed("zelm import netlist --datad"), "--datadir\n");
     EXPECT_EQ(completed("zelm -v estimate d.json --ju"), "--junit\n");
     EXPECT_EQ(completed("zelm sweep --datad"), "--datadir\n");
     EXPECT_EQ(completed("zelm estimate d"), "\n"); // files: the shell's own business

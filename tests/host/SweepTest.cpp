@@ -79,6 +79,28 @@ TEST_F(SweepTest, EachPointIsTheEstimateOfItsDesign)
               R"({"environment.ambientTemperature":20,"groups[line buffers].inputs.NUM_BRAMS":500})");
 }
 
+// An edit that only its own group reads may not hide a later one that others read: memories leak by their number.
+TEST_F(SweepTest, WhatOthersReadOfAGroupIsReadAgainAfterAnEditThatNobodyReads)
+{
+    const auto text = [](const std::string& memories, const std::string& toggles) {
+        return R"({"device": {"part": "zq4410"}, "environment": {"junctionTemperature": 60}, "groups": [{"block": "Bram",
+            "name": "line buffers", "inputs": {"NUM_BRAMS": )" +
+               memories + R"(, "TOGGLE_RATE_A": )" + toggles + "}}]}";
+    };
+    const std::string file = m_scratch.write("reads.json", text("8", "0.5"));
+    const Json points = Json::parse(sweepText(file,
+                                              {"groups[line buffers].inputs.NUM_BRAMS=8,500",
+                                               "groups[line buffers].inputs.TOGGLE_RATE_A=0.1,0.2,0.3"},
+                                              SweepFormat::json, 1))
+                            .at("points");
+    ASSERT_EQ(points.size(), 6u);
+    std::size_t index = 0;
+    for (const char* memories : {"8", "500"}) {
+        for (const char* toggles : {"0.1", "0.2", "0.3"})
+            expectPoint(points[index++], text(memories, toggles));
+    }
+}
+
 TEST_F(SweepTest, WordsFieldsNotThereAndIndexes)
 {
     EXPECT_EQ(swept({"device.speedGrade=1,2"}).size(), 2u) << "grades are words, whatever they look like";

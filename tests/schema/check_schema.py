@@ -97,7 +97,7 @@ def check_output(name, *arguments):
     assert printed["format"] == 1 and jsonschema.Draft202012Validator(output).is_valid(printed), arguments
     for field in printed:
         without = {key: value for key, value in printed.items() if key != field}
-        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty", "period"), f"{name}: {field} may be missing"
+        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty", "period", "value"), f"{name}: {field} may be missing"
     assert not one.is_valid({**printed, "format": 2}), f"{name}: another format is accepted"
     assert not one.is_valid({**printed, "another": 1}), f"{name}: another field is accepted"
 
@@ -107,6 +107,10 @@ for path in sys.argv[2:]:
 for by in ("in", "block", "rail", "clock"):
     check_output("estimateBy", "estimate", sys.argv[2], "--by", by)
 check_output("sweep", "sweep", sys.argv[2], "--vary", "environment.ambientTemperature=20,40")
+check_output("solve", "solve", sys.argv[2], "--vary", "environment.ambientTemperature=0:100", "--until", "junction@MAX <= 85 C")
+check_output("sensitivity", "sensitivity", sys.argv[2], "--top", "200")
+check_output("fit", "fit", sys.argv[2])
+check_output("diff", "diff", sys.argv[2], sys.argv[3])
 for block in subprocess.run([sys.argv[1], "blocks"], check=True, capture_output=True, text=True).stdout.split("\n")[2:-1]:
     check_output("cells", "cells", block.split()[0])
 check_output("calc", "calc", "Bram", "--bits")

@@ -1,0 +1,73 @@
+#include "host/report/HtmlPage.h"
+
+#include "host/base/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace zelm::host {
+
+std::string htmlText(std::string_view text)
+{
+    std::string safe;
+    for (const char c : validUtf8(text)) {
+        if (c == '<')
+            safe += "&lt;";
+        else if (c == '>')
+            safe += "&gt;";
+        else if (c == '&')
+            safe += "&amp;";
+        else if (c == '"')
+            safe += "&quot;";
+        else
+            safe += c;
+    }
+    return safe;
+}
+
+std::string htmlSection(const std::string& heading, const std::string& body)
+{
+    return fmt::format("<section><h2>{}</h2>\n{}</section>\n", htmlText(heading), body);
+}
+
+std::string htmlTable(const std::string& caption, const std::vector<std::string>& headings,
+                      const std::vector<std::vector<std::string>>& rows)
+{
+    const auto kind = [&](std::size_t column) { return headings[column].starts_with('<') ? " class=\"t\"" : ""; };
+    std::string text = fmt::format("<div class=\"scroll\"><table><caption>{}</caption><thead><tr>", htmlText(caption));
+    for (std::size_t i = 0; i < headings.size(); ++i)
+        text += fmt::format("<th{} scope=\"col\">{}</th>", kind(i),
+                            htmlText(headings[i].substr(headings[i].starts_with('<') ? 1 : 0)));
+    text += "</tr></thead><tbody>\n";
+    for (const std::vector<std::string>& row : rows) {
+        text += "<tr>";
+        for (std::size_t i = 0; i < row.size(); ++i)
+            text += i == 0 ? fmt::format("<th{} scope=\"row\">{}</th>", kind(i), row[i])
+                           : fmt::format("<td{}>{}</td>", kind(i), row[i]);
+        text += "</tr>\n";
+    }
+    return text + "</tbody></table></div>\n";
+}
+
+std::string htmlBars(const std::vector<HtmlBar>& bars, double least, double most, const std::string& title)
+{
+    constexpr double width = 360.0;
+    constexpr double thinnest = 1.0;
+    const double scale = most > least ? width / (most - least) : 0.0;
+    const auto place = [&](double amount) { return (std::clamp(amount, least, most) - least) * scale; };
+    std::string text = fmt::format("<svg width=\"{0}\" height=\"16\" viewBox=\"0 0 {0} 16\" role=\"img\" "
+                                   "aria-label=\"{1}\"><title>{1}</title>",
+                                   width, htmlText(title));
+    for (const HtmlBar& bar : bars) {
+        const auto [low, high] = std::minmax(bar.from, bar.to);
+        if (low != high)
+            text += fmt::format("<rect x=\"{:.1f}\" y=\"2\" width=\"{:.1f}\" height=\"12\" style=\"fill:var(--{})\"/>",
+                                place(low), std::max(place(high) - place(low), thinnest), bar.color);
+    }
+    return text + fmt::format("<line x1=\"{0:.1f}\" y1=\"0\" x2=\"{0:.1f}\" y2=\"16\" "
+                              "style=\"stroke:var(--soft)\"/></svg>",
+                              place(0.0));
+}
+
+} // namespace zelm::host
