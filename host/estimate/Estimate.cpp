@@ -22,48 +22,6 @@ namespace zelm::host {
 
 namespace {
 
-// What the groups load a rail with, all together.
-struct RailLoad {
-    std::string_view rail;
-    double volts = 0.0;
-    double amperes = 0.0;
-    double watts = 0.0;
-};
-
-std::vector<RailLoad> railLoads(const std::vector<GroupResult>& groups)
-{
-    std::vector<RailLoad> loads;
-    std::unordered_map<std::string_view, std::size_t> placeOf;
-    for (const GroupResult& group : groups) {
-        for (const Contribution& part : group.contributions) {
-            const auto [place, isNew] = placeOf.try_emplace(part.rail, loads.size());
-            if (isNew)
-                loads.push_back({part.rail});
-            RailLoad& load = loads[place->second];
-            load.amperes += part.amperes;
-            load.watts += part.watts;
-            if (load.volts == 0.0 && part.amperes != 0.0)
-                load.volts = part.watts / part.amperes;
-        }
-    }
-    return loads;
-}
-
-void addUp(const std::vector<RailLoad>& loads, double dynamicWatts, Side& side)
-{
-    for (const RailLoad& load : loads) {
-        auto rail = std::find_if(side.rails.begin(), side.rails.end(),
-                                 [&](const RailResult& r) { return r.name == load.rail; });
-        if (rail == side.rails.end())
-            rail = side.rails.insert(rail, RailResult{std::string(load.rail), "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
-        rail->dynamicAmperes = load.amperes;
-        rail->dynamicWatts = load.watts;
-        if (rail->volts == 0.0)
-            rail->volts = load.volts;
-    }
-    side.totalWatts = side.staticWatts + dynamicWatts;
-}
-
 void refuseUnknownRails(const Design& design)
 {
     const auto check = [&](const std::string& rail, const char* where) {
@@ -238,9 +196,8 @@ const Estimate& RunningDesign::estimate()
     computeGroups();
     addUpGroups();
     addStaticPower();
-    const std::vector<RailLoad> onRails = railLoads(m_estimate.groups);
     for (Side& side : m_estimate.sides)
-        addUp(onRails, m_estimate.dynamicWatts, side);
+        addUp(side);
     warnOfIdleLimits(m_estimate.design, device(), m_estimate);
     addSupplies(m_estimate);
     if (m_scope != Scope::mode) {
@@ -348,6 +305,8 @@ void RunningDesign::computeGroups()
         }
     }
     takeResults(stale);
+    if (!stale.empty() || m_readsOthers)
+        addUpRails();
 }
 
 // Into the estimate, whose groups are those of all blocks.
@@ -365,6 +324,39 @@ void RunningDesign::takeResults(const std::vector<std::size_t>& stale)
         }
         place += m_started[i]->group.blocks.size();
     }
+}
+
+void RunningDesign::addUpRails()
+{
+    m_railLoads.clear();
+    std::unordered_map<std::string_view, std::size_t> placeOf;
+    for (const GroupResult& group : m_estimate.groups) {
+        for (const Contribution& part : group.contributions) {
+            const auto [place, isNew] = placeOf.try_emplace(part.rail, m_railLoads.size());
+            if (isNew)
+                m_railLoads.push_back({part.rail});
+            RailLoad& load = m_railLoads[place->second];
+            load.amperes += part.amperes;
+            load.watts += part.watts;
+            if (load.volts == 0.0 && part.amperes != 0.0)
+                load.volts = part.watts / part.amperes;
+        }
+    }
+}
+
+void RunningDesign::addUp(Side& side) const
+{
+    for (const RailLoad& load : m_railLoads) {
+        auto rail = std::find_if(side.rails.begin(), side.rails.end(),
+                                 [&](const RailResult& r) { return r.name == load.rail; });
+        if (rail == side.rails.end())
+            rail = side.rails.insert(rail, RailResult{std::string(load.rail), "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+        rail->dynamicAmperes = load.amperes;
+        rail->dynamicWatts = load.watts;
+        if (rail->volts == 0.0)
+            rail->volts = load.volts;
+    }
+    side.totalWatts = side.staticWatts + m_estimate.dynamicWatts;
 }
 
 void RunningDesign::addUpGroups()

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zelm::host {
@@ -54,6 +55,13 @@ private:
         std::vector<std::string> warnings{};
     };
 
+    // What the groups load a rail with, all together.
+    struct RailLoad {
+        std::string_view rail;
+        double volts = 0.0;
+        double amperes = 0.0;
+        double watts = 0.0;
+    };
     struct RunningMode {
         std::unique_ptr<RunningDesign> running;
         std::shared_ptr<Design> shown; ///< by the estimate, once it has changed
@@ -70,6 +78,8 @@ private:
     void computeGroups();
     void takeResults(const std::vector<std::size_t>& stale);
     void addUpGroups();
+    void addUpRails();
+    void addUp(Side& side) const;
     void addStaticPower();
     void startModes();
     Design& shownMode(std::size_t mode);
@@ -84,6 +94,7 @@ private:
     std::vector<std::shared_ptr<Started>> m_started; // by group of the design; modes share what is the same in them
     std::vector<bool> m_stale;                       // the same
     RunningGroups m_running;
+    std::vector<RailLoad> m_railLoads;
     bool m_carriesOthers = true;       // than before, between groups
     bool m_readsOthers = true;         // of groups, where all of them are looked at
     std::size_t m_carriedByGroups = 0; // the first of the estimate's list

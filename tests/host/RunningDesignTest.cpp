@@ -2,6 +2,7 @@
 #include "Tool.h"
 
 #include "host/base/Json.h"
+#include "host/blocks/Legal.h"
 #include "host/design/Include.h"
 #include "host/design/Place.h"
 #include "host/estimate/EditedDesign.h"
@@ -267,6 +268,28 @@ TEST(RunningDesign, DataThatAreLoadedAnewCount)
     load(shippedDataDirectory());
     EXPECT_EQ(reportOf(running.estimate()), before);
     EXPECT_EQ(reportOf(estimate(design)), before);
+}
+
+// Nor do the words that designs are held against.
+TEST(LegalWords, AreKeysOfTheDataThatAreLoaded)
+{
+    const Block& statics = block("Static");
+    const auto isGrade = [&](const std::string& word) {
+        return !whyIllegal(statics, statics.cell("SPEED_GRADE"), word);
+    };
+    EXPECT_TRUE(isGrade("3"));
+    EXPECT_FALSE(isGrade("9"));
+    const Scratch scratch;
+    const std::string other = scratch.copyData();
+    const std::string file = Scratch::dataFile(other, "Static");
+    const std::string text = Scratch::read(file);
+    std::ofstream(file) << std::regex_replace(text, std::regex("SPEED_3"), "SPEED_9");
+    load(other);
+    EXPECT_FALSE(isGrade("3"));
+    EXPECT_TRUE(isGrade("9"));
+    load(shippedDataDirectory());
+    EXPECT_TRUE(isGrade("3"));
+    EXPECT_FALSE(isGrade("9"));
 }
 
 } // namespace
