@@ -1,8 +1,10 @@
 // Every block's calculate, on its defaults and the shipped data, against the naive form of the look-ups that it makes,
-// keys ready: what it would spend on bare look-ups. Both are timed in turns, so that "ratio" holds on a busy machine.
+// keys ready: what it would spend on bare look-ups. Both are timed in turns, so that "ratio", and "ofOneLookUp" to one
+// of them on average, hold on a busy machine.
 
 #include "bench/Naive.h"
 
+#include "framework/ZelmRecalculation.h"
 #include "framework/ZelmWatcher.h"
 
 #include "BlockHeaders.h"
@@ -67,8 +69,9 @@ double secondsOf(const std::function<void()>& work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / kTurn;
 }
 
-// Without the block's types, so that it is compiled once.
-void compare(benchmark::State& state, KeysOfTable keysOf, const std::function<void()>& calculate)
+// Work, against the look-ups that calculate makes. Without the block's types, so that it is compiled once.
+void compare(benchmark::State& state, KeysOfTable keysOf, const std::function<void()>& calculate,
+             const std::function<void()>& work)
 {
     calculate(); // sets the defaults
     LookUps lookUps(keysOf);
@@ -77,17 +80,20 @@ void compare(benchmark::State& state, KeysOfTable keysOf, const std::function<vo
         calculate();
     }
 
-    double calculating = 0.0;
+    double working = 0.0;
     double lookingUp = 0.0;
     for (auto _ : state) {
-        const double seconds = secondsOf(calculate);
+        const double seconds = secondsOf(work);
         lookingUp += secondsOf([&] { lookUps.repeat(); });
-        calculating += seconds;
+        working += seconds;
         state.SetIterationTime(seconds);
     }
-    state.counters["lookUps"] = static_cast<double>(lookUps.count());
-    if (lookUps.count() > 0)
-        state.counters["ratio"] = calculating / lookingUp;
+    const auto count = static_cast<double>(lookUps.count());
+    state.counters["lookUps"] = count;
+    if (lookUps.count() > 0) {
+        state.counters["ratio"] = working / lookingUp;
+        state.counters["ofOneLookUp"] = working / lookingUp * count;
+    }
 }
 
 template <class Model>
@@ -97,11 +103,36 @@ void calculate(benchmark::State& state)
     shipped<Data>();
     typename Model::Params params;
     const auto keysOf = [](std::string_view group) { return keysOfTable<Data>(group); };
-    compare(state, keysOf, [&] {
+    const auto work = [&] {
         Model::getGlobal().calculate(params);
         benchmark::DoNotOptimize(params);
-    });
+    };
+    compare(state, keysOf, work, work);
 }
+
+// What depends on the junction temperature, over and over at another one: the thermal loop's work.
+void editTemperature(benchmark::State& state)
+{
+    using Model = ZelmOrvaneStaticModel;
+    using Data = Model::Data;
+    using Params = Model::Params;
+    const Data& data = shipped<Data>();
+    const auto keysOf = [](std::string_view group) { return keysOfTable<Data>(group); };
+    Params params;
+    Params edited;
+    Recalculation<Model> recalculation(Model::getGlobal(), edited, data);
+    float junction = 0.0f;
+    compare(
+        state, keysOf, [&] { Model::getGlobal().calculate(params); },
+        [&] {
+            junction = junction < 100.0f ? junction + 0.01f : 0.0f;
+            recalculation.set(Params::JUNCTION_TEMPERATURE, junction);
+            recalculation.recalculate();
+            benchmark::DoNotOptimize(edited);
+        });
+}
+
+BENCHMARK(editTemperature)->Name("Static/temperatureEdit")->UseManualTime()->MinTime(0.01);
 
 #define BLOCK(name, folder, title)                                                                                     \
     BENCHMARK(calculate<ZelmOrvane##name##Model>)->Name(#name "/calculate")->UseManualTime()->MinTime(0.01);

@@ -35,9 +35,10 @@ void reportExample(benchmark::State& state, const std::string& name)
         benchmark::DoNotOptimize(textReport(result, false));
 }
 
-// An example with one value changing, each time to a new one: what a point of a sweep costs, or a keystroke.
+// An example with one value changing, each time to a new one: what a keystroke costs, or, of sums alone, a point of a
+// sweep.
 void editExample(benchmark::State& state, const std::string& name, const std::string& place, double least, double most,
-                 bool isJunctionGiven)
+                 bool isJunctionGiven, Scope scope)
 {
     example(name);
     JsonSource source;
@@ -46,7 +47,7 @@ void editExample(benchmark::State& state, const std::string& name, const std::st
         root["environment"] = {{"junctionTemperature", 80}};
         root["budgets"].erase("junctionTemperature");
     }
-    EditedDesign design(root, source, {place}, Gaps::refused);
+    EditedDesign design(root, source, {place}, Gaps::refused, scope);
     constexpr int steps = 100000;
     int step = 0;
     for (auto _ : state) {
@@ -60,12 +61,16 @@ BENCHMARK_CAPTURE(estimateExample, first, "first", Curves::none)->Unit(benchmark
 BENCHMARK_CAPTURE(estimateExample, vision, "vision", Curves::none)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(estimateExample, vision_with_curves, "vision", Curves::drawn)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(editExample, vision_junction_given, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1,
-                  0.2, true)
+                  0.2, true, Scope::whole)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(editExample, vision_junction_solved, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1,
-                  0.2, false)
+                  0.2, false, Scope::whole)
     ->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(editExample, vision_ambient, "vision", "environment.ambientTemperature", 20.0, 60.0, false)
+BENCHMARK_CAPTURE(editExample, vision_ambient, "vision", "environment.ambientTemperature", 20.0, 60.0, false,
+                  Scope::whole)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(editExample, vision_ambient_swept, "vision", "environment.ambientTemperature", 20.0, 60.0, false,
+                  Scope::sums)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(reportExample, vision, "vision")->Unit(benchmark::kMillisecond);
 

@@ -54,6 +54,42 @@ function(zelm_block_headers)
   file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/BlockHeaders.h" CONTENT "${includes}" @ONLY)
 endfunction()
 
+# Writes FormulaRows.cpp into this folder's build folder: what rows of cells tell of formulas, and the sources of both as
+# they stand, taken in by the assembler, which the dependency scan doesn't see.
+function(zelm_formula_rows)
+  file(STRINGS "${ZELM_BLOCK_LIST}" rows REGEX "^BLOCK")
+  set(ZELM_ROW_TABLES "")
+  set(ZELM_ROW_NAMES "")
+  foreach(row IN LISTS rows)
+    if(row MATCHES "^BLOCK *\\(([A-Za-z0-9]+), *([a-z]+),")
+      set(block "${CMAKE_MATCH_1}")
+      string(APPEND ZELM_ROW_TABLES "constexpr FormulaRow k${block}[] = {\n"
+                                    "#define ZELM_CELL_ROWS \"${CMAKE_MATCH_2}/ZelmOrvane${block}Cells.def\"\n"
+                                    "#include \"host/blocks/FormulaRows.inc\"\n};\n")
+      string(APPEND ZELM_ROW_NAMES "        {\"${block}\", k${block}},\n")
+    endif()
+  endforeach()
+  set(ZELM_INCLUDED_SOURCES "")
+  set(sources "")
+  foreach(subsystem IN LISTS ZELM_SUBSYSTEMS)
+    file(GLOB files CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/${subsystem}/*Model.cpp"
+         "${PROJECT_SOURCE_DIR}/${subsystem}/Zelm*.h" "${PROJECT_SOURCE_DIR}/${subsystem}/Zelm*Cells.def"
+         "${PROJECT_SOURCE_DIR}/${subsystem}/Zelm*Cells.inc")
+    list(FILTER files EXCLUDE REGEX "(Model|Data|Params)\\.h$")
+    if(subsystem STREQUAL "framework")
+      list(FILTER files INCLUDE REGEX "(Model\\.cpp|Cells\\.def|ZelmArithmetic\\.h)$")
+    endif()
+    foreach(file IN LISTS files)
+      string(APPEND ZELM_INCLUDED_SOURCES "    .ascii \"\\001${file}\\n\"\n    .incbin \"${PROJECT_SOURCE_DIR}/${file}\"\n")
+      list(APPEND sources "${PROJECT_SOURCE_DIR}/${file}")
+    endforeach()
+  endforeach()
+  set(source "${CMAKE_CURRENT_BINARY_DIR}/FormulaRows.cpp")
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/ZelmFormulaRows.cpp.in" "${source}" @ONLY)
+  set_source_files_properties("${source}" PROPERTIES OBJECT_DEPENDS "${sources}" COMPILE_OPTIONS
+                                                     "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=;-Wno-overlength-strings")
+endfunction()
+
 # Adds a test program from the sources in this folder: zelm_test(memories_test BramTest.cpp PlamTest.cpp)
 function(zelm_test name)
   add_executable(${name} ${ARGN})

@@ -34,6 +34,9 @@ public:
     /// keys, unordered: in full if whole, else their next level. Empty for an unknown table.
     std::vector<std::string> getCfgKeys(std::vector<std::string> keys, bool whole) const;
 
+    /// Whether the table of that name holds nothing, or there is none.
+    bool isEmpty(std::string_view group) const;
+
     /// How often the file has been read: what was worked out from the tables holds as long as this stays.
     unsigned loads() const
     {

@@ -84,6 +84,14 @@ std::vector<std::string> ZelmDataBlock<Derived>::getCfgKeys(std::vector<std::str
 }
 
 template <class Derived>
+bool ZelmDataBlock<Derived>::isEmpty(std::string_view group) const
+{
+    return Derived::visitTables(
+        static_cast<const Derived&>(*this),
+        [&](std::string_view name, std::string_view, const auto& table) { return name != group || table.size() == 0; });
+}
+
+template <class Derived>
 std::string_view ZelmDataBlock<Derived>::groupOf(const void* table) const
 {
     std::string_view found;

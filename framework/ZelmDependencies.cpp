@@ -31,27 +31,25 @@ void Dependencies::clear()
     m_lostOperands = false;
 }
 
-void Dependencies::readOther(Node node)
+void Dependencies::readOther(CellRef cell)
 {
-    Frame& frame = m_frames.back();
-    if (!frame.readsOther) {
-        frame.readsOther = true;
-        frame.firstRead = static_cast<std::uint32_t>(m_reads.size());
-        const std::uint32_t first = m_operands[frame.node].first;
-        m_reads.insert(m_reads.end(), m_log.begin() + first, m_log.begin() + frame.next);
-        frame.next = frame.end;
+    if (!m_frame.readsOther()) {
+        m_frame.firstRead = static_cast<std::uint32_t>(m_reads.size());
+        const std::uint32_t first = m_operands[m_frame.node].first;
+        m_reads.insert(m_reads.end(), m_log.begin() + first, m_log.begin() + m_frame.next);
+        m_frame.next = m_frame.end;
     }
-    m_reads.push_back(node);
+    m_reads.push_back(nodeOf(cell));
 }
 
 // Cells that change what they read do so seldom: what the log held of them before stays there, unused.
 void Dependencies::note()
 {
-    const Frame frame = m_frames.back();
+    const Frame frame = m_frame;
     Operands& operands = m_operands[frame.node];
     const auto before = m_log.begin() + operands.first;
     ++m_version;
-    if (!frame.readsOther) { // it stopped early
+    if (!frame.readsOther()) { // it stopped early
         const auto read = m_log.begin() + frame.next;
         m_lostOperands = m_lostOperands || std::any_of(read, before + operands.size,
                                                        [&](Node old) { return std::find(before, read, old) == read; });

@@ -33,7 +33,7 @@ public:
     /// A run follows. The one before may have ended with an exception.
     void begin()
     {
-        m_frames.assign(1, {0, 0, 0, true}); // who asks from outside
+        m_frame = {0, 0, 0, 0}; // who asks from outside
         m_reads.clear();
     }
 
@@ -66,46 +66,52 @@ public:
     /// value that a run from the beginning wouldn't have given it.
     bool takeLostOperands();
 
-    // As long as a cell reads what it read the last time there is nothing to note.
-    void onRead(CellRef cell) override
+    /// A cell that is being computed, and what is left in the log of its reads of the last time. Once it reads
+    /// something else, all its reads go where those of the cells that wait for it stand already.
+    struct Frame {
+        std::uint32_t node;
+        std::uint32_t next;
+        std::uint32_t end;
+        std::uint32_t firstRead; ///< there; asBefore as long as there is none
+
+        static constexpr std::uint32_t asBefore = 0xffffffff;
+        bool readsOther() const
+        {
+            return firstRead != asBefore;
+        }
+    };
+
+    /// As long as a cell reads what it read the last time there is nothing to note; else readOther is to be called.
+    bool readsAsBefore(CellRef cell)
     {
-        const Node node = nodeOf(cell);
-        Frame& frame = m_frames.back();
-        if (frame.next != frame.end && m_log[frame.next] == node) [[likely]]
-            ++frame.next;
-        else
-            readOther(node);
+        if (m_frame.next == m_frame.end || m_log[m_frame.next] != nodeOf(cell)) [[unlikely]]
+            return false;
+        ++m_frame.next;
+        return true;
     }
-    void onCompute(CellRef cell) override
+    void readOther(CellRef cell);
+    /// The cell's formula starts; the one that waits for it is kept by the caller until it ends.
+    Frame enter(CellRef cell)
     {
         const Node node = nodeOf(cell);
         const Operands before = m_operands[node];
-        m_frames.push_back({node, before.first, before.first + before.size, false});
+        const Frame waiting = m_frame;
+        m_frame = {node, before.first, before.first + before.size, Frame::asBefore};
+        return waiting;
     }
-    void onComputed(CellRef) override
+    void leave(const Frame& waiting)
     {
-        const Frame& frame = m_frames.back();
-        if (frame.next != frame.end || frame.readsOther) [[unlikely]]
+        if (m_frame.next != m_frame.end || m_frame.readsOther()) [[unlikely]]
             note();
-        m_frames.pop_back();
+        m_frame = waiting;
     }
 
 private:
-    // A cell that is being computed, and what is left in the log of its reads of the last time. Once it reads something
-    // else, all its reads go where those of the cells that wait for it stand already.
-    struct Frame {
-        Node node;
-        std::uint32_t next;
-        std::uint32_t end;
-        bool readsOther;
-        std::uint32_t firstRead = 0;
-    };
     struct Operands {
         std::uint32_t first;
         std::uint32_t size;
     };
 
-    void readOther(Node node);
     void note();
     void indexReaders();
 
@@ -113,7 +119,7 @@ private:
     std::vector<Operands> m_operands; // of each node: a part of the log, in the order of reading
     std::vector<Node> m_log;
     std::vector<Node> m_reads;
-    std::vector<Frame> m_frames;
+    Frame m_frame{};
 
     std::vector<std::uint32_t> m_firstReader; // of each node, and the end
     std::vector<Node> m_readers;

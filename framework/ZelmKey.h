@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
@@ -23,8 +24,16 @@ public:
 
     constexpr Key(std::string_view text) : m_text(text) // NOLINT(google-explicit-constructor)
     {
-        for (const char c : text)
-            append(c);
+        // In blocks, within which no product waits for another.
+        for (std::string_view rest = text; !rest.empty();) {
+            const std::size_t size = rest.size() < powers.size() ? rest.size() : powers.size() - 1;
+            std::uint64_t sum = 0;
+            for (std::size_t i = 0; i < size; ++i)
+                sum += static_cast<unsigned char>(rest[i]) * powers[size - 1 - i];
+            m_hash = m_hash * powers[size] + sum;
+            m_shift *= powers[size];
+            rest.remove_prefix(size);
+        }
     }
 
     Key(const std::string& text) : Key(std::string_view(text)) {} // NOLINT(google-explicit-constructor)
@@ -64,11 +73,12 @@ public:
     static constexpr std::uint64_t base = 0x9e3779b97f4a7c15; // odd: no power of it is 0
 
 private:
-    constexpr void append(char c)
-    {
-        m_hash = m_hash * base + static_cast<unsigned char>(c);
-        m_shift *= base;
-    }
+    static constexpr std::array<std::uint64_t, 17> powers = [] {
+        std::array<std::uint64_t, 17> all{1};
+        for (std::size_t i = 1; i < all.size(); ++i)
+            all[i] = all[i - 1] * base;
+        return all;
+    }();
 
     std::string_view m_text;
     std::uint64_t m_hash = 0;

@@ -25,6 +25,13 @@ bool same(std::string_view a, std::string_view b)
     return a == b;
 }
 
+// A cell that there isn't counts as unset: who pulls it is told.
+template <class Cells>
+bool isUnsetIn(const Cells& cells, int cell)
+{
+    return static_cast<std::size_t>(cell) >= static_cast<std::size_t>(cells.size) || isUnset(cells.values[cell]);
+}
+
 } // namespace
 
 RecalculationOfCells::RecalculationOfCells(Cells<int> ints, Cells<float> floats, Cells<std::string> strings)
@@ -62,7 +69,14 @@ void RecalculationOfCells::recalculate()
 
 void RecalculationOfCells::recalculate(std::span<const CellRef> wanted)
 {
-    const auto pullWanted = [&] { pull(wanted); };
+    const auto pullWanted = [&] {
+        m_unsetWanted.clear();
+        for (const CellRef cell : wanted) {
+            if (isUnsetAt(cell))
+                m_unsetWanted.push_back(cell);
+        }
+        pull(m_unsetWanted);
+    };
     if (isOutOfDate()) {
         calculateAll();
     } else {
@@ -152,11 +166,11 @@ bool RecalculationOfCells::isUnsetAt(CellRef cell) const
 {
     switch (cell.type) {
     case ZelmCellInfo::Type::integer:
-        return isUnset(m_ints.values[cell.ordinal]);
+        return isUnsetIn(m_ints, cell.ordinal);
     case ZelmCellInfo::Type::real:
-        return isUnset(m_floats.values[cell.ordinal]);
+        return isUnsetIn(m_floats, cell.ordinal);
     case ZelmCellInfo::Type::text:
-        return isUnset(m_strings.values[cell.ordinal]);
+        return isUnsetIn(m_strings, cell.ordinal);
     }
     return true;
 }

@@ -77,6 +77,7 @@ private:
     unsigned m_version = 0;           // and when
     std::vector<bool> m_isRoot;       // what calculate pulls itself
     std::vector<CellRef> m_dependentRoots;
+    std::vector<CellRef> m_unsetWanted;
     unsigned m_loads = 0;
     bool m_pending = false; // some roots were left unset
     bool m_all = true;

@@ -125,22 +125,40 @@ private:
                               : std::is_same_v<Slot, float> ? Type::real
                                                             : Type::text;
         const CellRef ref{type, static_cast<int>(cell)};
-        if (m_dependencies)
-            tell(*m_dependencies, ref, cell, slot);
-        else
-            tell(*m_watcher, ref, cell, slot);
+        if (!m_dependencies) [[unlikely]]
+            return toldPull(ref, cell, slot);
+        if (!m_dependencies->readsAsBefore(ref)) [[unlikely]]
+            return otherPull(ref, cell, slot);
+        return isUnset(slot) ? notedCompute(ref, cell, slot) : slot;
+    }
+
+    // Apart, so that what happens most, a read of a cell that is set, calls nothing.
+    template <class Cell, class Slot>
+    [[gnu::noinline]] Slot& otherPull(CellRef ref, Cell cell, Slot& slot) const
+    {
+        m_dependencies->readOther(ref);
+        return isUnset(slot) ? notedCompute(ref, cell, slot) : slot;
+    }
+
+    template <class Cell, class Slot>
+    [[gnu::noinline]] Slot& notedCompute(CellRef ref, Cell cell, Slot& slot) const
+    {
+        const Dependencies::Frame waiting = m_dependencies->enter(ref);
+        self().formulaOf(cell)(*this, slot);
+        m_dependencies->leave(waiting);
         return slot;
     }
 
-    template <class Told, class Cell, class Slot>
-    void tell(Told& told, CellRef ref, Cell cell, Slot& slot) const
+    template <class Cell, class Slot>
+    [[gnu::noinline]] Slot& toldPull(CellRef ref, Cell cell, Slot& slot) const
     {
-        told.onRead(ref);
+        m_watcher->onRead(ref);
         if (isUnset(slot)) {
-            told.onCompute(ref);
+            m_watcher->onCompute(ref);
             self().formulaOf(cell)(*this, slot);
-            told.onComputed(ref);
+            m_watcher->onComputed(ref);
         }
+        return slot;
     }
 
     Params& m_params;

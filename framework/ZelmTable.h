@@ -167,19 +167,22 @@ private:
     static bool isText(const char* text, const Keys&... parts)
     {
         bool behindText = false;
-        const auto isPart = [&](const Key& part) {
-            if (part.empty()) {
-                behindText = false;
-                return true;
-            }
-            if (behindText && *text++ != '.')
-                return false;
-            behindText = true;
-            const bool same = detail::sameText(text, part.text().data(), part.text().size());
-            text += part.text().size();
-            return same;
-        };
-        return (isPart(parts) && ...);
+        return (isPart(text, behindText, parts) && ...);
+    }
+
+    // Moves text behind the part.
+    [[gnu::always_inline]] static bool isPart(const char*& text, bool& behindText, const Key& part)
+    {
+        if (part.empty()) {
+            behindText = false;
+            return true;
+        }
+        if (behindText && *text++ != '.')
+            return false;
+        behindText = true;
+        const bool same = detail::sameText(text, part.text().data(), part.text().size());
+        text += part.text().size();
+        return same;
     }
 
     Found missing(std::initializer_list<Key> parts) const;

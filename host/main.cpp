@@ -8,6 +8,8 @@ constexpr Command kCommands[] = {
     {"estimate", "Estimate a design", "zelm estimate design.json --check --html report.html", declareEstimate},
     {"sweep", "Estimate a design over ranges of its values",
      "zelm sweep design.json --vary environment.ambientTemperature=0:80:10 --csv", declareSweep},
+    {"explain", "Tell how a quantity of a design comes about, down to what was typed or characterised",
+     "zelm explain design.json total@MAX --depth 2", declareExplain},
     {"diff", "Tell what differs between two designs, and what each difference does to the power",
      "zelm diff old.json new.json --fail-above 2%", declareDiff},
     {"solve", "Find the value of an input at which a quantity crosses a limit",

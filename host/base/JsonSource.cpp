@@ -334,14 +334,20 @@ std::string_view enclosingPath(std::string_view path)
     return path.substr(0, cut == std::string_view::npos ? 0 : cut);
 }
 
-std::string placeIn(const std::string& file, const JsonSource::Lines* lines, const std::string& path)
+std::size_t lineIn(const JsonSource::Lines* lines, const std::string& path)
 {
-    const std::string words = abbreviated(path, 200);
     for (std::string_view enclosing = path; lines && !enclosing.empty(); enclosing = enclosingPath(enclosing)) {
         if (const auto found = lines->find(hashed(kNoPath, enclosing)); found != lines->end())
-            return fmt::format("{}:{}: {}", file, found->second, words);
+            return found->second;
     }
-    return path.empty() ? file : fmt::format("{}: {}", file, words);
+    return 0;
+}
+
+std::string placeIn(const std::string& file, const JsonSource::Lines* lines, const std::string& path)
+{
+    if (const std::size_t line = lineIn(lines, path))
+        return fmt::format("{}:{}: {}", file, line, abbreviated(path, 200));
+    return path.empty() ? file : fmt::format("{}: {}", file, abbreviated(path, 200));
 }
 
 } // namespace
@@ -363,6 +369,14 @@ std::string JsonSource::at(const std::string& path) const
     if (const Included* other = inclusionOf(path, enclosing))
         return placeIn(other->file, other->lines.get(), other->path + path.substr(enclosing.size()));
     return placeIn(file, lines.get(), path);
+}
+
+std::pair<std::string, std::size_t> JsonSource::lineOf(const std::string& path) const
+{
+    std::string_view enclosing;
+    if (const Included* other = inclusionOf(path, enclosing))
+        return {other->file, lineIn(other->lines.get(), other->path + path.substr(enclosing.size()))};
+    return {file, lineIn(lines.get(), path)};
 }
 
 std::vector<std::string> JsonSource::scopesOf(const std::string& path) const

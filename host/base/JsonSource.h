@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace zelm::host {
@@ -33,6 +34,8 @@ struct JsonSource {
 
     /// "design.json:12: groups[2].inputs.CLOCK_FREQ"; the line of what encloses a field that isn't there.
     std::string at(const std::string& path) const;
+    /// The file of a field, and the line on which it begins, or what encloses it; 0 if no line is known.
+    std::pair<std::string, std::size_t> lineOf(const std::string& path) const;
     /// What the names begin with that may be meant where a field stands, the nearest first; none for the file itself.
     std::vector<std::string> scopesOf(const std::string& path) const;
     /// The files that were included, each once.

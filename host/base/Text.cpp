@@ -214,6 +214,8 @@ std::vector<std::string> split(const std::string& text, char separator)
 
 std::string shown(std::string_view text)
 {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; }))
+        return std::string(text);
     std::string safe;
     forEachCharacter(text, [&safe](const Character& character) {
         const auto code = static_cast<std::uint32_t>(character.code);

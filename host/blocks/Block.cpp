@@ -5,6 +5,7 @@
 #include "host/base/Text.h"
 #include "host/base/Units.h"
 #include "host/blocks/DataLines.h"
+#include "host/blocks/Rails.h"
 
 #include "BlockHeaders.h"
 #include "framework/ZelmRecalculation.h"
@@ -189,7 +190,7 @@ struct DataFunctions {
     std::string_view name;
     std::span<const ZelmTableInfo> (*tables)();
     void (*load)();
-    std::vector<std::string> (*keys)(std::vector<std::string> chain, bool whole);
+    bool (*isEmpty)(std::string_view group);
 };
 
 void loadAndCheck(const DataFunctions& data)
@@ -207,7 +208,7 @@ void loadAndCheck(const DataFunctions& data)
         throw Error(fmt::format("{}: holds settings of a kind that tables can't have", path));
     }
     for (const ZelmTableInfo& table : data.tables()) {
-        if (data.keys({std::string(table.group)}, false).empty())
+        if (data.isEmpty(table.group))
             throw Error(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
                                     DataLines(file).where(std::string(table.group), ""), data.name, table.group,
                                     table.type == "std::string" ? "string" : table.type, table.keys));
@@ -225,7 +226,8 @@ template <class Data>
 void load()
 {
     static const bool loaded = [] {
-        loadAndCheck({Data::name, Data::tables, [] { Data::getGlobal(); }, keys<Data>});
+        loadAndCheck({Data::name, Data::tables, [] { Data::getGlobal(); },
+                      [](std::string_view group) { return Data::getGlobal().isEmpty(group); }});
         return true;
     }();
     static_cast<void>(loaded);
@@ -245,6 +247,21 @@ std::unordered_map<std::string_view, const ZelmCellInfo*> byName(std::span<const
     return index;
 }
 
+bool isPower(const ZelmCellInfo& cell)
+{
+    return cell.goes.kind == Destination::Kind::rail || cell.goes.kind == Destination::Kind::offchip;
+}
+
+std::vector<const ZelmCellInfo*> cellsThat(std::span<const ZelmCellInfo> cells, bool (*are)(const ZelmCellInfo&))
+{
+    std::vector<const ZelmCellInfo*> found;
+    for (const ZelmCellInfo& cell : cells) {
+        if (are(cell))
+            found.push_back(&cell);
+    }
+    return found;
+}
+
 template <class Model>
 Block describe(std::string_view name, std::string_view subsystem, std::string_view title)
 {
@@ -259,7 +276,10 @@ Block describe(std::string_view name, std::string_view subsystem, std::string_vi
             load<Data>,
             keys<Data>,
             [](const void* table) { return Data::getGlobal().groupOf(table); },
-            byName(Model::Params::cells())};
+            byName(Model::Params::cells()),
+            cellsThat(Model::Params::cells(), [](const ZelmCellInfo& cell) { return cell.kind == Kind::userInput; }),
+            cellsThat(Model::Params::cells(), takesVolts),
+            cellsThat(Model::Params::cells(), isPower)};
 }
 
 std::vector<std::string> namesOf(std::span<const ZelmCellInfo> cells, bool inputsOnly)

@@ -64,6 +64,9 @@ struct Block {
     std::string_view (*groupOf)(const void* table);
 
     std::unordered_map<std::string_view, const ZelmCellInfo*> cellsByName;
+    std::vector<const ZelmCellInfo*> inputs;
+    std::vector<const ZelmCellInfo*> voltages; ///< inputs that hold a rail's voltage
+    std::vector<const ZelmCellInfo*> powers;   ///< outputs that load a rail, or burn power off chip
 
     const ZelmCellInfo* findCell(std::string_view cell) const;
     /// An Error that names the nearest cells if there is none of that name.

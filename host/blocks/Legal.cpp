@@ -10,6 +10,8 @@
 #include <map>
 #include <mutex>
 #include <set>
+#include <tuple>
+#include <utility>
 
 namespace zelm::host {
 
@@ -62,18 +64,65 @@ std::vector<std::string> findKeys(const Block& block, const Legal& legal)
     return {words.begin(), words.end()};
 }
 
-// Tables don't change while the tool runs, and a sweep asks again at each of its points.
-std::vector<std::string> keysOf(const Block& block, const Legal& legal)
+// The keys that cells may hold, in order: found once for each load of the data, for the reading of a design asks again
+// and again.
+struct KnownKeys {
+    struct OfCells {
+        unsigned loads = 0;
+        std::vector<std::string> words;
+    };
+    using Question = std::tuple<const Block*, std::string_view, std::string_view, std::string_view>;
+
+    std::mutex mutex;
+    std::map<Question, OfCells> all;
+};
+
+KnownKeys& knownKeys()
+{
+    static KnownKeys known;
+    return known;
+}
+
+template <class Visit>
+auto withKeysOf(const Block& block, const ZelmCellInfo& cell, Visit visit)
 {
     block.load();
-    static std::mutex mutex;
-    static std::map<std::string, std::vector<std::string>> known;
-    const std::string question = fmt::format("{} {} {} {}", block.name, legal.text, legal.known, legal.barred);
-    const std::lock_guard lock(mutex);
-    const auto [words, isNew] = known.try_emplace(question);
-    if (isNew)
-        words->second = findKeys(block, legal);
-    return words->second;
+    KnownKeys& known = knownKeys();
+    const std::lock_guard lock(known.mutex);
+    const Legal& legal = cell.legal;
+    KnownKeys::OfCells& own = known.all[{&block, legal.text, legal.known, legal.barred}];
+    if (own.loads != block.loads())
+        own = {block.loads(), findKeys(block, legal)};
+    return visit(std::as_const(own.words));
+}
+
+// Whether a text is one of the words between bars.
+bool isListed(std::string_view words, std::string_view text)
+{
+    while (true) {
+        const std::size_t end = std::min(words.find('|'), words.size());
+        if (words.substr(0, end) == text)
+            return true;
+        if (end == words.size())
+            return false;
+        words.remove_prefix(end + 1);
+    }
+}
+
+bool isLegalWord(const Block& block, const ZelmCellInfo& cell, const std::string& text)
+{
+    switch (cell.legal.kind) {
+    case Legal::Kind::words:
+        return cell.legal.text.empty() || isListed(cell.legal.text, text);
+    case Legal::Kind::keys:
+        return withKeysOf(block, cell, [&](const std::vector<std::string>& words) {
+            return words.empty() || std::binary_search(words.begin(), words.end(), text);
+        });
+    case Legal::Kind::number:
+    case Legal::Kind::text:
+        break;
+    }
+    return true;
 }
 
 std::string numberText(double number)
@@ -131,7 +180,7 @@ std::vector<std::string> legalWords(const Block& block, const ZelmCellInfo& cell
     case Legal::Kind::words:
         return listed(cell.legal.text);
     case Legal::Kind::keys:
-        return keysOf(block, cell.legal);
+        return withKeysOf(block, cell, [](const std::vector<std::string>& words) { return words; });
     case Legal::Kind::number:
     case Legal::Kind::text:
         break;
@@ -184,9 +233,9 @@ std::string goesText(const ZelmCellInfo& cell)
 std::optional<std::string> whyIllegal(const Block& block, const ZelmCellInfo& cell, const Value& value)
 {
     if (const std::string* text = std::get_if<std::string>(&value)) {
-        const std::vector<std::string> words = legalWords(block, cell);
-        if (words.empty() || std::find(words.begin(), words.end(), *text) != words.end())
+        if (isLegalWord(block, cell, *text))
             return std::nullopt;
+        const std::vector<std::string> words = legalWords(block, cell);
         return fmt::format("\"{}\" is no word of {}{}; legal: {}", *text, cell.name, suggestion(*text, words),
                            fmt::join(words, ", "));
     }

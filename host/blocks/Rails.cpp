@@ -10,14 +10,17 @@ constexpr std::string_view kStaticCurrent = "_STATIC_CURRENT";
 
 } // namespace
 
-std::vector<std::string> railNames()
+const std::vector<std::string>& railNames()
 {
-    std::vector<std::string> names;
-    for (const ZelmCellInfo& cell : block("Static").cells) {
-        if (takesVolts(cell))
-            names.emplace_back(cell.name);
-    }
-    return names;
+    static const std::vector<std::string> all = [] {
+        std::vector<std::string> names;
+        for (const ZelmCellInfo& cell : block("Static").cells) {
+            if (takesVolts(cell))
+                names.emplace_back(cell.name);
+        }
+        return names;
+    }();
+    return all;
 }
 
 bool takesVolts(const ZelmCellInfo& cell)

@@ -8,7 +8,7 @@
 namespace zelm::host {
 
 /// The names of all supply rails.
-std::vector<std::string> railNames();
+const std::vector<std::string>& railNames();
 
 /// Whether a cell is an input of a supply rail's voltage. Its row tells which.
 bool takesVolts(const ZelmCellInfo& cell);

@@ -43,6 +43,7 @@ Action declareCheckData(Options& options);
 Action declareDiff(Options& options);
 Action declareDocs(Options& options);
 Action declareEstimate(Options& options);
+Action declareExplain(Options& options);
 Action declareFit(Options& options);
 Action declareFormat(Options& options);
 Action declareImportActivity(Options& options);

@@ -39,7 +39,7 @@ Action declarePropagate(Options& options)
         NetlistWishes wishes;
         wishes.depth = depth;
         const RatedDesign result = rated(*design, plannedGroups(flat, wishes), propagation);
-        static_cast<void>(parseDesign(output.value_or("design"), result.text));
+        static_cast<void>(parseDesign(*design, result.text));
         if (nets)
             writeFile(*nets, netsCsv(flat, propagation));
         if (output) {

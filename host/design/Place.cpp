@@ -7,28 +7,43 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 namespace zelm::host {
 
 namespace {
 
+// Null if it has none.
+const std::string* nameOf(const Json& element)
+{
+    if (!element.is_object())
+        return nullptr;
+    auto name = element.find("name");
+    if (name == element.end())
+        name = element.find("block");
+    return name == element.end() ? nullptr : name->get_ptr<const std::string*>();
+}
+
 // The element of a list by its index or its name.
 Json& elementAt(Json& list, const std::string& wanted, const std::string& path)
 {
     if (!list.is_array())
         throw Error(fmt::format("\"{}\" isn't a list", path));
-    std::vector<std::string> names;
     Json* found = nullptr;
-    for (Json& element : list) {
-        const Json name = element.is_object() ? element.value("name", element.value("block", Json())) : Json();
-        if (fmt::format("{}", names.size()) == wanted || (name.is_string() && name == wanted))
-            found = &element;
-        names.push_back(name.is_string() ? name.get<std::string>() : "");
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const std::string* name = nameOf(list[i]);
+        if ((name && *name == wanted) || std::to_string(i) == wanted)
+            found = &list[i];
     }
-    if (!found)
-        throw Error(fmt::format("\"{}\" has no element {}{}", path, wanted, suggestion(wanted, names)));
-    return *found;
+    if (found)
+        return *found;
+    std::vector<std::string> names;
+    for (const Json& element : list) {
+        const std::string* name = nameOf(element);
+        names.push_back(name ? *name : "");
+    }
+    throw Error(fmt::format("\"{}\" has no element {}{}", path, wanted, suggestion(wanted, names)));
 }
 
 } // namespace

@@ -26,11 +26,11 @@ using Kind = ZelmCellInfo::Kind;
 
 void applyRails(Running& group, const RailVolts& rails)
 {
-    for (const ZelmCellInfo& cell : group.block->cells) {
-        if (!takesVolts(cell) || group.isSet(cell))
+    for (const ZelmCellInfo* cell : group.block->voltages) {
+        if (group.isSet(*cell))
             continue;
-        if (const auto known = rails.find(cell.legal.rail))
-            group.set(cell, known->volts, known->origin);
+        if (const auto known = rails.find(cell->legal.rail))
+            group.set(*cell, known->volts, known->origin);
     }
 }
 

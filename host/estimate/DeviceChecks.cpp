@@ -148,8 +148,7 @@ void checkCounts(const RunningGroups& groups, const ResolvedDevice& device, Said
 
 } // namespace
 
-std::vector<std::string> warningsOfDevice(const Design& design, const RunningGroups& groups,
-                                          const ResolvedDevice* device)
+std::vector<std::string> warningsOfEnvironment(const Design& design)
 {
     constexpr double boils = 125.0; // nothing around a device is hotter than its junction may be
     Said warnings;
@@ -157,6 +156,13 @@ std::vector<std::string> warningsOfDevice(const Design& design, const RunningGro
         warnings.push_back(fmt::format("{}: {:g} degrees Celsius: kelvin?",
                                        design.source.at("environment.ambientTemperature"),
                                        *design.environment.ambient));
+    return warnings;
+}
+
+std::vector<std::string> warningsOfDevice(const Design& design, const RunningGroups& groups,
+                                          const ResolvedDevice* device)
+{
+    Said warnings;
     for (const Running* group : groups.all()) {
         if (group->block->name == "Yond" && group->count > 0)
             checkProcessors(*group, warnings);

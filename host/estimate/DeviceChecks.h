@@ -8,6 +8,9 @@
 
 namespace zelm::host {
 
+/// Of the surroundings alone.
+std::vector<std::string> warningsOfEnvironment(const Design& design);
+
 /// What doesn't fit the design's device, or means nothing without one: settings of other devices, more than is in it,
 /// limits that nothing is held against. The groups have been calculated.
 std::vector<std::string> warningsOfDevice(const Design& design, const RunningGroups& groups,

@@ -5,8 +5,11 @@
 #include "host/design/Place.h"
 #include "host/design/Sections.h"
 
+#include <map>
 #include <optional>
 #include <set>
+#include <utility>
+#include <vector>
 
 namespace zelm::host {
 
@@ -18,41 +21,140 @@ struct ReadAgain {
 
 namespace {
 
+// A place in a group: the group's index, and the rest of the path.
+struct PlaceInGroup {
+    std::size_t group = 0;
+    std::string rest;
+};
+
+std::optional<PlaceInGroup> placeInGroup(Json& root, const std::string& path)
+{
+    const std::size_t end = path.find(']');
+    if (!path.starts_with("groups[") || end == std::string::npos)
+        return std::nullopt;
+    const Json* group = &placeAt(root, path.substr(0, end + 1));
+    return PlaceInGroup{static_cast<std::size_t>(group - &root["groups"][0]), path.substr(end + 1)};
+}
+
 // A group's inputs and count stand for themselves. Its name, block and clock are held against other groups'.
 ReadAgain readAgain(Json& root, const std::string& path)
 {
     ReadAgain again;
-    if (root.contains("modes"))
-        return again; // each has the whole design
     if (path.starts_with("environment."))
         again.environment = true;
-    const std::size_t end = path.find(']');
-    if (!path.starts_with("groups[") || end == std::string::npos)
-        return again;
-    const std::string rest = path.substr(end + 1);
-    if (rest == ".count" || rest.starts_with(".inputs."))
-        again.group = static_cast<std::size_t>(&placeAt(root, path.substr(0, end + 1)) - &root["groups"][0]);
+    const auto place = placeInGroup(root, path);
+    if (place && (place->rest == ".count" || place->rest.starts_with(".inputs.")))
+        again.group = place->group;
     return again;
 }
 
 } // namespace
 
+// A mode's settings, as they bear on what is read again.
+class ModeSettings {
+public:
+    // Of a design that has been read, so that they are what they should be.
+    ModeSettings(Json& root, const Json& mode, const JsonSource& source)
+    {
+        const auto set = mode.find("set");
+        if (set == mode.end())
+            return;
+        Json changed;
+        if (const auto parameters = root.find("parameters"); parameters != root.end())
+            changed["parameters"] = *parameters;
+        for (const auto& [path, value] : set->items()) {
+            if (const auto place = placeInGroup(root, path)) {
+                m_ofGroups[place->group].emplace_back(place->rest, value);
+            } else if (path.starts_with("parameters.")) {
+                placeAt(changed, path) = value;
+                m_setsParameters = true;
+            }
+        }
+        if (m_setsParameters)
+            m_reading = startReading(changed, source);
+    }
+
+    Environment environment(const Json& value, const Environment& base, const std::vector<ThermalStage>& stages) const
+    {
+        return m_setsParameters ? readEnvironment(value, stages, m_reading) : base;
+    }
+
+    Group group(const Json& value, std::size_t index, const Group& base, Reading& reading)
+    {
+        const auto settings = m_ofGroups.find(index);
+        if (settings == m_ofGroups.end() && !m_setsParameters)
+            return base;
+        Json changed = value;
+        if (settings != m_ofGroups.end()) {
+            for (const auto& [path, setting] : settings->second)
+                placeAt(changed, path) = setting;
+        }
+        return readGroup(changed, index, m_setsParameters ? m_reading : reading);
+    }
+
+private:
+    std::map<std::size_t, std::vector<std::pair<std::string, Json>>> m_ofGroups; // by the path in the group
+    bool m_setsParameters = false;
+    Reading m_reading; // if so
+};
+
 struct EditedDesign::Tree {
     Json root;
     JsonSource source;
-    Reading reading;
-    std::vector<Json*> places;
-    std::vector<ReadAgain> again; // for each place
-    bool environment = false;     // what has changed since the last estimate
-    std::set<std::size_t> groups;
-    bool all = true;
-    std::optional<RunningDesign> running;
     Gaps gaps;
+    Scope scope;
+    Reading reading{};
+    std::vector<Json*> places{};
+    std::vector<ReadAgain> again{}; // for each place
+    std::vector<ModeSettings> modes{};
+    bool environment = false; // what has changed since the last estimate
+    std::set<std::size_t> groups{};
+    bool all = true;
+    std::optional<RunningDesign> running{};
+
+    void readAll();
+    void readChanges();
 };
 
+void EditedDesign::Tree::readAll()
+{
+    all = true; // until this ends well
+    Design design = readDesign(root, source);
+    reading = startReading(root, source);
+    modes.clear();
+    if (const auto list = root.find("modes"); list != root.end()) {
+        for (const Json& mode : *list)
+            modes.emplace_back(root, mode, source);
+    }
+    if (running)
+        running->change(std::move(design));
+    else
+        running.emplace(std::move(design), Curves::none, gaps, scope);
+    all = false;
+}
+
+void EditedDesign::Tree::readChanges()
+{
+    const std::vector<ThermalStage>& stages = running->design().stages;
+    if (environment) {
+        const Json& value = root["environment"];
+        const Environment base = readEnvironment(value, stages, reading);
+        for (std::size_t i = 0; i < modes.size(); ++i)
+            running->changeMode(i, modes[i].environment(value, base, stages));
+        running->change(base);
+    }
+    for (const std::size_t index : groups) {
+        const Json& value = root["groups"][index];
+        Group base = readGroup(value, index, reading);
+        for (std::size_t i = 0; i < modes.size(); ++i)
+            running->changeMode(i, index, modes[i].group(value, index, base, reading));
+        running->change(index, std::move(base));
+    }
+}
+
 EditedDesign::EditedDesign(const Json& root, const JsonSource& source, const std::vector<std::string>& places,
-                           Gaps gaps)
-    : m_tree(new Tree{root, source, startReading(root, source), {}, {}, false, {}, true, {}, gaps})
+                           Gaps gaps, Scope scope)
+    : m_tree(new Tree{root, source, gaps, scope})
 {
     for (const std::string& place : places)
         placeAt(m_tree->root, place); // what isn't there yet may move what is
@@ -80,31 +182,21 @@ void EditedDesign::set(std::size_t place, const Json& value)
         m_tree->all = true;
 }
 
-void EditedDesign::read()
-{
-    Tree& tree = *m_tree;
-    if (tree.all) {
-        Design design = readDesign(tree.root, tree.source);
-        tree.reading = startReading(tree.root, tree.source);
-        if (tree.running)
-            tree.running->change(std::move(design));
-        else
-            tree.running.emplace(std::move(design), Curves::none, tree.gaps);
-    } else {
-        if (tree.environment)
-            tree.running->change(
-                readEnvironment(tree.root["environment"], tree.running->design().stages, tree.reading));
-        for (const std::size_t index : tree.groups)
-            tree.running->change(index, readGroup(tree.root["groups"][index], index, tree.reading));
-    }
-    tree.all = tree.environment = false;
-    tree.groups.clear();
-}
-
 const Estimate& EditedDesign::estimate()
 {
-    read();
-    return m_tree->running->estimate();
+    Tree& tree = *m_tree;
+    if (!tree.all) {
+        try {
+            tree.readChanges();
+        } catch (const Error&) {
+            tree.all = true; // which tells what is wrong with the whole
+        }
+    }
+    if (tree.all)
+        tree.readAll();
+    tree.environment = false;
+    tree.groups.clear();
+    return tree.running->estimate();
 }
 
 } // namespace zelm::host

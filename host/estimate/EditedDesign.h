@@ -14,7 +14,8 @@ namespace zelm::host {
 class EditedDesign {
 public:
     /// The places are paths as messages write them; an Error, without the path, says what is wrong with one.
-    EditedDesign(const Json& root, const JsonSource& source, const std::vector<std::string>& places, Gaps gaps);
+    EditedDesign(const Json& root, const JsonSource& source, const std::vector<std::string>& places, Gaps gaps,
+                 Scope scope = Scope::whole);
     ~EditedDesign();
     EditedDesign(EditedDesign&&) noexcept;
 
@@ -24,7 +25,6 @@ public:
 
 private:
     struct Tree;
-    void read();
 
     std::unique_ptr<Tree> m_tree;
 };

@@ -22,52 +22,10 @@ namespace zelm::host {
 
 namespace {
 
-// What the groups load a rail with, all together.
-struct RailLoad {
-    std::string_view rail;
-    double volts = 0.0;
-    double amperes = 0.0;
-    double watts = 0.0;
-};
-
-std::vector<RailLoad> railLoads(const std::vector<GroupResult>& groups)
-{
-    std::vector<RailLoad> loads;
-    std::unordered_map<std::string_view, std::size_t> placeOf;
-    for (const GroupResult& group : groups) {
-        for (const Contribution& part : group.contributions) {
-            const auto [place, isNew] = placeOf.try_emplace(part.rail, loads.size());
-            if (isNew)
-                loads.push_back({part.rail});
-            RailLoad& load = loads[place->second];
-            load.amperes += part.amperes;
-            load.watts += part.watts;
-            if (load.volts == 0.0 && part.amperes != 0.0)
-                load.volts = part.watts / part.amperes;
-        }
-    }
-    return loads;
-}
-
-void addUp(const std::vector<RailLoad>& loads, double dynamicWatts, Side& side)
-{
-    for (const RailLoad& load : loads) {
-        auto rail = std::find_if(side.rails.begin(), side.rails.end(),
-                                 [&](const RailResult& r) { return r.name == load.rail; });
-        if (rail == side.rails.end())
-            rail = side.rails.insert(rail, RailResult{std::string(load.rail), "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
-        rail->dynamicAmperes = load.amperes;
-        rail->dynamicWatts = load.watts;
-        if (rail->volts == 0.0)
-            rail->volts = load.volts;
-    }
-    side.totalWatts = side.staticWatts + dynamicWatts;
-}
-
 void refuseUnknownRails(const Design& design)
 {
-    const std::vector<std::string> known = railNames();
     const auto check = [&](const std::string& rail, const char* where) {
+        const std::vector<std::string>& known = railNames();
         if (std::find(known.begin(), known.end(), rail) == known.end())
             throw Error(fmt::format("{}: there is no rail of this name{}",
                                     design.source.at(fmt::format("{}.{}", where, rail)), suggestion(rail, known)));
@@ -112,6 +70,16 @@ void sayOnce(std::vector<std::string>& warnings)
     std::erase_if(warnings, [&](const std::string& warning) { return !said.insert(warning).second; });
 }
 
+// So that a group which is the same in both comes to the same.
+bool differInGroupsOnly(const Design& a, const Design& b)
+{
+    const auto isOneInBoth = [](const Group& one, const Group& other) {
+        return one.name == other.name && one.block == other.block;
+    };
+    return a.device == b.device && a.rails == b.rails && a.staticInputs == b.staticInputs &&
+           std::equal(a.groups.begin(), a.groups.end(), b.groups.begin(), b.groups.end(), isOneInBoth);
+}
+
 template <class T>
 void append(std::vector<T>& all, const std::vector<T>& more)
 {
@@ -120,9 +88,53 @@ void append(std::vector<T>& all, const std::vector<T>& more)
 
 } // namespace
 
-RunningDesign::RunningDesign(Design design, Curves curves, Gaps gaps) : m_curves(curves), m_gaps(gaps)
+RunningDesign::RunningDesign(Design design, Curves curves, Gaps gaps, Scope scope)
+    : m_curves(curves), m_gaps(gaps), m_scope(scope)
 {
     m_estimate.design = std::move(design);
+    startModes();
+}
+
+// Those of the design. What is at work already finds out what differs.
+void RunningDesign::startModes()
+{
+    const std::vector<Mode>& modes = m_estimate.design.modes;
+    m_modes.resize(modes.size());
+    for (std::size_t i = 0; i < modes.size(); ++i) {
+        RunningMode& mode = m_modes[i];
+        mode.shown.reset();
+        if (mode.running)
+            mode.running->change(*modes[i].design);
+        else
+            mode.running = std::make_unique<RunningDesign>(*modes[i].design, Curves::none, m_gaps, Scope::mode);
+    }
+}
+
+// The estimate's own: who has copied the estimate keeps the mode as it was.
+Design& RunningDesign::shownMode(std::size_t mode)
+{
+    constexpr long ours = 2; // the estimate's and this
+    std::shared_ptr<Design>& own = m_modes.at(mode).shown;
+    if (!own || own.use_count() > ours) {
+        std::shared_ptr<const Design>& shown = m_estimate.design.modes[mode].design;
+        own = std::make_shared<Design>(*shown);
+        shown = own;
+    }
+    return *own;
+}
+
+void RunningDesign::changeMode(std::size_t mode, std::size_t index, const Group& group)
+{
+    shownMode(mode).groups.at(index) = group;
+    m_modes[mode].running->change(index, group);
+    m_changed = true;
+}
+
+void RunningDesign::changeMode(std::size_t mode, const Environment& environment)
+{
+    shownMode(mode).environment = environment;
+    m_modes[mode].running->change(environment);
+    m_changed = true;
 }
 
 void RunningDesign::change(std::size_t index, Group group)
@@ -131,32 +143,34 @@ void RunningDesign::change(std::size_t index, Group group)
     if (group == place)
         return;
     m_changed = true;
-    if (group.name != place.name || group.block != place.block || m_stale.size() <= index) {
+    if (group.name != place.name || group.block != place.block || m_stale.size() <= index)
         m_all = true;
-    } else {
-        m_stale[index] = true;
-        for (const std::size_t reached : carriedInto(m_estimate.design, place, group))
-            m_stale[reached] = true;
-    }
+    else
+        markStale(index, place, group);
     place = std::move(group);
+}
+
+void RunningDesign::markStale(std::size_t index, const Group& before, const Group& after)
+{
+    m_stale[index] = true;
+    for (const std::size_t reached : carriedInto(m_estimate.design, before, after))
+        m_stale[reached] = true;
 }
 
 void RunningDesign::change(Environment environment)
 {
     m_estimate.design.environment = std::move(environment);
-    m_changed = m_otherFields = true;
+    m_changed = true;
 }
 
 void RunningDesign::change(Design design)
 {
     Design& now = m_estimate.design;
-    const auto sameName = [](const Group& a, const Group& b) { return a.name == b.name; };
-    if (m_stale.size() != design.groups.size() ||
-        !std::equal(now.groups.begin(), now.groups.end(), design.groups.begin(), design.groups.end(), sameName) ||
-        now.device != design.device || now.rails != design.rails || now.staticInputs != design.staticInputs) {
+    if (m_stale.size() != design.groups.size() || !differInGroupsOnly(now, design)) {
         m_all = true;
         now = std::move(design);
         m_changed = true;
+        startModes();
         return;
     }
     for (std::size_t i = 0; i < design.groups.size(); ++i)
@@ -164,6 +178,7 @@ void RunningDesign::change(Design design)
     design.groups = std::move(now.groups);
     now = std::move(design);
     m_changed = m_otherFields = true;
+    startModes();
 }
 
 const Estimate& RunningDesign::estimate()
@@ -177,19 +192,19 @@ const Estimate& RunningDesign::estimate()
     refuseImpossible(m_estimate.design);
     if (all)
         resolveDevice();
-    m_readsOthers = all;
-    m_carriesOthers = all;
+    m_readsOthers = m_carriesOthers = all || std::exchange(m_otherGroups, false);
     computeGroups();
     addUpGroups();
     addStaticPower();
-    const std::vector<RailLoad> onRails = railLoads(m_estimate.groups);
     for (Side& side : m_estimate.sides)
-        addUp(onRails, m_estimate.dynamicWatts, side);
+        addUp(side);
     warnOfIdleLimits(m_estimate.design, device(), m_estimate);
     addSupplies(m_estimate);
-    addModes(m_estimate, m_gaps);
-    m_estimate.budgets.clear();
-    checkBudgets(m_estimate);
+    if (m_scope != Scope::mode) {
+        addModes();
+        m_estimate.budgets.clear();
+        checkBudgets(m_estimate);
+    }
     sayOnce(m_estimate.warnings);
     m_all = m_changed = m_otherFields = false;
     m_loads = dataLoads();
@@ -202,6 +217,8 @@ std::uint64_t RunningDesign::dataLoads() const
     std::uint64_t sum = 0;
     for (const GroupResult& group : m_estimate.groups)
         sum += group.block->loads();
+    for (const RunningMode& mode : m_modes)
+        sum += mode.running->dataLoads();
     return m_device ? sum + block("Static").loads() + block("Parts").loads() + block("Noc").loads() : sum;
 }
 
@@ -224,6 +241,27 @@ void RunningDesign::resolveDevice()
     m_stale.assign(design.groups.size(), true);
 }
 
+// A mode that has to begin anew goes on from its design, whose groups have just been computed.
+void RunningDesign::beginFrom(const RunningDesign& other)
+{
+    const std::vector<Group>& groups = m_estimate.design.groups;
+    const std::vector<Group>& others = other.m_estimate.design.groups;
+    if (!differInGroupsOnly(m_estimate.design, other.m_estimate.design))
+        return;
+    m_device = other.m_device;
+    m_rails = other.m_rails;
+    m_started = other.m_started;
+    m_estimate.groups = other.m_estimate.groups;
+    m_stale.assign(groups.size(), false);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (groups[i] != others[i])
+            markStale(i, others[i], groups[i]);
+    }
+    m_all = false;
+    m_otherGroups = true;
+    m_loads = dataLoads();
+}
+
 void RunningDesign::computeGroups()
 {
     const Design& design = m_estimate.design;
@@ -232,42 +270,43 @@ void RunningDesign::computeGroups()
         if (m_stale[i])
             stale.push_back(i);
     }
-    std::vector<StartedGroup> before;
+    std::vector<std::shared_ptr<Started>> before; // null where all begins
     for (const std::size_t i : stale) {
-        before.push_back(std::exchange(m_started[i].group, start(design, design.groups[i], *m_rails, device())));
-        m_carriesOthers = m_carriesOthers || before.back().carried != m_started[i].group.carried;
+        auto started = std::make_shared<Started>(Started{start(design, design.groups[i], *m_rails, device())});
+        before.push_back(std::exchange(m_started[i], std::move(started)));
+        m_carriesOthers = m_carriesOthers || before.back()->group.carried != m_started[i]->group.carried;
     }
     for (const std::size_t i : stale) {
-        Started& started = m_started[i];
-        started.results.clear();
-        started.warnings.clear();
+        Started& started = *m_started[i];
         for (Running& running : started.group.blocks)
             started.results.push_back(powerOf(running, design, *m_rails, m_gaps, started.warnings));
         m_stale[i] = false;
     }
     for (std::size_t k = 0; k < stale.size(); ++k) {
-        const std::vector<Running>& blocks = m_started[stale[k]].group.blocks;
-        m_readsOthers = m_readsOthers ||
-                        !std::equal(before[k].blocks.begin(), before[k].blocks.end(), blocks.begin(), blocks.end(),
-                                    [](const Running& old, const Running& now) { return old.readsTheSameOf(now); });
+        const std::vector<Running>& blocks = m_started[stale[k]]->group.blocks;
+        const auto readsTheSame = [](const Running& old, const Running& now) { return old.readsTheSameOf(now); };
+        m_readsOthers = m_readsOthers || !std::equal(before[k]->group.blocks.begin(), before[k]->group.blocks.end(),
+                                                     blocks.begin(), blocks.end(), readsTheSame);
     }
     for (std::size_t k = 0; k < stale.size(); ++k) {
-        const std::vector<Running>& blocks = m_started[stale[k]].group.blocks;
+        const std::vector<Running>& blocks = m_started[stale[k]]->group.blocks;
         for (std::size_t b = 0; b < blocks.size(); ++b) {
             if (m_readsOthers)
                 blocks[b].rememberReads();
             else
-                blocks[b].rememberReadsOf(before[k].blocks[b]);
+                blocks[b].rememberReadsOf(before[k]->group.blocks[b]);
         }
     }
-    if (!stale.empty()) {
+    if (!stale.empty() || m_readsOthers) {
         m_running.clear();
-        for (const Started& started : m_started) {
-            for (const Running& running : started.group.blocks)
+        for (const auto& started : m_started) {
+            for (const Running& running : started->group.blocks)
                 m_running.add(running);
         }
     }
     takeResults(stale);
+    if (!stale.empty() || m_readsOthers)
+        addUpRails();
 }
 
 // Into the estimate, whose groups are those of all blocks.
@@ -279,12 +318,45 @@ void RunningDesign::takeResults(const std::vector<std::size_t>& stale)
     std::size_t place = 0;
     for (std::size_t i = 0; i < m_started.size(); ++i) {
         if (next != stale.end() && *next == i) {
-            std::move(m_started[i].results.begin(), m_started[i].results.end(),
+            std::move(m_started[i]->results.begin(), m_started[i]->results.end(),
                       groups.begin() + static_cast<std::ptrdiff_t>(place));
             ++next;
         }
-        place += m_started[i].group.blocks.size();
+        place += m_started[i]->group.blocks.size();
     }
+}
+
+void RunningDesign::addUpRails()
+{
+    m_railLoads.clear();
+    std::unordered_map<std::string_view, std::size_t> placeOf;
+    for (const GroupResult& group : m_estimate.groups) {
+        for (const Contribution& part : group.contributions) {
+            const auto [place, isNew] = placeOf.try_emplace(part.rail, m_railLoads.size());
+            if (isNew)
+                m_railLoads.push_back({part.rail});
+            RailLoad& load = m_railLoads[place->second];
+            load.amperes += part.amperes;
+            load.watts += part.watts;
+            if (load.volts == 0.0 && part.amperes != 0.0)
+                load.volts = part.watts / part.amperes;
+        }
+    }
+}
+
+void RunningDesign::addUp(Side& side) const
+{
+    for (const RailLoad& load : m_railLoads) {
+        auto rail = std::find_if(side.rails.begin(), side.rails.end(),
+                                 [&](const RailResult& r) { return r.name == load.rail; });
+        if (rail == side.rails.end())
+            rail = side.rails.insert(rail, RailResult{std::string(load.rail), "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+        rail->dynamicAmperes = load.amperes;
+        rail->dynamicWatts = load.watts;
+        if (rail->volts == 0.0)
+            rail->volts = load.volts;
+    }
+    side.totalWatts = side.staticWatts + m_estimate.dynamicWatts;
 }
 
 void RunningDesign::addUpGroups()
@@ -299,21 +371,22 @@ void RunningDesign::addUpGroups()
     result.warnings = result.design.warnings;
     for (const Group& group : result.design.groups)
         append(result.warnings, group.warnings);
-    for (const Started& started : m_started)
-        append(result.warnings, started.group.warnings);
-    for (const Started& started : m_started)
-        append(result.warnings, started.warnings);
+    for (const auto& started : m_started)
+        append(result.warnings, started->group.warnings);
+    for (const auto& started : m_started)
+        append(result.warnings, started->warnings);
     if (m_readsOthers)
         m_warningsAcross = warningsAcross(m_running, device());
     append(result.warnings, m_warningsAcross);
-    if (m_readsOthers || m_otherFields)
+    append(result.warnings, warningsOfEnvironment(result.design));
+    if (m_readsOthers || m_otherFields || !device())
         m_warningsOfDevice = warningsOfDevice(result.design, m_running, device());
     append(result.warnings, m_warningsOfDevice);
     if (!m_carriesOthers)
         return;
     result.carried.clear();
-    for (const Started& started : m_started)
-        append(result.carried, started.group.carried);
+    for (const auto& started : m_started)
+        append(result.carried, started->group.carried);
     m_carriedByGroups = result.carried.size();
 }
 
@@ -344,9 +417,31 @@ void RunningDesign::addStaticPower()
     }
     if (m_readsOthers) {
         result.usedCounts = m_usedCounts;
-        m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty());
+        m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty(), m_lender);
     }
-    m_static.addTo(result, m_curves);
+    m_static.addTo(result);
+    if (m_scope == Scope::whole)
+        m_static.addLimitsTo(result, m_curves);
+}
+
+void RunningDesign::addModes()
+{
+    m_estimate.period.reset();
+    if (m_modes.empty())
+        return;
+    std::vector<EstimatedMode> modes;
+    for (std::size_t i = 0; i < m_modes.size(); ++i) {
+        RunningDesign& mode = *m_modes[i].running;
+        mode.m_lender = device() ? &m_static : nullptr;
+        if (mode.m_all)
+            mode.beginFrom(*this);
+        try {
+            modes.push_back({&mode.estimate(), mode.device() ? &mode.m_static : nullptr});
+        } catch (const Error& error) {
+            throw Error(fmt::format("mode \"{}\": {}", m_estimate.design.modes[i].name, error.what()));
+        }
+    }
+    addPeriod(m_estimate, modes);
 }
 
 Estimate estimate(const Design& design, Curves curves, Gaps gaps)

@@ -86,12 +86,11 @@ double multiplier(const Running& group)
 std::vector<InputValue> inputsOf(const Running& group)
 {
     std::vector<InputValue> inputs;
-    for (const ZelmCellInfo& cell : group.block->cells) {
-        if (cell.kind != ZelmCellInfo::Kind::userInput)
-            continue;
-        const Value value = group.instance->get(cell);
+    inputs.reserve(group.block->inputs.size());
+    for (const ZelmCellInfo* cell : group.block->inputs) {
+        Value value = group.instance->get(*cell);
         if (value.index() != 0)
-            inputs.push_back({cell.name, cell.unit, value, group.originOf(cell)});
+            inputs.push_back({cell->name, cell->unit, std::move(value), group.originOf(*cell)});
     }
     return inputs;
 }
@@ -146,21 +145,17 @@ GroupResult powerOf(Running& group, const Design& design, const RailVolts& rails
         complete = false;
         teller.tell(group, row);
     }
-    GroupResult result{group.name, group.block, group.count, inputsOf(group), {},
-                       0.0,        0.0,         true,        group.in,        group.clock};
-    for (const ZelmCellInfo& output : group.block->cells) {
-        const auto kind = output.goes.kind;
-        if (kind != zelm::Destination::Kind::rail && kind != zelm::Destination::Kind::offchip)
-            continue;
-        result.onlyCarries = false;
-        const std::optional<double> amount = amountOf(output, group, teller);
+    GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, group.block->powers.empty(),
+                       group.in,   group.clock};
+    for (const ZelmCellInfo* output : group.block->powers) {
+        const std::optional<double> amount = amountOf(*output, group, teller);
         if (!amount)
             continue;
-        if (kind == zelm::Destination::Kind::offchip) {
+        if (output->goes.kind == zelm::Destination::Kind::offchip) {
             result.offchipWatts += *amount;
             continue;
         }
-        result.contributions.push_back(contributionOf(output, *amount, group, rails, warnings));
+        result.contributions.push_back(contributionOf(*output, *amount, group, rails, warnings));
         result.watts += result.contributions.back().watts;
     }
     if (complete && !result.onlyCarries && group.count > 0) {

@@ -9,8 +9,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
+#include <memory>
 #include <set>
+#include <span>
 
 namespace zelm::host {
 
@@ -19,19 +20,13 @@ namespace {
 // One mode on one process side: its power and its rails at any junction temperature.
 class ModeAtWork {
 public:
-    ModeAtWork(const Estimate& mode, std::size_t side)
-        : m_mode(&mode), m_side(&mode.sides[side]), m_static(staticPowerOf(mode))
+    ModeAtWork(const EstimatedMode& mode, std::size_t side)
+        : m_mode(mode.estimate), m_side(&mode.estimate->sides[side]), m_static(mode.power)
     {
         if (!m_static)
             return;
         m_watts = tabled(m_static->curve(m_side->process));
-        // Power-up currents are the worst of both sides, whatever the temperature.
-        for (const Side& other : mode.sides) {
-            for (const RailResult& rail : m_static->rails(other.process, kCool)) {
-                double& most = m_powerUp[rail.name];
-                most = std::max(most, rail.powerUpAmperes);
-            }
-        }
+        m_powerUp = m_static->powerUpAmperes();
     }
 
     double staticWatts(double junction) const
@@ -43,19 +38,17 @@ public:
         return m_mode->dynamicWatts + staticWatts(junction);
     }
 
-    // The side as it would be at that junction.
+    // The side as it would be at that junction. The model's rails come first, in its order.
     Side at(double junction) const
     {
         Side side;
         side.rails = m_side->rails;
-        for (const RailResult& now :
-             m_static ? m_static->rails(m_side->process, junction) : std::vector<RailResult>()) {
-            for (RailResult& rail : side.rails) {
-                if (rail.name != now.name)
-                    continue;
-                rail.staticAmperes = now.staticAmperes;
-                rail.staticWatts = now.staticWatts;
-                rail.powerUpAmperes = m_powerUp.at(now.name);
+        if (m_static) {
+            const std::vector<RailResult>& now = m_static->rails(m_side->process, junction);
+            for (std::size_t i = 0; i < now.size(); ++i) {
+                side.rails[i].staticAmperes = now[i].staticAmperes;
+                side.rails[i].staticWatts = now[i].staticWatts;
+                side.rails[i].powerUpAmperes = m_powerUp[i];
             }
         }
         if (!m_mode->design.supplies.all.empty())
@@ -64,14 +57,31 @@ public:
     }
 
 private:
-    static constexpr double kCool = 25.0;
-
     const Estimate* m_mode;
     const Side* m_side;
-    std::shared_ptr<StaticPower> m_static;
+    StaticPower* m_static;
     PowerCurve m_watts;
-    std::map<std::string, double> m_powerUp;
+    std::vector<double> m_powerUp; // by the model's rails
 };
+
+const std::string& railOf(const RailResult& result)
+{
+    return result.name;
+}
+
+const std::string& railOf(const RailPeriod& period)
+{
+    return period.rail;
+}
+
+// The place of a rail, the end if it isn't there. Lists of rails are alike: where it stands in another is looked first.
+template <class Rails>
+auto findRail(Rails& rails, const std::string& wanted, std::size_t expected)
+{
+    if (expected < rails.size() && railOf(rails[expected]) == wanted)
+        return rails.begin() + static_cast<std::ptrdiff_t>(expected);
+    return std::find_if(rails.begin(), rails.end(), [&](const auto& rail) { return railOf(rail) == wanted; });
+}
 
 // Adds up a period side moment by moment.
 class PeriodSum {
@@ -88,7 +98,7 @@ public:
 
     void add(const Moment& moment, const ModeAtWork& mode)
     {
-        const Side now = mode.at(moment.junction);
+        Side now = mode.at(moment.junction);
         const bool follows = !m_side->moments.empty() && m_side->moments.back().mode == moment.mode;
         const double share = follows ? 0.5 * (moment.seconds - m_side->moments.back().seconds) / m_seconds : 0.0;
         Moment whole = moment;
@@ -98,7 +108,7 @@ public:
         if (follows)
             addExtreme(whole);
         m_side->moments.push_back(whole);
-        m_before = now;
+        m_before = std::move(now);
     }
 
     // A moment that may be the worst, but takes no time in the period.
@@ -159,13 +169,14 @@ private:
 
     void addRails(const Side& now, double share)
     {
-        for (const RailResult& rail : now.rails) {
-            auto period = std::find_if(m_side->rails.begin(), m_side->rails.end(),
-                                       [&](const RailPeriod& one) { return one.rail == rail.name; });
+        for (std::size_t i = 0; i < now.rails.size(); ++i) {
+            const RailResult& rail = now.rails[i];
+            auto period = findRail(m_side->rails, rail.name, i);
             if (period == m_side->rails.end())
                 period = m_side->rails.insert(period, {rail.name, 0.0, 0.0, 0.0, ""});
-            const RailResult* before = share > 0.0 ? m_before.rail(rail.name) : nullptr;
-            period->watts += share * (rail.watts() + (before ? before->watts() : rail.watts()));
+            const auto before = findRail(m_before.rails, rail.name, i);
+            const bool follows = share > 0.0 && before != m_before.rails.end();
+            period->watts += share * (rail.watts() + (follows ? before->watts() : rail.watts()));
             period->peakWatts = std::max(period->peakWatts, rail.watts());
             if (rail.amperes() > period->peakAmperes || period->peakMode.empty()) {
                 period->peakAmperes = rail.amperes();
@@ -262,11 +273,11 @@ std::vector<Phase> phasesOf(const std::vector<ModeAtWork>& atWork, const std::ve
 }
 
 // Without stages, nothing tells how fast the junction follows: the worst of a mode is where it alone would settle.
-void addLasting(PeriodSum& sum, PeriodSide& side, const std::vector<Estimate>& modes,
+void addLasting(PeriodSum& sum, PeriodSide& side, const std::vector<EstimatedMode>& modes,
                 const std::vector<ModeAtWork>& atWork, std::size_t index)
 {
     for (std::size_t i = 0; i < modes.size() && side.settles; ++i) {
-        const Side& alone = modes[i].sides[index];
+        const Side& alone = modes[i].estimate->sides[index];
         side.settles = alone.settles();
         if (side.settles)
             sum.addLasting({0.0, i, alone.junction, atWork[i].watts(alone.junction), 0.0}, atWork[i]);
@@ -276,14 +287,20 @@ void addLasting(PeriodSum& sum, PeriodSide& side, const std::vector<Estimate>& m
     }
 }
 
-void addSide(Estimate& estimate, const std::vector<Estimate>& modes, std::size_t index)
+std::vector<ModeAtWork> atWorkOn(const std::vector<EstimatedMode>& modes, std::size_t side)
+{
+    std::vector<ModeAtWork> atWork;
+    for (const EstimatedMode& mode : modes)
+        atWork.emplace_back(mode, side);
+    return atWork;
+}
+
+void addSide(Estimate& estimate, const std::vector<EstimatedMode>& modes, std::size_t index)
 {
     Period& period = *estimate.period;
     PeriodSide side;
     side.process = estimate.sides[index].process;
-    std::vector<ModeAtWork> atWork;
-    for (const Estimate& mode : modes)
-        atWork.emplace_back(mode, index);
+    const std::vector<ModeAtWork> atWork = atWorkOn(modes, index);
     PeriodSum sum(side, period.modes, index, period.seconds);
     const std::vector<TransientPoint> points = pointsOf(estimate, phasesOf(atWork, period.modes), side);
     for (const TransientPoint& point : points)
@@ -313,25 +330,17 @@ void addWarnings(Estimate& estimate, const Estimate& mode, const std::string& na
 
 } // namespace
 
-void addModes(Estimate& estimate, Gaps gaps)
+void addPeriod(Estimate& estimate, const std::vector<EstimatedMode>& modes)
 {
-    estimate.period.reset();
-    if (estimate.design.modes.empty())
-        return;
-    estimate.period.emplace();
-    std::vector<Estimate> modes;
-    for (const Mode& mode : estimate.design.modes) {
-        try {
-            modes.push_back(zelm::host::estimate(*mode.design, Curves::none, gaps));
-        } catch (const Error& error) {
-            throw Error(fmt::format("mode \"{}\": {}", mode.name, error.what()));
-        }
-        addWarnings(estimate, modes.back(), mode.name);
-        ModeResult result{mode.name, mode.seconds, modes.back().dynamicWatts, {}, {}};
-        for (const GroupResult& group : modes.back().groups)
+    Period& period = estimate.period.emplace();
+    for (std::size_t i = 0; i < modes.size(); ++i) {
+        const Mode& mode = estimate.design.modes[i];
+        addWarnings(estimate, *modes[i].estimate, mode.name);
+        ModeResult result{mode.name, mode.seconds, modes[i].estimate->dynamicWatts, {}, {}};
+        for (const GroupResult& group : modes[i].estimate->groups)
             result.groupWatts.push_back(group.watts);
-        estimate.period->modes.push_back(std::move(result));
-        estimate.period->seconds += mode.seconds;
+        period.modes.push_back(std::move(result));
+        period.seconds += mode.seconds;
     }
     for (std::size_t index = 0; index < estimate.sides.size(); ++index)
         addSide(estimate, modes, index);
@@ -352,13 +361,12 @@ std::vector<Side> worstMoments(const Estimate& estimate)
             rail.dynamicAmperes = none;
             rail.staticAmperes = 0.0;
         }
-        for (const RailPeriod& period : worst.rails) {
-            if (!side.rail(period.rail))
-                side.rails.push_back({period.rail, "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
-            for (RailResult& rail : side.rails) {
-                if (rail.name == period.rail)
-                    rail.dynamicAmperes = period.peakAmperes;
-            }
+        for (std::size_t place = 0; place < worst.rails.size(); ++place) {
+            const RailPeriod& period = worst.rails[place];
+            auto rail = findRail(side.rails, period.rail, place);
+            if (rail == side.rails.end())
+                rail = side.rails.insert(rail, {period.rail, "", 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+            rail->dynamicAmperes = period.peakAmperes;
         }
         for (std::size_t s = 0; side.supplies && s < side.supplies->supplies.size(); ++s) {
             SupplyResult& supply = side.supplies->supplies[s];
@@ -375,17 +383,19 @@ void addStartUp(Estimate& estimate)
     if (design.stages.empty() || !design.device)
         throw Error(fmt::format("{}: the start-up needs a device and \"thermal\" with its stages", design.source.file));
     constexpr std::size_t whiles = 300;
-    std::vector<Estimate> modes;
+    std::vector<Estimate> estimates;
     for (const Mode& mode : design.modes)
-        modes.push_back(zelm::host::estimate(*mode.design, Curves::none, Gaps::warned));
+        estimates.push_back(zelm::host::estimate(*mode.design, Curves::none, Gaps::warned));
+    std::vector<std::shared_ptr<StaticPower>> powers;
+    std::vector<EstimatedMode> modes;
+    for (const Estimate& one : estimates.empty() ? std::span(&estimate, 1) : std::span(estimates)) {
+        powers.push_back(staticPowerOf(one));
+        modes.push_back({&one, powers.back().get()});
+    }
     for (std::size_t index = 0; index < estimate.sides.size(); ++index) {
-        std::vector<ModeAtWork> atWork;
-        for (const Estimate& mode : modes)
-            atWork.emplace_back(mode, index);
-        if (modes.empty())
-            atWork.emplace_back(estimate, index);
+        const std::vector<ModeAtWork> atWork = atWorkOn(modes, index);
         std::vector<Phase> phases = estimate.period ? phasesOf(atWork, estimate.period->modes) : std::vector<Phase>();
-        if (modes.empty())
+        if (!estimate.period)
             phases.push_back({design.stages.front().tau, [&](double junction) { return atWork[0].watts(junction); }});
         for (const JunctionBand& band : warmUpFrom(design.stages, phases, *design.environment.ambient, whiles))
             estimate.sides[index].startUp.push_back({band.seconds, band.lowest, band.highest});

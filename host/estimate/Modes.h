@@ -2,11 +2,21 @@
 
 #include "host/estimate/Estimate.h"
 
+#include <vector>
+
 namespace zelm::host {
 
-/// Adds the period of the design's modes, each an estimate of its own, to an estimate of the design without them. With
-/// thermal stages the junction follows the power in time, else it stands where the average power settles.
-void addModes(Estimate& estimate, Gaps gaps);
+class StaticPower;
+
+/// A mode as a design of its own.
+struct EstimatedMode {
+    const Estimate* estimate = nullptr;
+    StaticPower* power = nullptr; ///< null without a device
+};
+
+/// Adds the period of the design's modes to an estimate of the design without them. With thermal stages the junction
+/// follows the power in time, else it stands where the average power settles.
+void addPeriod(Estimate& estimate, const std::vector<EstimatedMode>& modes);
 
 /// The sides of an estimate at their worst: those of the design, or the worst moments of its modes.
 std::vector<Side> worstMoments(const Estimate& estimate);

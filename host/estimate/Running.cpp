@@ -4,6 +4,8 @@
 #include "host/blocks/RollUp.h"
 #include "host/blocks/Uses.h"
 
+#include <algorithm>
+
 namespace zelm::host {
 
 Running::Running(const Block& ofBlock, const Group& group, const std::string& asName)
@@ -59,11 +61,9 @@ Origin Running::originOf(std::string_view cell) const
 
 const ZelmCellInfo* Running::railInput(std::string_view rail) const
 {
-    for (const ZelmCellInfo& cell : block->cells) {
-        if (takesVolts(cell) && cell.legal.rail == rail)
-            return &cell;
-    }
-    return nullptr;
+    const auto found = std::find_if(block->voltages.begin(), block->voltages.end(),
+                                    [&](const ZelmCellInfo* cell) { return cell->legal.rail == rail; });
+    return found == block->voltages.end() ? nullptr : *found;
 }
 
 std::string_view Running::bankRail() const

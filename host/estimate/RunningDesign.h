@@ -2,22 +2,33 @@
 
 #include "host/estimate/Carry.h"
 #include "host/estimate/Estimate.h"
+#include "host/estimate/Modes.h"
 #include "host/estimate/StaticPower.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zelm::host {
 
+/// How much of a design is worked out.
+enum class Scope {
+    mode,  ///< what the period of a design takes of a mode: groups and sides
+    sums,  ///< and the period and budgets
+    whole, ///< and cooling cases and limits
+};
+
 /// A design at work: parts of it change, and what they reach is computed again, the groups, what is carried between
-/// them, and the thermal loop. What comes out is to the bit what a new one gives.
+/// them, and the thermal loop. Its modes are at work themselves. What comes out is to the bit what a new one gives.
 class RunningDesign {
 public:
-    explicit RunningDesign(Design design, Curves curves = Curves::none, Gaps gaps = Gaps::refused);
+    explicit RunningDesign(Design design, Curves curves = Curves::none, Gaps gaps = Gaps::refused,
+                           Scope scope = Scope::whole);
 
     const Design& design() const
     {
@@ -27,6 +38,9 @@ public:
     /// Takes the place of the group at that index. Modes, each a design of its own, stay as they are.
     void change(std::size_t index, Group group);
     void change(Environment environment);
+    /// The same in a mode's design.
+    void changeMode(std::size_t mode, std::size_t index, const Group& group);
+    void changeMode(std::size_t mode, const Environment& environment);
     /// Takes the place of all; finds out what differs.
     void change(Design design);
 
@@ -37,8 +51,20 @@ public:
 private:
     struct Started {
         StartedGroup group;
-        std::vector<GroupResult> results; ///< until the estimate has them
-        std::vector<std::string> warnings;
+        std::vector<GroupResult> results{}; ///< until the estimate has them
+        std::vector<std::string> warnings{};
+    };
+
+    // What the groups load a rail with, all together.
+    struct RailLoad {
+        std::string_view rail;
+        double volts = 0.0;
+        double amperes = 0.0;
+        double watts = 0.0;
+    };
+    struct RunningMode {
+        std::unique_ptr<RunningDesign> running;
+        std::shared_ptr<Design> shown; ///< by the estimate, once it has changed
     };
 
     const ResolvedDevice* device() const
@@ -47,19 +73,28 @@ private:
     }
     std::uint64_t dataLoads() const;
     void resolveDevice();
+    void beginFrom(const RunningDesign& other);
+    void markStale(std::size_t index, const Group& before, const Group& after);
     void computeGroups();
     void takeResults(const std::vector<std::size_t>& stale);
     void addUpGroups();
+    void addUpRails();
+    void addUp(Side& side) const;
     void addStaticPower();
+    void startModes();
+    Design& shownMode(std::size_t mode);
+    void addModes();
 
     Curves m_curves;
     Gaps m_gaps;
+    Scope m_scope;
     Estimate m_estimate; // and the design
     std::optional<ResolvedDevice> m_device;
     std::optional<RailVolts> m_rails;
-    std::vector<Started> m_started; // by group of the design
-    std::vector<bool> m_stale;      // the same
+    std::vector<std::shared_ptr<Started>> m_started; // by group of the design; modes share what is the same in them
+    std::vector<bool> m_stale;                       // the same
     RunningGroups m_running;
+    std::vector<RailLoad> m_railLoads;
     bool m_carriesOthers = true;       // than before, between groups
     bool m_readsOthers = true;         // of groups, where all of them are looked at
     std::size_t m_carriedByGroups = 0; // the first of the estimate's list
@@ -67,8 +102,11 @@ private:
     std::vector<std::string> m_warningsOfDevice;
     std::map<std::string, int> m_usedCounts;
     StaticPower m_static;
-    std::uint64_t m_loads = 0; // of the data, when the estimate was made
+    const StaticPower* m_lender = nullptr; // of a mode, its design's
+    std::vector<RunningMode> m_modes;      // as the design's
+    std::uint64_t m_loads = 0;             // of the data, when the estimate was made
     bool m_all = true;
+    bool m_otherGroups = false; // than were looked at, though they are computed
     bool m_changed = true;
     bool m_otherFields = true; // than groups have changed
 };

@@ -142,7 +142,9 @@ public:
         if (m_instance && settings == m_settings && loads == m_loads)
             return;
         m_known.clear();
+        m_results.clear();
         m_voltageWarnings.reset();
+        m_powerUpAmperes.clear();
         if (!m_instance || !haveSameCells(settings, m_settings))
             create();
         m_settings = settings;
@@ -171,20 +173,44 @@ public:
         return known->second;
     }
 
-    std::vector<RailResult> railsAt(double junction)
+    /// All that results show of it at a junction temperature.
+    struct Results {
+        std::vector<RailResult> rails;
+        std::vector<Subsystem> subsystems;
+    };
+    const Results& resultsAt(double junction)
     {
+        constexpr std::size_t most = 64;
+        if (m_results.size() == most)
+            m_results.clear();
+        const auto known = m_results.find(static_cast<float>(junction));
+        if (known != m_results.end())
+            return known->second;
         evaluate(junction, m_cells.ofResults);
-        return rails();
+        Results results{rails(), {}};
+        for (const ZelmCellInfo* cell : m_cells.subsystems)
+            results.subsystems.push_back({cell->name, number(*cell)});
+        return m_results[static_cast<float>(junction)] = std::move(results);
+    }
+
+    // Of each rail. The temperature doesn't matter.
+    const std::vector<double>& powerUpAmperes()
+    {
+        constexpr double cool = 25.0;
+        if (m_powerUpAmperes.empty()) {
+            for (const RailResult& rail : resultsAt(cool).rails)
+                m_powerUpAmperes.push_back(rail.powerUpAmperes);
+        }
+        return m_powerUpAmperes;
     }
 
     // What the model says at a junction temperature.
     void fill(Side& side)
     {
-        evaluate(side.junction, m_cells.ofResults);
         side.staticWatts = watts(side.junction);
-        side.rails = rails();
-        for (const ZelmCellInfo* cell : m_cells.subsystems)
-            side.subsystems.push_back({cell->name, number(*cell)});
+        const Results& results = resultsAt(side.junction);
+        side.rails = results.rails;
+        side.subsystems = results.subsystems;
     }
 
     // Volts outside what the rail's corners allow.
@@ -250,6 +276,7 @@ private:
     {
         std::vector<std::string> warnings;
         for (const StaticRail& rail : m_cells.rails) {
+            m_instance->pull(*rail.volts);
             m_instance->pull(*rail.leastVolts);
             m_instance->pull(*rail.mostVolts);
             const double least = number(*rail.leastVolts);
@@ -274,25 +301,21 @@ private:
     std::unique_ptr<Instance> m_instance;
     std::vector<std::pair<const float*, const float*>> m_terms; // volts and amperes whose products make the watts
     std::unordered_map<float, double> m_known;                  // static watts by junction temperature
+    std::unordered_map<float, Results> m_results;               // the same
     std::optional<std::vector<std::string>> m_voltageWarnings;
+    std::vector<double> m_powerUpAmperes;
 };
 
 namespace {
 
-// Where the junction stands, and how far it is from its limit.
 void findJunction(Side& side, const Environment& environment, const PowerCurve& total)
 {
     if (!environment.ambient) {
         side.junction = environment.junction.value_or(kDefaultJunction);
         return;
     }
-    const double thetaJA = environment.cooling.front().thetaJA;
-    side.thermal = findOperatingPoint(total, *environment.ambient, thetaJA);
+    side.thermal = findOperatingPoint(total, *environment.ambient, environment.cooling.front().thetaJA);
     side.junction = side.thermal->junction;
-    if (environment.junctionLimit) {
-        side.highestAmbient = highestAmbient(total, thetaJA, *environment.junctionLimit);
-        side.largestThetaJA = largestThetaJA(total, *environment.ambient, *environment.junctionLimit);
-    }
 }
 
 std::vector<std::pair<double, double>> curveOf(const PowerCurve& total)
@@ -343,7 +366,7 @@ namespace {
 // have worked out.
 class FreeModels {
 public:
-    std::unique_ptr<StaticModel> take(const std::string& process, const Settings& settings)
+    std::shared_ptr<StaticModel> take(const std::string& process, const Settings& settings)
     {
         const std::lock_guard lock(m_mutex);
         for (const StaticModel::Fit fit : {StaticModel::Fit::all, StaticModel::Fit::sameCells}) {
@@ -352,16 +375,19 @@ public:
             });
             if (found == m_free.end())
                 continue;
-            std::unique_ptr<StaticModel> model = std::move(*found);
+            std::shared_ptr<StaticModel> model = std::move(*found);
             m_free.erase(found);
             return model;
         }
-        return std::make_unique<StaticModel>(process);
+        return std::make_shared<StaticModel>(process);
     }
 
-    void giveBack(std::unique_ptr<StaticModel> model)
+    // Unless somebody else goes on with it.
+    void giveBack(std::shared_ptr<StaticModel> model)
     {
         constexpr std::size_t most = 16;
+        if (model.use_count() > 1)
+            return;
         const std::lock_guard lock(m_mutex);
         if (m_free.size() == most)
             m_free.pop_back();
@@ -370,7 +396,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::vector<std::unique_ptr<StaticModel>> m_free; // the one that was used last stands first
+    std::vector<std::shared_ptr<StaticModel>> m_free; // the one that was used last stands first
 };
 
 FreeModels& freeModels()
@@ -390,7 +416,7 @@ StaticPower::~StaticPower()
 }
 
 void StaticPower::take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
-                       bool isManaged)
+                       bool isManaged, const StaticPower* like)
 {
     block("Static").load();
     m_processes = {device.process};
@@ -400,9 +426,13 @@ void StaticPower::take(const Design& design, const ResolvedDevice& device, const
     }
     const Settings settings = settingsOf(design, device, usedCounts, isManaged);
     for (const std::string& process : m_processes) {
-        std::unique_ptr<StaticModel>& model = m_models[process];
+        std::shared_ptr<StaticModel>& model = m_models[process];
+        const std::shared_ptr<StaticModel> lent = like ? like->m_models.at(process) : nullptr;
+        const bool isLent = lent && lent->fits(settings) == StaticModel::Fit::all;
+        if (model && model->fits(settings) != StaticModel::Fit::all && (isLent || model.use_count() > 1))
+            freeModels().giveBack(std::exchange(model, nullptr));
         if (!model)
-            model = freeModels().take(process, settings);
+            model = isLent ? lent : freeModels().take(process, settings);
         model->take(settings);
     }
 }
@@ -412,35 +442,42 @@ PowerCurve StaticPower::curve(const std::string& process)
     return [model = m_models.at(process).get()](double junction) { return model->watts(junction); };
 }
 
-std::vector<RailResult> StaticPower::rails(const std::string& process, double junction)
+const std::vector<RailResult>& StaticPower::rails(const std::string& process, double junction)
 {
-    return m_models.at(process)->railsAt(junction);
+    return m_models.at(process)->resultsAt(junction).rails;
 }
 
-void StaticPower::addTo(Estimate& estimate, Curves curves)
+std::vector<double> StaticPower::powerUpAmperes()
 {
-    const Environment& environment = estimate.design.environment;
+    std::vector<double> most;
+    for (const auto& [process, model] : m_models) {
+        const std::vector<double>& amperes = model->powerUpAmperes();
+        most.resize(amperes.size());
+        for (std::size_t i = 0; i < most.size(); ++i)
+            most[i] = std::max(most[i], amperes[i]);
+    }
+    return most;
+}
+
+PowerCurve StaticPower::totalOf(const Estimate& estimate, const std::string& process)
+{
+    return [watts = estimate.dynamicWatts, model = m_models.at(process).get()](double junction) {
+        return watts + model->watts(junction);
+    };
+}
+
+void StaticPower::addTo(Estimate& estimate)
+{
     for (const std::string& process : m_processes) {
         StaticModel& model = *m_models.at(process);
-        const PowerCurve total = [&](double junction) { return estimate.dynamicWatts + model.watts(junction); };
-        const bool isDesigns = process == m_processes.front();
         Side side;
         side.process = process;
-        findJunction(side, environment, total);
-        if (curves == Curves::drawn)
-            side.curve = curveOf(total);
-        if (environment.ambient && isDesigns) {
-            for (const Cooling& cooling : environment.cooling) {
-                estimate.cooling.push_back({cooling, findOperatingPoint(total, *environment.ambient, cooling.thetaJA)});
-                if (!estimate.cooling.back().point.converged)
-                    forgetAmounts(estimate.cooling.back().point);
-            }
-        }
+        findJunction(side, estimate.design.environment, totalOf(estimate, process));
         model.fill(side);
         if (!side.settles())
             forgetAmounts(side);
         warn(side, estimate.warnings);
-        if (isDesigns) {
+        if (process == m_processes.front()) {
             const std::vector<std::string>& warnings = model.voltageWarnings();
             estimate.warnings.insert(estimate.warnings.end(), warnings.begin(), warnings.end());
         }
@@ -448,14 +485,52 @@ void StaticPower::addTo(Estimate& estimate, Curves curves)
     }
 }
 
+void StaticPower::addLimitsTo(Estimate& estimate, Curves curves)
+{
+    const Environment& environment = estimate.design.environment;
+    for (Side& side : estimate.sides) {
+        const PowerCurve total = totalOf(estimate, side.process);
+        if (curves == Curves::drawn)
+            side.curve = curveOf(total);
+        if (environment.ambient && environment.junctionLimit) {
+            side.highestAmbient =
+                highestAmbient(total, environment.cooling.front().thetaJA, *environment.junctionLimit);
+            side.largestThetaJA = largestThetaJA(total, *environment.ambient, *environment.junctionLimit);
+        }
+    }
+    if (!environment.ambient)
+        return;
+    const PowerCurve total = totalOf(estimate, m_processes.front());
+    for (const Cooling& cooling : environment.cooling) {
+        estimate.cooling.push_back({cooling, findOperatingPoint(total, *environment.ambient, cooling.thetaJA)});
+        if (!estimate.cooling.back().point.converged)
+            forgetAmounts(estimate.cooling.back().point);
+    }
+}
+
+namespace {
+
+bool isManaged(const Estimate& estimate)
+{
+    return std::any_of(estimate.groups.begin(), estimate.groups.end(),
+                       [](const GroupResult& group) { return group.block->name == "Harl"; });
+}
+
+} // namespace
+
+Settings staticSettings(const Estimate& estimate)
+{
+    if (!estimate.design.device)
+        return {};
+    return settingsOf(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
+}
+
 std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate)
 {
     if (!estimate.design.device)
         return nullptr;
-    const bool isManaged = std::any_of(estimate.groups.begin(), estimate.groups.end(),
-                                       [](const GroupResult& group) { return group.block->name == "Harl"; });
     auto power = std::make_shared<StaticPower>();
-    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged);
+    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
     return power;
 }
 

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zelm::host {
@@ -22,20 +23,31 @@ public:
     StaticPower(const StaticPower&) = delete;
     StaticPower& operator=(const StaticPower&) = delete;
 
-    /// Takes the inputs of the model: all but the temperature. A managed device's own I/O is in use.
+    /// Takes the inputs of the model: all but the temperature. A managed device's own I/O is in use. A like design,
+    /// if there is one, lends its models where they are the same.
     void take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
-              bool isManaged);
-    /// Closes the thermal loop over the estimate's dynamic power, and fills sides, cooling cases and limits.
-    void addTo(Estimate& estimate, Curves curves);
+              bool isManaged, const StaticPower* like = nullptr);
+    /// Closes the thermal loop over the estimate's dynamic power, and fills the sides.
+    void addTo(Estimate& estimate);
+    /// What sides tell beyond that: cooling cases, limits, and curves if they are to be drawn.
+    void addLimitsTo(Estimate& estimate, Curves curves);
     /// Static watts by junction temperature, of a process side: TYP or MAX.
     PowerCurve curve(const std::string& process);
-    /// What the rails draw at a junction temperature on that side.
-    std::vector<RailResult> rails(const std::string& process, double junction);
+    /// What the rails draw at a junction temperature on that side, until the next call.
+    const std::vector<RailResult>& rails(const std::string& process, double junction);
+    /// The power-up current of each of those: the worst of both sides, whatever the temperature.
+    std::vector<double> powerUpAmperes();
 
 private:
+    PowerCurve totalOf(const Estimate& estimate, const std::string& process);
+
     std::vector<std::string> m_processes; // the design's first
-    std::map<std::string, std::unique_ptr<StaticModel>> m_models;
+    std::map<std::string, std::shared_ptr<StaticModel>> m_models;
 };
+
+/// What is set in the static power model of an estimated design, but for the process side and the temperature. Empty if
+/// it names no device.
+std::vector<std::pair<const ZelmCellInfo*, Value>> staticSettings(const Estimate& estimate);
 
 /// The static power of a design that has been estimated. Null if it names no device.
 std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate);

@@ -113,8 +113,8 @@ OperatingPoint findOperatingPoint(const PowerCurve& power, double ambient, doubl
         junction = search(excess, ambient);
     if (junction) {
         point.junction = *junction;
-        point.power = power(point.junction);
         point.loopGain = thetaJA * slope(power, point.junction);
+        point.power = power(point.junction); // last: who asks for more at this temperature finds most of it computed
         point.converged = point.loopGain < 1.0;
         point.words =
             point.converged

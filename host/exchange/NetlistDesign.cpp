@@ -528,7 +528,11 @@ private:
         std::size_t clock; // behind the last: none
         std::string name;  // of a memory
 
-        auto operator<=>(const Key&) const = default;
+        bool operator<(const Key& other) const
+        {
+            return std::tie(in, kind, detail, clock, name) <
+                   std::tie(other.in, other.kind, other.detail, other.clock, other.name);
+        }
     };
 
     struct Sum {
@@ -764,7 +768,7 @@ private:
 
     static std::string label(const std::string& name)
     {
-        const std::string valid = validUtf8(name);
+        std::string valid = validUtf8(name);
         if (valid.size() <= kLongestLabel)
             return valid;
         const std::size_t half = kLongestLabel / 2;

@@ -585,6 +585,9 @@ RatedDesign rated(const std::string& file, const NetlistPlan& plan, const Propag
             continue;
         }
         Json& inputs = (*found->second)["inputs"];
+        if (!inputs.is_null() && !inputs.is_object())
+            throw Error(fmt::format("{}: the inputs of group \"{}\" are {}, expected an object", source.file,
+                                    abbreviated(group.name), quoted(inputs)));
         for (const NetlistPlan::Rate& rate : group.rates) {
             if (!rate.nets.empty())
                 inputs[rate.cell] = std::stod(fmt::format("{:.4g}", meanDensity(rate.nets, propagation)));

@@ -60,6 +60,21 @@ bool changes(const DiffQuantity& quantity)
     return quantity.change() != 0.0; // NaN too
 }
 
+// Groups in which nothing differs, but which take what others carry to them.
+std::vector<const DiffQuantity*> groupsThatFollow(const Diff& diff)
+{
+    std::vector<const DiffQuantity*> all;
+    for (const DiffQuantity& quantity : diff.quantities) {
+        const std::string& name = quantity.quantity.of;
+        const bool isKnown = std::any_of(diff.groups.begin(), diff.groups.end(), [&](const DiffGroup& group) {
+            return name == group.name || name.starts_with(group.name + " (");
+        });
+        if (quantity.quantity.kind == NamedQuantity::Kind::group && quantity.change() != 0.0 && !isKnown)
+            all.push_back(&quantity);
+    }
+    return all;
+}
+
 // The quantities that a page explains by pictures.
 bool isTotal(const DiffQuantity& quantity)
 {
@@ -102,7 +117,9 @@ std::string waterfall(const DiffQuantity& quantity)
         now += part.change;
     }
     rows.push_back(row("after", amountText(quantity.after, unit), origin, quantity.after, "soft"));
-    return htmlTable(quantity.quantity.name(), {"<Change", "Amount", "<"}, rows);
+    return htmlTable(quantity.quantity.name(), {"<Change", "Amount", "<"}, rows) +
+           fmt::format("<p class=\"soft\">The bars begin at {}, so that changes can be seen.</p>\n",
+                       amountText(origin, unit));
 }
 
 } // namespace
@@ -125,11 +142,15 @@ std::string diffText(const Diff& diff)
     text += amounts.text();
     if (rails > few)
         text += fmt::format("and {} more currents of rails\n", rails - few);
-    if (!diff.groups.empty()) {
+    const std::vector<const DiffQuantity*> following = groupsThatFollow(diff);
+    if (!diff.groups.empty() || !following.empty()) {
         TextTable groups({"Group", "What", "Before", "After", "Change"});
         for (const DiffGroup& group : diff.groups)
             groups.row({shown(group.name), shown(fateText(group)), si(group.wattsBefore, "W"),
                         si(group.wattsAfter, "W"), signedAmount(group.wattsAfter - group.wattsBefore, "W")});
+        for (const DiffQuantity* group : following)
+            groups.row({shown(group->quantity.of), "follows", si(group->before, "W"), si(group->after, "W"),
+                        signedAmount(group->change(), "W")});
         text += "\n" + groups.text();
     }
     std::string inputs;

@@ -52,13 +52,14 @@ std::string htmlTable(const std::string& caption, const std::vector<std::string>
 
 std::string htmlBars(const std::vector<HtmlBar>& bars, double least, double most, const std::string& title)
 {
-    constexpr double width = 360.0;
+    constexpr double width = 260.0;
     constexpr double thinnest = 1.0;
     const double scale = most > least ? width / (most - least) : 0.0;
     const auto place = [&](double amount) { return (std::clamp(amount, least, most) - least) * scale; };
-    std::string text = fmt::format("<svg width=\"{0}\" height=\"16\" viewBox=\"0 0 {0} 16\" role=\"img\" "
-                                   "aria-label=\"{1}\"><title>{1}</title>",
-                                   width, htmlText(title));
+    std::string text = fmt::format(
+        "<svg width=\"{0}\" height=\"16\" viewBox=\"0 0 {0} 16\" style=\"vertical-align:middle\" role=\"img\" "
+        "aria-label=\"{1}\"><title>{1}</title>",
+        width, htmlText(title));
     for (const HtmlBar& bar : bars) {
         const auto [low, high] = std::minmax(bar.from, bar.to);
         if (low != high)

@@ -1,4 +1,5 @@
 #include "host/base/Json.h"
+#include "host/report/ExplainReport.h"
 #include "host/report/HtmlPage.h"
 #include "host/report/Report.h"
 
@@ -47,6 +48,8 @@ std::string htmlReport(const Estimate& estimate)
         page.replace(page.find(mark), mark.size(), text);
     };
     fill("/*ECHARTS*/", {zelm_report_charts, static_cast<std::size_t>(zelm_report_charts_end - zelm_report_charts)});
+    // From the last mark to the first: a group may have the name of one.
+    fill("/*EXPLANATIONS*/", forScript(explanationsForPage(estimate)));
     fill("/*ESTIMATE*/", forScript(compactJson(jsonReport(estimate))));
     return page;
 }

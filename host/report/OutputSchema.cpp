@@ -68,9 +68,9 @@ Json number()
     return ofType("number");
 }
 
-Json value()
+Json value(bool orTruth = false)
 {
-    return {{"type", {"number", "string", "null"}}};
+    return {{"type", orTruth ? Json{"boolean", "number", "string", "null"} : Json{"number", "string", "null"}}};
 }
 
 Json point()
@@ -296,6 +296,44 @@ Json activityOutput()
                    {"groups", listOf(ofGroup)}});
 }
 
+// A node of an explanation, whose operands are others.
+Json explainedNode()
+{
+    const Json row = object({{"table", text()}, {"keys", listOf(text())}, {"value", value(true)}},
+                            {{"unit", text()}, {"file", text()}, {"line", whole()}});
+    const Json place = object({{"file", text()}, {"line", whole()}});
+    const Json piece = object({{"file", text()}, {"line", whole()}, {"text", text()}});
+    const Json operands = listOf({{"$ref", "#/$defs/explainedNode"}});
+    return object({{"value", value()}, {"unit", text()}, {"meaning", text()}, {"operands", operands}},
+                  {{"quantity", text()},
+                   {"cell", text()},
+                   {"group", text()},
+                   {"block", text()},
+                   {"process", text()},
+                   {"formula", text()},
+                   {"source", place},
+                   {"call", text()},
+                   {"member", listOf(piece)},
+                   {"term", whole()},
+                   {"lookUps", listOf(row)},
+                   {"origin", object({{"kind", text()}}, {{"from", text()}, {"file", text()}, {"line", whole()}})},
+                   {"repeats", ofType("boolean")},
+                   {"cut", ofType("boolean")}});
+}
+
+// The node that was asked for, with what stands once for all.
+Json explainOutput()
+{
+    Json node = explainedNode();
+    const Json piece = object({{"file", text()}, {"line", whole()}, {"text", text()}});
+    node["properties"]["format"] = {{"const", kJsonFormat}};
+    node["properties"]["name"] = text();
+    node["properties"]["sources"] = listOf(piece);
+    for (const char* name : {"format", "name", "lookUps", "sources"})
+        node["required"].push_back(name);
+    return node;
+}
+
 Json solveOutput()
 {
     const Json crossing = object({{"value", number()},
@@ -418,6 +456,7 @@ Json outputSchema()
 {
     Json outputs{{"estimate", estimateOutput()}, {"estimateBy", subtotalsOutput()}, {"sweep", sweepOutput()}};
     outputs.update({{"diff", diffOutput()},
+                    {"explain", explainOutput()},
                     {"fit", fitOutput()},
                     {"importActivity", activityOutput()},
                     {"sensitivity", sensitivityOutput()},
@@ -426,6 +465,7 @@ Json outputSchema()
     Json any = Json::array();
     for (const auto& [command, schema] : outputs.items())
         any.push_back({{"$ref", "#/$defs/" + command}});
+    outputs["explainedNode"] = explainedNode();
     return {
         {"$schema", "https://json-schema.org/draft/2020-12/schema"},
         {"title", "what zelm prints with --json"},

@@ -117,6 +117,17 @@ void takeRails(const Json& side, Design& design)
     }
 }
 
+// Of a group with all blocks that it reaches: "clock", "clock (Slice clocking)".
+double wattsOfResult(const Json& result, const std::string& name)
+{
+    double watts = 0.0;
+    for (const Json& group : result.at("groups")) {
+        const std::string known = group.value("name", "");
+        watts += known == name || known.starts_with(name + " (") ? resultNumber(&group, "watts") : 0.0;
+    }
+    return watts;
+}
+
 double amountOfResult(const Json& result, const NamedQuantity& quantity)
 {
     const Json* side = elementWith(result, "sides", "process", quantity.process);
@@ -183,12 +194,16 @@ Design designOf(const Json& result, const Design& now, const std::string& file)
         takeRails(side, design);
     } catch (const nlohmann::json::exception&) {
         throw Error(fmt::format("{}: looks like a result of estimate --json, but isn't whole", file));
+    } catch (const Error& error) {
+        throw Error(fmt::format("{}: {}", file, error.what()));
     }
     return design;
 }
 
 void startFrom(const Json& result, const Estimate& today, Diff& diff)
 {
+    for (DiffGroup& group : diff.groups)
+        group.wattsBefore = wattsOfResult(result, group.name);
     for (DiffQuantity& quantity : diff.quantities) {
         const double before = amountOfResult(result, quantity.quantity);
         const double now = std::exchange(quantity.before, before);

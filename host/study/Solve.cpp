@@ -18,6 +18,8 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
+#include <mutex>
 
 namespace zelm::host {
 
@@ -179,77 +181,164 @@ std::vector<double> gridOf(const Solution& solution)
     return grid;
 }
 
-// How far an amount is from its limit; below 0, or 0, is kept. A runaway is as far as can be.
-double beyond(const Limit& limit, double amount)
-{
-    constexpr double runaway = 1e30;
-    if (std::isnan(amount))
-        return runaway;
-    return limit.isMost ? amount - limit.value : limit.value - amount;
-}
+// Two values of what varies, of which one keeps a limit.
+struct Bracket {
+    std::size_t limit = 0;
+    double kept = 0.0;
+    double broken = 0.0;
+    std::map<double, double> amounts; // of the limit's quantity, by value, as far as they are known
+};
 
-// The value between two, of which one keeps the limit, that is the last to keep it. Of whole numbers that is one.
-double lastKept(SolvedDesign& design, const Solution& solution, const Limit& limit, double kept, double broken)
-{
-    const auto beyondAt = [&](double value) { return beyond(limit, design.amounts(value, {limit}).front()); };
-    const auto bisect = [&](const std::function<bool()>& enough) {
-        while (!enough()) {
-            const double middle = solution.isWhole ? std::floor((kept + broken) / 2.0) : (kept + broken) / 2.0;
+// The crossing within a bracket: the last value that keeps the limit. Of whole numbers that is one.
+class CrossingSearch {
+public:
+    CrossingSearch(SolvedDesign& design, const Solution& solution, Bracket bracket)
+        : m_design(&design), m_solution(&solution), m_limit(&solution.limits[bracket.limit]),
+          m_bracket(std::move(bracket))
+    {
+    }
+
+    Crossing crossing()
+    {
+        const bool ends = m_bracket.kept < m_bracket.broken;
+        const double value = lastKept();
+        return {value, m_bracket.limit, amountAt(value), ends};
+    }
+
+private:
+    static constexpr double kRunaway = 1e30;
+
+    double amountAt(double value)
+    {
+        const auto known = m_bracket.amounts.find(value);
+        if (known != m_bracket.amounts.end())
+            return known->second;
+        return m_bracket.amounts[value] = m_design->amounts(value, {*m_limit}).front();
+    }
+
+    // Below 0, or 0, is kept. A runaway is as far beyond the limit as can be.
+    double beyondAt(double value)
+    {
+        const double amount = amountAt(value);
+        if (std::isnan(amount))
+            return kRunaway;
+        return m_limit->isMost ? amount - m_limit->value : m_limit->value - amount;
+    }
+
+    bool isClose(double a, double b) const
+    {
+        constexpr double relative = 1e-9; // beyond what single precision tells apart
+        return std::fabs(a - b) <=
+               relative * std::max({std::fabs(a), std::fabs(b), m_solution->high - m_solution->low});
+    }
+
+    double bisected()
+    {
+        double& kept = m_bracket.kept;
+        double& broken = m_bracket.broken;
+        while (m_solution->isWhole ? std::fabs(kept - broken) > 1.0 : !isClose(kept, broken)) {
+            const double middle = m_solution->isWhole ? std::floor((kept + broken) / 2.0) : (kept + broken) / 2.0;
             (beyondAt(middle) <= 0.0 ? kept : broken) = middle;
         }
         return kept;
-    };
-    if (solution.isWhole)
-        return bisect([&] { return std::fabs(kept - broken) <= 1.0; });
-    const auto close = [&](double a, double b) {
-        constexpr double relative = 1e-9; // beyond what single precision tells apart
-        return std::fabs(a - b) <= relative * std::max({std::fabs(a), std::fabs(b), solution.high - solution.low});
-    };
-    constexpr double farthest = 1e29;
-    if (beyondAt(broken) > farthest) // where it runs away, there is no root
-        return bisect([&] { return close(kept, broken); });
-    const auto [low, high] = std::minmax(kept, broken);
-    std::uintmax_t steps = 100;
-    const auto [a, b] = boost::math::tools::toms748_solve(beyondAt, low, high, close, steps);
-    return kept < broken ? a : b;
-}
+    }
 
-// Each worker's design takes a while to make, and costs less than the grid's points do.
-std::vector<std::vector<double>> amountsOnGrid(const std::vector<double>& grid, const std::vector<Limit>& limits,
-                                               unsigned jobs, const std::function<SolvedDesign()>& make)
+    double lastKept()
+    {
+        if (m_solution->isWhole || beyondAt(m_bracket.broken) >= kRunaway) // where it runs away, there is no root
+            return bisected();
+        const auto [low, high] = std::minmax(m_bracket.kept, m_bracket.broken);
+        std::uintmax_t steps = 100;
+        const auto [a, b] = boost::math::tools::toms748_solve(
+            [&](double value) { return beyondAt(value); }, low, high, beyondAt(low), beyondAt(high),
+            [&](double one, double other) { return isClose(one, other); }, steps);
+        return m_bracket.kept < m_bracket.broken ? a : b;
+    }
+
+    SolvedDesign* m_design;
+    const Solution* m_solution;
+    const Limit* m_limit;
+    Bracket m_bracket;
+};
+
+// The designs of the workers, which take a while to make: each works on the grid, then on crossings.
+class SolvedDesigns {
+public:
+    explicit SolvedDesigns(std::function<std::unique_ptr<SolvedDesign>()> make) : m_make(std::move(make)) {}
+
+    std::unique_ptr<SolvedDesign> take()
+    {
+        std::unique_lock lock(m_mutex);
+        if (m_free.empty()) {
+            lock.unlock();
+            return m_make();
+        }
+        std::unique_ptr<SolvedDesign> design = std::move(m_free.back());
+        m_free.pop_back();
+        return design;
+    }
+
+    void giveBack(std::unique_ptr<SolvedDesign> design)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_free.push_back(std::move(design));
+    }
+
+private:
+    std::function<std::unique_ptr<SolvedDesign>()> m_make;
+    std::mutex m_mutex;
+    std::vector<std::unique_ptr<SolvedDesign>> m_free;
+};
+
+// Does count pieces of work, each on a design of its own.
+template <class Result, class Work>
+std::vector<Result> onDesigns(std::size_t count, unsigned jobs, SolvedDesigns& designs, Work work)
 {
-    std::vector<std::vector<double>> all;
-    const std::size_t share = (grid.size() + jobs - 1) / jobs;
-    using GridPart = std::vector<std::vector<double>>;
-    inOrder<GridPart>((grid.size() + share - 1) / share, jobs,
-                      [&] {
-                          return [&, design = make()](std::size_t part) mutable {
-                              GridPart some;
-                              for (std::size_t i = part * share; i < std::min((part + 1) * share, grid.size()); ++i)
-                                  some.push_back(design.amounts(grid[i], limits));
-                              return some;
-                          };
-                      },
-                      [&](const GridPart& some) {
-                          all.insert(all.end(), some.begin(), some.end());
-                          return true;
-                      });
+    std::vector<Result> all;
+    inOrder<Result>(
+        count, jobs,
+        [&] {
+            return [&](std::size_t index) {
+                std::unique_ptr<SolvedDesign> design = designs.take();
+                Result result = work(*design, index);
+                designs.giveBack(std::move(design));
+                return result;
+            };
+        },
+        [&](Result result) {
+            all.push_back(std::move(result));
+            return true;
+        });
     return all;
 }
 
-void findCrossings(Solution& solution, const std::vector<double>& grid, const std::vector<std::vector<double>>& amounts,
-                   SolvedDesign& design)
+std::vector<std::vector<double>> amountsOnGrid(const std::vector<double>& grid, const Solution& solution, unsigned jobs,
+                                               SolvedDesigns& designs)
 {
+    return onDesigns<std::vector<double>>(grid.size(), jobs, designs, [&](SolvedDesign& design, std::size_t index) {
+        return design.amounts(grid[index], solution.limits);
+    });
+}
+
+void findCrossings(Solution& solution, const std::vector<double>& grid, const std::vector<std::vector<double>>& amounts,
+                   unsigned jobs, SolvedDesigns& designs)
+{
+    std::vector<Bracket> brackets;
     for (std::size_t k = 0; k < solution.limits.size(); ++k) {
         const Limit& limit = solution.limits[k];
         for (std::size_t i = 0; i + 1 < grid.size(); ++i) {
             const bool before = limit.keptBy(amounts[i][k]);
-            if (before == limit.keptBy(amounts[i + 1][k]))
-                continue;
-            const double value = lastKept(design, solution, limit, grid[before ? i : i + 1], grid[before ? i + 1 : i]);
-            solution.crossings.push_back({value, k, design.amounts(value, {limit}).front(), before});
+            if (before != limit.keptBy(amounts[i + 1][k]))
+                brackets.push_back({k,
+                                    grid[before ? i : i + 1],
+                                    grid[before ? i + 1 : i],
+                                    {{grid[i], amounts[i][k]}, {grid[i + 1], amounts[i + 1][k]}}});
         }
     }
+    solution.crossings =
+        onDesigns<Crossing>(brackets.size(), jobs, designs, [&](SolvedDesign& design, std::size_t index) {
+            return CrossingSearch(design, solution, brackets[index]).crossing();
+        });
     std::stable_sort(solution.crossings.begin(), solution.crossings.end(),
                      [](const Crossing& a, const Crossing& b) { return a.value < b.value; });
 }
@@ -308,12 +397,13 @@ Solution solve(const std::string& designFile, const SolveWish& wish)
     solution.low = range.low;
     solution.high = range.high;
 
-    SolvedDesign design(root, source, range);
-    const Estimate& first = design.at(range.low);
+    SolvedDesigns designs([&] { return std::make_unique<SolvedDesign>(root, source, range); });
+    std::unique_ptr<SolvedDesign> design = designs.take();
+    const Estimate& first = design->at(range.low);
     solution.design = first.design.name;
     for (const std::string& until : wish.until)
         solution.limits.push_back(limitOf(until, first));
-    solution.isWhole = isWholeCell(root, range.path) || isWholeParameter(range, design);
+    solution.isWhole = isWholeCell(root, range.path) || isWholeParameter(range, *design);
     if (solution.isWhole) {
         solution.low = std::ceil(range.low);
         solution.high = std::floor(range.high);
@@ -321,11 +411,11 @@ Solution solve(const std::string& designFile, const SolveWish& wish)
             failVary(wish.vary, "the interval is empty: it holds no two whole numbers");
     }
     const std::vector<double> grid = gridOf(solution);
-    const auto amounts =
-        amountsOnGrid(grid, solution.limits, wish.jobs, [&] { return SolvedDesign(root, source, range); });
+    designs.giveBack(std::move(design));
+    const auto amounts = amountsOnGrid(grid, solution, wish.jobs, designs);
     solution.atLow = amounts.front();
     solution.atHigh = amounts.back();
-    findCrossings(solution, grid, amounts, design);
+    findCrossings(solution, grid, amounts, wish.jobs, designs);
     findKept(solution);
     return solution;
 }

@@ -206,7 +206,8 @@ void Sweep::run(const SweepRun& options, const Render& render, const Take& take)
     };
     const std::size_t size = chunkOf(m_points, options.jobs);
     const auto makeWorker = [&] {
-        return [&, design = EditedDesign(*m_root, m_source, places, options.gaps)](std::size_t index) mutable {
+        return [&, design =
+                       EditedDesign(*m_root, m_source, places, options.gaps, Scope::sums)](std::size_t index) mutable {
             Chunk chunk;
             const std::size_t end = std::min((index + 1) * size, m_points);
             for (std::size_t i = index * size; i < end; ++i) {

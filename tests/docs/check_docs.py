@@ -53,4 +53,15 @@ with tempfile.TemporaryDirectory() as folder:
     design.write_text((source / "docs/design-file.md").read_text().split("```json\n", 1)[1].split("```", 1)[0])
     warnings = json.loads(run("estimate", "--json", design))["warnings"]
     assert not warnings, f"docs/design-file.md's example: {warnings}"
+
+# What docs/explain.md shows, all of it.
+runs = 0
+for block in (source / "docs/explain.md").read_text().split("```text\n")[1:]:
+    command, shown = block.split("```", 1)[0].split("\n", 1)
+    assert command.startswith("$ zelm "), command
+    result = subprocess.run([zelm, *shlex.split(command.removeprefix("$ zelm "))], cwd=source, check=True,
+                            capture_output=True, text=True).stdout
+    assert shown == result, f"docs/explain.md: {command} prints\n{result}\ninstead of\n{shown}"
+    runs += 1
+assert runs == 3
 print(f"{len(names)} pages, the schema and {len(paragraphs)} paragraphs of the README are the tool's")

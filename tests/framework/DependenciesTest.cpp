@@ -20,13 +20,19 @@ protected:
     static constexpr CellRef b{Type::real, 2};
     static constexpr CellRef c{Type::text, 1};
 
+    void read(CellRef cell)
+    {
+        if (!dependencies.readsAsBefore(cell))
+            dependencies.readOther(cell);
+    }
+
     void compute(CellRef cell, std::initializer_list<CellRef> operands)
     {
-        dependencies.onRead(cell);
-        dependencies.onCompute(cell);
+        read(cell);
+        const Dependencies::Frame waiting = dependencies.enter(cell);
         for (const CellRef operand : operands)
-            dependencies.onRead(operand);
-        dependencies.onComputed(cell);
+            read(operand);
+        dependencies.leave(waiting);
     }
 
     std::vector<Dependencies::Node> dependents(CellRef changed)
@@ -51,7 +57,7 @@ TEST_F(DependenciesTest, NodesStandForCellsOfThreeArrays)
 
 TEST_F(DependenciesTest, WhatWasReadWhileACellWasComputedIsItsOperand)
 {
-    dependencies.onRead(c); // from outside
+    read(c); // from outside
     compute(result, {a, b});
     EXPECT_THAT(dependents(a), UnorderedElementsAre(dependencies.nodeOf(result)));
     EXPECT_THAT(dependents(c), IsEmpty());
@@ -61,10 +67,10 @@ TEST_F(DependenciesTest, WhatWasReadWhileACellWasComputedIsItsOperand)
 
 TEST_F(DependenciesTest, DependentsOfDependentsAreFoundOnce)
 {
-    dependencies.onCompute(result);
+    const Dependencies::Frame outside = dependencies.enter(result);
     compute(b, {a});
-    dependencies.onRead(a);
-    dependencies.onComputed(result);
+    read(a);
+    dependencies.leave(outside);
     EXPECT_THAT(dependents(a), UnorderedElementsAre(dependencies.nodeOf(result), dependencies.nodeOf(b)));
 }
 

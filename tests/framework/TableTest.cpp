@@ -23,6 +23,21 @@ TEST(Key, HashesOfJoinedPartsFollowFromThoseOfTheParts)
     EXPECT_EQ(Key("AB").shift(), Key::base * Key::base);
 }
 
+// Whatever the length: they are worked out block by block.
+TEST(Key, HashesArePolynomialsOverTheCharacters)
+{
+    std::string text;
+    std::uint64_t hash = 0;
+    std::uint64_t shift = 1;
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_EQ(Key(text).hash(), hash) << text;
+        EXPECT_EQ(Key(text).shift(), shift) << text;
+        text += static_cast<char>('A' + i);
+        hash = hash * Key::base + static_cast<unsigned char>(text.back());
+        shift *= Key::base;
+    }
+}
+
 TEST(Table, PartsJoinAsTheyDoInTheStore)
 {
     Table<float> table;

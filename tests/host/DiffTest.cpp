@@ -182,7 +182,18 @@ TEST_F(DiffTest, AnEarlierResultIsAsGoodAsItsDesign)
     const Diff data = of(jsonText(other), wires("1000", "200"));
     EXPECT_EQ(part(data.total(), "wires", "data"), watts) << "what no input explains is the data's";
     expectToAddUp(data);
-    EXPECT_THROW(of(R"({"format": 1, "sides": [], "groups": []})", wires("1", "1")), Error);
+    const std::pair<const char*, const char*> bad[] = {
+        {R"({"format": 1, "sides": [], "groups": []})", "old.json: looks like a result"},
+        {R"({"format": 1, "sides": [{}], "name": "d", "groups": [{"block": "Signl", "name": "a", "count": 1}]})",
+         "old.json: there is no block Signl; did you mean Signal"}};
+    for (const auto& [result, words] : bad) {
+        try {
+            of(result, wires("1", "1"));
+            ADD_FAILURE() << result;
+        } catch (const Error& error) {
+            EXPECT_THAT(error.what(), HasSubstr(words));
+        }
+    }
 }
 
 TEST_F(DiffTest, LimitsOfGrowthGateARepository)

@@ -220,17 +220,12 @@ TEST(NetlistTest, MemoriesTakeTheFewestBlocks)
         int portWidth;
     };
     const Row rows[] = {
-        {512, 36, false, "BLKM18SDP", 1, 1, 36},
-        {512, 36, true, "BLKM36", 1, 1, 36},
-        {512, 72, false, "BLKM36SDP", 1, 1, 72},
-        {1024, 18, true, "BLKM18", 1, 1, 18},
-        {1024, 32, false, "BLKM36", 1, 1, 36},
-        {16384, 1, false, "BLKM18", 1, 1, 1},
+        {512, 36, false, "BLKM18SDP", 1, 1, 36},  {512, 36, true, "BLKM36", 1, 1, 36},
+        {512, 72, false, "BLKM36SDP", 1, 1, 72},  {1024, 18, true, "BLKM18", 1, 1, 18},
+        {1024, 32, false, "BLKM36", 1, 1, 36},    {16384, 1, false, "BLKM18", 1, 1, 1},
         {1024, 72, false, "BLKM36SDP", 2, 2, 72}, // two of 1024 x 36 are as many, and both active
-        {1024, 72, true, "BLKM36", 2, 1, 36},
-        {4096, 32, false, "BLKM36", 4, 4, 36},
-        {65536, 8, false, "BLKM36", 16, 16, 9},
-        {20000, 1, false, "BLKM36", 1, 1, 1},
+        {1024, 72, true, "BLKM36", 2, 1, 36},     {4096, 32, false, "BLKM36", 4, 4, 36},
+        {65536, 8, false, "BLKM36", 16, 16, 9},   {20000, 1, false, "BLKM36", 1, 1, 1},
     };
     for (const Row& row : rows) {
         const BlockMemories blocks = blockMemories(row.depth, row.width, row.both);

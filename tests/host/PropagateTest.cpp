@@ -213,6 +213,10 @@ TEST(PropagateTest, TheToolSetsTheRatesOfTheDesignsGroups)
                                       ZELM_SOURCE_DIR "/examples/first.json -o " + scratch.path("f.json"));
     EXPECT_THAT(other.out, HasSubstr("the design has no group \"t registers\""));
     EXPECT_THAT(scratch.run("propagate " + netlist).err, HasSubstr("--design"));
+    const std::string odd =
+        scratch.write("odd.json", R"({"groups": [{"block": "CleLogic", "name": "t registers", "inputs": [1]}]})");
+    EXPECT_THAT(scratch.run("propagate " + netlist + " --design " + odd).err,
+                HasSubstr("odd.json: the inputs of group \"t registers\" are [1], expected an object"));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "Tool.h"
 
 #include "host/base/Json.h"
+#include "host/blocks/Legal.h"
 #include "host/design/Include.h"
 #include "host/design/Place.h"
 #include "host/estimate/EditedDesign.h"
@@ -48,7 +49,41 @@ std::vector<Edit> editsOf(const Json& root)
     }
     if (root.contains("environment") && root["environment"].contains("ambientTemperature"))
         edits.push_back({"environment.ambientTemperature", root["environment"]["ambientTemperature"], 21.5});
+    if (root.contains("parameters")) {
+        for (const auto& [name, value] : root["parameters"].items())
+            edits.push_back({"parameters." + name, value, name == "hall" ? Json("41 C") : Json("240 MHz")});
+    }
+    if (root.contains("modes"))
+        edits.push_back({"modes[0].for", root["modes"][0]["for"], "3 s"});
     return edits;
+}
+
+// Modes that set all that a mode can: inputs and counts, which are edited, too, rails, parameters that the environment
+// depends on, and all inputs of a group.
+Json withModes(Json root)
+{
+    root["parameters"]["hall"] = "30 C";
+    root["environment"]["ambientTemperature"] = "= hall + 2 C";
+    const Json& groups = root.at("groups");
+    Json set{{"rails.VCCINT", 0.79}, {"parameters.hall", "25 C"}};
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        const std::string group = "groups[" + groups[i].value("name", groups[i].at("block")).get<std::string>() + "]";
+        if (i % 4 == 1)
+            set[group + ".count"] = 3;
+        if (i % 4 == 2)
+            set[group + ".inputs"] = groups[i].at("inputs");
+        for (const auto& [cell, value] : groups[i].at("inputs").items()) {
+            if (i % 4 == 0 && value.is_number_float())
+                set[group + ".inputs." + cell] = value.get<double>() * 0.5;
+        }
+    }
+    root["modes"] = {{{"name", "as it is"}, {"for", "1 s"}}, {{"name", "changed"}, {"for", "2 s"}, {"set", set}}};
+    return root;
+}
+
+Json exampleTree(const std::string& name, JsonSource& source)
+{
+    return readDesignTree(ZELM_SOURCE_DIR "/examples/" + name + ".json", source);
 }
 
 std::string reportOf(const Estimate& estimate)
@@ -67,13 +102,9 @@ std::string reportOrError(Estimated estimated)
     }
 }
 
-class EditedExample : public testing::TestWithParam<const char*> {};
-
 // To the last bit what a new estimate gives, whatever changed in whatever order.
-TEST_P(EditedExample, IsWhatANewEstimateGives)
+void editAtRandom(const Json& root, const JsonSource& source)
 {
-    JsonSource source;
-    const Json root = readDesignTree(std::string(ZELM_SOURCE_DIR "/examples/") + GetParam() + ".json", source);
     const std::vector<Edit> edits = editsOf(root);
     ASSERT_GT(edits.size(), 3u);
     std::vector<std::string> places;
@@ -101,9 +132,82 @@ TEST_P(EditedExample, IsWhatANewEstimateGives)
     }
 }
 
+class EditedExample : public testing::TestWithParam<const char*> {};
+
+TEST_P(EditedExample, IsWhatANewEstimateGives)
+{
+    JsonSource source;
+    const Json root = exampleTree(GetParam(), source);
+    editAtRandom(root, source);
+}
+
+TEST_P(EditedExample, WithModesIsWhatANewEstimateGives)
+{
+    JsonSource source;
+    const Json root = withModes(exampleTree(GetParam(), source));
+    editAtRandom(root, source);
+}
+
 INSTANTIATE_TEST_SUITE_P(All, EditedExample,
                          testing::Values("first", "controller", "gateway", "network", "radio", "vision"),
                          [](const auto& example) { return std::string(example.param); });
+
+constexpr const char* kModes =
+    R"({"device": {"part": "zq4410"}, "environment": {"ambientTemperature": 40, "thetaJA": 1},
+    "modes": [{"name": "half", "for": 1, "set": {"groups[0].inputs.NUM_BRAMS": 20}}, {"name": "all", "for": 1}],
+    "groups": [{"block": "Bram", "count": 2, "inputs": {"NUM_BRAMS": 40}},
+               {"block": "Signal", "inputs": {"SIGNAL_COUNT": 1000, "CLOCK_FREQ": 300}}]})";
+
+// Whoever keeps an estimate has the design that it is of.
+TEST(EditedDesign, LeavesTheModesOfCopiesAlone)
+{
+    JsonSource source{"d.json", {}};
+    EditedDesign edited(parseJson(kModes, source), source, {"groups[0].count"}, Gaps::refused);
+    edited.set(0, 2);
+    const auto countInMode = [](const Estimate& estimate) {
+        return estimate.design.modes.at(0).design->groups.at(0).count;
+    };
+    const Estimate first = edited.estimate();
+    edited.set(0, 3);
+    const Estimate second = edited.estimate();
+    edited.set(0, 4);
+    EXPECT_EQ(countInMode(edited.estimate()), 4);
+    EXPECT_EQ(countInMode(second), 3);
+    EXPECT_EQ(countInMode(first), 2);
+}
+
+// What is wrong is told as of a design that is read for the first time: of a mode too, which then is mended with it.
+TEST(EditedDesign, TellsOfAModeThatAnEditBreaks)
+{
+    JsonSource source{"d.json", {}};
+    Json root = parseJson(kModes, source);
+    root["modes"][0]["set"] = {{"parameters.depth", "40 MHz"}};
+    root["parameters"]["depth"] = 40;
+    const std::string place = "groups[0].inputs.NUM_BRAMS";
+    EditedDesign edited(root, source, {place}, Gaps::refused);
+    for (const Json& value : {Json(40), Json("= depth"), Json(30)}) {
+        edited.set(0, value);
+        placeAt(root, place) = value;
+        EXPECT_EQ(reportOrError([&] { return edited.estimate(); }),
+                  reportOrError([&] { return estimate(readDesign(root, source)); }))
+            << value;
+    }
+}
+
+TEST(EditedDesign, FollowsWhereAModeReplacesAGroup)
+{
+    JsonSource source{"d.json", {}};
+    Json root = parseJson(kModes, source);
+    root["modes"][0]["set"] = {{"groups[0]", {{"block", "DspInt8"}, {"name", "others"}, {"inputs", Json::object()}}},
+                               {"groups[Signal].inputs.TOGGLE_RATE", 0.3}};
+    EditedDesign edited(root, source, {"groups[0].count", "environment.ambientTemperature"}, Gaps::refused);
+    edited.set(1, 40);
+    for (const int count : {2, 3, 4}) {
+        edited.set(0, count);
+        root["groups"][0]["count"] = count;
+        EXPECT_EQ(reportOf(edited.estimate()), reportOf(estimate(readDesign(root, source)))) << count;
+    }
+}
 
 TEST(RunningDesign, AfterAnErrorAChangeMendsIt)
 {
@@ -147,9 +251,7 @@ void load(const std::string& directory)
 // Neither a design at work nor what estimates share goes on with data that are no longer there.
 TEST(RunningDesign, DataThatAreLoadedAnewCount)
 {
-    const Design design =
-        parseDesign("d.json", R"({"device": {"part": "zq4410"}, "environment": {"ambientTemperature": 40,
-        "thetaJA": 1}, "groups": [{"block": "Bram", "inputs": {"NUM_BRAMS": 8}}]})");
+    const Design design = parseDesign("d.json", kModes);
     RunningDesign running(design);
     const std::string before = reportOf(running.estimate());
     const Scratch scratch;
@@ -166,6 +268,28 @@ TEST(RunningDesign, DataThatAreLoadedAnewCount)
     load(shippedDataDirectory());
     EXPECT_EQ(reportOf(running.estimate()), before);
     EXPECT_EQ(reportOf(estimate(design)), before);
+}
+
+// Nor do the words that designs are held against.
+TEST(LegalWords, AreKeysOfTheDataThatAreLoaded)
+{
+    const Block& statics = block("Static");
+    const auto isGrade = [&](const std::string& word) {
+        return !whyIllegal(statics, statics.cell("SPEED_GRADE"), word);
+    };
+    EXPECT_TRUE(isGrade("3"));
+    EXPECT_FALSE(isGrade("9"));
+    const Scratch scratch;
+    const std::string other = scratch.copyData();
+    const std::string file = Scratch::dataFile(other, "Static");
+    const std::string text = Scratch::read(file);
+    std::ofstream(file) << std::regex_replace(text, std::regex("SPEED_3"), "SPEED_9");
+    load(other);
+    EXPECT_FALSE(isGrade("3"));
+    EXPECT_TRUE(isGrade("9"));
+    load(shippedDataDirectory());
+    EXPECT_TRUE(isGrade("3"));
+    EXPECT_FALSE(isGrade("9"));
 }
 
 } // namespace

@@ -17,10 +17,22 @@ FRAME = r"""<!doctype html><title>frame</title><iframe src="report.html" style="
 const frame = document.querySelector('iframe');
 frame.onload = () => setTimeout(() => {
   const page = frame.contentDocument, view = frame.contentWindow;
+  // Every number that can be asked opens its explanation: a button, so by keyboard too.
+  const dialog = page.getElementById('why'), asked = {};
+  for (const button of page.querySelectorAll('button.why')) {
+    if (button.tabIndex !== 0) throw new Error('the keyboard does not reach ' + button.textContent);
+    button.click();
+    if (!dialog.open) throw new Error('nothing opens for ' + button.textContent);
+    const name = page.getElementById('why-h').textContent;
+    (asked[name.slice(0, name.lastIndexOf(' = '))] ||= []).push([button.textContent, page.getElementById('why-tree').textContent.slice(0, 4000)]);
+    dialog.close();
+  }
+  if (page.querySelector('summary + *') === null || page.querySelectorAll('.lines > details[open]').length) throw new Error('a number in a line opens the line');
   document.getElementById('asked').textContent = JSON.stringify({
     pageWidth: page.documentElement.scrollWidth,
     fetched: view.performance.getEntriesByType('resource').map(entry => entry.name).filter(name => !name.startsWith('data:')),
     text: page.body.innerText,
+    explained: asked,
     html: page.body.outerHTML.replace(/<script[^]*?<\/script>/g, ''),
   });
 }, 500);
@@ -168,6 +180,31 @@ def check_numbers(shown, asked, expected):
     return len(rows)
 
 
+def check_explanations(asked, expected):
+    """Every number of totals, rails and groups has its explanation."""
+    told = asked["explained"]
+    for side in expected["sides"]:
+        at = "@" + side["process"] if side["process"] else ""
+        settles = side.get("thermal", {"converged": True})["converged"]
+        wanted = ["total" + at] + (["static" + at, "junction" + at] if at and settles else [])
+        wanted += [f"rail:{rail['rail']}{at}" for rail in side["rails"] if rail["totalAmperes"]]
+        for name in wanted:
+            assert name in told, f"{name} isn't explained"
+        if settles and side["totalWatts"]:
+            (shown, tree), *_ = told["total" + at]
+            assert shown == si(side["totalWatts"], "W") and "power on the chip" in tree, (shown, tree)
+    for group in expected["groups"]:
+        if group["onlyCarries"]:
+            continue
+        (shown, tree), *_ = told["group:" + group["name"]]
+        assert shown == si(group["watts"], "W"), f"{group['name']}: {shown}"
+        for output in group["outputs"]:
+            assert not output["watts"] or f"group:{group['name']}.{output['cell']} in W = " in tree, f"{group['name']}: {tree}"
+            assert not output["amperes"] or f"group:{group['name']}.{output['cell']} in A" in told, output
+        if any(output["watts"] for output in group["outputs"]):
+            assert any(f"group:{group['name']}.{i['cell']}" in told for i in group["inputs"]), group["name"]
+
+
 def check_supplies(shown, expected):
     sides = expected["sides"]
     heading, *rows = shown.tables["Supplies"]
@@ -210,6 +247,7 @@ def check(zelm, chromium, design):
     shown.feed(asked["html"])
     check_page(shown, asked)
     rails = check_numbers(shown, asked, expected)
+    check_explanations(asked, expected)
     if "supplies" in expected["sides"][0]:
         check_supplies(shown, expected)
     if "period" in expected:

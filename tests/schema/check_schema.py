@@ -90,7 +90,7 @@ output = json.loads(subprocess.run([sys.argv[1], "schema", "--output"], check=Tr
 jsonschema.Draft202012Validator.check_schema(output)
 
 
-def check_output(name, *arguments):
+def check_output(name, *arguments, maybe=()):
     printed = json.loads(subprocess.run([sys.argv[1], *arguments, "--json"], check=True, capture_output=True).stdout)
     one = jsonschema.Draft202012Validator({"$defs": output["$defs"], "$ref": "#/$defs/" + name})
     problems = [f"{'/'.join(map(str, e.path))}: {e.message[:200]}" for e in one.iter_errors(printed)]
@@ -98,7 +98,7 @@ def check_output(name, *arguments):
     assert printed["format"] == 1 and jsonschema.Draft202012Validator(output).is_valid(printed), arguments
     for field in printed:
         without = {key: value for key, value in printed.items() if key != field}
-        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty", "period", "value"), f"{name}: {field} may be missing"
+        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty", "period", "value", *maybe), f"{name}: {field} may be missing"
     assert not one.is_valid({**printed, "format": 2}), f"{name}: another format is accepted"
     assert not one.is_valid({**printed, "another": 1}), f"{name}: another field is accepted"
 
@@ -122,6 +122,8 @@ with tempfile.TemporaryDirectory() as folder:
     check_output("importActivity", "import", "activity", dump, "--design", design)
 for block in subprocess.run([sys.argv[1], "blocks"], check=True, capture_output=True, text=True).stdout.split("\n")[2:-1]:
     check_output("cells", "cells", block.split()[0])
+for what in ("total", "junction", "rail:VCCINT", "static@MAX"):
+    check_output("explain", "explain", sys.argv[2], what, "--depth", "4", maybe=("quantity", "formula", "origin", "cut"))
 check_output("calc", "calc", "Bram", "--bits")
 for name in ("blocks", "parts", "standards"):
     check_output(name, name)
