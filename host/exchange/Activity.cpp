@@ -560,13 +560,9 @@ private:
             high += input.signals[i].starts_with('!') ? sum.known - sum.high : sum.high;
         }
         constexpr double megahertz = 1e6;
-        double value = std::nan("");
-        if (kind == ActivityKind::share)
-            value = high / all.known;
-        else if (kind == ActivityKind::signalRate)
-            value = all.toggles / all.bits / m_seconds / megahertz;
-        else
-            value = all.toggles / (all.bits * activity.cycles);
+        double value = kind == ActivityKind::share        ? high / all.known
+                       : kind == ActivityKind::signalRate ? all.toggles / all.bits / m_seconds / megahertz
+                                                          : all.toggles / (all.bits * activity.cycles);
         if (kind == ActivityKind::accessToggles)
             value /= shareSet(group, activity, accessShareOf(input.cell));
         if (std::isfinite(value))

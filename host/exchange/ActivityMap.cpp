@@ -113,13 +113,14 @@ std::map<std::string, MappedGroup> readActivityMap(const std::string& file, cons
     for (const Group& group : design.groups)
         names.push_back(group.name);
     std::map<std::string, MappedGroup> map;
-    for (const auto& [name, value] : root.items()) {
+    for (const auto& entry : root.items()) {
+        const std::string& name = entry.key();
         const auto group =
             std::find_if(design.groups.begin(), design.groups.end(), [&](const Group& g) { return g.name == name; });
         if (group == design.groups.end())
             where.field(name).fail(
                 fmt::format("the design has no group {}{}", abbreviated(name), suggestion(name, names)));
-        map[name] = mappedGroup(value, where.field(name), *group);
+        map[name] = mappedGroup(entry.value(), where.field(name), *group);
     }
     return map;
 }

@@ -49,7 +49,7 @@ std::string ScopeTree::path(std::uint32_t scope) const
 {
     std::string text;
     for (; scope != 0; scope = m_scopes[scope].parent)
-        text = m_scopes[scope].name + (text.empty() ? "" : ".") + text;
+        text.insert(0, m_scopes[scope].name + (text.empty() ? "" : "."));
     return text;
 }
 

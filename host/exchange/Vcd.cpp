@@ -116,8 +116,8 @@ constexpr std::array<std::uint8_t, 256> bitTable()
     table.fill(kNoBit);
     table['0'] = table['l'] = table['L'] = kBitKnown;
     table['1'] = table['h'] = table['H'] = kBitKnown | kBitHigh;
-    for (const char unknown : {'x', 'X', 'z', 'Z', 'u', 'U', 'w', 'W', '-'})
-        table[static_cast<std::size_t>(unknown)] = 0;
+    for (const char unknown : std::string_view("xXzZuUwW-"))
+        table[static_cast<unsigned char>(unknown)] = 0;
     return table;
 }
 constexpr std::array<std::uint8_t, 256> kBits = bitTable();
