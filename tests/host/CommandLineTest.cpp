@@ -197,10 +197,29 @@ TEST(CommandLine, MistakesAreToldWithTheToolsNameAndTheNearestWord)
 TEST(CommandLine, EveryHelpEndsWithAnExampleAndTheExitCodes)
 {
     const Scratch scratch;
-    for (const std::string command :
-         {"", "estimate", "sweep", "import", "import netlist", "import activity", "import table", "export",
-          "export groups", "propagate", "diff", "solve", "fit", "sensitivity", "explain", "blocks", "cells", "calc",
-          "parts", "standards", "schema", "check-data", "docs"}) {
+    for (const std::string command : {"",
+                                      "estimate",
+                                      "sweep",
+                                      "import",
+                                      "import netlist",
+                                      "import activity",
+                                      "import table",
+                                      "export",
+                                      "export groups",
+                                      "propagate",
+                                      "diff",
+                                      "solve",
+                                      "fit",
+                                      "sensitivity",
+                                      "explain",
+                                      "blocks",
+                                      "cells",
+                                      "calc",
+                                      "parts",
+                                      "standards",
+                                      "schema",
+                                      "check-data",
+                                      "docs"}) {
         const ToolRun result = scratch.run(command + " --help");
         EXPECT_EQ(result.code, 0) << command;
         EXPECT_THAT(result.err, IsEmpty()) << command;
