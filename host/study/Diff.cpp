@@ -387,7 +387,9 @@ std::vector<DiffGroup> groupsThatDiffer(const Design& old, const Design& now, co
 // Gives groups that were renamed their new names.
 void nameAsNow(Diff& diff, const std::map<std::string, std::string>& oldNames, const Estimate& after)
 {
-    for (const auto& [now, before] : oldNames) {
+    for (const auto& renamed : oldNames) {
+        const std::string& now = renamed.first;
+        const std::string& before = renamed.second;
         for (DiffQuantity& quantity : diff.quantities) {
             if (quantity.quantity.of == before && quantity.quantity.kind == NamedQuantity::Kind::group)
                 quantity.quantity.of = now;

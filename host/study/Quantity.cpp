@@ -55,7 +55,7 @@ std::string takeProcess(std::string& rest, const std::string& text, const Estima
                           findGroup(estimate, std::string_view(rest).substr(kGroup.size())) != nullptr;
     if (at == std::string::npos || isGroups)
         return estimate.side().process;
-    const std::string process = rest.substr(at + 1);
+    std::string process = rest.substr(at + 1);
     std::vector<std::string> known;
     for (const Side& side : estimate.sides)
         known.push_back(side.process);
@@ -188,7 +188,7 @@ NamedQuantity namedQuantity(const std::string& text, const Estimate& estimate)
     } else if (rest.starts_with(kRail)) {
         quantity.kind = Kind::rail;
         quantity.of = rest.substr(kRail.size());
-        const std::vector<std::string> known = railNames();
+        const std::vector<std::string>& known = railNames();
         if (std::find(known.begin(), known.end(), quantity.of) == known.end() && !estimate.side().rail(quantity.of))
             failQuantity(
                 text, fmt::format("there is no rail {}{}", abbreviated(quantity.of), suggestion(quantity.of, known)));
