@@ -143,6 +143,8 @@ public:
             return;
         m_known.clear();
         m_results.clear();
+        m_nodes.clear();
+        m_scaled.clear();
         m_voltageWarnings.reset();
         m_powerUpAmperes.clear();
         if (!m_instance || !haveSameCells(settings, m_settings))
@@ -193,6 +195,38 @@ public:
         return m_results[static_cast<float>(junction)] = std::move(results);
     }
 
+    // What the two tell if the data are off, by the table.
+    double watts(double junction, const DataFactors& factors)
+    {
+        const Between between = around(junction);
+        const double leakage = factors.ofLeakage(m_process, junction);
+        const std::vector<double>& ofRails = factors.ofRails();
+        double apart = 0.0;
+        double leaking = 0.0;
+        for (std::size_t i = 0; i < m_cells.rails.size(); ++i) {
+            if (std::isnan(ofRails[i]))
+                leaking += between.value(&Node::watts, i);
+            else
+                apart += ofRails[i] * between.value(&Node::watts, i);
+        }
+        return leakage * leaking + apart;
+    }
+    const std::vector<RailResult>& railsAt(double junction, const DataFactors& factors)
+    {
+        const Between between = around(junction);
+        const double leakage = factors.ofLeakage(m_process, junction);
+        const std::vector<double>& ofRails = factors.ofRails();
+        if (m_scaled.empty())
+            m_scaled = resultsAt(kTableStep * std::floor(junction / kTableStep)).rails;
+        for (std::size_t i = 0; i < m_scaled.size(); ++i) {
+            RailResult& rail = m_scaled[i];
+            rail.staticAmperes =
+                (std::isnan(ofRails[i]) ? leakage : ofRails[i]) * between.value(&Node::amperes, i);
+            rail.staticWatts = rail.volts * rail.staticAmperes;
+        }
+        return m_scaled;
+    }
+
     // Of each rail. The temperature doesn't matter.
     const std::vector<double>& powerUpAmperes()
     {
@@ -222,6 +256,51 @@ public:
     }
 
 private:
+    static constexpr double kTableStep = 0.5; // degrees
+
+    // What the formulas say at a temperature of the table, by rail.
+    struct Node {
+        std::vector<double> amperes;
+        std::vector<double> watts; // 0 for what another rail holds
+    };
+
+    // Lagrange's polynomial through two nodes on either side.
+    struct Between {
+        std::array<const Node*, 4> nodes;
+        std::array<double, 4> weights;
+
+        double value(std::vector<double> Node::*amounts, std::size_t rail) const
+        {
+            double sum = 0.0;
+            for (std::size_t i = 0; i < nodes.size(); ++i)
+                sum += weights[i] * (nodes[i]->*amounts)[rail];
+            return sum;
+        }
+    };
+
+    Between around(double junction)
+    {
+        const double place = junction / kTableStep;
+        const int index = static_cast<int>(std::floor(place));
+        const double t = place - index;
+        return {{&node(index - 1), &node(index), &node(index + 1), &node(index + 2)},
+                {-t * (t - 1.0) * (t - 2.0) / 6.0, (t + 1.0) * (t - 1.0) * (t - 2.0) / 2.0,
+                 -(t + 1.0) * t * (t - 2.0) / 2.0, (t + 1.0) * t * (t - 1.0) / 6.0}};
+    }
+
+    const Node& node(int index)
+    {
+        const auto [known, isNew] = m_nodes.try_emplace(index);
+        if (isNew) {
+            evaluate(kTableStep * index, m_cells.ofResults);
+            for (const RailResult& rail : rails()) {
+                known->second.amperes.push_back(rail.staticAmperes);
+                known->second.watts.push_back(rail.inside.empty() ? rail.staticWatts : 0.0);
+            }
+        }
+        return known->second;
+    }
+
     void evaluate(double junction, std::span<const CellRef> wanted)
     {
         m_instance->set(m_cells.junction, static_cast<float>(junction));
@@ -302,6 +381,8 @@ private:
     std::vector<std::pair<const float*, const float*>> m_terms; // volts and amperes whose products make the watts
     std::unordered_map<float, double> m_known;                  // static watts by junction temperature
     std::unordered_map<float, Results> m_results;               // the same
+    std::unordered_map<int, Node> m_nodes;                      // by temperature over the table's step
+    std::vector<RailResult> m_scaled;
     std::optional<std::vector<std::string>> m_voltageWarnings;
     std::vector<double> m_powerUpAmperes;
 };
@@ -439,12 +520,16 @@ void StaticPower::take(const Design& design, const ResolvedDevice& device, const
 
 PowerCurve StaticPower::curve(const std::string& process)
 {
-    return [model = m_models.at(process).get()](double junction) { return model->watts(junction); };
+    StaticModel* model = m_models.at(process).get();
+    if (m_factors)
+        return [model, factors = m_factors](double junction) { return model->watts(junction, *factors); };
+    return [model](double junction) { return model->watts(junction); };
 }
 
 const std::vector<RailResult>& StaticPower::rails(const std::string& process, double junction)
 {
-    return m_models.at(process)->resultsAt(junction).rails;
+    StaticModel& model = *m_models.at(process);
+    return m_factors ? model.railsAt(junction, *m_factors) : model.resultsAt(junction).rails;
 }
 
 std::vector<double> StaticPower::powerUpAmperes()
@@ -461,9 +546,18 @@ std::vector<double> StaticPower::powerUpAmperes()
 
 PowerCurve StaticPower::totalOf(const Estimate& estimate, const std::string& process)
 {
-    return [watts = estimate.dynamicWatts, model = m_models.at(process).get()](double junction) {
-        return watts + model->watts(junction);
+    return [watts = estimate.dynamicWatts, ofStatic = curve(process)](double junction) {
+        return watts + ofStatic(junction);
     };
+}
+
+// Without subsystems, which no study looks at.
+void StaticPower::fill(Side& side, StaticModel& model) const
+{
+    if (!m_factors)
+        return model.fill(side);
+    side.staticWatts = model.watts(side.junction, *m_factors);
+    side.rails = model.railsAt(side.junction, *m_factors);
 }
 
 void StaticPower::addTo(Estimate& estimate)
@@ -473,7 +567,7 @@ void StaticPower::addTo(Estimate& estimate)
         Side side;
         side.process = process;
         findJunction(side, estimate.design.environment, totalOf(estimate, process));
-        model.fill(side);
+        fill(side, model);
         if (!side.settles())
             forgetAmounts(side);
         warn(side, estimate.warnings);

@@ -246,6 +246,7 @@ Json estimateOutput()
          {"warnings", listOf(text())},
          {"dataFiles", listOf(object({{"name", text()}, {"sha256", text()}}))}},
         {{"part", text()},
+         {"remarks", listOf(text())},
          {"ambientTemperature", amount()},
          {"staticUncertainty", uncertainties()},
          {"period", object({{"seconds", amount()}, {"modes", listOf(mode())}, {"sides", listOf(periodSide())}})}});
