@@ -195,33 +195,48 @@ public:
         return m_results[static_cast<float>(junction)] = std::move(results);
     }
 
+    // Which rails' currents are no leakage. The table is made for them.
+    void beOffBy(const DataFactors& factors)
+    {
+        std::vector<std::size_t> apart;
+        for (std::size_t i = 0; i < factors.ofRails().size(); ++i) {
+            if (!std::isnan(factors.ofRails()[i]))
+                apart.push_back(i);
+        }
+        if (apart != m_apart)
+            m_nodes.clear();
+        m_apart = std::move(apart);
+    }
+
     // What the two tell if the data are off, by the table.
     double watts(double junction, const DataFactors& factors)
     {
         const Between between = around(junction);
-        const double leakage = factors.ofLeakage(m_process, junction);
-        const std::vector<double>& ofRails = factors.ofRails();
+        double sum = 0.0;
         double apart = 0.0;
-        double leaking = 0.0;
-        for (std::size_t i = 0; i < m_cells.rails.size(); ++i) {
-            if (std::isnan(ofRails[i]))
-                leaking += between.value(&Node::watts, i);
-            else
-                apart += ofRails[i] * between.value(&Node::watts, i);
+        for (std::size_t i = 0; i < between.nodes.size(); ++i) {
+            sum += between.weights[i] * between.nodes[i]->leakage;
+            for (const auto& [rail, watts] : between.nodes[i]->apart)
+                apart += between.weights[i] * factors.ofRails()[rail] * watts;
         }
-        return leakage * leaking + apart;
+        return factors.ofLeakage(m_process, junction) * sum + apart;
     }
     const std::vector<RailResult>& railsAt(double junction, const DataFactors& factors)
     {
         const Between between = around(junction);
         const double leakage = factors.ofLeakage(m_process, junction);
-        const std::vector<double>& ofRails = factors.ofRails();
         if (m_scaled.empty())
             m_scaled = resultsAt(kTableStep * std::floor(junction / kTableStep)).rails;
         for (std::size_t i = 0; i < m_scaled.size(); ++i) {
             RailResult& rail = m_scaled[i];
-            rail.staticAmperes =
-                (std::isnan(ofRails[i]) ? leakage : ofRails[i]) * between.value(&Node::amperes, i);
+            if (rail.staticAmperes == 0.0)
+                continue; // at any temperature
+            const double own = factors.ofRails()[i];
+            rail.staticAmperes = std::isnan(own) ? leakage : own;
+            double amperes = 0.0;
+            for (std::size_t k = 0; k < between.nodes.size(); ++k)
+                amperes += between.weights[k] * between.nodes[k]->amperes[i];
+            rail.staticAmperes *= amperes;
             rail.staticWatts = rail.volts * rail.staticAmperes;
         }
         return m_scaled;
@@ -261,21 +276,14 @@ private:
     // What the formulas say at a temperature of the table, by rail.
     struct Node {
         std::vector<double> amperes;
-        std::vector<double> watts; // 0 for what another rail holds
+        double leakage = 0.0;                              // watts of all rails but those apart
+        std::vector<std::pair<std::size_t, double>> apart; // rails and their watts
     };
 
     // Lagrange's polynomial through two nodes on either side.
     struct Between {
         std::array<const Node*, 4> nodes;
         std::array<double, 4> weights;
-
-        double value(std::vector<double> Node::*amounts, std::size_t rail) const
-        {
-            double sum = 0.0;
-            for (std::size_t i = 0; i < nodes.size(); ++i)
-                sum += weights[i] * (nodes[i]->*amounts)[rail];
-            return sum;
-        }
     };
 
     Between around(double junction)
@@ -291,14 +299,21 @@ private:
     const Node& node(int index)
     {
         const auto [known, isNew] = m_nodes.try_emplace(index);
-        if (isNew) {
-            evaluate(kTableStep * index, m_cells.ofResults);
-            for (const RailResult& rail : rails()) {
-                known->second.amperes.push_back(rail.staticAmperes);
-                known->second.watts.push_back(rail.inside.empty() ? rail.staticWatts : 0.0);
-            }
+        Node& node = known->second;
+        if (!isNew)
+            return node;
+        evaluate(kTableStep * index, m_cells.ofResults);
+        const std::vector<RailResult> now = rails();
+        for (std::size_t i = 0; i < now.size(); ++i) {
+            node.amperes.push_back(now[i].staticAmperes);
+            if (!now[i].inside.empty() || now[i].staticWatts == 0.0)
+                continue; // what another rail holds counts there
+            if (std::find(m_apart.begin(), m_apart.end(), i) == m_apart.end())
+                node.leakage += now[i].staticWatts;
+            else
+                node.apart.emplace_back(i, now[i].staticWatts);
         }
-        return known->second;
+        return node;
     }
 
     void evaluate(double junction, std::span<const CellRef> wanted)
@@ -382,6 +397,7 @@ private:
     std::unordered_map<float, double> m_known;                  // static watts by junction temperature
     std::unordered_map<float, Results> m_results;               // the same
     std::unordered_map<int, Node> m_nodes;                      // by temperature over the table's step
+    std::vector<std::size_t> m_apart;                           // rails that the nodes hold apart
     std::vector<RailResult> m_scaled;
     std::optional<std::vector<std::string>> m_voltageWarnings;
     std::vector<double> m_powerUpAmperes;
@@ -564,6 +580,8 @@ void StaticPower::addTo(Estimate& estimate)
 {
     for (const std::string& process : m_processes) {
         StaticModel& model = *m_models.at(process);
+        if (m_factors)
+            model.beOffBy(*m_factors);
         Side side;
         side.process = process;
         findJunction(side, estimate.design.environment, totalOf(estimate, process));

@@ -29,7 +29,8 @@ namespace {
 
 constexpr std::size_t kPointsOfChunk = 32;          // whatever the number of threads
 constexpr std::size_t kFewestForIndices = 2000;     // below, the indices would be noise
-constexpr std::size_t kMostIndexPoints = 4096;
+constexpr std::size_t kFewestPairs = 512;
+constexpr std::size_t kMostPairs = 4096;
 constexpr std::size_t kFewestForError = 256;
 constexpr const char* kData = "data";
 
@@ -57,7 +58,8 @@ public:
                                     wish.dataUncertainty ? "the data tell no uncertainty" : "the data count as exact"));
         const Estimate centre = estimate(design, Curves::none, Gaps::refused);
         for (const NamedQuantity& quantity : quantitiesOf(centre)) {
-            if (quantity.kind != NamedQuantity::Kind::group)
+            const bool isIdle = quantity.kind == NamedQuantity::Kind::rail && valueOf(quantity, centre) == 0.0;
+            if (quantity.kind != NamedQuantity::Kind::group && !isIdle)
                 all.quantities.push_back({quantity, {}});
         }
         for (const BudgetResult& budget : centre.budgets) {
@@ -516,7 +518,7 @@ void addIndices(const PointsOfSample& work, Sample& all)
         paths.push_back(input.path);
     if (!all.data.empty())
         paths.emplace_back(kData);
-    const std::size_t pairs = std::bit_floor(std::min(all.points / 2, kMostIndexPoints));
+    const std::size_t pairs = std::bit_floor(std::clamp(all.points / 4, kFewestPairs, kMostPairs));
     Indices indices(paths.size());
     Progress progress("finding what makes the band", pairs, all.wish.barAfter);
     work.runPairs(pairs, [&](const std::vector<std::vector<double>>& chunk) {
