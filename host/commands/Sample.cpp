@@ -92,8 +92,9 @@ Action declareSample(Options& options)
         options.value("--points", "COUNT", "How many estimates; else 4096, or with --until-error at most 1048576"),
         options.value("--seed", "NUMBER", "Which draw: the same numbers for the same seed; else 1"),
         options.value("--method", "METHOD", "sobol (unless given), latin or random"),
-        options.value("--of", "QUANTITY", "Whose band is laid to the inputs: total (unless given), junction@MAX, "
-                                          "rail:VCCINT"),
+        options.value("--of", "QUANTITY",
+                      "Whose band is laid to the inputs: total (unless given), junction@MAX, "
+                      "rail:VCCINT"),
         options.value("--until-error", "SHARE", "End once the totals' quantiles are known this well: 1%"),
         options.flag("--no-data-uncertainty", "Take the data as exact"),
         options.count("--jobs", "How many points at once; else as many as there are processors")};

@@ -49,9 +49,9 @@ Value uncertainValue(const Block& block, const ZelmCellInfo& cell, const Json& v
 {
     using Kind = Distribution::Kind;
     const bool isWord = cell.type == ZelmCellInfo::Type::text;
-    Distribution all = isWord ? Fields::words(value, where)
-                              : Fields::distribution(value, where, rangeOf(cell),
-                                                     cell.type == ZelmCellInfo::Type::integer);
+    Distribution all =
+        isWord ? Fields::words(value, where)
+               : Fields::distribution(value, where, rangeOf(cell), cell.type == ZelmCellInfo::Type::integer);
     const auto check = [&](const std::string& field, const Distribution::Value& end) {
         if (const auto illegal = whyIllegal(block, cell, typedValue(cell, end)))
             where.field(field).fail(*illegal);

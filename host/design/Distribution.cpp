@@ -102,8 +102,9 @@ private:
     void readBetweenEnds(Distribution& result) const
     {
         allowOnly({"low", "mode", "high", "mean", "sd", "values", "weights"});
-        constexpr const char* form = "expected {\"low\", \"high\"}, {\"low\", \"mode\", \"high\"}, {\"mean\", \"sd\"} or "
-                                     "{\"values\", \"weights\"}";
+        constexpr const char* form =
+            "expected {\"low\", \"high\"}, {\"low\", \"mode\", \"high\"}, {\"mean\", \"sd\"} or "
+            "{\"values\", \"weights\"}";
         needed("low", form);
         needed("high", form);
         if (m_object->contains("weights"))
@@ -175,8 +176,8 @@ private:
         if (found == m_object->end())
             return;
         if (!found->is_array() || found->size() != result.values.size())
-            fail("weights", fmt::format("expected {} weights, one of each value, found {}", result.values.size(),
-                                        quoted(*found)));
+            fail("weights",
+                 fmt::format("expected {} weights, one of each value, found {}", result.values.size(), quoted(*found)));
         double sum = 0.0;
         for (std::size_t i = 0; i < found->size(); ++i) {
             const Json& weight = (*found)[i];

@@ -18,13 +18,13 @@ struct Distribution {
     using Value = std::variant<double, std::string>;
 
     Kind kind = Kind::uniform;
-    std::string unit; ///< in which the numbers count; empty for plain ones
+    std::string unit{};                                    ///< in which the numbers count; empty for plain ones
     double low = -std::numeric_limits<double>::infinity(); ///< the ends; a normal one is cut there
     double high = std::numeric_limits<double>::infinity();
-    double peak = 0.0; ///< mode or mean
-    double sd = 0.0;   ///< of a normal one before it is cut
-    std::vector<Value> values; ///< of a discrete one: numbers or words
-    std::vector<double> weights;
+    double peak = 0.0;           ///< mode or mean
+    double sd = 0.0;             ///< of a normal one before it is cut
+    std::vector<Value> values{}; ///< of a discrete one: numbers or words
+    std::vector<double> weights{};
     bool isWhole = false; ///< where only whole numbers go
 
     /// What counts where one value does: the middle, the mode, the mean or the heaviest.

@@ -53,11 +53,21 @@ std::string withValue(const Json& value, double number)
     return value.is_string() ? fmt::format("{} ({:.10g})", quoted(value), number) : quoted(value);
 }
 
+bool isWithin(double number, const Range& range)
+{
+    return number >= range.least && number <= range.most;
+}
+
+std::string outsideText(const std::string& value, const Range& range)
+{
+    return fmt::format("{} is outside {} to {} {}", value, range.least, range.most,
+                       range.words.empty() ? range.unit : range.words);
+}
+
 double within(const Json& value, double number, const Place& where, const Range& range)
 {
-    if (!(number >= range.least && number <= range.most))
-        where.fail(fmt::format("{} is outside {} to {} {}", withValue(value, number), range.least, range.most,
-                               range.words.empty() ? range.unit : range.words));
+    if (!isWithin(number, range))
+        where.fail(outsideText(withValue(value, number), range));
     return number;
 }
 
@@ -230,7 +240,8 @@ Distribution Fields::distribution(const Json& value, const Place& where, const R
             throw BadDistribution("values", fmt::format("expected numbers, found {}", quoted(value["values"])));
         all.isWhole = isWhole;
         checkNumbers(all, [&](const std::string& field, double number) {
-            within(number, number, where.field(field), range);
+            if (!isWithin(number, range))
+                throw BadDistribution(field, outsideText(fmt::format("{}", number), range));
             if (isWhole && all.kind != Distribution::Kind::normal && number != std::round(number))
                 throw BadDistribution(field, fmt::format("expected a whole number, found {}", number));
         });

@@ -17,7 +17,7 @@ namespace zelm::host {
 struct Reading {
     JsonSource source;
     Parameters parameters;
-    std::vector<std::string> warnings{};       ///< values that are legal but most likely a slip
+    std::vector<std::string> warnings{};         ///< values that are legal but most likely a slip
     std::vector<Uncertain>* uncertain = nullptr; ///< where to note those that are distributions, if they are asked for
 };
 

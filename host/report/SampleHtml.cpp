@@ -67,7 +67,8 @@ private:
     std::string bars() const
     {
         const std::vector<std::size_t>& counts = m_band->histogram;
-        const auto most = static_cast<double>(std::max<std::size_t>(1, *std::max_element(counts.begin(), counts.end())));
+        const auto most =
+            static_cast<double>(std::max<std::size_t>(1, *std::max_element(counts.begin(), counts.end())));
         std::string text;
         for (std::size_t i = 0; i < counts.size(); ++i) {
             const double top = y(0.9 * static_cast<double>(counts[i]) / most);
@@ -83,15 +84,15 @@ private:
     std::string curve() const
     {
         const std::vector<std::size_t>& counts = m_band->histogram;
-        const auto all =
-            static_cast<double>(std::accumulate(counts.begin(), counts.end(), m_band->lost));
+        const auto all = static_cast<double>(std::accumulate(counts.begin(), counts.end(), m_band->lost));
         std::string points = fmt::format("{:.1f},{:.1f}", x(m_band->least), y(0.0));
         double below = 0.0;
         for (std::size_t i = 0; i < counts.size(); ++i) {
             below += static_cast<double>(counts[i]);
             points += fmt::format(" {:.1f},{:.1f}", x(edge(i + 1)), y(below / all));
         }
-        return fmt::format("<polyline points=\"{}\" style=\"fill:none;stroke:var(--dynamic);stroke-width:2\"/>", points);
+        return fmt::format("<polyline points=\"{}\" style=\"fill:none;stroke:var(--dynamic);stroke-width:2\"/>",
+                           points);
     }
 
     std::string limitLine() const
@@ -110,8 +111,8 @@ private:
     std::string axis() const
     {
         const std::string_view unit = m_quantity->quantity.unit();
-        std::string text = fmt::format("<line x1=\"{0}\" y1=\"{2}\" x2=\"{1}\" y2=\"{2}\" style=\"stroke:var(--soft)\"/>",
-                                       kLeft, kRight, kBottom);
+        std::string text = fmt::format(
+            "<line x1=\"{0}\" y1=\"{2}\" x2=\"{1}\" y2=\"{2}\" style=\"stroke:var(--soft)\"/>", kLeft, kRight, kBottom);
         const std::pair<double, const char*> ends[] = {
             {m_least, "start"}, {std::midpoint(m_least, m_most), "middle"}, {m_most, "end"}};
         for (const auto& [value, anchor] : ends)
@@ -147,8 +148,7 @@ std::string drawings(const Sample& sample)
         if (kind != Kind::total && kind != Kind::junction)
             continue;
         const bool isDrawn = each.band.most > each.band.least;
-        const auto limit =
-            limitOfBudget(sample, kind == Kind::total ? "total power" : "junction temperature");
+        const auto limit = limitOfBudget(sample, kind == Kind::total ? "total power" : "junction temperature");
         text += fmt::format("<h3>{}</h3>\n<p>P5 {}, P50 {}, P95 {}</p>\n{}", htmlText(each.quantity.name()),
                             htmlText(amountText(each.band.p5, each.quantity.unit())),
                             htmlText(amountText(each.band.p50, each.quantity.unit())),
@@ -173,7 +173,8 @@ std::string bandsOfRails(const Sample& sample)
         const auto cell = [](double value) { return htmlText(amountText(value, "A")); };
         const std::string title = fmt::format("{} to {}", amountText(band.p5, "A"), amountText(band.p95, "A"));
         const bool isKnown = !std::isnan(band.p5 + band.p50 + band.p95);
-        const std::string bars = htmlBars({{band.p5, band.p50, "static"}, {band.p50, band.p95, "dynamic"}}, 0.0, most, title);
+        const std::string bars =
+            htmlBars({{band.p5, band.p50, "static"}, {band.p50, band.p95, "dynamic"}}, 0.0, most, title);
         rows.push_back({htmlText(each.quantity.name()), cell(band.p5), isKnown ? bars : "", cell(band.p50),
                         cell(band.p95), cell(band.mean), cell(band.sd)});
     }
@@ -185,9 +186,10 @@ std::string causes(const Sample& sample)
     std::vector<std::vector<std::string>> rows;
     for (const SampledIndex& index : sample.indices) {
         const std::string title = fmt::format("alone {:.3f}, with others {:.3f}", index.first, index.total);
-        rows.push_back({htmlText(index.path), fmt::format("{:.3f}", index.first),
-                        htmlBars({{0.0, index.first, "static"}, {index.first, index.total, "dynamic"}}, 0.0, 1.0, title),
-                        fmt::format("{:.3f}", index.total)});
+        rows.push_back(
+            {htmlText(index.path), fmt::format("{:.3f}", index.first),
+             htmlBars({{0.0, index.first, "static"}, {index.first, index.total, "dynamic"}}, 0.0, 1.0, title),
+             fmt::format("{:.3f}", index.total)});
     }
     for (const SampledIndex& index : sample.correlations)
         rows.push_back({htmlText(index.path), fmt::format("{:.3f}", index.first),
@@ -225,7 +227,8 @@ std::string sampleHtml(const Sample& sample)
     for (const Uncertain& input : sample.inputs)
         inputs.push_back({htmlText(input.path), htmlText(input.distribution.text())});
     for (const DataFactor& factor : sample.data)
-        inputs.push_back({htmlText("data:" + factor.name()), fmt::format("log-normal, {:g} %", 100.0 * factor.relative)});
+        inputs.push_back(
+            {htmlText("data:" + factor.name()), fmt::format("log-normal, {:g} %", 100.0 * factor.relative)});
     body += htmlSection("What was drawn", htmlTable("Distributions", {"<Value", "<Distribution"}, inputs));
     return htmlPage(sample.design + ": sample", htmlText(sampleLead(sample)), body);
 }

@@ -28,7 +28,9 @@ std::string quantitiesTable(const Sample& sample)
     for (const SampledQuantity& each : sample.quantities) {
         const std::string_view unit = each.quantity.unit();
         const Band& band = each.band;
-        const auto error = [&](double value) { return std::isnan(value) ? std::string("none") : amountText(value, unit); };
+        const auto error = [&](double value) {
+            return std::isnan(value) ? std::string("none") : amountText(value, unit);
+        };
         table.row({shown(each.quantity.name()), amount(band.p5, unit), amount(band.p50, unit), amount(band.p95, unit),
                    amount(band.mean, unit), error(band.sd), error(band.p5Error), error(band.p50Error),
                    error(band.p95Error)});
@@ -43,8 +45,8 @@ std::string budgetsTable(const Sample& sample, const Paint& paint)
         for (const SampledBudget::Side& side : budget.sides) {
             const bool isFirst = &side == &budget.sides.front();
             const std::string kept = percent(side.probabilityKept);
-            table.row({isFirst ? shown(budget.name) : "", isFirst ? amount(budget.limit, budget.unit) : "", side.process,
-                       amount(side.band.p5, budget.unit), amount(side.band.p50, budget.unit),
+            table.row({isFirst ? shown(budget.name) : "", isFirst ? amount(budget.limit, budget.unit) : "",
+                       side.process, amount(side.band.p5, budget.unit), amount(side.band.p50, budget.unit),
                        amount(side.band.p95, budget.unit), side.probabilityKept < 1.0 ? paint.bad(kept) : kept});
         }
     }

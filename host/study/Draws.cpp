@@ -60,7 +60,8 @@ class Draws::Sequence {
 public:
     explicit Sequence(std::size_t dimensions) : m_engine(dimensions), m_dimensions(dimensions) {}
 
-    // The engine leaves out the sequence's first point, the corner: with it, as many points as a power of two lie evenly.
+    // The engine leaves out the sequence's first point, the corner: with it, as many points as a power of two lie
+    // evenly.
     void point(std::size_t index, std::uint64_t seed, std::span<double> numbers)
     {
         if (index != m_next && index > 0)
@@ -98,8 +99,7 @@ void Draws::point(std::size_t index, std::span<double> numbers)
     if (m_sequence)
         return m_sequence->point(index, m_seed, numbers);
     for (std::size_t i = 0; i < numbers.size(); ++i)
-        numbers[i] =
-            m_method == SampleMethod::latin ? latin(index, i) : unitNumber(randomBits(m_seed, i, index));
+        numbers[i] = m_method == SampleMethod::latin ? latin(index, i) : unitNumber(randomBits(m_seed, i, index));
 }
 
 // Each of as many like stretches as there are points has one of them.

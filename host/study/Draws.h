@@ -10,8 +10,8 @@
 
 namespace zelm::host {
 
-/// Points in a cube of so many dimensions, each number between 0 and 1, neither of them. A point depends on the seed and
-/// its index alone, and its first numbers not on how many dimensions there are.
+/// Points in a cube of so many dimensions, each number between 0 and 1, neither of them. A point depends on the seed
+/// and its index alone, and its first numbers not on how many dimensions there are.
 class Draws {
 public:
     Draws(SampleMethod method, std::uint64_t seed, std::size_t points, std::size_t dimensions);

@@ -27,8 +27,8 @@ namespace zelm::host {
 
 namespace {
 
-constexpr std::size_t kPointsOfChunk = 32;          // whatever the number of threads
-constexpr std::size_t kFewestForIndices = 2000;     // below, the indices would be noise
+constexpr std::size_t kPointsOfChunk = 32;      // whatever the number of threads
+constexpr std::size_t kFewestForIndices = 2000; // below, the indices would be noise
 constexpr std::size_t kFewestPairs = 512;
 constexpr std::size_t kMostPairs = 4096;
 constexpr std::size_t kFewestForError = 256;
@@ -71,8 +71,8 @@ public:
         const auto isIt = [&](const SampledQuantity& each) { return each.quantity == all.of; };
         const auto found = std::find_if(all.quantities.begin(), all.quantities.end(), isIt);
         if (found == all.quantities.end())
-            throw Error(fmt::format("--of {}: only totals, the junction and rails are looked at here",
-                                    abbreviated(wish.of)));
+            throw Error(
+                fmt::format("--of {}: only totals, the junction and rails are looked at here", abbreviated(wish.of)));
         of = static_cast<std::size_t>(found - all.quantities.begin());
     }
 
@@ -95,9 +95,10 @@ private:
     {
         Json copy = root;
         if (!isDistribution(placeAt(copy, path)))
-            throw Error(fmt::format("{}: a value whose path has names with dots or brackets in it can't be drawn: let a "
-                                    "parameter be the distribution, and an expression take that",
-                                    source.at(path)));
+            throw Error(
+                fmt::format("{}: a value whose path has names with dots or brackets in it can't be drawn: let a "
+                            "parameter be the distribution, and an expression take that",
+                            source.at(path)));
     }
 };
 
@@ -115,7 +116,9 @@ BudgetPoint budgetPoint(const SampledBudget& plan, const Estimate& estimate)
     BudgetPoint point;
     const BudgetResult* budget = estimate.budget(plan.name);
     for (std::size_t i = 0; i < plan.sides.size(); ++i) {
-        point.actual.push_back(!budget ? std::nan("") : i == 0 ? budget->actual : budget->otherActual.value_or(std::nan("")));
+        point.actual.push_back(!budget  ? std::nan("")
+                               : i == 0 ? budget->actual
+                                        : budget->otherActual.value_or(std::nan("")));
         point.kept.push_back(budget && point.actual.back() <= budget->limit);
     }
     point.keptOnAll = budget && !budget->broken();
@@ -315,7 +318,8 @@ double rankCorrelation(const std::vector<double>& x, const std::vector<double>& 
 // The points of a small sample, by input. Runaways rank above all.
 class Ranked {
 public:
-    Ranked(const Sample& plan, std::size_t of) : m_plan(&plan), m_of(of), m_inputs(plan.inputs.size() + plan.data.size())
+    Ranked(const Sample& plan, std::size_t of)
+        : m_plan(&plan), m_of(of), m_inputs(plan.inputs.size() + plan.data.size())
     {
     }
 
@@ -338,9 +342,9 @@ public:
         std::vector<SampledIndex> rows;
         for (std::size_t i = 0; i < m_inputs.size(); ++i) {
             const std::size_t inputs = m_plan->inputs.size();
-            rows.push_back({i < inputs ? m_plan->inputs[i].path
-                                       : fmt::format("{}:{}", kData, m_plan->data[i - inputs].name()),
-                            rankCorrelation(m_inputs[i], m_result), 0.0});
+            rows.push_back(
+                {i < inputs ? m_plan->inputs[i].path : fmt::format("{}:{}", kData, m_plan->data[i - inputs].name()),
+                 rankCorrelation(m_inputs[i], m_result), 0.0});
         }
         std::stable_sort(rows.begin(), rows.end(), [](const SampledIndex& a, const SampledIndex& b) {
             return std::fabs(a.first) > std::fabs(b.first);
@@ -537,9 +541,8 @@ Sample Sampling::run(const Render& render, const Take& take)
 {
     const Plan& plan = *m_plan;
     const SampleWish& wish = plan.all.wish;
-    const PointsOfSample work(plan.all, [&plan] {
-        return DrawnDesign(plan.root, plan.source, plan.paths, plan.all, plan.factors);
-    });
+    const PointsOfSample work(
+        plan.all, [&plan] { return DrawnDesign(plan.root, plan.source, plan.paths, plan.all, plan.factors); });
     Sample result = plan.all;
     Bands bands(plan.all);
     Ranked ranked(plan.all, plan.of);

@@ -24,7 +24,7 @@ struct SampleWish {
     unsigned jobs = 1;
     std::optional<double> untilError; ///< of the totals' quantiles, relative; points are then the most
     bool dataUncertainty = true;
-    std::string of = "total"; ///< whose band is laid to the inputs
+    std::string of = "total";             ///< whose band is laid to the inputs
     std::chrono::milliseconds barAfter{}; ///< when a progress bar shows
 };
 

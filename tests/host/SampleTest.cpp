@@ -110,7 +110,8 @@ TEST_F(SampleTest, PlainEstimatesTakeTheCentreAndSaySo)
         const Estimate result = estimateOf(wires(distribution));
         EXPECT_EQ(result.dynamicWatts, estimateOf(wires(centre)).dynamicWatts) << distribution;
         EXPECT_THAT(result.warnings, IsEmpty()) << distribution;
-        EXPECT_THAT(textReport(result, false), HasSubstr("1 input is a distribution and counts with its")) << distribution;
+        EXPECT_THAT(textReport(result, false), HasSubstr("1 input is a distribution and counts with its"))
+            << distribution;
         EXPECT_THAT(jsonReport(result)["remarks"][0].get<std::string>(), HasSubstr("groups[wires].inputs.CLOCK_FREQ"));
     }
     EXPECT_FALSE(jsonReport(estimateOf(wires("200"))).contains("remarks"));
@@ -128,10 +129,10 @@ TEST_F(SampleTest, ParametersRailsEnvironmentAndWordsMayBeDistributions)
             "inputs": {{"NUM_BRAMS": {}, "MODE": {}, "PORT_A_CLOCK": "= f"}}}}]}})",
                            f, volts, ambient, theta, count, mode);
     };
-    const Estimate uncertain =
-        estimateOf(text(R"({"values": ["200 MHz", "300 MHz"], "weights": [1, 2]})", R"({"low": "0.79 V", "high": "0.81 V"})",
-                        R"({"mean": 40, "sd": 3})", R"({"low": 1, "mode": 1.5, "high": 4})",
-                        R"({"values": ["BLKM18", "BLKM36"], "weights": [1, 3]})", R"({"low": 10, "high": 21})"));
+    const Estimate uncertain = estimateOf(
+        text(R"({"values": ["200 MHz", "300 MHz"], "weights": [1, 2]})", R"({"low": "0.79 V", "high": "0.81 V"})",
+             R"({"mean": 40, "sd": 3})", R"({"low": 1, "mode": 1.5, "high": 4})",
+             R"({"values": ["BLKM18", "BLKM36"], "weights": [1, 3]})", R"({"low": 10, "high": 21})"));
     // The middle of 10 and 21 is no whole number: 15.5 rounds to 16.
     const Estimate plain = estimateOf(text("\"300 MHz\"", "0.8", "40", "1.5", "\"BLKM36\"", "16"));
     EXPECT_EQ(uncertain.sides[0].totalWatts, plain.sides[0].totalWatts);
@@ -175,8 +176,10 @@ TEST_F(SampleTest, BadDistributionsAreToldWithLineAndField)
 TEST_F(SampleTest, OtherPlacesTellBadDistributionsToo)
 {
     const std::pair<std::string, const char*> rows[] = {
-        {wires("= f", "0.1", "\"parameters\": {\n\"f\": {\"low\": 2, \"high\": 1}},"), "test.json:2: parameters.f.low: "},
-        {wires("1", "0.1", "\"rails\": {\"VCCINT\": {\"low\": 0.7, \"high\": 200}},"), "rails.VCCINT.high: 200 is outside"},
+        {wires("\"= f\"", "0.1", "\"parameters\": {\n\"f\": {\"low\": 2, \"high\": 1}},"),
+         "test.json:2: parameters.f.low: "},
+        {wires("1", "0.1", "\"rails\": {\"VCCINT\": {\"low\": 0.7, \"high\": 200}},"),
+         "rails.VCCINT.high: 200 is outside"},
         {wires("1", "0.1", R"("environment": {"junctionTemperature": {"mean": 2000, "sd": 5}},)"),
          "junctionTemperature.mean: 2000 is outside"},
         {wires("1", "0.1", R"("device": {"part": "zq4410", "process": {"values": ["TYP", "MAX"]}},)"),
@@ -209,10 +212,12 @@ TEST_F(SampleTest, OtherSubcommandsKnowDistributions)
     EXPECT_EQ(all.nominal, estimateOf(wires("200", "0.125")).dynamicWatts);
     const std::string other = m_scratch.write("o.json", wires(R"({"low": 150, "high": 250})", "0.2"));
     const ToolRun diff = m_scratch.run("diff " + file + " " + other);
-    EXPECT_THAT(diff.out, AllOf(HasSubstr("0.1 to 0.25, mode 0.125"), HasSubstr("100 to 300"), HasSubstr("150 to 250")));
+    EXPECT_THAT(diff.out,
+                AllOf(HasSubstr("0.1 to 0.25, mode 0.125"), HasSubstr("100 to 300"), HasSubstr("150 to 250")));
     EXPECT_EQ(m_scratch.run("diff " + file + " " + file).out.find("100 to 300"), std::string::npos);
-    EXPECT_THAT(m_scratch.run("solve " + file + " --vary 'groups[wires].inputs.CLOCK_FREQ=1:1000' --until 'dynamic <= " +
-                              fmt::format("{} W'", estimateOf(wires("400", "0.125")).dynamicWatts))
+    EXPECT_THAT(m_scratch
+                    .run("solve " + file + " --vary 'groups[wires].inputs.CLOCK_FREQ=1:1000' --until 'dynamic <= " +
+                         fmt::format("{} W'", estimateOf(wires("400", "0.125")).dynamicWatts))
                     .out,
                 HasSubstr("400"));
     ASSERT_EQ(m_scratch.run("format " + file + " -o " + m_scratch.path("f.json")).code, 0);
@@ -316,35 +321,36 @@ TEST_F(SampleTest, BandsAreThoseOfAPlainRandomSample)
 {
     const auto text = [](const std::string& clock, const std::string& toggles, const std::string& theta,
                          const std::string& memories) {
-        return fmt::format(R"({{"device": {{"part": "zq4410"}}, "environment": {{"ambientTemperature": 40, "thetaJA": {}}},
-            "budgets": {{"totalPower": 3.75}}, "groups": [{{"block": "Signal", "name": "wires", "inputs":
+        return fmt::format(
+            R"({{"device": {{"part": "zq4410"}}, "environment": {{"ambientTemperature": 40, "thetaJA": {}}},
+            "budgets": {{"totalPower": 3.7}}, "groups": [{{"block": "Signal", "name": "wires", "inputs":
             {{"SIGNAL_COUNT": 100000, "CLOCK_FREQ": {}, "TOGGLE_RATE": {}}}}}, {{"block": "Bram", "name": "b", "inputs":
             {{"NUM_BRAMS": {}}}}}]}})",
-                           theta, clock, toggles, memories);
+            theta, clock, toggles, memories);
     };
-    const Sample sample =
-        of(text(R"({"mean": 200, "sd": 40})", R"({"low": 0.05, "mode": 0.1, "high": 0.3})", R"({"low": 1, "high": 3})",
-                R"({"values": [64, 128], "weights": [1, 3]})"),
-           wish(1024));
+    const Sample sample = of(text(R"({"mean": 200, "sd": 40})", R"({"low": 0.05, "mode": 0.1, "high": 0.3})",
+                                  R"({"low": 0.5, "high": 1.5})", R"({"values": [64, 128], "weights": [1, 3]})"),
+                             wish(1024));
     std::mt19937_64 engine(12345);
     std::normal_distribution<double> clock(200.0, 40.0);
     const std::array<double, 3> ends{0.05, 0.1, 0.3};
     const std::array<double, 3> heights{0.0, 1.0, 0.0};
     std::piecewise_linear_distribution<double> toggles(ends.begin(), ends.end(), heights.begin());
-    std::uniform_real_distribution<double> theta(1.0, 3.0);
+    std::uniform_real_distribution<double> theta(0.5, 1.5);
     std::discrete_distribution<int> memories({1.0, 3.0});
     std::map<std::string, std::vector<double>> values;
     std::size_t kept = 0;
     constexpr std::size_t count = 1500;
     for (std::size_t i = 0; i < count; ++i) {
-        const Estimate result = estimateOf(text(fmt::format("{}", clock(engine)), fmt::format("{}", toggles(engine)),
-                                                fmt::format("{}", theta(engine)), memories(engine) == 0 ? "64" : "128"));
+        const Estimate result =
+            estimateOf(text(fmt::format("{}", clock(engine)), fmt::format("{}", toggles(engine)),
+                            fmt::format("{}", theta(engine)), memories(engine) == 0 ? "64" : "128"));
         for (const Side& side : result.sides) {
             values["total@" + side.process].push_back(side.totalWatts);
             values["junction@" + side.process].push_back(side.junction);
             values["rail:VCCINT@" + side.process].push_back(side.rail("VCCINT")->amperes());
         }
-        kept += result.sides[0].totalWatts <= 3.75 ? 1U : 0U;
+        kept += result.sides[0].totalWatts <= 3.7 ? 1U : 0U;
     }
     for (const auto& [quantity, all] : values) {
         const Band& own = band(sample, quantity);
@@ -371,8 +377,9 @@ TEST_F(SampleTest, ThePointsAreEstimatesOfTheirOwn)
                          "environment": {{"ambientTemperature": {}, "thetaJA": 2}},)",
                                  volts, ambient));
     };
-    const Sample sample = of(text(R"({"low": 100, "high": 300})", R"({"low": 0.78, "high": 0.82})", R"({"mean": 40, "sd": 5})"),
-                             wish(40), &points);
+    const Sample sample =
+        of(text(R"({"low": 100, "high": 300})", R"({"low": 0.78, "high": 0.82})", R"({"mean": 40, "sd": 5})"), wish(40),
+           &points);
     ASSERT_EQ(points.size(), 40u);
     std::map<std::string, std::size_t> order;
     for (std::size_t i = 0; i < sample.inputs.size(); ++i)
@@ -417,7 +424,8 @@ TEST_F(SampleTest, ABlocksFactorIsLogNormal)
 // Leakage moves with the model's factors, rails of bias each by its own, and nets by theirs; the junction follows.
 TEST_F(SampleTest, StaticPowerIsOffByItsOwnFactors)
 {
-    const std::string text = wires("200", "0.1", R"("device": {"part": "zq4410"}, "environment": {"junctionTemperature": 85},)");
+    const std::string text =
+        wires("200", "0.1", R"("device": {"part": "zq4410"}, "environment": {"junctionTemperature": 85},)");
     std::vector<SamplePoint> points;
     const Sample sample = of(text, wish(32, true), &points);
     const Estimate plain = estimateOf(text);
@@ -432,7 +440,8 @@ TEST_F(SampleTest, StaticPowerIsOffByItsOwnFactors)
             double expected = 0.0;
             for (const RailResult& rail : side.rails) {
                 const bool isApart = factor.contains("Static " + rail.name);
-                expected += rail.inside.empty() ? rail.staticWatts * (isApart ? of("Static " + rail.name) : leakage) : 0.0;
+                expected +=
+                    rail.inside.empty() ? rail.staticWatts * (isApart ? of("Static " + rail.name) : leakage) : 0.0;
             }
             EXPECT_NEAR(point.quantities[placeOf(sample, "static@" + side.process)], expected, 1e-6 * expected)
                 << side.process << " at point " << point.index;
@@ -441,13 +450,13 @@ TEST_F(SampleTest, StaticPowerIsOffByItsOwnFactors)
             EXPECT_NEAR(point.quantities[placeOf(sample, "rail:VCCINT@" + side.process)], core, 1e-6 * core);
         }
     }
-    const std::string warm =
-        wires("200", "0.1", R"("device": {"part": "zq4410"}, "environment": {"ambientTemperature": 30, "thetaJA": 2},)");
+    const std::string warm = wires(
+        "200", "0.1", R"("device": {"part": "zq4410"}, "environment": {"ambientTemperature": 30, "thetaJA": 1},)");
     points.clear();
     const Sample closed = of(warm, wish(32, true), &points);
     for (const SamplePoint& point : points)
         EXPECT_NEAR(point.quantities[placeOf(closed, "junction@MAX")],
-                    30.0 + 2.0 * point.quantities[placeOf(closed, "total@MAX")], 0.01)
+                    30.0 + point.quantities[placeOf(closed, "total@MAX")], 0.01)
             << "point " << point.index;
 }
 
@@ -463,8 +472,9 @@ TEST_F(SampleTest, IndicesOfALinearCaseAreTheSharesOfVariance)
                              wish(2048));
     ASSERT_EQ(sample.indices.size(), 3u);
     EXPECT_EQ(sample.indexEstimates, 512u * 5u);
-    const std::pair<const char*, double> expected[] = {
-        {"groups[a].inputs.CLOCK_FREQ", 0.8}, {"groups[b].inputs.CLOCK_FREQ", 0.2}, {"groups[c].inputs.CLOCK_FREQ", 0.0}};
+    const std::pair<const char*, double> expected[] = {{"groups[a].inputs.CLOCK_FREQ", 0.8},
+                                                       {"groups[b].inputs.CLOCK_FREQ", 0.2},
+                                                       {"groups[c].inputs.CLOCK_FREQ", 0.0}};
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(sample.indices[i].path, expected[i].first);
         EXPECT_NEAR(sample.indices[i].first, expected[i].second, 0.03) << expected[i].first;
