@@ -15,6 +15,8 @@ constexpr Command kCommands[] = {
     {"solve", "Find the value of an input at which a quantity crosses a limit",
      "zelm solve design.json --vary environment.thetaJA=0.2:3 --until 'junction@MAX <= 95 C'", declareSolve},
     {"fit", "Estimate a design on every part of the catalogue", "zelm fit design.json --temperature i", declareFit},
+    {"sample", "Estimate a design whose values are distributions: bands, and what makes them",
+     "zelm sample design.json --points 4096 --html bands.html", declareSample},
     {"sensitivity", "Move every input a little, and sort them by what that does",
      "zelm sensitivity design.json --of junction@MAX --html tornado.html", declareSensitivity},
     {"new", "Write a commented design to begin with", "zelm new --template vision -o design.json", declareNew},

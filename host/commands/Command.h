@@ -52,6 +52,7 @@ Action declareImportTable(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
 Action declarePropagate(Options& options);
+Action declareSample(Options& options);
 Action declareSchema(Options& options);
 Action declareSensitivity(Options& options);
 Action declareSolve(Options& options);

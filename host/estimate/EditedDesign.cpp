@@ -111,6 +111,7 @@ struct EditedDesign::Tree {
     std::set<std::size_t> groups{};
     bool all = true;
     std::optional<RunningDesign> running{};
+    const DataFactors* factors = nullptr;
 
     void readAll();
     void readChanges();
@@ -130,6 +131,7 @@ void EditedDesign::Tree::readAll()
         running->change(std::move(design));
     else
         running.emplace(std::move(design), Curves::none, gaps, scope);
+    running->scaleBy(factors);
     all = false;
 }
 
@@ -180,6 +182,13 @@ void EditedDesign::set(std::size_t place, const Json& value)
         m_tree->groups.insert(*again.group);
     else
         m_tree->all = true;
+}
+
+void EditedDesign::scaleBy(const DataFactors* factors)
+{
+    m_tree->factors = factors;
+    if (m_tree->running)
+        m_tree->running->scaleBy(factors);
 }
 
 const Estimate& EditedDesign::estimate()

@@ -21,6 +21,8 @@ public:
 
     /// Sets the value of the place of that index.
     void set(std::size_t place, const Json& value);
+    /// The data are off by these from now on; null: by nothing. To be said again when they change.
+    void scaleBy(const DataFactors* factors);
     const Estimate& estimate();
 
 private:
