@@ -25,12 +25,17 @@ bool writesOutput()
     return !g_ranks || g_ranks->isFirst();
 }
 
-void textsInOrder(std::size_t count, unsigned threads, const MakePieceWork& makeWork, const TakePiece& take)
+void bytesInOrder(std::size_t begin, std::size_t end, unsigned threads, const MakePieceWork& makeWork,
+                  const TakePiece& take)
 {
-    if (g_ranks)
-        g_ranks->inOrder(count, threads, makeWork, take);
-    else
-        inOrder<std::string>(count, threads, makeWork, take);
+    if (g_ranks) {
+        g_ranks->inOrder(begin, end, makeWork, take);
+        return;
+    }
+    const auto makeWorker = [&]() -> PieceWork {
+        return [begin, work = makeWork()](std::size_t index) { return work(begin + index); };
+    };
+    inOrder<std::string>(end - begin, threads, makeWorker, take);
 }
 
 } // namespace zelm::host

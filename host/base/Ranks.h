@@ -22,7 +22,8 @@ public:
     Ranks& operator=(const Ranks&) = delete;
 
     virtual bool isFirst() const = 0;
-    virtual void inOrder(std::size_t count, unsigned threads, const MakePieceWork& makeWork, const TakePiece& take) = 0;
+    /// Pieces from begin to before end.
+    virtual void inOrder(std::size_t begin, std::size_t end, const MakePieceWork& makeWork, const TakePiece& take) = 0;
 
     /// Null unless this process is one of several.
     static Ranks* here();
@@ -32,7 +33,9 @@ public:
 /// Whether this process prints and writes what a command comes to.
 bool writesOutput();
 
-/// inOrder() for texts, on the threads of this process or on all ranks.
-void textsInOrder(std::size_t count, unsigned threads, const MakePieceWork& makeWork, const TakePiece& take);
+/// inOrder() for pieces of bytes from begin to before end, on the threads of this process or on one of each rank, all
+/// of which call this alike; the begin and end of the first one count.
+void bytesInOrder(std::size_t begin, std::size_t end, unsigned threads, const MakePieceWork& makeWork,
+                  const TakePiece& take);
 
 } // namespace zelm::host

@@ -81,7 +81,7 @@ std::size_t streamPoints(const Sweep& sweep, const SweepWish& wish, const Run& r
         const Estimate first = sweep.first(how.gaps);
         if (how.columns.empty() && study.form != PointForm::csv)
             how.columns = usualColumns(first, sweep.variesProcess());
-        study.about = sweepIdentity(sweep, wish.variations, how, first);
+        study.about = std::make_shared<const Json>(sweepIdentity(sweep, wish.variations, how, first));
     }
     study.columns = sweepPointColumns(sweep, how);
     study.points = sweep.points();

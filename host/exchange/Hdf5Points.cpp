@@ -190,12 +190,15 @@ void Hdf5Points::File::create(const Json& about)
     for (const auto& [field, value] : about.items())
         addAttribute(file, field, value);
     std::set<std::string> used;
+    std::vector<std::string> order; // readers list data sets by the alphabet
     for (const PointColumn& column : columns) {
-        sets.push_back(createColumn(file, dataSetName(column, used), column, chunkRows));
+        order.push_back(dataSetName(column, used));
+        sets.push_back(createColumn(file, order.back(), column, chunkRows));
         addTexts(sets.back(), "name", {validUtf8(column.name)}, false);
         addTexts(sets.back(), "unit", {validUtf8(column.unit)}, false);
         addTexts(sets.back(), "kind", {column.isSetting ? "setting" : "quantity"}, false);
     }
+    addTexts(file, "dataSets", order, true);
 }
 
 // The rows that are held, column by column: a chunk, or the last ones.

@@ -33,7 +33,7 @@ private:
 class Hdf5PointFile final : public PointOutput {
 public:
     Hdf5PointFile(const std::string& file, const PointStudy& study)
-        : m_points(file, study.columns, study.points, study.about)
+        : m_points(file, study.columns, study.points, *study.about)
     {
     }
 
@@ -83,7 +83,7 @@ private:
 
 Json identityOf(const PointStudy& study)
 {
-    Json identity = study.about;
+    Json identity = *study.about;
     identity["form"] = study.form == PointForm::csv ? "csv" : study.form == PointForm::hdf5 ? "hdf5" : "jsonLines";
     return identity;
 }
@@ -92,8 +92,7 @@ Json identityOf(const PointStudy& study)
 class ResumedHdf5 final : public PointOutput {
 public:
     ResumedHdf5(const std::string& file, const PointStudy& study)
-        : m_name(file), m_study(study),
-          m_rows(refusedIfWhole(file), GrowingFile::logOf(file), identityOf(study))
+        : m_name(file), m_study(study), m_rows(refusedIfWhole(file), GrowingFile::logOf(file), identityOf(study))
     {
     }
 
@@ -113,7 +112,7 @@ public:
     {
         if (!isWhole)
             return;
-        Hdf5Points points(m_name, m_study.columns, m_study.points, m_study.about);
+        Hdf5Points points(m_name, m_study.columns, m_study.points, *m_study.about);
         std::ifstream rows(rowsOf(m_name), std::ios::binary);
         std::vector<char> some(std::size_t{1} << 20);
         while (rows.read(some.data(), static_cast<std::streamsize>(some.size())) || rows.gcount() > 0)

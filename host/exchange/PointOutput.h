@@ -40,7 +40,7 @@ struct PointStudy {
     PointForm form = PointForm::csv;
     PointColumns columns;
     std::size_t points = 0;
-    Json about;
+    std::shared_ptr<const Json> about;
 };
 
 std::unique_ptr<PointOutput> printedPoints(const std::function<void(std::string_view)>& print);

@@ -98,8 +98,8 @@ void addPoint(std::string& text, PointForm form, const PointColumns& columns, co
         break;
     case PointForm::jsonLines:
         for (std::size_t i = 0; i < row.size(); ++i)
-            text += fmt::format("{}{}: {}", i == 0 ? "{" : ", ", compactJson(Json(columns[i].heading())),
-                                jsonCell(row[i]));
+            text +=
+                fmt::format("{}{}: {}", i == 0 ? "{" : ", ", compactJson(Json(columns[i].heading())), jsonCell(row[i]));
         text += "}\n";
         break;
     case PointForm::hdf5:

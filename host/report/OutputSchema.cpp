@@ -273,8 +273,8 @@ Json sweepOutput()
                                {"sides", listOf(sweepSide)},
                                {"budgetsBroken", listOf(text())},
                                {"warnings", listOf(text())}});
-    const Json columns = object(
-        {{"settings", ofType("object")}, {"quantities", ofType("object")}, {"warnings", listOf(text())}});
+    const Json columns =
+        object({{"settings", ofType("object")}, {"quantities", ofType("object")}, {"warnings", listOf(text())}});
     const Json crossing = object({{"path", text()},
                                   {"unit", text()},
                                   {"value", amount()},

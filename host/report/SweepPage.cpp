@@ -16,12 +16,6 @@
 
 namespace zelm::host {
 
-namespace {
-
-// More of them say less than a map.
-constexpr std::size_t kFewLines = 6;
-constexpr std::size_t kMostMultiples = 24;
-
 // What is drawn over the points of a sweep, in their order.
 struct PageLine {
     std::string name;
@@ -37,6 +31,15 @@ struct PageChart {
     std::vector<PageLine> lines;
     std::vector<PageBudget> budgets{};
 };
+
+namespace {
+
+// More of them say less than a map.
+constexpr std::size_t kFewLines = 6;
+constexpr std::size_t kMostMultiples = 24;
+
+constexpr const char* kGrid = "<div style=\"display:grid;gap:14px;"
+                              "grid-template-columns:repeat(auto-fit,minmax(min(100%,340px),1fr))\">\n";
 
 bool sameValues(const std::vector<double>& a, const std::vector<double>& b)
 {
@@ -260,7 +263,8 @@ public:
             for (std::size_t i = 0; i < m_words.size(); i += every)
                 text += svgText(x(i), bottom + 14.0, "middle", m_words[i]);
         }
-        return text + svgText((kLeft + kWidth - kRight) / 2.0, bottom + 30.0, "middle", abbreviated(m_name, 60), "text");
+        return text +
+               svgText((kLeft + kWidth - kRight) / 2.0, bottom + 30.0, "middle", abbreviated(m_name, 60), "text");
     }
 
 private:
@@ -284,8 +288,8 @@ std::string polyline(const Axis& axis, const Span& range, const std::vector<doub
     std::string stretch;
     const auto end = [&] {
         if (!stretch.empty())
-            text += fmt::format("<polyline points=\"{}\" style=\"fill:none;stroke-linecap:round;{}\"/>\n", stretch,
-                                style);
+            text +=
+                fmt::format("<polyline points=\"{}\" style=\"fill:none;stroke-linecap:round;{}\"/>\n", stretch, style);
         stretch.clear();
     };
     for (std::size_t i = 0; i < axis.count(); ++i) {
@@ -301,7 +305,7 @@ std::string polyline(const Axis& axis, const Span& range, const std::vector<doub
 
 std::string grid(const Span& range)
 {
-    constexpr double most = 5.0;
+    constexpr double most = 7.0;
     std::string text;
     for (const double tick : ticksOf(range, most)) {
         const double y = yOf(range, tick);
@@ -333,20 +337,22 @@ std::string lineChart(const PageChart& chart, const Axis& axis, const Span& rang
         text += polyline(axis, range, chart.lines[i].values, begin,
                          fmt::format("stroke:var(--{});stroke-width:2;stroke-dasharray:{}", dash.color, dash.dashes));
     }
+    bool above = false; // in turn, as neighbours may lie close
     for (const SweepCrossing* crossing : crossings) {
         if (!crossing->value || !isOf(chart, *crossing))
             continue;
         const double x = axis.xOf(*crossing->value);
         const double y = yOf(range, crossing->limit);
         const bool isRight = x > kWidth / 2.0;
-        text += fmt::format("<circle cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"4\" style=\"fill:var(--page);stroke:var(--bad);"
-                            "stroke-width:2\"><title>{}</title></circle>\n",
-                            x, y, htmlText(fmt::format("{} {} at {:.6g}", crossing->budget, crossing->process,
-                                                       *crossing->value)));
-        text += svgText(isRight ? x - 7.0 : x + 7.0, y + 14.0, isRight ? "end" : "start",
-                        fmt::format("{:.4g}{}{}", *crossing->value, crossing->process.empty() ? "" : " ",
-                                    crossing->process),
-                        "text");
+        text += fmt::format(
+            "<circle cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"4\" style=\"fill:var(--page);stroke:var(--bad);"
+            "stroke-width:2\"><title>{}</title></circle>\n",
+            x, y, htmlText(fmt::format("{} {} at {:.6g}", crossing->budget, crossing->process, *crossing->value)));
+        text += svgText(
+            isRight ? x - 7.0 : x + 7.0, above ? y - 6.0 : y + 14.0, isRight ? "end" : "start",
+            fmt::format("{:.4g}{}{}", *crossing->value, crossing->process.empty() ? "" : " ", crossing->process),
+            "text");
+        above = !above;
     }
     return text + "</svg>\n";
 }
@@ -356,11 +362,11 @@ std::string keyOf(const PageChart& chart)
     std::string text;
     for (std::size_t i = 0; i < chart.lines.size(); ++i) {
         const Dash& dash = kDashes[i % kDashes.size()];
-        text += fmt::format("<li><svg width=\"26\" height=\"10\" aria-hidden=\"true\">{}</svg>{}</li>",
-                            svgLine(0.0, 5.0, 26.0, 5.0,
-                                    fmt::format("stroke:var(--{});stroke-width:2;stroke-dasharray:{}", dash.color,
-                                                dash.dashes)),
-                            htmlText(chart.lines[i].name.empty() ? chart.title : chart.lines[i].name));
+        text += fmt::format(
+            "<li><svg width=\"26\" height=\"10\" aria-hidden=\"true\">{}</svg>{}</li>",
+            svgLine(0.0, 5.0, 26.0, 5.0,
+                    fmt::format("stroke:var(--{});stroke-width:2;stroke-dasharray:{}", dash.color, dash.dashes)),
+            htmlText(chart.lines[i].name.empty() ? chart.title : chart.lines[i].name));
     }
     for (const PageBudget& budget : chart.budgets)
         text += fmt::format("<li><svg width=\"26\" height=\"10\" aria-hidden=\"true\">{}</svg>{}</li>",
@@ -375,9 +381,8 @@ std::string edges(const PageChart& chart, const PageLine& line, std::size_t rows
 {
     const auto keeps = [&](std::size_t row, std::size_t column) {
         const std::size_t point = row * columns + column;
-        return std::all_of(chart.budgets.begin(), chart.budgets.end(), [&](const PageBudget& budget) {
-            return line.values[point] <= budget.limits[point];
-        });
+        return std::all_of(chart.budgets.begin(), chart.budgets.end(),
+                           [&](const PageBudget& budget) { return line.values[point] <= budget.limits[point]; });
     };
     std::string path;
     for (std::size_t row = 0; row < rows; ++row) {
@@ -390,7 +395,8 @@ std::string edges(const PageChart& chart, const PageLine& line, std::size_t rows
                 path += fmt::format("M{:.1f} {:.1f}h{:.1f}", x, y, wide);
         }
     }
-    return path.empty() ? path : fmt::format("<path d=\"{}\" style=\"fill:none;stroke:var(--bad);stroke-width:2\"/>\n", path);
+    return path.empty() ? path
+                        : fmt::format("<path d=\"{}\" style=\"fill:none;stroke:var(--bad);stroke-width:2\"/>\n", path);
 }
 
 // A line's values over two variations, the first one upwards.
@@ -406,17 +412,17 @@ std::string heatMap(const PageChart& chart, const PageLine& line, const Variatio
         for (std::size_t column = 0; column < across.count; ++column) {
             const double value = line.values[row * across.count + column];
             constexpr double palest = 0.06;
-            const std::string fill =
-                std::isnan(value) ? std::string("fill:var(--soft)")
-                                  : fmt::format("fill:var(--static);fill-opacity:{:.3f}",
-                                                palest + (1.0 - palest) * range.share(value));
-            text += fmt::format("<rect x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" height=\"{:.2f}\" style=\"{}\"><title>"
-                                "{}</title></rect>\n",
-                                kLeft + wide * static_cast<double>(column),
-                                kTop + high * static_cast<double>(up.count - 1 - row), wide, high, fill,
-                                htmlText(fmt::format("{}, {}: {}", sweepWord(up.value(row)),
-                                                     sweepWord(across.value(column)),
-                                                     std::isnan(value) ? "runaway" : amountText(value, chart.unit))));
+            const std::string fill = std::isnan(value) ? std::string("fill:var(--soft)")
+                                                       : fmt::format("fill:var(--static);fill-opacity:{:.3f}",
+                                                                     palest + (1.0 - palest) * range.share(value));
+            text += fmt::format(
+                "<rect shape-rendering=\"crispEdges\" x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" height=\"{:.2f}\" "
+                "style=\"{}\"><title>"
+                "{}</title></rect>\n",
+                kLeft + wide * static_cast<double>(column), kTop + high * static_cast<double>(up.count - 1 - row), wide,
+                high, fill,
+                htmlText(fmt::format("{}, {}: {}", sweepWord(up.value(row)), sweepWord(across.value(column)),
+                                     std::isnan(value) ? "runaway" : amountText(value, chart.unit))));
         }
     }
     text += edges(chart, line, up.count, across.count, wide, high);
@@ -428,7 +434,8 @@ std::string heatMap(const PageChart& chart, const PageLine& line, const Variatio
     for (std::size_t column = 0; column < across.count; column += everyColumn)
         text += svgText(kLeft + wide * (static_cast<double>(column) + 0.5), kHeight - kBottom + 14.0, "middle",
                         abbreviated(sweepWord(across.value(column)), 12));
-    text += svgText((kLeft + kWidth - kRight) / 2.0, kHeight - 8.0, "middle", abbreviated(sweepName(across), 60), "text");
+    text +=
+        svgText((kLeft + kWidth - kRight) / 2.0, kHeight - 8.0, "middle", abbreviated(sweepName(across), 60), "text");
     return text + fmt::format("</svg>\n<p class=\"soft\">Up: {}. From {} (pale) to {} (full){}; grey: runaway.</p>\n",
                               htmlText(sweepName(up)), amountText(range.low, chart.unit),
                               amountText(range.high, chart.unit),
@@ -437,7 +444,9 @@ std::string heatMap(const PageChart& chart, const PageLine& line, const Variatio
 
 std::string figure(const std::string& caption, const std::string& body)
 {
-    return fmt::format("<figure><figcaption>{}</figcaption>\n{}</figure>\n", htmlText(caption), body);
+    const std::string head =
+        caption.empty() ? caption : fmt::format("<figcaption>{}</figcaption>\n", htmlText(caption));
+    return fmt::format("<figure>{}{}</figure>\n", head, body);
 }
 
 std::string crossingsTable(const Sweep& sweep, const SweepCrossings& crossings)
@@ -449,7 +458,8 @@ std::string crossingsTable(const Sweep& sweep, const SweepCrossings& crossings)
                         htmlText(crossingPlace(sweep, crossing)), htmlText(sweepOthers(sweep, crossing))});
     if (rows.empty())
         return "";
-    std::string text = htmlTable("Where budgets are crossed", {"<Budget", "<Side", "Limit", "<Kept", "<At", "<While"}, rows);
+    std::string text =
+        htmlTable("Where budgets are crossed", {"<Budget", "<Side", "Limit", "<Kept", "<At", "<While"}, rows);
     if (crossings.more() > 0)
         text += fmt::format("<p class=\"soft\">and at {} more places</p>\n", crossings.more());
     return htmlSection("Budgets", text);
@@ -475,53 +485,58 @@ void SweepPage::take(std::span<const SweepPoint> points)
     m_points.insert(m_points.end(), points.begin(), points.end());
 }
 
-std::string SweepPage::html() const
+// The points that differ by the last variation alone make a chart each.
+std::string SweepPage::lines(const PageChart& chart) const
 {
     const std::vector<Variation>& variations = m_sweep->variations();
     const Axis axis(variations.back());
-    const std::size_t multiples = m_points.size() / axis.count(); // an interrupt may leave a part
-    if (multiples == 0)
-        throw Error("--html: too few points for a page");
+    const Span range = rangeOf(chart);
+    std::string figures;
+    for (std::size_t begin = 0; begin + axis.count() <= m_points.size(); begin += axis.count()) {
+        const std::vector<Json>& values = m_points[begin].values;
+        std::vector<const SweepCrossing*> here;
+        for (const SweepCrossing& crossing : m_crossings.found()) {
+            if (crossing.variation + 1 == variations.size() &&
+                std::equal(values.begin(), values.end() - 1, crossing.values.begin()))
+                here.push_back(&crossing);
+        }
+        std::vector<std::string> words;
+        for (std::size_t i = 0; i + 1 < values.size(); ++i)
+            words.push_back(fmt::format("{} = {}", sweepName(variations[i]), sweepWord(values[i])));
+        figures += figure(fmt::format("{}", fmt::join(words, ", ")), lineChart(chart, axis, range, begin, here));
+    }
+    return figures;
+}
+
+std::string SweepPage::maps(const PageChart& chart) const
+{
+    const std::vector<Variation>& variations = m_sweep->variations();
+    std::string figures;
+    for (const PageLine& line : chart.lines)
+        figures += figure(fmt::format("{}{}{} [{}]", chart.title, line.name.empty() ? "" : " @", line.name, chart.unit),
+                          heatMap(chart, line, variations.front(), variations.back()));
+    return figures;
+}
+
+std::string SweepPage::html() const
+{
+    const std::vector<Variation>& variations = m_sweep->variations();
     std::vector<PageChart> charts = m_columns.empty() ? usualCharts(m_points) : columnCharts(m_columns, m_points);
     addBudgets(m_points, charts);
     const bool isMap = variations.size() == 2 && variations.front().count > kFewLines;
     std::string body;
     for (const PageChart& chart : charts) {
-        std::string figures;
-        for (const PageLine& line : chart.lines) {
-            if (isMap && multiples == variations.front().count)
-                figures += figure(fmt::format("{}{}{} [{}]", chart.title, line.name.empty() ? "" : " @", line.name,
-                                              chart.unit),
-                                  heatMap(chart, line, variations.front(), variations.back()));
-        }
-        const Span range = rangeOf(chart);
-        for (std::size_t i = 0; i < multiples && !isMap; ++i) {
-            const std::vector<Json>& values = m_points[i * axis.count()].values;
-            std::vector<const SweepCrossing*> here;
-            for (const SweepCrossing& crossing : m_crossings.found()) {
-                if (crossing.variation + 1 == variations.size() &&
-                    std::equal(values.begin(), values.end() - 1, crossing.values.begin()))
-                    here.push_back(&crossing);
-            }
-            std::vector<std::string> words;
-            for (std::size_t v = 0; v + 1 < values.size(); ++v)
-                words.push_back(fmt::format("{} = {}", sweepName(variations[v]), sweepWord(values[v])));
-            figures += figure(words.empty() ? fmt::format("{} [{}]", chart.title, chart.unit)
-                                            : fmt::format("{}", fmt::join(words, ", ")),
-                              lineChart(chart, axis, range, i * axis.count(), here));
-        }
+        const std::string figures = isMap ? maps(chart) : keyOf(chart) + kGrid + lines(chart) + "</div>\n";
         body += htmlSection(fmt::format("{} [{}]", chart.title, chart.unit),
-                            (isMap ? std::string() : keyOf(chart)) +
-                                fmt::format("<div style=\"display:grid;gap:14px;grid-template-columns:repeat(auto-fit,"
-                                            "minmax(min(100%,340px),1fr))\">\n{}</div>\n",
-                                            figures));
+                            isMap ? kGrid + figures + "</div>\n" : figures);
     }
     std::vector<std::string> names;
     for (const Variation& variation : variations)
         names.push_back(fmt::format("{} ({} values)", sweepName(variation), variation.count));
     const Json& design = m_sweep->design();
-    const std::string title = design.contains("name") && design["name"].is_string() ? design["name"].get<std::string>() : "Sweep";
-    return htmlPage(title, htmlText(fmt::format("{} points over {}.", m_points.size(), fmt::join(names, " and "))),
+    const auto name = design.find("name");
+    return htmlPage(name != design.end() && name->is_string() ? name->get<std::string>() : "Sweep",
+                    htmlText(fmt::format("{} points over {}.", m_points.size(), fmt::join(names, " and "))),
                     body + crossingsTable(*m_sweep, m_crossings));
 }
 

@@ -205,8 +205,7 @@ std::string crossingsText(const Sweep& sweep, const SweepCrossings& crossings)
             const SweepCrossing& crossing = crossings.found()[i];
             const std::string at = crossing.process.empty() ? "" : " @" + crossing.process;
             std::vector<std::string> row{shown(crossing.budget + at), amountText(crossing.limit, crossing.unit),
-                                         crossing.keptBelow ? "below" : "above",
-                                         shown(crossingPlace(sweep, crossing))};
+                                         crossing.keptBelow ? "below" : "above", shown(crossingPlace(sweep, crossing))};
             if (hasOthers)
                 row.push_back(shown(sweepOthers(sweep, crossing)));
             table.row(std::move(row));
@@ -350,7 +349,7 @@ std::size_t printSweep(const Sweep& sweep, const SweepRun& options, SweepFormat 
                        const std::function<void(std::span<const SweepPoint>)>& also)
 {
     if (format == SweepFormat::csv) {
-        PointStudy study{PointForm::csv, sweepPointColumns(sweep, options), sweep.points(), Json::object()};
+        const PointStudy study{PointForm::csv, sweepPointColumns(sweep, options), sweep.points(), nullptr};
         return streamSweep(sweep, options, study, printedPoints(print).get()).warned;
     }
     SweepRun withBudgets = options;

@@ -35,15 +35,21 @@ SweepEnd streamSweep(const Sweep& sweep, const SweepRun& options, const PointStu
 /// The most points that a page shows.
 inline constexpr std::size_t kMostPagePoints = 20'000;
 
+struct PageChart;
+
 /// A page with a chart of each quantity: lines for one variation, maps or small multiples for two.
 class SweepPage {
 public:
     /// An Error says what is too much for a page.
     SweepPage(const Sweep& sweep, const SweepRun& options);
     void take(std::span<const SweepPoint> points);
+    /// Of all points.
     std::string html() const;
 
 private:
+    std::string lines(const PageChart& chart) const;
+    std::string maps(const PageChart& chart) const;
+
     const Sweep* m_sweep;
     std::vector<SweepColumn> m_columns;
     std::vector<SweepPoint> m_points;

@@ -256,7 +256,7 @@ void Sweep::stream(const SweepRun& options, std::size_t firstChunk, const Render
     const auto makeWorker = [&]() -> PieceWork {
         // Shared, as what std::function holds has to be copied.
         return [&, design = std::make_shared<EditedDesign>(startedDesign(options.gaps))](std::size_t index) {
-            const std::size_t begin = (firstChunk + index) * size;
+            const std::size_t begin = index * size;
             std::uint64_t warned = 0;
             std::string text(sizeof warned, '\0'); // in front of the text
             for (std::size_t i = begin; i < std::min(begin + size, m_points); ++i) {
@@ -273,7 +273,7 @@ void Sweep::stream(const SweepRun& options, std::size_t firstChunk, const Render
     progress.step(std::min(firstChunk * size, m_points));
     SweepText chunk;
     chunk.chunk = firstChunk;
-    textsInOrder(firstChunk < chunks ? chunks - firstChunk : 0, options.jobs, makeWorker, [&](const std::string& text) {
+    bytesInOrder(std::min(firstChunk, chunks), chunks, options.jobs, makeWorker, [&](const std::string& text) {
         std::uint64_t warned = 0;
         std::memcpy(&warned, text.data(), sizeof warned);
         chunk.points = std::min(size, m_points - chunk.chunk * size);

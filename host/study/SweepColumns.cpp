@@ -44,10 +44,10 @@ SweepColumn budgetColumn(const std::string& text, const Estimate& estimate, bool
         std::vector<std::string> known;
         for (const BudgetResult& each : estimate.budgets)
             known.push_back(each.name);
-        throw Error(known.empty() ? fmt::format("{}: the design has no budgets", abbreviated(text))
-                                  : fmt::format("{}: there is no budget {}{}; there are {}", abbreviated(text),
-                                                abbreviated(column.budget), suggestion(column.budget, known),
-                                                orList(known)));
+        throw Error(known.empty()
+                        ? fmt::format("{}: the design has no budgets", abbreviated(text))
+                        : fmt::format("{}: there is no budget {}{}; there are {}", abbreviated(text),
+                                      abbreviated(column.budget), suggestion(column.budget, known), orList(known)));
     }
     column.ofOwnProcess = variesProcess && column.process.empty();
     column.name = text;
