@@ -1,4 +1,7 @@
 #include "host/commands/Tool.h"
+#ifdef ZELM_OVER_RANKS
+#include "host/ranks/MpiRanks.h"
+#endif
 
 namespace {
 
@@ -43,5 +46,9 @@ constexpr Command kCommands[] = {
 
 int main(int argc, char** argv)
 {
+#ifdef ZELM_OVER_RANKS
+    return runOnRanks(argc, argv, kCommands);
+#else
     return runTool(argc, argv, kCommands);
+#endif
 }
