@@ -126,7 +126,7 @@ private:
         const auto fail = [this](const std::string& why) {
             const std::string file = dataFileOf(m_dataName);
             const std::string path = dataPath(file);
-            throw Error(fmt::format("{}: a formula fails on its rows: {}", path.empty() ? file : path, why));
+            throw DataError(fmt::format("{}: a formula fails on its rows: {}", path.empty() ? file : path, why));
         };
         try {
             run();
@@ -200,16 +200,16 @@ void loadAndCheck(const DataFunctions& data)
     try {
         data.load();
     } catch (const libconfig::ParseException& error) {
-        throw Error(fmt::format("{}:{}: {}; expected settings of the form NAME = value; or NAME : {{ ... }};", path,
+        throw DataError(fmt::format("{}:{}: {}; expected settings of the form NAME = value; or NAME : {{ ... }};", path,
                                 error.getLine(), error.getError()));
     } catch (const libconfig::FileIOException&) {
-        throw Error(fmt::format("{}: cannot be read", path));
+        throw DataError(fmt::format("{}: cannot be read", path));
     } catch (const libconfig::ConfigException&) {
-        throw Error(fmt::format("{}: holds settings of a kind that tables can't have", path));
+        throw DataError(fmt::format("{}: holds settings of a kind that tables can't have", path));
     }
     for (const ZelmTableInfo& table : data.tables()) {
         if (data.isEmpty(table.group))
-            throw Error(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
+            throw DataError(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
                                     DataLines(file).where(std::string(table.group), ""), data.name, table.group,
                                     table.type == "std::string" ? "string" : table.type, table.keys));
     }

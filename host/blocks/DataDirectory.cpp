@@ -18,7 +18,7 @@ std::string chooseDataDirectory(const std::string& option)
             if (!directory.empty() && std::filesystem::is_directory(directory + "/powercfg", unexamined))
                 return;
         }
-        throw Error(fmt::format("{} {}: this directory has no powercfg folder (the data are in "
+        throw DataError(fmt::format("{} {}: this directory has no powercfg folder (the data are in "
                                 "powercfg/orvane/*.cfg below it)",
                                 name, directories));
     };
@@ -43,7 +43,7 @@ std::string chooseDataDirectory(const std::string& option)
         if (std::filesystem::is_directory(directory))
             return use(directory, directory == std::string_view(ZELM_SOURCE_DATADIR) ? "source tree" : "installed");
     }
-    throw Error(fmt::format("no data directory: there is no {}, {} or {}; give --datadir or set QTA_DATADIR", beside,
+    throw DataError(fmt::format("no data directory: there is no {}, {} or {}; give --datadir or set QTA_DATADIR", beside,
                             ZELM_INSTALLED_DATADIR, ZELM_SOURCE_DATADIR));
 }
 

@@ -188,6 +188,8 @@ SweepPoint Sweep::estimateAt(std::size_t index, EditedDesign& design) const
         SweepPoint point = pointOf(design.estimate(), variesProcess());
         point.values = std::move(values);
         return point;
+    } catch (const DataError&) {
+        throw; // whatever the point
     } catch (const Error& error) {
         for (std::size_t i = 0; i < values.size(); ++i)
             settings.push_back(fmt::format("{} = {}", m_variations[i].path, abbreviated(sweepWord(values[i]))));
