@@ -68,6 +68,11 @@ public:
         return m_cells.floats[cell.ordinal];
     }
 
+    CellSlots slots() override
+    {
+        return m_cells;
+    }
+
     void calculate() override
     {
         m_recalculation.reset();
@@ -93,16 +98,10 @@ public:
     }
 
 protected:
-    struct Cells {
-        int* ints;
-        float* floats;
-        std::string* strings;
-    };
-
     explicit UntypedInstance(std::string_view dataName) : m_dataName(dataName) {}
 
     /// Of the kind's parameter block, as soon as that stands.
-    void hold(Cells cells)
+    void hold(CellSlots cells)
     {
         m_cells = cells;
     }
@@ -151,7 +150,7 @@ private:
     }
 
     std::string_view m_dataName;
-    Cells m_cells{};
+    CellSlots m_cells{};
     std::unique_ptr<RecalculationOfCells> m_recalculation;
 };
 

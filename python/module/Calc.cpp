@@ -19,7 +19,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -47,6 +49,16 @@ Value unsetMark(const ZelmCellInfo& cell)
         break;
     }
     return std::string(unsetString);
+}
+
+void write(const host::CellSlots& slots, const ZelmCellInfo& cell, const Value& value)
+{
+    if (cell.type == Type::integer)
+        slots.ints[cell.ordinal] = std::get<int>(value);
+    else if (cell.type == Type::real)
+        slots.floats[cell.ordinal] = std::get<float>(value);
+    else
+        slots.strings[cell.ordinal] = std::get<std::string>(value);
 }
 
 // The element that an index stands for: a column of one holds for all.
@@ -89,7 +101,7 @@ public:
 
     /// What is doubtful about the values. An Error if one can't be one of the cell.
     virtual std::vector<std::string> doubts() const = 0;
-    virtual void set(host::Instance& instance, std::size_t index) const = 0;
+    virtual void set(const host::CellSlots& slots, std::size_t index) const = 0;
 
 protected:
     const ZelmCellInfo& cell() const
@@ -128,9 +140,9 @@ public:
         return all;
     }
 
-    void set(host::Instance& instance, std::size_t index) const override
+    void set(const host::CellSlots& slots, std::size_t index) const override
     {
-        instance.set(cell(), m_values[static_cast<std::size_t>(m_codes[index] + 1)]);
+        write(slots, cell(), m_values[static_cast<std::size_t>(m_codes[index] + 1)]);
     }
 
 private:
@@ -163,15 +175,18 @@ public:
         }
         std::vector<std::string> all;
         if (least <= greatest)
-            addDoubt(valueOf(least), all);
+            addDoubt(cellValue(least), all);
         if (least < greatest)
-            addDoubt(valueOf(greatest), all);
+            addDoubt(cellValue(greatest), all);
         return all;
     }
 
-    void set(host::Instance& instance, std::size_t index) const override
+    void set(const host::CellSlots& slots, std::size_t index) const override
     {
-        instance.set(cell(), valueOf(m_numbers[index]));
+        if constexpr (std::is_same_v<T, double>)
+            slots.ints[cell().ordinal] = cellValue(m_numbers[index]);
+        else
+            slots.floats[cell().ordinal] = cellValue(m_numbers[index]);
     }
 
 private:
@@ -183,7 +198,7 @@ private:
             return std::isfinite(number);
     }
 
-    static Value valueOf(T number)
+    static auto cellValue(T number)
     {
         if constexpr (std::is_same_v<T, double>)
             return std::isnan(number) ? unsetInt : static_cast<int>(number);
@@ -213,29 +228,35 @@ std::unique_ptr<Column> columnOf(const Block& block, const GivenInput& given)
 // A cell's values as they come, and where none came.
 class Wanted {
 public:
-    Wanted(const ZelmCellInfo& cell, const host::Instance& instance, std::size_t size) : m_cell(&cell), m_unset(size)
+    Wanted(const ZelmCellInfo& cell, const host::CellSlots& slots, std::size_t size) : m_type(cell.type), m_unset(size)
     {
         const auto count = static_cast<py::ssize_t>(size);
-        if (cell.type == Type::real) {
-            m_slot = &instance.slot(cell);
+        if (m_type == Type::real) {
+            m_float = slots.floats + cell.ordinal;
             m_reals = Array<float>(count);
             m_real = m_reals.mutable_data();
-        } else {
-            m_wholes = Array<std::int32_t>(count);
-            m_whole = m_wholes.mutable_data();
+            return;
         }
+        if (m_type == Type::integer)
+            m_int = slots.ints + cell.ordinal;
+        else
+            m_string = slots.strings + cell.ordinal;
+        m_wholes = Array<std::int32_t>(count);
+        m_whole = m_wholes.mutable_data();
     }
 
-    void take(const host::Instance& instance, std::size_t index)
+    void take(std::size_t index)
     {
         bool unset = false;
-        if (m_slot) {
-            unset = isUnset(*m_slot);
-            m_real[index] = unset ? std::numeric_limits<float>::quiet_NaN() : *m_slot;
+        if (m_type == Type::real) {
+            unset = isUnset(*m_float);
+            m_real[index] = unset ? std::numeric_limits<float>::quiet_NaN() : *m_float;
+        } else if (m_type == Type::integer) {
+            unset = isUnset(*m_int);
+            m_whole[index] = unset ? 0 : *m_int;
         } else {
-            const Value value = instance.get(*m_cell);
-            unset = value.index() == 0;
-            m_whole[index] = unset ? 0 : wholeOf(value);
+            unset = isUnset(std::string_view(*m_string));
+            m_whole[index] = unset ? 0 : codeOf(*m_string);
         }
         m_unset[index] = unset;
         m_someUnset = m_someUnset || unset;
@@ -250,25 +271,25 @@ public:
             std::copy(m_unset.begin(), m_unset.end(), mask.mutable_data());
             unset = std::move(mask);
         }
-        const bool isText = m_cell->type == Type::text;
-        return py::make_tuple(m_slot ? py::array(m_reals) : py::array(m_wholes), unset,
-                              isText ? py::object(py::cast(m_words)) : py::object(py::none()));
+        py::object words = py::none();
+        if (m_type == Type::text)
+            words = py::cast(m_words);
+        return py::make_tuple(m_type == Type::real ? py::array(m_reals) : py::array(m_wholes), unset, words);
     }
 
 private:
-    std::int32_t wholeOf(const Value& value)
+    std::int32_t codeOf(const std::string& word)
     {
-        if (const int* whole = std::get_if<int>(&value))
-            return *whole;
-        const auto& word = std::get<std::string>(value);
         const auto [place, isNew] = m_codes.try_emplace(word, static_cast<std::int32_t>(m_words.size()));
         if (isNew)
             m_words.push_back(word);
         return place->second;
     }
 
-    const ZelmCellInfo* m_cell;
-    const float* m_slot = nullptr; // of a float
+    Type m_type;
+    const float* m_float = nullptr; // where the cell stands: one of the three
+    const int* m_int = nullptr;
+    const std::string* m_string = nullptr;
     Array<float> m_reals;
     Array<std::int32_t> m_wholes;
     float* m_real = nullptr;
@@ -291,6 +312,7 @@ struct Reset {
 void calculateAll(host::Instance& instance, const std::vector<std::unique_ptr<Column>>& columns,
                   const std::vector<Reset>& resets, std::vector<Wanted>& wanted, std::size_t size)
 {
+    const host::CellSlots slots = instance.slots();
     constexpr std::size_t between = std::size_t{1} << 16; // looks at whether somebody wants to stop
     for (std::size_t i = 0; i < size; ++i) {
         if (i % between == between - 1) {
@@ -299,12 +321,12 @@ void calculateAll(host::Instance& instance, const std::vector<std::unique_ptr<Co
                 throw py::error_already_set();
         }
         for (const auto& column : columns)
-            column->set(instance, i);
+            column->set(slots, i);
         for (const Reset& reset : resets)
-            instance.set(*reset.cell, reset.unset);
+            write(slots, *reset.cell, reset.unset);
         instance.calculate();
         for (Wanted& cell : wanted)
-            cell.take(instance, i);
+            cell.take(i);
     }
 }
 
@@ -323,8 +345,9 @@ py::tuple calc(const std::string& name, const std::vector<GivenInput>& given, co
         std::erase_if(resets, [&](const Reset& reset) { return reset.cell->name == std::get<0>(one); });
     }
     std::vector<Wanted> wanted;
+    wanted.reserve(cells.size());
     for (const std::string& cell : cells)
-        wanted.emplace_back(block.cell(cell), *instance, size);
+        wanted.emplace_back(block.cell(cell), instance->slots(), size);
     std::vector<std::string> doubts;
     {
         const py::gil_scoped_release others;

@@ -144,7 +144,7 @@ def _coded(array: Any) -> tuple[Any, list[str]]:
         else:
             places[item] = len(words)
             words.append(item.decode() if isinstance(item, bytes) else str(item))
-    codes = numpy.fromiter((places[item] for item in items), numpy.int32, len(items))
+    codes = numpy.fromiter(map(places.__getitem__, items), numpy.int32, len(items))
     if masked is not None:
         codes[masked] = -1
     return codes.reshape(array.shape), words
