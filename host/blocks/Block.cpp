@@ -200,7 +200,7 @@ void loadAndCheck(const DataFunctions& data)
         data.load();
     } catch (const libconfig::ParseException& error) {
         throw DataError(fmt::format("{}:{}: {}; expected settings of the form NAME = value; or NAME : {{ ... }};", path,
-                                error.getLine(), error.getError()));
+                                    error.getLine(), error.getError()));
     } catch (const libconfig::FileIOException&) {
         throw DataError(fmt::format("{}: cannot be read", path));
     } catch (const libconfig::ConfigException&) {
@@ -209,8 +209,8 @@ void loadAndCheck(const DataFunctions& data)
     for (const ZelmTableInfo& table : data.tables()) {
         if (data.isEmpty(table.group))
             throw DataError(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
-                                    DataLines(file).where(std::string(table.group), ""), data.name, table.group,
-                                    table.type == "std::string" ? "string" : table.type, table.keys));
+                                        DataLines(file).where(std::string(table.group), ""), data.name, table.group,
+                                        table.type == "std::string" ? "string" : table.type, table.keys));
     }
 }
 

@@ -56,7 +56,7 @@ std::string dataPath(const std::string& file)
         return directory.empty() ? "" : directory + "/" + file;
     } catch (const std::exception&) { // the library's file system throws where it may not look
         throw DataError(fmt::format("{}: the data search list {} has a folder that can't be looked into", file,
-                                std::getenv("QTA_DATADIR")));
+                                    std::getenv("QTA_DATADIR")));
     }
 }
 
@@ -65,7 +65,7 @@ std::string loadablePath(const std::string& file)
     std::string path = dataPath(file);
     if (path.empty())
         throw DataError(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
-                                std::getenv("QTA_DATADIR")));
+                                    std::getenv("QTA_DATADIR")));
     const auto refuse = [](const std::string& which, const std::string& why) {
         if (!why.empty())
             throw DataError(fmt::format("{}: cannot be read: {}", which, why));

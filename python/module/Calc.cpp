@@ -167,9 +167,9 @@ public:
             if (std::isnan(number))
                 continue;
             if (!fits(number))
-                throw host::Error(fmt::format("{} takes a {}, not \"{}\"", cell().name,
-                                              cell().type == Type::integer ? "whole number of 32 bits" : "finite number",
-                                              number));
+                throw host::Error(
+                    fmt::format("{} takes a {}, not \"{}\"", cell().name,
+                                cell().type == Type::integer ? "whole number of 32 bits" : "finite number", number));
             least = std::min(least, number);
             greatest = std::max(greatest, number);
         }

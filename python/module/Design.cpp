@@ -217,13 +217,15 @@ void addDesign(py::module_& module)
         .def("set", &Design::set, py::arg("path"), py::arg("value"), "Puts JSON there.")
         .def("text", &Design::text, "The file's text with the edits.")
         .def("save", &Design::save, py::arg("file"), "Writes that text.")
-        .def("estimate", &Design::estimate, py::arg("keep_going"), "Estimates what the edits since the last time reach.")
+        .def("estimate", &Design::estimate, py::arg("keep_going"),
+             "Estimates what the edits since the last time reach.")
         .def("estimate_with_curves", &Design::estimateWithCurves, py::arg("keep_going"),
              "Estimates all of it, with each side's power over the junction's temperature.")
         .def("value", &Design::value, py::arg("quantity"), py::arg("keep_going"), "A quantity of that estimate.")
         .def_property_readonly("file", &Design::file, "The file's name.");
     module.def(
-        "read_file", [](const std::string& file) {
+        "read_file",
+        [](const std::string& file) {
             const py::gil_scoped_release others;
             return host::readFile(file);
         },

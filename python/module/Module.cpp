@@ -146,8 +146,7 @@ PYBIND11_MODULE(_zelm, module)
     py::register_exception_translator(translate);
     module.def("data_directory", dataDirectory, py::arg("path") = py::none(),
                "Chooses the data before they are first used; the data directory in use.");
-    module.def("set_packaged_data", setPackagedData, py::arg("path"),
-               "The data directory for those who choose none.");
+    module.def("set_packaged_data", setPackagedData, py::arg("path"), "The data directory for those who choose none.");
     module.def("run", run, py::arg("words"), py::arg("given"),
                "Runs a command of the tool, with texts that stand for files: its exit code, output and complaints.");
     module.def("main", runMain, py::arg("words"), "The tool itself: prints, and returns the exit code.");

@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import difflib
 import json
 import warnings
 from typing import Any, Iterable, Iterator, Mapping, NamedTuple, Sequence, Union
@@ -11,7 +10,9 @@ import numpy
 import numpy.typing
 
 from . import _zelm
-from ._errors import DesignError, InputWarning
+from ._errors import InputWarning
+
+_ma: Any = numpy.ma  # which tells no types
 
 Input = Union[None, int, float, str, Sequence[Any], "numpy.typing.NDArray[Any]"]
 """A number in the cell's unit, a text (a word, or a number with its unit: "250 MHz"), an array of those, or None."""
@@ -79,8 +80,7 @@ class Block:
     def cell(self, name: str) -> Cell:
         """A cell by its name."""
         if name not in self._by_name:
-            nearest = difflib.get_close_matches(name, self._by_name, 3)
-            raise DesignError(f"block {self.name} has no cell {name}", nearest)
+            _zelm.calc(self.name, [], [name], 0)  # whose error names the nearest
         return self._by_name[name]
 
     def calc(self, *, cells: str | Iterable[str] = "output", **inputs: Input) -> Cells:
@@ -122,7 +122,7 @@ class Block:
         else:
             number = numpy.float32 if known is not None and known.type == "float" else numpy.float64
             with numpy.errstate(over="ignore"):  # told as no finite number
-                array = numpy.ma.filled(array.astype(number), numpy.nan)
+                array = _ma.filled(array.astype(number), numpy.nan)
         if array.size != 1:
             array = numpy.broadcast_to(array, shape)
         return name, numpy.ascontiguousarray(array).reshape(-1), words
@@ -132,22 +132,23 @@ def _array(value: Input) -> Any:
     return value if isinstance(value, numpy.ndarray) else numpy.asarray(value)
 
 
+def _word(item: Any) -> str | None:
+    if item is None or item != item:
+        return None
+    return item.decode() if isinstance(item, bytes) else str(item)
+
+
 def _coded(array: Any) -> tuple[Any, list[str]]:
     """Texts, and what else is no plain number, as places in a list of words: -1 is unset."""
-    places: dict[Any, int] = {None: -1}
-    words: list[str] = []
-    masked = numpy.ma.getmaskarray(array).reshape(-1).tolist() if isinstance(array, numpy.ma.MaskedArray) else None
-    items = numpy.ma.getdata(array).reshape(-1).tolist()
-    for item in set(items):
-        if item is None or item != item:
-            places[item] = -1
-        else:
-            places[item] = len(words)
-            words.append(item.decode() if isinstance(item, bytes) else str(item))
-    codes = numpy.fromiter(map(places.__getitem__, items), numpy.int32, len(items))
-    if masked is not None:
-        codes[masked] = -1
-    return codes.reshape(array.shape), words
+    items = _ma.getdata(array).reshape(-1).tolist()
+    if array.dtype.kind != "U":
+        items = [_word(item) for item in items]
+    words = sorted({item for item in items if item is not None})
+    places: dict[str | None, int] = {None: -1, **{word: place for place, word in enumerate(words)}}
+    codes = numpy.fromiter(map(places.__getitem__, items), numpy.int32, len(items)).reshape(array.shape)
+    if isinstance(array, numpy.ma.MaskedArray):
+        codes[_ma.getmaskarray(array)] = -1
+    return codes, words
 
 
 def _cell(entry: Mapping[str, str]) -> Cell:
@@ -169,7 +170,7 @@ def _values(values: Any, unset: Any, words: list[str] | None, shape: tuple[int, 
         return values.reshape(shape)
     if words is not None:
         values[unset] = None
-    return numpy.ma.masked_array(values.reshape(shape), unset.reshape(shape))
+    return _ma.masked_array(values.reshape(shape), unset.reshape(shape))
 
 
 def block(name: str) -> Block:

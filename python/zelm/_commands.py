@@ -7,10 +7,10 @@ import os
 import signal
 import subprocess
 import sys
-from typing import Any, Iterable, Mapping, Sequence, Union
+from typing import Any, Mapping, NamedTuple, Sequence, Union
 
 from . import _zelm
-from ._design import Design, plain_json
+from ._design import Design, plain_json, without_lines
 from ._errors import DataError, DesignError, LimitError
 from ._result import Result
 
@@ -63,15 +63,33 @@ class Sensitivity(Result):
     _command = "sensitivity"
 
 
-def _text_for(design: AnyDesign, name: str) -> tuple[str, str | None]:
+class _File(NamedTuple):
     """The file that stands for a design, and its text if that isn't the file's own."""
+
+    name: str
+    text: str | None = None
+    is_dict: bool = False
+
+
+def _file_of(design: AnyDesign, name: str) -> _File:
     if isinstance(design, Design):
-        return design.path or name, design.text()
+        return _File(design.path or name, design.text(), design.path is None)
     if isinstance(design, Result):
-        return name, json.dumps(design.to_dict())
+        return _File(name, json.dumps(design.to_dict()), True)
     if isinstance(design, Mapping):
-        return name, plain_json(design)
-    return os.fspath(design), None
+        return _File(name, plain_json(design), True)
+    path = os.fspath(design)
+    return _File(path if path == "-" or not path.startswith("-") else os.path.join(".", path))
+
+
+def _files_of(designs: Sequence[AnyDesign], names: Sequence[str]) -> list[_File]:
+    files = [_file_of(design, name) for design, name in zip(designs, names)]
+    places = [os.path.abspath(file.name) for file in files]
+    for i, file in enumerate(files):
+        if file.text is not None and not file.is_dict and places.count(places[i]) > 1:  # two states of one file
+            folder, name = os.path.split(file.name)
+            files[i] = file._replace(name=os.path.join(folder, f"{names[i]} {name}"))
+    return files
 
 
 def _words(options: Mapping[str, Any]) -> list[str]:
@@ -87,19 +105,6 @@ def _words(options: Mapping[str, Any]) -> list[str]:
     return words
 
 
-def _run_here(words: list[str], given: list[tuple[str, str]]) -> tuple[int, str, list[str]]:
-    try:
-        return _zelm.run(words, given)
-    except (DesignError, DataError) as error:
-        raise type(error)(_without_line(str(error), given), error.nearest) from None
-
-
-def _without_line(message: str, given: Iterable[tuple[str, str]]) -> str:
-    for name, _ in given:
-        message = message.replace(f"{name}:1: ", f"{name}: ")  # a dict has no lines
-    return message
-
-
 def _run_apart(words: list[str], given: list[tuple[str, str]]) -> tuple[int, str, list[str]]:
     """The same in another process, which loads other data than this one may have."""
     asked = json.dumps({"words": words, "given": given, "data": _zelm.data_directory()})
@@ -109,26 +114,27 @@ def _run_apart(words: list[str], given: list[tuple[str, str]]) -> tuple[int, str
     said = json.loads(answer.stdout)
     if "error" in said:
         kind = DataError if said["kind"] == "DataError" else DesignError
-        raise kind(_without_line(said["error"], given), said["nearest"])
+        raise kind(said["error"], said["nearest"])
     return said["code"], said["out"], said["complaints"]
 
 
 def _command(kind: type[Any], designs: Sequence[AnyDesign], arguments: Sequence[str], options: Mapping[str, Any],
              apart: bool = False) -> Any:
     """Runs the command of a kind of result."""
-    names = ["old", "new"] if len(designs) > 1 else ["design"]
-    files = [_text_for(design, name) for design, name in zip(designs, names)]
-    given = [(file, text) for file, text in files if text is not None]
-    if len(given) > 1 and given[0][0] == given[1][0]:  # two states of one file
-        files[0] = given[0] = ("old " + given[0][0], given[0][1])
-    words = [kind._command, "--json", *_words(options), "--", *(file for file, _ in files), *arguments]
-    code, out, complaints = (_run_apart if apart else _run_here)(words, given)
+    files = _files_of(designs, ["old", "new"] if len(designs) > 1 else ["design"])
+    given = [(file.name, file.text) for file in files if file.text is not None]
+    dicts = [file.name for file in files if file.is_dict]
+    words = [kind._command, "--json", *_words(options), *(file.name for file in files), *arguments]
+    try:
+        code, out, complaints = _run_apart(words, given) if apart else _zelm.run(words, given)
+    except (DesignError, DataError) as error:
+        raise type(error)(without_lines(str(error), dicts), error.nearest) from None
     if code >= 128:  # a signal cut it short
         signal.raise_signal(signal.Signals(code - 128))
         raise KeyboardInterrupt
-    result = kind(lambda: out)
+    result = kind(lambda: without_lines(out, dicts))
     if code == 1:
-        warned = [line.removeprefix("warning: ") for line in complaints]
+        warned = [without_lines(line, dicts).removeprefix("warning: ") for line in complaints]
         raise LimitError("\n".join(warned) or "there are warnings", result)
     return result
 

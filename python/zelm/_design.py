@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import json
 import os
-from typing import TYPE_CHECKING, Any, Mapping
+from typing import TYPE_CHECKING, Any, Iterable, Mapping
 
 from . import _zelm
 from ._errors import DataError, DesignError
@@ -16,6 +16,13 @@ if TYPE_CHECKING:
 def plain_json(value: Any) -> str:
     """A value as JSON; numpy's numbers and arrays are such values, too."""
     return json.dumps(value, default=lambda other: other.tolist())
+
+
+def without_lines(text: str, names: Iterable[str]) -> str:
+    """What is said of designs of these names, which are dicts and have no lines."""
+    for name in names:
+        text = text.replace(f"{name}:1: ", f"{name}: ")
+    return text
 
 
 class Design:
@@ -32,7 +39,7 @@ class Design:
             try:
                 self._design = _zelm.Design("design", plain_json(design))
             except (DesignError, DataError) as error:
-                raise type(error)(str(error).replace("design:1: ", "design: "), error.nearest) from None
+                raise type(error)(without_lines(str(error), ["design"]), error.nearest) from None
         else:
             self.path = os.fspath(design)
             self._design = _zelm.Design(self.path, _zelm.read_file(self.path))
@@ -58,8 +65,12 @@ class Design:
         """
         from ._commands import Estimate
 
-        made = self._design.estimate_with_curves(keep_going) if curves else self._design.estimate(keep_going)
-        return Estimate(made.json)
+        dicts = ["design"] if self.path is None else []
+        try:
+            made = self._design.estimate_with_curves(keep_going) if curves else self._design.estimate(keep_going)
+        except (DesignError, DataError) as error:
+            raise type(error)(without_lines(str(error), dicts), error.nearest) from None
+        return Estimate(lambda: without_lines(made.json(), dicts))
 
     def value(self, quantity: str, *, keep_going: bool = False) -> float:
         """A quantity of that estimate by its name, as `explain` has it: `"total@MAX"` (W), `"junction"` (degrees

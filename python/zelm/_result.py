@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import html
+import importlib
 import json
 from typing import Any, Callable, Iterable, Iterator, Mapping, Sequence, overload
 
@@ -90,7 +91,8 @@ class Rows(Sequence[Any]):
         return len(self._rows)
 
     def __eq__(self, other: object) -> bool:
-        return list(self._rows) == list(other._rows if isinstance(other, Rows) else other)  # type: ignore[call-overload]
+        rows = other._rows if isinstance(other, Rows) else other
+        return isinstance(rows, list) and list(self._rows) == rows
 
     __hash__ = None  # type: ignore[assignment]
 
@@ -160,7 +162,7 @@ class Result(Document):
             return f"<p>{head}</p>"
         rows = self._rows_of(known[0])
         if known[0] == "groups":
-            rows = sorted(rows, key=lambda row: -abs(row.get("watts") or 0.0))
+            rows = sorted(rows, key=lambda row: -float(row.get("watts") or 0.0))
         columns = [name for name in (rows[0] if rows else {}) if not isinstance(rows[0][name], (dict, list))][:8]
         cells = "".join(
             "<tr>" + "".join(f"<td>{html.escape(_brief(row.get(name)))}</td>" for name in columns) + "</tr>"
@@ -195,7 +197,7 @@ def _flat(row: Mapping[str, Any], scope: str = "") -> dict[str, Any]:
 
 def _frame(rows: list[dict[str, Any]]) -> Any:
     try:
-        import pandas
+        pandas: Any = importlib.import_module("pandas")
     except ImportError as missing:
         raise ImportError("to_frame needs pandas, which isn't installed") from missing
     return pandas.DataFrame(rows)
