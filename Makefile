@@ -81,7 +81,7 @@ format-check:
 	tools/format --check
 
 build/tidy: $(BUILD)/build.ninja
-	cmake --preset $(PRESET) -B $@ -D ZELM_ROOMS_TOGETHER=OFF
+	cmake --preset $(PRESET) -B $@ -D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON
 
 tidy: build/tidy
 	tools/tidy $< $(TIDY)
