@@ -120,7 +120,7 @@ private:
     const ZelmCellInfo* m_cell;
 };
 
-// Values by their place in a list of words, or unset where that is -1.
+// Values by their place in a list of words, or unset where that is -1, whose next is 0.
 class WordColumn final : public Column {
 public:
     WordColumn(const Block& block, const ZelmCellInfo& cell, const Array<std::int32_t>& codes,
@@ -142,7 +142,7 @@ public:
 
     void set(const host::CellSlots& slots, std::size_t index) const override
     {
-        write(slots, cell(), m_values[static_cast<std::size_t>(m_codes[index] + 1)]);
+        write(slots, cell(), m_values[static_cast<std::size_t>(m_codes[index]) + 1]);
     }
 
 private:
