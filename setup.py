@@ -24,7 +24,8 @@ class CMakeBuild(build_ext):
         build = pathlib.Path(given or self.build_temp).resolve()
         if not given:
             self.configure(build)
-        subprocess.run(["cmake", "--build", build, "--target", "python", "--parallel"], check=True)
+        jobs = str(len(os.sched_getaffinity(0)))
+        subprocess.run(["cmake", "--build", build, "--target", "python", "--parallel", jobs], check=True)
         subprocess.run(
             ["cmake", "--install", build, "--component", "python", "--prefix", pathlib.Path(self.build_lib).resolve()],
             check=True,

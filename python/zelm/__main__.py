@@ -3,7 +3,10 @@
 import os
 import sys
 
-from . import _zelm
+from . import Error, _zelm
 
-os.environ.setdefault("QTA_DATADIR", _zelm.data_directory())
+try:
+    os.environ.setdefault("QTA_DATADIR", _zelm.data_directory())
+except Error:
+    pass  # the tool tells it, unless --datadir names others
 sys.exit(_zelm.main(["zelm", *sys.argv[1:]]))
