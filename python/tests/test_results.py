@@ -1,7 +1,9 @@
 """Results are the tool's, whatever way the design comes in, and can be looked at."""
 
+import copy
 import json
 import math
+import pickle
 import re
 
 import pytest
@@ -103,6 +105,7 @@ def test_fields_are_attributes():
         result.totalWats
     with pytest.raises(KeyError):
         result.groups["no such group"]
+    assert pickle.loads(pickle.dumps(result)) == result == copy.deepcopy(result)
     as_dict["groups"].clear()
     assert len(result.groups) > 0  # a dict is the caller's own
 

@@ -117,6 +117,9 @@ class Result(Document):
         self._load = load
         self._loaded = None
 
+    def __getstate__(self) -> dict[str, Any]:
+        return {"_loaded": self._fields()}  # for other processes
+
     def _fields(self) -> dict[str, Any]:
         if self._loaded is None:
             self._loaded = json.loads(self._load())
