@@ -59,6 +59,8 @@ Action declareSolve(Options& options);
 Action declareStandards(Options& options);
 Action declareSweep(Options& options);
 
+/// All subcommands, as the help lists them.
+std::span<const Command> allCommands();
 /// The subcommands of import.
 std::span<const Command> importCommands();
 /// The subcommands of export.

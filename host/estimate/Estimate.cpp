@@ -456,6 +456,8 @@ void RunningDesign::addModes()
             mode.scaleBy(m_factors);
         try {
             modes.push_back({&mode.estimate(), mode.device() ? &mode.m_static : nullptr});
+        } catch (const DataError&) {
+            throw;
         } catch (const Error& error) {
             throw Error(fmt::format("mode \"{}\": {}", m_estimate.design.modes[i].name, error.what()));
         }

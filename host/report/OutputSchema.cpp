@@ -268,12 +268,27 @@ Json sweepOutput()
                                    {"staticWatts", amount()},
                                    {"totalWatts", amount()},
                                    {"settles", ofType("boolean")}});
-    return output({{"points", listOf(object({{"settings", ofType("object")},
-                                             {"dynamicWatts", amount()},
-                                             {"offchipWatts", amount()},
-                                             {"sides", listOf(sweepSide)},
-                                             {"budgetsBroken", listOf(text())},
-                                             {"warnings", listOf(text())}}))}});
+    const Json usual = object({{"settings", ofType("object")},
+                               {"dynamicWatts", amount()},
+                               {"offchipWatts", amount()},
+                               {"sides", listOf(sweepSide)},
+                               {"budgetsBroken", listOf(text())},
+                               {"warnings", listOf(text())}});
+    const Json columns =
+        object({{"settings", ofType("object")}, {"quantities", ofType("object")}, {"warnings", listOf(text())}});
+    const Json crossing = object({{"path", text()},
+                                  {"unit", text()},
+                                  {"value", amount()},
+                                  {"from", number()},
+                                  {"to", number()},
+                                  {"settings", ofType("object")},
+                                  {"budget", text()},
+                                  {"process", text()},
+                                  {"limit", number()},
+                                  {"limitUnit", text()},
+                                  {"kept", {{"enum", {"below", "above"}}}}});
+    return output({{"points", listOf({{"anyOf", {usual, columns}}})}, {"crossings", listOf(crossing)}},
+                  {{"crossingsLeftOut", whole()}});
 }
 
 Json activityOutput()

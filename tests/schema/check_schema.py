@@ -117,6 +117,7 @@ for path in sys.argv[2:]:
 for by in ("in", "block", "rail", "clock"):
     check_output("estimateBy", "estimate", sys.argv[2], "--by", by)
 check_output("sweep", "sweep", sys.argv[2], "--vary", "environment.ambientTemperature=20,40")
+check_output("sweep", "sweep", sys.argv[2], "--vary", "environment.ambientTemperature=0:125:5", "--columns", "total@MAX,junction")
 check_output("solve", "solve", sys.argv[2], "--vary", "environment.ambientTemperature=0:100", "--until", "junction@MAX <= 85 C")
 check_output("sensitivity", "sensitivity", sys.argv[2], "--top", "200")
 check_output("fit", "fit", sys.argv[2])
