@@ -6,7 +6,7 @@ PRESET ?= release
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo rtl-demo test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
+.PHONY: demo rtl-demo python test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
 
 demo: $(BUILD)/build.ninja
 	cmake --build --preset $(PRESET) --target zelm
@@ -18,6 +18,12 @@ rtl-demo: $(BUILD)/build.ninja
 	tools/setup yosys iverilog
 	cmake --build --preset $(PRESET) --target zelm
 	examples/rtl/demo $(BUILD)/host/zelm $(BUILD)/rtl
+
+# The package, to be tried: PYTHONPATH=build/release/python python3
+python:
+	tools/setup pybind11-dev python3-dev python3-numpy
+	cmake --preset $(PRESET)
+	cmake --build --preset $(PRESET) --target python
 
 test: build
 	ctest --preset $(PRESET) -j 2

@@ -191,6 +191,8 @@ const Estimate& Sweep::estimateAt(std::size_t index, EditedDesign& design, std::
     }
     try {
         return design.estimate();
+    } catch (const DataError&) {
+        throw; // whatever the point
     } catch (const Error& error) {
         std::vector<std::string> settings;
         for (std::size_t i = 0; i < values.size(); ++i)
