@@ -5,10 +5,11 @@
 #include "host/base/InOrder.h"
 #include "host/base/Interrupt.h"
 #include "host/base/Json.h"
+#include "host/base/Ranks.h"
 #include "host/base/Text.h"
 #include "host/base/Units.h"
 #include "host/commands/Command.h"
-#include "host/commands/PageFile.h"
+#include "host/commands/PointOptions.h"
 #include "host/report/SampleReport.h"
 
 #include <fmt/format.h>
@@ -83,6 +84,47 @@ struct SampleOptions {
     }
 };
 
+// Points for programs.
+void streamPoints(Sampling& sampling, const PointOptions& to, const Run& run)
+{
+    const Sample& plan = sampling.plan();
+    PointStudy study{to.form(), samplePointColumns(plan), plan.wish.points, nullptr};
+    if (to.hasFile())
+        study.about = std::make_shared<const Json>(sampling.identity());
+    const std::unique_ptr<PointOutput> output = to.output(study, run);
+    const std::size_t there = output ? output->chunks() : 0;
+    std::size_t chunks = there;
+    const auto render = [&](const SamplePoint& point) {
+        std::string text;
+        addPoint(text, study.form, study.columns, samplePointRow(point));
+        return text;
+    };
+    const auto take = [&](std::string_view text) {
+        output->append(chunks++ == 0 ? pointHead(study.form, study.columns) + std::string(text) : std::string(text), 0);
+    };
+    std::size_t points = plan.wish.points;
+    if (plan.wish.untilError)
+        points = sampling.run(render, take).points;
+    else
+        sampling.stream(there, render, take);
+    const bool isWhole = Interrupt::signal() == 0;
+    if (output)
+        output->finish(isWhole);
+    if (to.hasFile() && isWhole)
+        run.print(fmt::format("{} points\n", points));
+}
+
+// Whose bands only the first rank has.
+void printBands(Sampling& sampling, const PointOptions& to, Run& run)
+{
+    const Sample sample = sampling.run([](const SamplePoint&) { return std::string(); }, [](std::string_view) {});
+    if (Interrupt::signal() != 0 || !writesOutput())
+        return;
+    run.out += to.json() ? jsonText(sampleJson(sample)) : sampleText(sample, Paint(takesColour(stdout)));
+    if (to.html())
+        writeFile(*to.html(), sampleHtml(sample));
+}
+
 } // namespace
 
 Action declareSample(Options& options)
@@ -98,31 +140,22 @@ Action declareSample(Options& options)
         options.value("--until-error", "SHARE", "End once the totals' quantiles are known this well: 1%"),
         options.flag("--no-data-uncertainty", "Take the data as exact"),
         options.count("--jobs", "How many points at once; else as many as there are processors")};
-    const bool& json = options.flag("--json", "Print JSON");
-    const bool& csv = options.flag("--csv", "Print CSV, a line for each point");
-    options.exclude("--csv", "--json");
-    const std::optional<std::string>& html = options.text("--html", "Write histograms, bands and tables to this file");
-    return [&, how](Run& run) {
-        checkPageFile(html, {design});
+    const PointOptions to(options, "Print CSV, a line for each point",
+                          "Write histograms, bands and tables to this file");
+    return [&, how, to](Run& run) {
         SampleWish wish = how.wish();
+        to.refuseContradictions(design);
+        if (to.hasFile() && wish.untilError)
+            throw Error("--until-error ends where the points say: a file has to know how many it holds");
         wish.barAfter = run.barAfter;
         const Interrupt interrupt;
         Sampling sampling(design, wish);
-        if (csv)
-            run.print(sampleCsvHeader(sampling.plan()));
-        const Sample sample =
-            sampling.run([&](const SamplePoint& point) { return csv ? sampleCsvLine(point) : std::string(); },
-                         [&](std::string_view text) {
-                             if (csv)
-                                 run.print(text);
-                         });
-        if (const int signal = Interrupt::signal())
-            return kSignalled + signal;
-        if (!csv)
-            run.out += json ? jsonText(sampleJson(sample)) : sampleText(sample, Paint(takesColour(stdout)));
-        if (html)
-            writeFile(*html, sampleHtml(sample));
-        return kSuccess;
+        if (to.streams())
+            streamPoints(sampling, to, run);
+        else
+            printBands(sampling, to, run);
+        const int signal = Interrupt::signal();
+        return signal ? kSignalled + signal : kSuccess;
     };
 }
 

@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace zelm::host {
 
@@ -52,9 +53,10 @@ public:
 
     void inOrder(std::size_t begin, std::size_t end, const MakePieceWork& makeWork, const TakePiece& take) override
     {
-        m_began = true;
+        const bool isTold = std::exchange(m_began, true);
         if (isFirst()) {
-            tellOthers(true);
+            if (!isTold)
+                tellOthers(true);
             lead(begin, end, makeWork, take);
         } else {
             follow(makeWork);

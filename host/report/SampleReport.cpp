@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace zelm::host {
@@ -109,19 +110,6 @@ Json budgetBandsJson(const SampledBudget& budget)
 
 } // namespace
 
-std::string_view methodWord(SampleMethod method)
-{
-    switch (method) {
-    case SampleMethod::sobol:
-        return "sobol";
-    case SampleMethod::latin:
-        return "latin";
-    case SampleMethod::random:
-        break;
-    }
-    return "random";
-}
-
 std::string sampleLead(const Sample& sample)
 {
     const std::size_t inputs = sample.inputs.size();
@@ -188,42 +176,38 @@ Json sampleJson(const Sample& sample)
     return json;
 }
 
-std::string sampleCsvHeader(const Sample& plan)
+PointColumns samplePointColumns(const Sample& plan)
 {
-    std::string text = "point";
-    for (const Uncertain& input : plan.inputs)
-        text += "," + escapedCsv(input.distribution.unit.empty()
-                                     ? input.path
-                                     : fmt::format("{} [{}]", input.path, input.distribution.unit));
+    using Type = PointColumn::Type;
+    PointColumns columns{{"point", "", Type::whole, 0, true}};
+    for (const Uncertain& input : plan.inputs) {
+        std::size_t width = 0;
+        for (const Distribution::Value& value : input.distribution.values) {
+            if (const auto* word = std::get_if<std::string>(&value))
+                width = std::max(width, word->size());
+        }
+        columns.push_back({input.path, input.distribution.unit,
+                           input.distribution.takesWords() ? Type::text : Type::real, width, true});
+    }
     for (const DataFactor& factor : plan.data)
-        text += "," + escapedCsv(fmt::format("data:{}", factor.name()));
+        columns.push_back({fmt::format("data:{}", factor.name()), "", Type::real, 0, true});
     for (const SampledQuantity& each : plan.quantities)
-        text += "," + escapedCsv(fmt::format("{} [{}]", each.quantity.name(), each.quantity.unit()));
+        columns.push_back({each.quantity.name(), std::string(each.quantity.unit()), Type::real, 0, false});
     for (const SampledBudget& budget : plan.budgets)
-        text += "," + escapedCsv(fmt::format("{} kept", budget.name));
-    return text + "\n";
+        columns.push_back({fmt::format("{} kept", budget.name), "", Type::text, 3, false});
+    return columns;
 }
 
-std::string sampleCsvLine(const SamplePoint& point)
+PointRow samplePointRow(const SamplePoint& point)
 {
-    fmt::memory_buffer line;
-    const auto append = [&](const std::string& cell) {
-        line.push_back(',');
-        line.append(cell);
-    };
-    fmt::format_to(std::back_inserter(line), "{}", point.index);
-    for (const Distribution::Value& value : point.inputs) {
-        const auto* word = std::get_if<std::string>(&value);
-        append(word ? escapedCsv(*word) : csvNumber(std::get<double>(value)));
-    }
-    for (const double factor : point.factors)
-        append(csvNumber(factor));
-    for (const double value : point.quantities)
-        append(csvNumber(value));
+    PointRow row{static_cast<std::int64_t>(point.index)};
+    for (const Distribution::Value& value : point.inputs)
+        std::visit([&](const auto& each) { row.emplace_back(each); }, value);
+    row.insert(row.end(), point.factors.begin(), point.factors.end());
+    row.insert(row.end(), point.quantities.begin(), point.quantities.end());
     for (const bool kept : point.kept)
-        append(kept ? "yes" : "no");
-    line.push_back('\n');
-    return fmt::to_string(line);
+        row.emplace_back(kept ? "yes" : "no");
+    return row;
 }
 
 } // namespace zelm::host

@@ -4,6 +4,7 @@
 #include "host/base/InOrder.h"
 #include "host/base/Interrupt.h"
 #include "host/base/Json.h"
+#include "host/base/Ranks.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
 #include "host/design/Include.h"
@@ -11,6 +12,7 @@
 #include "host/estimate/EditedDesign.h"
 #include "host/study/Draws.h"
 #include "host/study/Spread.h"
+#include "host/study/StudyIdentity.h"
 #include "host/study/Varied.h"
 
 #include <fmt/format.h>
@@ -57,6 +59,7 @@ public:
                                     source.file,
                                     wish.dataUncertainty ? "the data tell no uncertainty" : "the data count as exact"));
         const Estimate centre = estimate(design, Curves::none, Gaps::refused);
+        blocks = blocksOf(centre);
         for (const NamedQuantity& quantity : quantitiesOf(centre)) {
             const bool isIdle = quantity.kind == NamedQuantity::Kind::rail && valueOf(quantity, centre) == 0.0;
             if (quantity.kind != NamedQuantity::Kind::group && !isIdle)
@@ -86,6 +89,7 @@ public:
     JsonSource source;
     std::vector<std::string> paths; ///< of the inputs, as the tree has them
     DataFactors factors;
+    std::vector<const Block*> blocks; ///< of the design
     Sample all;
     std::size_t of = 0; ///< its place among the quantities
 
@@ -436,6 +440,19 @@ std::vector<double> exchanged(DrawnDesign& design, const Sample& plan, std::size
 
 } // namespace
 
+std::string_view methodWord(SampleMethod method)
+{
+    switch (method) {
+    case SampleMethod::sobol:
+        return "sobol";
+    case SampleMethod::latin:
+        return "latin";
+    case SampleMethod::random:
+        break;
+    }
+    return "random";
+}
+
 Sampling::Sampling(const std::string& designFile, const SampleWish& wish)
     : m_plan(std::make_unique<Plan>(designFile, wish))
 {
@@ -455,6 +472,85 @@ struct SampleChunk {
     std::vector<std::vector<BudgetPoint>> budgets; // of each point
     std::string text;
 };
+using PairsChunk = std::vector<std::vector<double>>;
+
+// ---- Chunks as bytes that another rank can take ----
+
+Json jsonOf(const PairsChunk& chunk)
+{
+    return chunk;
+}
+
+void read(const Json& json, PairsChunk& chunk)
+{
+    chunk = json.get<PairsChunk>();
+}
+
+Json jsonOf(const SamplePoint& point)
+{
+    Json inputs = Json::array();
+    for (const Distribution::Value& value : point.inputs)
+        std::visit([&](const auto& each) { inputs.push_back(each); }, value);
+    return {point.index, std::move(inputs), point.factors, point.quantities, point.kept};
+}
+
+void read(const Json& json, SamplePoint& point)
+{
+    point.index = json[0].get<std::size_t>();
+    for (const Json& value : json[1]) {
+        if (value.is_string())
+            point.inputs.emplace_back(value.get<std::string>());
+        else
+            point.inputs.emplace_back(value.get<double>());
+    }
+    point.factors = json[2].get<std::vector<double>>();
+    point.quantities = json[3].get<std::vector<double>>();
+    point.kept = json[4].get<std::vector<bool>>();
+}
+
+Json jsonOf(const SampleChunk& chunk)
+{
+    Json points = Json::array();
+    for (std::size_t i = 0; i < chunk.points.size(); ++i) {
+        Json budgets = Json::array();
+        for (const BudgetPoint& budget : chunk.budgets[i])
+            budgets.push_back({budget.actual, budget.kept, budget.keptOnAll});
+        points.push_back({jsonOf(chunk.points[i]), std::move(budgets)});
+    }
+    return {std::move(points), chunk.text};
+}
+
+void read(const Json& json, SampleChunk& chunk)
+{
+    for (const Json& each : json[0]) {
+        read(each[0], chunk.points.emplace_back());
+        std::vector<BudgetPoint>& budgets = chunk.budgets.emplace_back();
+        for (const Json& budget : each[1])
+            budgets.push_back(
+                {budget[0].get<std::vector<double>>(), budget[1].get<std::vector<bool>>(), budget[2].get<bool>()});
+    }
+    chunk.text = json[1].get<std::string>();
+}
+
+// inOrder() on the threads of this process, or on all ranks.
+template <class Chunk, class MakeWorker, class Take>
+void inOrderOnAll(std::size_t count, unsigned jobs, const MakeWorker& makeWorker, const Take& take)
+{
+    if (!Ranks::here())
+        return inOrder<Chunk>(count, jobs, makeWorker, take);
+    const auto makeWork = [&]() -> PieceWork {
+        // Shared, as what std::function holds has to be copied.
+        return [work = std::make_shared<decltype(makeWorker())>(makeWorker())](std::size_t index) {
+            const std::vector<std::uint8_t> bytes = Json::to_cbor(jsonOf((*work)(index)));
+            return std::string(bytes.begin(), bytes.end());
+        };
+    };
+    bytesInOrder(0, count, jobs, makeWork, [&](const std::string& bytes) {
+        Chunk chunk;
+        read(Json::from_cbor(bytes), chunk);
+        return take(chunk);
+    });
+}
 
 // Does points and gives them to take, in order.
 class PointsOfSample {
@@ -464,25 +560,35 @@ public:
     {
     }
 
+    std::size_t chunks() const
+    {
+        return (m_plan->wish.points - 1) / kPointsOfChunk + 1;
+    }
+
+    /// Does the chunks of an index each.
+    auto makeWorker(const Sampling::Render& render) const
+    {
+        const std::size_t numbers = m_plan->inputs.size() + m_plan->data.size();
+        const SampleWish& wish = m_plan->wish;
+        return [&render, points = wish.points, design = m_makeDesign(),
+                draws = Draws(wish.method, wish.seed, wish.points, numbers),
+                drawn = std::vector<double>(numbers)](std::size_t index) mutable {
+            SampleChunk chunk;
+            const std::size_t end = std::min((index + 1) * kPointsOfChunk, points);
+            for (std::size_t i = index * kPointsOfChunk; i < end; ++i) {
+                draws.point(i, drawn);
+                chunk.points.push_back(design.point(i, drawn, chunk.budgets.emplace_back()));
+                chunk.text += render(chunk.points.back());
+            }
+            return chunk;
+        };
+    }
+
     template <class Take>
     void run(const Sampling::Render& render, const Take& take) const
     {
-        const SampleWish& wish = m_plan->wish;
-        const auto makeWorker = [&] {
-            const std::size_t numbers = m_plan->inputs.size() + m_plan->data.size();
-            return [&, design = m_makeDesign(), draws = Draws(wish.method, wish.seed, wish.points, numbers),
-                    drawn = std::vector<double>(numbers)](std::size_t index) mutable {
-                SampleChunk chunk;
-                const std::size_t end = std::min((index + 1) * kPointsOfChunk, wish.points);
-                for (std::size_t i = index * kPointsOfChunk; i < end; ++i) {
-                    draws.point(i, drawn);
-                    chunk.points.push_back(design.point(i, drawn, chunk.budgets.emplace_back()));
-                    chunk.text += render(chunk.points.back());
-                }
-                return chunk;
-            };
-        };
-        inOrder<SampleChunk>((wish.points - 1) / kPointsOfChunk + 1, wish.jobs, makeWorker, take);
+        inOrderOnAll<SampleChunk>(
+            chunks(), m_plan->wish.jobs, [&] { return makeWorker(render); }, take);
     }
 
     /// Of pairs of points, with all exchanges between them.
@@ -491,19 +597,19 @@ public:
     {
         constexpr std::size_t size = 4;
         const SampleWish& wish = m_plan->wish;
-        const auto makeWorker = [&] {
+        const auto makePairs = [&] {
             const std::size_t numbers = 2 * (m_plan->inputs.size() + m_plan->data.size());
             return [&, design = m_makeDesign(), draws = Draws(wish.method, wish.seed, wish.points, numbers),
                     drawn = std::vector<double>(numbers)](std::size_t index) mutable {
-                std::vector<std::vector<double>> chunk;
-                for (std::size_t i = index * size; i < std::min((index + 1) * size, pairs); ++i) {
+                PairsChunk chunk;
+                for (std::size_t i = index * size; i < (index + 1) * size; ++i) {
                     draws.point(i, drawn);
                     chunk.push_back(exchanged(design, *m_plan, i, drawn));
                 }
                 return chunk;
             };
         };
-        inOrder<std::vector<std::vector<double>>>((pairs - 1) / size + 1, wish.jobs, makeWorker, take);
+        inOrderOnAll<PairsChunk>(pairs / size, wish.jobs, makePairs, take);
     }
 
 private:
@@ -515,34 +621,84 @@ private:
 
 namespace {
 
-void addIndices(const PointsOfSample& work, Sample& all)
+PointsOfSample pointsOf(const auto& plan)
+{
+    return {plan.all, [&plan] { return DrawnDesign(plan.root, plan.source, plan.paths, plan.all, plan.factors); }};
+}
+
+// None of them if they would be noise: then other ranks, which wait for work, hear that there is none.
+void addIndices(const PointsOfSample& work, bool isWanted, Sample& all)
 {
     std::vector<std::string> paths;
     for (const Uncertain& input : all.inputs)
         paths.push_back(input.path);
     if (!all.data.empty())
         paths.emplace_back(kData);
-    const std::size_t pairs = std::bit_floor(std::clamp(all.points / 4, kFewestPairs, kMostPairs));
+    const std::size_t pairs = isWanted ? std::bit_floor(std::clamp(all.points / 4, kFewestPairs, kMostPairs)) : 0;
     Indices indices(paths.size());
     Progress progress("finding what makes the band", pairs, all.wish.barAfter);
-    work.runPairs(pairs, [&](const std::vector<std::vector<double>>& chunk) {
+    work.runPairs(pairs, [&](const PairsChunk& chunk) {
         for (const std::vector<double>& values : chunk)
             indices.add(values);
         progress.step(chunk.size());
         return Interrupt::signal() == 0;
     });
+    if (pairs == 0)
+        return;
     all.indices = indices.rows(paths);
     all.indexEstimates = pairs * (paths.size() + 2);
 }
 
 } // namespace
 
+std::size_t Sampling::chunkPoints()
+{
+    return kPointsOfChunk;
+}
+
+Json Sampling::identity() const
+{
+    const Sample& all = m_plan->all;
+    Json identity = studyIdentity("sample", all.design, m_plan->root, m_plan->blocks);
+    Json factors = Json::array();
+    for (const DataFactor& factor : all.data)
+        factors.push_back(fmt::format("{} {}", factor.name(), factor.relative));
+    identity["dataUncertainty"] = std::move(factors);
+    identity["method"] = methodWord(all.wish.method);
+    identity["seed"] = all.wish.seed;
+    identity["points"] = all.wish.points;
+    identity["chunkPoints"] = kPointsOfChunk;
+    return identity;
+}
+
+void Sampling::stream(std::size_t firstChunk, const Render& render, const Take& take) const
+{
+    const PointsOfSample work = pointsOf(*m_plan);
+    const SampleWish& wish = m_plan->all.wish;
+    const auto makeWork = [&]() -> PieceWork {
+        using Worker = decltype(work.makeWorker(render));
+        return [worker = std::make_shared<Worker>(work.makeWorker(render))](std::size_t index) {
+            return (*worker)(index).text;
+        };
+    };
+    std::size_t points = std::min(firstChunk * kPointsOfChunk, wish.points);
+    Progress progress("sampling", wish.points, wish.barAfter);
+    progress.step(points);
+    bytesInOrder(std::min(firstChunk, work.chunks()), work.chunks(), wish.jobs, makeWork, [&](const std::string& text) {
+        const std::size_t done = std::min(kPointsOfChunk, wish.points - points);
+        points += done;
+        progress.wipe();
+        take(text);
+        progress.step(done);
+        return Interrupt::signal() == 0;
+    });
+}
+
 Sample Sampling::run(const Render& render, const Take& take)
 {
     const Plan& plan = *m_plan;
     const SampleWish& wish = plan.all.wish;
-    const PointsOfSample work(
-        plan.all, [&plan] { return DrawnDesign(plan.root, plan.source, plan.paths, plan.all, plan.factors); });
+    const PointsOfSample work = pointsOf(plan);
     Sample result = plan.all;
     Bands bands(plan.all);
     Ranked ranked(plan.all, plan.of);
@@ -560,11 +716,14 @@ Sample Sampling::run(const Render& render, const Take& take)
         goesOn = Interrupt::signal() == 0;
         return goesOn && !(isTime && bands.largestError(plan.all) <= *wish.untilError);
     });
-    bands.fill(result);
-    if (goesOn && bands.points() < kFewestForIndices)
+    const bool isFirst = writesOutput();
+    if (isFirst)
+        bands.fill(result);
+    const bool isLarge = isFirst && goesOn && bands.points() >= kFewestForIndices;
+    if (isLarge || Ranks::here())
+        addIndices(work, isLarge, result);
+    if (isFirst && goesOn && !isLarge)
         result.correlations = ranked.correlations();
-    else if (goesOn)
-        addIndices(work, result);
     return result;
 }
 

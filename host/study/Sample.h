@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/base/JsonFwd.h"
 #include "host/estimate/DataFactors.h"
 #include "host/study/Quantity.h"
 
@@ -16,6 +17,9 @@
 namespace zelm::host {
 
 enum class SampleMethod { sobol, latin, random };
+
+/// "sobol", as options say it.
+std::string_view methodWord(SampleMethod method);
 
 struct SampleWish {
     std::size_t points = 4096;
@@ -118,8 +122,16 @@ public:
     using Take = std::function<void(std::string_view text)>;
 
     /// All points, whose numbers depend on seed and index alone; an Interrupt ends it early. An Error tells at which
-    /// point the design is wrong.
+    /// point the design is wrong. Over several ranks what it returns, and what is taken, is the first one's.
     Sample run(const Render& render, const Take& take);
+
+    /// Texts of the points alone, from a chunk on, for whom bands don't matter.
+    void stream(std::size_t firstChunk, const Render& render, const Take& take) const;
+    /// Points are taken by so many, whatever the number of threads.
+    static std::size_t chunkPoints();
+
+    /// What identifies the sample: design, data and draws.
+    Json identity() const;
 
 private:
     class Plan;

@@ -8,9 +8,9 @@
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
 #include "host/base/Units.h"
-#include "host/blocks/DataFiles.h"
 #include "host/design/Include.h"
 #include "host/estimate/EditedDesign.h"
+#include "host/study/StudyIdentity.h"
 #include "host/study/Varied.h"
 
 #include <fmt/format.h>
@@ -292,28 +292,16 @@ void Sweep::stream(const SweepRun& options, std::size_t firstChunk, const Render
 Json sweepIdentity(const Sweep& sweep, const std::vector<std::string>& variations, const SweepRun& options,
                    const Estimate& first)
 {
-    std::vector<const Block*> blocks;
-    if (first.design.device)
-        blocks = {&block("Parts"), &block("Static")};
-    for (const GroupResult& group : first.groups)
-        blocks.push_back(group.block);
-    Json files = Json::array();
-    for (const DataFile& file : dataFiles(blocks))
-        files.push_back(fmt::format("{}  {}", file.sha256, file.name));
+    Json identity = studyIdentity("sweep", first.design.name, sweep.design(), blocksOf(first));
     Json columns = Json::array();
     for (const SweepColumn& column : options.columns)
         columns.push_back(column.name);
-    return {{"tool", "zelm"},
-            {"version", ZELM_VERSION},
-            {"study", "sweep"},
-            {"design", first.design.name},
-            {"designSha256", sha256Of(compactJson(sweep.design()))},
-            {"variations", variations},
-            {"columns", std::move(columns)},
-            {"points", sweep.points()},
-            {"chunkPoints", sweep.chunkPoints()},
-            {"gaps", options.gaps == Gaps::refused ? "refused" : "warned"},
-            {"dataFiles", std::move(files)}};
+    identity["variations"] = variations;
+    identity["columns"] = std::move(columns);
+    identity["points"] = sweep.points();
+    identity["chunkPoints"] = sweep.chunkPoints();
+    identity["gaps"] = options.gaps == Gaps::refused ? "refused" : "warned";
+    return identity;
 }
 
 } // namespace zelm::host

@@ -522,8 +522,14 @@ TEST_F(SampleTest, ResultsAreTheSameBitsWhateverTheThreads)
             own.method = method;
             own.jobs = jobs;
             Sampling sampling(file, own);
-            std::string text_ = sampleCsvHeader(sampling.plan());
-            const Sample sample = sampling.run(sampleCsvLine, [&](std::string_view more) { text_ += more; });
+            const PointColumns columns = samplePointColumns(sampling.plan());
+            std::string text_ = pointHead(PointForm::csv, columns);
+            const auto render = [&](const SamplePoint& point) {
+                std::string line;
+                addPoint(line, PointForm::csv, columns, samplePointRow(point));
+                return line;
+            };
+            const Sample sample = sampling.run(render, [&](std::string_view more) { text_ += more; });
             results.push_back(text_ + jsonText(sampleJson(sample)));
         }
         EXPECT_EQ(results[0], results[1]) << methodWord(method);
@@ -613,6 +619,9 @@ TEST_F(SampleTest, MistakesAreTold)
         {file + " --of group:wires", "only totals"},
         {file + " --html " + file, "d.json"},
         {file + " --json --csv", "--json"},
+        {file + " --csv --html " + m_scratch.path("p.html"), "aren't kept"},
+        {file + " --resume points.txt", ".csv, .jsonl or .h5"},
+        {file + " --until-error 1% --hdf5 " + m_scratch.path("p.h5"), "how many it holds"},
     };
     for (const auto& [options, words] : rows) {
         const ToolRun run = m_scratch.run("sample " + options);
@@ -622,6 +631,26 @@ TEST_F(SampleTest, MistakesAreTold)
     const ToolRun csv = m_scratch.run("sample " + file + " --points 10 --csv");
     EXPECT_EQ(csv.code, 0) << csv.err;
     EXPECT_EQ(std::count(csv.out.begin(), csv.out.end(), '\n'), 11);
+}
+
+TEST_F(SampleTest, PointsGoOnWhereARunWasKilled)
+{
+    const std::string design = m_scratch.write("d.json", wires(R"({"low": 100, "high": 300})"));
+    const std::string points = m_scratch.path("points.csv");
+    const std::string line = "sample " + design + " --points 200 ";
+    const std::string whole = m_scratch.run(line + "--csv").out;
+    ASSERT_EQ(std::count(whole.begin(), whole.end(), '\n'), 201);
+    ASSERT_EQ(m_scratch.run(line + "--resume " + points).out, "200 points\n");
+    EXPECT_EQ(Scratch::read(points), whole);
+    // A limit of the file's size ends a run as a full disk does.
+    std::filesystem::remove(points);
+    const std::string limited = "ulimit -f 8; '" ZELM_TOOL "' " + line + "--resume " + points + " >/dev/null 2>&1";
+    EXPECT_NE(std::system(limited.c_str()), 0);
+    const std::string some = Scratch::read(points);
+    EXPECT_LT(some.size(), whole.size());
+    EXPECT_EQ(m_scratch.run(line + "--seed 2 --resume " + points).code, 2);
+    EXPECT_EQ(m_scratch.run(line + "--resume " + points).code, 0);
+    EXPECT_EQ(Scratch::read(points), whole);
 }
 
 } // namespace

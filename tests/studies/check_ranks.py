@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds `zelm-mpi sweep` on 1, 2 and 3 ranks against one process: check_ranks.py ZELM ZELM_MPI DESIGN."""
+"""Holds `zelm-mpi` on 1, 2 and 3 ranks against one process: check_ranks.py ZELM ZELM_MPI DESIGN EARLY."""
 import os
 import shutil
 import signal
@@ -8,7 +8,7 @@ import sys
 import tempfile
 import time
 
-zelm, over_ranks, design = sys.argv[1:4]
+zelm, over_ranks, design, early = sys.argv[1:5]
 if not os.path.exists(over_ranks):
     print("skipped: the build found no MPI; Debian has it in libopenmpi-dev and openmpi-bin")
     sys.exit(77)
@@ -31,6 +31,12 @@ expected = subprocess.run([zelm, "sweep", design, *VARIED, "--csv"], check=True,
 for ranks in (1, 2, 3):
     run = on_ranks(ranks, "sweep", design, *VARIED, "--csv")
     assert run.returncode == 0 and run.stdout == expected, f"{ranks} ranks: {run.returncode} {run.stderr[:500]}"
+# Samples: points, and bands with what makes them, which need a second round of all ranks.
+for how in (["--points", "300", "--csv"], ["--points", "300", "--json"], ["--points", "2000", "--json", "--seed", "2"]):
+    expected_sample = subprocess.run([zelm, "sample", early, *how], check=True, capture_output=True).stdout
+    for ranks in (1, 3) if "2000" in how else (1, 2, 3):
+        run = on_ranks(ranks, "sample", early, *how)
+        assert run.returncode == 0 and run.stdout == expected_sample, f"{ranks} ranks, {how}: {run.stderr[:500]}"
 with tempfile.TemporaryDirectory() as folder:
     # A job that is killed, rank by rank, and gone on with on another number of ranks.
     file = f"{folder}/points.csv"
