@@ -17,6 +17,8 @@ constexpr Command kCommands[] = {
     {"fit", "Estimate a design on every part of the catalogue", "zelm fit design.json --temperature i", declareFit},
     {"sensitivity", "Move every input a little, and sort them by what that does",
      "zelm sensitivity design.json --of junction@MAX --html tornado.html", declareSensitivity},
+    {"live", "Write a page that estimates what is typed in it, with nothing in it yet", "zelm live -o live.html",
+     declareLive},
     {"new", "Write a commented design to begin with", "zelm new --template vision -o design.json", declareNew},
     {"import", "Take over what other tools wrote", "zelm import netlist synth.json -o design.json", nullptr,
      importCommands},
