@@ -43,9 +43,10 @@ export function button(text, act, attributes = {}) {
  * @param {Child[][]} rows
  */
 export function table(caption, heads, rows) {
+  const drawn = (/** @type {number} */ i) => rows.length && rows[0][i] instanceof HTMLElement && /** @type {HTMLElement} */ (rows[0][i]).className === 'bar' ? 'drawn' : undefined;
   const body = rows.map(cells => element('tr', {}, ...cells.map((cell, i) =>
-    i === 0 ? element('th', { scope: 'row' }, cell) : element('td', {}, cell))));
+    i === 0 ? element('th', { scope: 'row' }, cell) : element('td', { class: drawn(i) }, cell))));
   return element('div', { class: 'scroll' }, element('table', {}, element('caption', {}, caption),
-    element('thead', {}, element('tr', {}, ...heads.map(head => element('th', { scope: 'col' }, head)))),
+    element('thead', {}, element('tr', {}, ...heads.map((head, i) => element('th', { scope: 'col', class: drawn(i) }, head)))),
     element('tbody', {}, ...body)));
 }

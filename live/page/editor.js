@@ -120,7 +120,7 @@ export class Editor {
       const known = ['', ...choices];
       if (!known.includes(shown))
         known.push(shown);
-      control = element('select', common, ...known.map(word => element('option', { value: word, selected: word === shown }, word || (field.fallback ? `${field.fallback} (default)` : 'default'))));
+      control = element('select', common, ...known.map(word => element('option', { value: word, selected: word === shown }, word || (field.fallback ? `${field.fallback}${/^by |^none|^the /.test(field.fallback) ? '' : ' (default)'}` : 'default'))));
       control.addEventListener('change', () => enter(/** @type {HTMLSelectElement} */ (control).value));
     } else {
       control = element('input', { ...common, value: shown, placeholder: field.fallback || '', autocomplete: 'off', spellcheck: 'false', list: field.list, inputmode: field.text ? 'text' : undefined });
@@ -149,7 +149,7 @@ export class Editor {
       this.field(['device', 'part'], { label: 'Part', text: true, list: 'parts', hint: 'An orderable part or a device; none: dynamic power only' }));
     for (const [name, input] of Object.entries(this.context.catalogue.device)) {
       if (name !== 'part')
-        fields.append(this.field(['device', name], { label: name.replace(/([A-Z])/g, ' $1').toLowerCase(), text: true, words: input.words, fallback: input.default || 'by the part', hint: input.meaning }));
+        fields.append(this.field(['device', name], { label: (name[0].toUpperCase() + name.slice(1)).replace(/(.)([A-Z])/g, (_, before, letter) => `${before} ${letter.toLowerCase()}`), text: true, words: input.words, fallback: 'by the part', hint: input.meaning }));
     }
     return fields;
   }
@@ -384,8 +384,11 @@ export class Editor {
 
   // ---- What follows an estimate ----
 
-  /** Watts, marks and messages follow the design, its estimate and what is wrong with it. */
-  follow() {
+  /**
+   * Watts, marks and messages follow the design, its estimate and what is wrong with it.
+   * @param {string} problem
+   */
+  follow(problem = this.problem) {
     const design = this.context.design();
     const original = this.context.original();
     for (const box of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('[data-group]'))) {
@@ -409,7 +412,7 @@ export class Editor {
       reset.hidden = !changed;
       reset.parentElement?.classList.toggle('changed', changed);
     }
-    this.tell(this.problem);
+    this.tell(problem);
   }
 
   /**

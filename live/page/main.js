@@ -53,8 +53,7 @@ function show() {
   const changed = !same(history.design, history.original);
   for (const [id, on] of /** @type {[string, boolean][]} */ ([['undo', history.before.length > 0], ['redo', history.after.length > 0], ['reset', changed]]))
     /** @type {HTMLButtonElement} */ (byId(id)).disabled = !on;
-  editor?.tell(problem);
-  editor?.follow();
+  editor?.follow(problem);
 }
 
 // One estimate at a time; what is typed meanwhile waits, and only the last of it is asked for.

@@ -70,7 +70,7 @@ function budgets(data) {
   const shown = (/** @type {number | null | undefined} */ v) => v === null || v === undefined ? 'none' : minus(v.toFixed(3));
   const rows = data.budgets.map((/** @type {any} */ b) => [b.name, element('span', { class: b.broken ? 'bad' : 'good' }, b.broken ? '✗ broken' : '✓ kept'), shown(b.actual), shown(b.otherActual), shown(b.limit), b.unit === 'degrees' ? '°C' : b.unit,
     bar(piece(b.actual ?? b.limit, b.limit, b.broken ? 'over' : 'u'))]);
-  return rows.length ? [section('Budgets and regulators', table('Against their limits, on both sides', ['Budget', 'Verdict', 'Actual', `At ${data.sides[1]?.process ?? 'other'}`, 'Limit', 'Unit', ''], rows))] : [];
+  return rows.length ? [section('Budgets and regulators', table('Against their limits, on both sides', ['Budget', 'Verdict', 'Actual', `At ${data.sides[1]?.process ?? 'other'}`, 'Limit', 'Unit', 'Used'], rows))] : [];
 }
 
 /** @param {Estimate} data @param {Estimate} first */
@@ -81,7 +81,7 @@ function rails(data, first) {
   const before = new Map(first.sides[0].rails.map((/** @type {any} */ r) => [r.rail, r]));
   const at = (/** @type {string} */ rail) => data.sides[1]?.rails.find((/** @type {any} */ r) => r.rail === rail);
   return rows.length ? [section('Rails', key(), table(`With process ${side.process || 'none'}; * the static current is part of another rail’s`,
-    ['Rail', 'Volts', 'Current', ...(data.sides[1] ? [`At ${data.sides[1].process}`] : []), 'Power-up', 'Power', 'Change', ''],
+    ['Rail', 'Volts', 'Current', ...(data.sides[1] ? [`At ${data.sides[1].process}`] : []), 'Power-up', 'Power', 'Change', 'Parts'],
     rows.map((/** @type {any} */ r) => [r.rail + (r.staticCurrentInside ? ' *' : ''), r.volts.toFixed(3), si(r.totalAmperes, 'A'), ...(data.sides[1] ? [si(at(r.rail)?.totalAmperes, 'A')] : []), si(r.powerUpAmperes, 'A'), si(r.watts, 'W'),
       change(r.watts, before.get(r.rail)?.watts, v => si(v, 'W')), bar(piece(r.staticWatts, most, 's'), piece(r.dynamicWatts, most, 'd'))])))] : [];
 }
@@ -97,7 +97,7 @@ function blocks(data) {
     rows.push({ name: 'Static power', watts: data.staticWatts, kind: 's' });
   rows.sort((a, b) => b.watts - a.watts);
   const most = Math.max(0, ...rows.map(row => row.watts));
-  return rows.length ? [section('Power by block', table('Dynamic power by kind of block, and all static power', ['Block', 'Power', 'Share', ''],
+  return rows.length ? [section('Power by block', table('Dynamic power by kind of block, and all static power', ['Block', 'Power', 'Share', 'Bar'],
     rows.map(row => [row.name, si(row.watts, 'W'), percent(row.watts, data.totalWatts), bar(piece(row.watts, most, row.kind))])))] : [];
 }
 
@@ -105,13 +105,13 @@ function blocks(data) {
 function groups(data) {
   const rows = data.groups.filter((/** @type {any} */ g) => g.watts).sort((/** @type {any} */ a, /** @type {any} */ b) => b.watts - a.watts);
   const most = Math.max(0, ...rows.map((/** @type {any} */ g) => g.watts));
-  return rows.length ? [section('Largest groups', table(`${Math.min(12, rows.length)} of ${data.groups.length} groups`, ['Group', 'Kind', 'Power', 'Share', ''],
+  return rows.length ? [section('Largest groups', table(`${Math.min(12, rows.length)} of ${data.groups.length} groups`, ['Group', 'Kind', 'Power', 'Share', 'Bar'],
     rows.slice(0, 12).map((/** @type {any} */ g) => [g.name, g.block, si(g.watts, 'W'), percent(g.watts, data.totalWatts), bar(piece(g.watts, most, 'd'))])))] : [];
 }
 
 /** @param {Estimate} data */
 function utilisation(data) {
-  return data.utilisation.length ? [section('Utilisation', table('Of the device’s resources', ['Resource', 'Used', 'Available', 'Share', ''],
+  return data.utilisation.length ? [section('Utilisation', table('Of the device’s resources', ['Resource', 'Used', 'Available', 'Share', 'Bar'],
     data.utilisation.map((/** @type {any} */ u) => [u.resource, String(u.used), String(u.available), percent(u.used, u.available), bar(piece(u.used, u.available, u.used > u.available ? 'over' : 'u'))])))] : [];
 }
 
@@ -189,12 +189,30 @@ export function showResults(root, data, first, problem) {
   const open = root.querySelector('details')?.open;
   const box = element('div', { class: problem ? 'stale' : '' });
   if (data)
-    box.append(verdict(data), sides(data, first), ...warnings(data), ...budgets(data), ...rails(data, first), ...blocks(data), ...groups(data), ...curve(data), ...modes(data), ...utilisation(data), provenance(data));
+    box.append(element('h2', { class: 'unseen' }, 'Totals'), verdict(data), sides(data, first), ...warnings(data), ...budgets(data), ...rails(data, first), ...blocks(data), ...groups(data), ...curve(data), ...modes(data), ...utilisation(data), provenance(data));
   root.replaceChildren(...(problem ? [element('div', { class: 'verdict bad', role: 'alert' }, element('p', {}, element('strong', {}, '✗ No estimate: '), problem), ...(data ? [element('p', { class: 'soft' }, 'Below is the last one that there was.')] : []))] : []), box);
   const details = root.querySelector('details');
   if (details && open)
     details.open = true;
   root.scrollTop = scrolled;
+  clearTimeout(marking);
+  marking = setTimeout(() => markScrolling(root), 300);
+}
+
+let marking = 0;
+
+/**
+ * What scrolls sideways is a stop for the keyboard.
+ * @param {HTMLElement} root
+ */
+function markScrolling(root) {
+  for (const node of root.querySelectorAll('.scroll')) {
+    if (node.scrollWidth > node.clientWidth + 1) {
+      node.setAttribute('tabindex', '0');
+      node.setAttribute('role', 'region');
+      node.setAttribute('aria-label', `${node.querySelector('caption')?.textContent}, scrolls sideways`);
+    }
+  }
 }
 
 /**

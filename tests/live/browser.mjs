@@ -91,7 +91,10 @@ export class Browser {
     const gone = this.failed.catch(() => {});
     this.process.kill('SIGKILL');
     await gone;
-    // What it started may write for a moment longer.
-    rmSync(this.profile, { recursive: true, force: true, maxRetries: 30, retryDelay: 100 });
+    try {
+      rmSync(this.profile, { recursive: true, force: true, maxRetries: 10, retryDelay: 100 });
+    } catch {
+      // What it started may write for a moment longer.
+    }
   }
 }

@@ -75,7 +75,7 @@ async function check(file) {
     await browser.open(pathToFileURL(page).href);
     await browser.until('globalThis.zelmPage && zelmPage.result()');
     const first = Date.now() - began;
-    await browser.until('document.body.dataset.settled');
+    await browser.until('document.body?.dataset.settled');
     const start = await browser.evaluate('zelmPage.result()');
     const wrong = different(start, JSON.parse(execFileSync(zelm, ['estimate', basename(file), '--json'], { cwd: dirname(file), encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'], maxBuffer: 1 << 28 })));
     expect(!wrong, `as it came: ${wrong}`);
@@ -127,7 +127,7 @@ async function checkHostile() {
   const browser = new Browser(chromium);
   try {
     await browser.open(pathToFileURL(page).href, 390, 800);
-    await browser.until('document.body.dataset.settled');
+    await browser.until('document.body?.dataset.settled');
     expect(await browser.evaluate('document.querySelectorAll("img, iframe").length') === 0, 'markup of a name became an element');
     expect(await browser.evaluate('document.getElementById("name").textContent') === markup, 'the name is shown otherwise');
     expect(await browser.evaluate('document.querySelectorAll("[data-group]").length') === 100, 'all groups are listed at once');
@@ -135,7 +135,7 @@ async function checkHostile() {
     await browser.evaluate(`(() => { document.querySelector('[data-group="3"]').open = true; })()`);
     await browser.until(`document.getElementById('f-groups[3].inputs.CLOCK_FREQ')`);
     await browser.evaluate(`(() => { const field = document.getElementById('f-groups[3].inputs.CLOCK_FREQ'); field.value = '-5'; field.dispatchEvent(new Event('input')); })()`);
-    await browser.until('document.body.dataset.settled');
+    await browser.until('document.body?.dataset.settled');
     const told = await browser.evaluate(`document.getElementById('e-groups[3].inputs.CLOCK_FREQ').textContent`);
     expect(/-5/.test(told), `beside the field of the mistake stands "${told}", and the page says ${await browser.evaluate('zelmPage.problem()')}`);
     expect(browser.said.length === 0, `the console says ${browser.said.join('\n')}`);
