@@ -23,7 +23,7 @@ const bar = (...pieces) => element('span', { class: 'bar', 'aria-hidden': 'true'
 const key = () => element('p', { class: 'key' }, 'Bars:', element('i', { class: 's', 'aria-hidden': 'true' }), 'static', element('i', { class: 'd', 'aria-hidden': 'true' }), 'dynamic');
 
 /** @param {string} heading @param {...import('./dom.js').Child} inside */
-const section = (heading, ...inside) => element('section', {}, element('h2', {}, heading), ...inside);
+const section = (heading, ...inside) => element('section', { class: heading.toLowerCase().replaceAll(' ', '-') }, element('h2', {}, heading), ...inside);
 
 /** @param {Estimate} data */
 function verdict(data) {
@@ -80,10 +80,14 @@ function rails(data, first) {
   const most = Math.max(0, ...rows.map((/** @type {any} */ r) => r.watts || 0));
   const before = new Map(first.sides[0].rails.map((/** @type {any} */ r) => [r.rail, r]));
   const at = (/** @type {string} */ rail) => data.sides[1]?.rails.find((/** @type {any} */ r) => r.rail === rail);
+  const moved = (/** @type {any} */ r) => change(r.watts, before.get(r.rail)?.watts, v => si(v, 'W'));
+  const anyMoved = rows.some(moved);
+  // The model knows the power-up current for the worst case only.
+  const powerUp = (/** @type {any} */ r) => Math.max(r.powerUpAmperes ?? 0, at(r.rail)?.powerUpAmperes ?? 0);
   return rows.length ? [section('Rails', key(), table(`With process ${side.process || 'none'}; * the static current is part of another rail’s`,
-    ['Rail', 'Volts', 'Current', ...(data.sides[1] ? [`At ${data.sides[1].process}`] : []), 'Power-up', 'Power', 'Change', 'Parts'],
-    rows.map((/** @type {any} */ r) => [r.rail + (r.staticCurrentInside ? ' *' : ''), r.volts.toFixed(3), si(r.totalAmperes, 'A'), ...(data.sides[1] ? [si(at(r.rail)?.totalAmperes, 'A')] : []), si(r.powerUpAmperes, 'A'), si(r.watts, 'W'),
-      change(r.watts, before.get(r.rail)?.watts, v => si(v, 'W')), bar(piece(r.staticWatts, most, 's'), piece(r.dynamicWatts, most, 'd'))])))] : [];
+    ['Rail', 'Volts', 'Current', ...(data.sides[1] ? [`At ${data.sides[1].process}`] : []), 'Power-up', 'Power', ...(anyMoved ? ['Change'] : []), 'Parts'],
+    rows.map((/** @type {any} */ r) => [r.rail + (r.staticCurrentInside ? ' *' : ''), r.volts.toFixed(3), si(r.totalAmperes, 'A'), ...(data.sides[1] ? [si(at(r.rail)?.totalAmperes, 'A')] : []), si(powerUp(r), 'A'), si(r.watts, 'W'),
+      ...(anyMoved ? [moved(r)] : []), bar(piece(r.staticWatts, most, 's'), piece(r.dynamicWatts, most, 'd'))])))] : [];
 }
 
 /** @param {Estimate} data */
