@@ -65,7 +65,10 @@ async function estimate() {
   busy = true;
   do {
     stale = false;
+    const asking = history;
     const answer = await ask({ do: 'estimate', file, text: JSON.stringify(history.design) });
+    if (asking !== history)
+      continue; // another design has been opened
     problem = answer.error || '';
     if (answer.estimate)
       result = answer.estimate;

@@ -253,6 +253,7 @@ TEST(RunningDesign, DevicesComeAndGo)
     for (const std::string& device : {one, std::string(), other, one}) {
         running.change(design(device));
         EXPECT_EQ(reportOf(running.estimate()), reportOf(estimate(design(device)))) << device;
+        EXPECT_EQ(running.estimate().utilisation.empty(), device.empty());
     }
 }
 

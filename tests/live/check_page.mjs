@@ -2,7 +2,7 @@
 // design that the page saves. The edits are the same in every run.
 // node check_page.mjs ZELM CHROMIUM EDITS DESIGN...
 import { execFileSync } from 'node:child_process';
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, rmSync, statSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { basename, dirname, join, resolve } from 'node:path';
 import { pathToFileURL } from 'node:url';
@@ -71,6 +71,7 @@ async function check(file) {
   try {
     const page = join(place, 'page.html');
     execFileSync(zelm, ['estimate', file, '--live', page], { stdio: ['ignore', 'ignore', 'pipe'] });
+    expect(statSync(page).size < 5.5e6, `the page has ${statSync(page).size} bytes`);
     const began = Date.now();
     await browser.open(pathToFileURL(page).href);
     await browser.until('globalThis.zelmPage && zelmPage.result()');
