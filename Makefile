@@ -6,7 +6,7 @@ PRESET ?= release
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo rtl-demo live test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
+.PHONY: demo rtl-demo live python test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
 
 demo: $(BUILD)/build.ninja
 	cmake --build --preset $(PRESET) --target zelm
@@ -25,6 +25,12 @@ live:
 	live/setup build/live/sources
 	emcmake cmake -G Ninja -S . -B build/live -D CMAKE_BUILD_TYPE=Release
 	cmake --build build/live
+
+# The package, to be tried: PYTHONPATH=build/release/python python3
+python:
+	tools/setup pybind11-dev python3-dev python3-numpy
+	cmake --preset $(PRESET)
+	cmake --build --preset $(PRESET) --target python
 
 test: build
 	ctest --preset $(PRESET) -j 2
@@ -82,7 +88,7 @@ format-check:
 	tools/format --check
 
 build/tidy: $(BUILD)/build.ninja
-	cmake --preset $(PRESET) -B $@ -D ZELM_ROOMS_TOGETHER=OFF
+	cmake --preset $(PRESET) -B $@ -D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON
 
 tidy: build/tidy
 	tools/tidy $< $(TIDY)

@@ -10,4 +10,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// One that lies with the characterisation data: a directory or file of them is missing or broken.
+class DataError : public Error {
+public:
+    using Error::Error;
+};
+
 } // namespace zelm::host

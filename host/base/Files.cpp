@@ -12,6 +12,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <poll.h>
 #include <sys/stat.h>
@@ -234,14 +235,33 @@ void replaceFile(const std::string& path, const std::string& target, const std::
         static_cast<void>(::fsync(folder.number()));
 }
 
+// By name; of this thread.
+std::map<std::string, std::string>& givenTexts()
+{
+    thread_local std::map<std::string, std::string> texts;
+    return texts;
+}
+
 } // namespace
+
+GivenText::GivenText(std::string name, std::string text) : m_name(std::move(name))
+{
+    givenTexts()[m_name] = std::move(text);
+}
+
+GivenText::~GivenText()
+{
+    givenTexts().erase(m_name);
+}
 
 std::string readFile(const std::string& path)
 {
     if (path.empty())
         throw Error("the name of the file to read is empty");
     std::string text;
-    if (path == kStandardInput) {
+    if (const auto given = givenTexts().find(path); given != givenTexts().end()) {
+        text = given->second;
+    } else if (path == kStandardInput) {
         text = readOpen(STDIN_FILENO, "standard input");
     } else {
         const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));

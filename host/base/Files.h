@@ -15,6 +15,18 @@ inline constexpr std::size_t kMostFileBytes = std::size_t{256} << 20;
 /// A file's content. An Error says what is in the way: no such file, a folder, not readable, too large, empty.
 std::string readFile(const std::string& path);
 
+/// While one lives, readFile gives this thread a text for the file of that name, whether or not there is one.
+class GivenText {
+public:
+    GivenText(std::string name, std::string text);
+    ~GivenText();
+    GivenText(const GivenText&) = delete;
+    GivenText& operator=(const GivenText&) = delete;
+
+private:
+    std::string m_name;
+};
+
 /// Writes a file whole or not at all: beside it, then in its place, with its permissions. A link is followed; a device
 /// or FIFO is written to as it stands. An Error, with the old file untouched, if that fails.
 void writeFile(const std::string& path, std::string_view text);

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstddef>
+#include <mutex>
 
 namespace zelm::host {
 
@@ -14,6 +15,8 @@ constexpr std::array kEnding{SIGINT, SIGTERM, SIGHUP};
 std::atomic<int> g_signal{0};
 static_assert(std::atomic<int>::is_always_lock_free); // a handler may touch nothing else
 std::array<struct sigaction, kEnding.size()> g_before;
+std::mutex g_mutex; // of threads that have one each at the same time
+int g_living = 0;
 
 void note(int signal)
 {
@@ -24,6 +27,9 @@ void note(int signal)
 
 Interrupt::Interrupt()
 {
+    const std::lock_guard lock(g_mutex);
+    if (g_living++ > 0)
+        return;
     g_signal = 0;
     struct sigaction action = {};
     action.sa_handler = note;
@@ -36,6 +42,9 @@ Interrupt::Interrupt()
 
 Interrupt::~Interrupt()
 {
+    const std::lock_guard lock(g_mutex);
+    if (--g_living > 0)
+        return;
     for (std::size_t i = 0; i < kEnding.size(); ++i)
         ::sigaction(kEnding[i], &g_before[i], nullptr);
 }

@@ -28,6 +28,9 @@ bool isTerminal(std::FILE* stream)
     return isatty(fileno(stream)) == 1 && variable("TERM") != "dumb";
 }
 
+// Where the complaints of this thread go, if not to standard error.
+thread_local std::vector<std::string>* t_complaints = nullptr;
+
 } // namespace
 
 bool takesColour(std::FILE* stream)
@@ -54,8 +57,22 @@ void say(const std::string& text)
 
 void complain(const std::string& text)
 {
+    if (t_complaints) {
+        t_complaints->push_back(text);
+        return;
+    }
     const std::string mark = Paint(takesColour(stderr)).bad("zelm:");
     static_cast<void>(writeAll(STDERR_FILENO, fmt::format("{} {}\n", mark, shown(text))));
+}
+
+HeardComplaints::HeardComplaints(std::vector<std::string>& complaints)
+    : m_before(std::exchange(t_complaints, &complaints))
+{
+}
+
+HeardComplaints::~HeardComplaints()
+{
+    t_complaints = m_before;
 }
 
 std::string Paint::title(const std::string& text) const

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace zelm::host {
 
@@ -18,6 +19,18 @@ std::size_t terminalColumns();
 void say(const std::string& text);
 /// The same with the tool's name in front, for what people should mend.
 void complain(const std::string& text);
+
+/// While one lives, what this thread complains of goes to a list and not to standard error.
+class HeardComplaints {
+public:
+    explicit HeardComplaints(std::vector<std::string>& complaints);
+    ~HeardComplaints();
+    HeardComplaints(const HeardComplaints&) = delete;
+    HeardComplaints& operator=(const HeardComplaints&) = delete;
+
+private:
+    std::vector<std::string>* m_before;
+};
 
 /// Paints words for a terminal, or leaves them as they are.
 class Paint {

@@ -142,6 +142,8 @@ void narrow(std::vector<std::size_t>& widths, const std::vector<bool>& breaks)
     }
 }
 
+constexpr std::string_view kSuggestion = "; did you mean ";
+
 // A number, perhaps with its unit: more words are a sentence that begins with a number.
 bool looksNumeric(std::string_view text)
 {
@@ -184,7 +186,25 @@ std::string orList(const std::vector<std::string>& words)
 std::string suggestion(std::string_view name, const std::vector<std::string>& known)
 {
     const std::vector<std::string> names = nearestNames(name, known);
-    return names.empty() ? std::string() : "; did you mean " + orList(names) + "?";
+    return names.empty() ? std::string() : fmt::format("{}{}?", kSuggestion, orList(names));
+}
+
+std::vector<std::string> suggestedNames(std::string_view message)
+{
+    const std::size_t mark = message.rfind(kSuggestion);
+    if (mark == std::string_view::npos)
+        return {};
+    const std::size_t begin = mark + kSuggestion.size();
+    std::string_view list = message.substr(begin, message.find('?', begin) - begin);
+    std::vector<std::string> names;
+    for (const std::string_view separator : {std::string_view(", "), std::string_view(" or ")}) {
+        for (std::size_t end = 0; (end = list.find(separator)) != std::string_view::npos;) {
+            names.emplace_back(list.substr(0, end));
+            list.remove_prefix(end + separator.size());
+        }
+    }
+    names.emplace_back(list);
+    return names;
 }
 
 std::string upper(std::string text)

@@ -12,6 +12,8 @@ namespace zelm::host {
 std::vector<std::string> nearestNames(std::string_view name, const std::vector<std::string>& known);
 /// "; did you mean A, B or C?", or nothing if no known name is close.
 std::string suggestion(std::string_view name, const std::vector<std::string>& known);
+/// The names in the suggestion with which a message ends, or to which others have been added.
+std::vector<std::string> suggestedNames(std::string_view message);
 /// "A, B or C"
 std::string orList(const std::vector<std::string>& words);
 

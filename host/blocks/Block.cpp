@@ -69,6 +69,11 @@ public:
         return m_cells.floats[cell.ordinal];
     }
 
+    CellSlots slots() override
+    {
+        return m_cells;
+    }
+
     void calculate() override
     {
         m_recalculation.reset();
@@ -94,16 +99,10 @@ public:
     }
 
 protected:
-    struct Cells {
-        int* ints;
-        float* floats;
-        std::string* strings;
-    };
-
     explicit UntypedInstance(std::string_view dataName) : m_dataName(dataName) {}
 
     /// Of the kind's parameter block, as soon as that stands.
-    void hold(Cells cells)
+    void hold(CellSlots cells)
     {
         m_cells = cells;
     }
@@ -127,7 +126,7 @@ private:
         const auto fail = [this](const std::string& why) {
             const std::string file = dataFileOf(m_dataName);
             const std::string path = dataPath(file);
-            throw Error(fmt::format("{}: a formula fails on its rows: {}", path.empty() ? file : path, why));
+            throw DataError(fmt::format("{}: a formula fails on its rows: {}", path.empty() ? file : path, why));
         };
         try {
             run();
@@ -152,7 +151,7 @@ private:
     }
 
     std::string_view m_dataName;
-    Cells m_cells{};
+    CellSlots m_cells{};
     std::unique_ptr<RecalculationOfCells> m_recalculation;
 };
 
@@ -201,18 +200,18 @@ void loadAndCheck(const DataFunctions& data)
     try {
         data.load();
     } catch (const libconfig::ParseException& error) {
-        throw Error(fmt::format("{}:{}: {}; expected settings of the form NAME = value; or NAME : {{ ... }};", path,
-                                error.getLine(), error.getError()));
+        throw DataError(fmt::format("{}:{}: {}; expected settings of the form NAME = value; or NAME : {{ ... }};", path,
+                                    error.getLine(), error.getError()));
     } catch (const libconfig::FileIOException&) {
-        throw Error(fmt::format("{}: cannot be read", path));
+        throw DataError(fmt::format("{}: cannot be read", path));
     } catch (const libconfig::ConfigException&) {
-        throw Error(fmt::format("{}: holds settings of a kind that tables can't have", path));
+        throw DataError(fmt::format("{}: holds settings of a kind that tables can't have", path));
     }
     for (const ZelmTableInfo& table : data.tables()) {
         if (data.isEmpty(table.group))
-            throw Error(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
-                                    DataLines(file).where(std::string(table.group), ""), data.name, table.group,
-                                    table.type == "std::string" ? "string" : table.type, table.keys));
+            throw DataError(fmt::format("{}: expected a group {}.{} with at least one {} value (keys: {})",
+                                        DataLines(file).where(std::string(table.group), ""), data.name, table.group,
+                                        table.type == "std::string" ? "string" : table.type, table.keys));
     }
 }
 

@@ -19,6 +19,13 @@ namespace zelm::host {
 /// A cell's value; std::monostate is an unset cell.
 using Value = std::variant<std::monostate, int, float, std::string>;
 
+/// Where the values of a parameter block's cells stand, by type and ordinal; unset ones hold their marks.
+struct CellSlots {
+    int* ints;
+    float* floats;
+    std::string* strings;
+};
+
 /// One parameter block of a kind that is chosen at run time.
 class Instance {
 public:
@@ -27,6 +34,8 @@ public:
     virtual Value get(const ZelmCellInfo& cell) const = 0;
     /// Where a float cell's value stands, the unset one's too, for those who look at it often.
     virtual const float& slot(const ZelmCellInfo& cell) const = 0;
+    /// Where all values stand, for those who set and look at many and never recalculate.
+    virtual CellSlots slots() = 0;
     /// The value of a float cell, if it is set.
     std::optional<float> real(const ZelmCellInfo& cell) const;
     virtual void calculate() = 0;

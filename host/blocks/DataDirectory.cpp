@@ -18,9 +18,9 @@ std::string chooseDataDirectory(const std::string& option)
             if (!directory.empty() && std::filesystem::is_directory(directory + "/powercfg", unexamined))
                 return;
         }
-        throw Error(fmt::format("{} {}: this directory has no powercfg folder (the data are in "
-                                "powercfg/orvane/*.cfg below it)",
-                                name, directories));
+        throw DataError(fmt::format("{} {}: this directory has no powercfg folder (the data are in "
+                                    "powercfg/orvane/*.cfg below it)",
+                                    name, directories));
     };
     const auto use = [](const std::string& directories, const char* origin) {
         setenv("QTA_DATADIR", directories.c_str(), 1);
@@ -43,8 +43,8 @@ std::string chooseDataDirectory(const std::string& option)
         if (std::filesystem::is_directory(directory))
             return use(directory, directory == std::string_view(ZELM_SOURCE_DATADIR) ? "source tree" : "installed");
     }
-    throw Error(fmt::format("no data directory: there is no {}, {} or {}; give --datadir or set QTA_DATADIR", beside,
-                            ZELM_INSTALLED_DATADIR, ZELM_SOURCE_DATADIR));
+    throw DataError(fmt::format("no data directory: there is no {}, {} or {}; give --datadir or set QTA_DATADIR",
+                                beside, ZELM_INSTALLED_DATADIR, ZELM_SOURCE_DATADIR));
 }
 
 } // namespace zelm::host

@@ -18,6 +18,13 @@ std::string sha256(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
     const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return sha256Of(content);
+}
+
+} // namespace
+
+std::string sha256Of(std::string_view content)
+{
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
     unsigned int length = 0;
     EVP_Digest(content.data(), content.size(), digest.data(), &length, EVP_sha256(), nullptr);
@@ -26,8 +33,6 @@ std::string sha256(const std::string& path)
         text += fmt::format("{:02x}", digest[i]);
     return text;
 }
-
-} // namespace
 
 std::vector<DataFile> dataFiles(const std::vector<const Block*>& blocks)
 {

@@ -3,6 +3,7 @@
 #include "host/blocks/Block.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zelm::host {
@@ -13,6 +14,8 @@ struct DataFile {
     std::string sha256;
 };
 
+/// In hexadecimal.
+std::string sha256Of(std::string_view content);
 /// The files of these blocks, each once.
 std::vector<DataFile> dataFiles(const std::vector<const Block*>& blocks);
 

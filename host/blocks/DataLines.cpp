@@ -55,8 +55,8 @@ std::string dataPath(const std::string& file)
         const std::string directory = ZelmData::getQTADataDir(file);
         return directory.empty() ? "" : directory + "/" + file;
     } catch (const std::exception&) { // the library's file system throws where it may not look
-        throw Error(fmt::format("{}: the data search list {} has a folder that can't be looked into", file,
-                                std::getenv("QTA_DATADIR")));
+        throw DataError(fmt::format("{}: the data search list {} has a folder that can't be looked into", file,
+                                    std::getenv("QTA_DATADIR")));
     }
 }
 
@@ -64,17 +64,23 @@ std::string loadablePath(const std::string& file)
 {
     std::string path = dataPath(file);
     if (path.empty())
-        throw Error(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
-                                std::getenv("QTA_DATADIR")));
+        throw DataError(fmt::format("{}: no directory of the data search list holds this file (looked in {})", file,
+                                    std::getenv("QTA_DATADIR")));
     const auto refuse = [](const std::string& which, const std::string& why) {
         if (!why.empty())
-            throw Error(fmt::format("{}: cannot be read: {}", which, why));
+            throw DataError(fmt::format("{}: cannot be read: {}", which, why));
     };
     refuse(path, whyUnreadable(path));
     constexpr std::size_t longest = 10000;
     constexpr std::string_view include = "@include";
     std::size_t number = 0;
-    const std::string text = readFile(path);
+    const std::string text = [&] {
+        try {
+            return readFile(path);
+        } catch (const Error& error) {
+            throw DataError(error.what());
+        }
+    }();
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t end = std::min(text.find('\n', at), text.size());
         const std::string_view line = std::string_view(text).substr(at, end - at);
@@ -99,9 +105,9 @@ DataLines::DataLines(const std::string& file)
     try {
         m_cfg->readFile(m_path.c_str());
     } catch (const libconfig::ParseException& error) {
-        throw Error(fmt::format("{}:{}: {}", m_path, error.getLine(), error.getError()));
+        throw DataError(fmt::format("{}:{}: {}", m_path, error.getLine(), error.getError()));
     } catch (const libconfig::ConfigException&) {
-        throw Error(fmt::format("{}: cannot be read", m_path));
+        throw DataError(fmt::format("{}: cannot be read", m_path));
     }
 }
 

@@ -1,6 +1,9 @@
 #include "host/blocks/Legal.h"
 
+#include "host/base/Error.h"
 #include "host/base/Text.h"
+
+#include "framework/ZelmUnset.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -265,6 +268,17 @@ std::optional<std::string> whyUnlikely(const ZelmCellInfo& cell, const Value& va
                        : most <= 2.0         ? "; percent?"
                                              : "";
     return fmt::format("{} is {}, usually at most {}{}", cell.name, valueText(value), numberText(most), slip);
+}
+
+std::optional<std::string> doubtOf(const Block& block, const ZelmCellInfo& cell, const Value& value)
+{
+    const auto* whole = std::get_if<int>(&value);
+    const auto* real = std::get_if<float>(&value);
+    const auto* text = std::get_if<std::string>(&value);
+    if ((whole && (isUnset(*whole) || *whole == notANumberInt)) || (real && isUnset(*real)) || (text && isUnset(*text)))
+        throw Error(fmt::format("{}: \"{}\" is how an unset cell reads; leave it out", cell.name, valueText(value)));
+    const auto illegal = whyIllegal(block, cell, value);
+    return illegal ? illegal : whyUnlikely(cell, value);
 }
 
 } // namespace zelm::host

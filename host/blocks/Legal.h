@@ -27,4 +27,8 @@ std::optional<std::string> whyIllegal(const Block& block, const ZelmCellInfo& ce
 /// Why a legal value is most likely a slip. Nothing if it is an ordinary one.
 std::optional<std::string> whyUnlikely(const ZelmCellInfo& cell, const Value& value);
 
+/// Why a value that somebody gives an input by hand, to see what comes of it, is most likely none that was meant.
+/// Nothing if it is an ordinary one; an Error if unset cells read like that.
+std::optional<std::string> doubtOf(const Block& block, const ZelmCellInfo& cell, const Value& value);
+
 } // namespace zelm::host

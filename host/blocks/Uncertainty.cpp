@@ -16,14 +16,14 @@ Uncertainty readUncertainty(const std::string& kind, const std::string& rail, co
 {
     if (!entry.is_object() || !entry.contains("relative") || !entry["relative"].is_number() ||
         !entry.contains("reason") || !entry["reason"].is_string())
-        throw Error(fmt::format("{}: expected {{\"relative\": number, \"reason\": text}}", source.at(path)));
+        throw DataError(fmt::format("{}: expected {{\"relative\": number, \"reason\": text}}", source.at(path)));
     return {kind, rail, entry["relative"].get<double>(), entry["reason"].get<std::string>()};
 }
 
 std::vector<Uncertainty> readBlock(const Json& block, const JsonSource& source, const std::string& path)
 {
     if (!block.is_object())
-        throw Error(fmt::format("{}: expected an object {{...}}", source.at(path)));
+        throw DataError(fmt::format("{}: expected an object {{...}}", source.at(path)));
     std::vector<Uncertainty> all;
     for (const char* kind : {"dynamic", "static", "process", "temperature"}) {
         if (block.contains(kind))
@@ -47,7 +47,7 @@ std::map<std::string, std::vector<Uncertainty>, std::less<>> uncertainties()
     JsonSource source;
     const Json root = readJson(file, source);
     if (!root.is_object() || !root.contains("blocks") || !root["blocks"].is_object())
-        throw Error(fmt::format("{}: expected {{\"blocks\": {{...}}}}", file));
+        throw DataError(fmt::format("{}: expected {{\"blocks\": {{...}}}}", file));
     for (const auto& [name, block] : root["blocks"].items())
         byBlock[name] = readBlock(block, source, "blocks." + name);
     return byBlock;

@@ -6,8 +6,6 @@
 #include "host/blocks/ValueJson.h"
 #include "host/commands/Command.h"
 
-#include "framework/ZelmUnset.h"
-
 #include <fmt/format.h>
 
 #include <bit>
@@ -20,16 +18,6 @@ namespace {
 
 using Given = std::set<std::string_view>;
 
-// What the library takes for a cell that nobody has set.
-bool isUnsetMark(const Value& value)
-{
-    const auto* whole = std::get_if<int>(&value);
-    const auto* real = std::get_if<float>(&value);
-    const auto* text = std::get_if<std::string>(&value);
-    return (whole && (zelm::isUnset(*whole) || *whole == zelm::notANumberInt)) || (real && zelm::isUnset(*real)) ||
-           (text && zelm::isUnset(*text));
-}
-
 Given setInputs(Instance& instance, const Block& block, const std::vector<std::string>& assignments)
 {
     Given given;
@@ -41,14 +29,10 @@ Given setInputs(Instance& instance, const Block& block, const std::vector<std::s
         const Value value = parseValue(cell, assignment.substr(equals + 1));
         if (!given.insert(cell.name).second)
             throw Error(fmt::format("{} is given twice", cell.name));
-        if (isUnsetMark(value))
-            throw Error(fmt::format("{}: \"{}\" is how an unset cell reads; leave it out", cell.name,
-                                    abbreviated(assignment.substr(equals + 1))));
+        const auto doubt = doubtOf(block, cell, value);
         instance.set(cell, value);
-        if (const auto illegal = whyIllegal(block, cell, value))
-            complain("warning: " + *illegal);
-        else if (const auto unlikely = whyUnlikely(cell, value))
-            complain("warning: " + *unlikely);
+        if (doubt)
+            complain("warning: " + *doubt);
     }
     return given;
 }

@@ -53,12 +53,15 @@ Action declareLive(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
 Action declarePropagate(Options& options);
+Action declareSample(Options& options);
 Action declareSchema(Options& options);
 Action declareSensitivity(Options& options);
 Action declareSolve(Options& options);
 Action declareStandards(Options& options);
 Action declareSweep(Options& options);
 
+/// All subcommands, as the help lists them.
+std::span<const Command> allCommands();
 /// The subcommands of import.
 std::span<const Command> importCommands();
 /// The subcommands of export.

@@ -357,6 +357,27 @@ int parseAndRun(int argc, char** argv, std::span<const Command> commands)
     return printed(run.out, code);
 }
 
+Said runCommand(const std::vector<std::string>& words, std::span<const Command> commands)
+{
+    CLI::App app("", "zelm");
+    app.require_subcommand(1);
+    CommandLine line;
+    line.add(app, commands);
+    try {
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend())); // last word first
+    } catch (const CLI::ParseError& error) {
+        throw Error(mistake(app, error));
+    }
+    Said said;
+    const HeardComplaints heard(said.complaints);
+    Run run;
+    run.barAfter = std::chrono::years(1);
+    run.print = [&](std::string_view text) { said.out += text; };
+    said.code = line.action(run);
+    said.out += run.out;
+    return said;
+}
+
 int runTool(int argc, char** argv, std::span<const Command> commands)
 {
     prepareProcess();

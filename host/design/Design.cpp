@@ -14,6 +14,7 @@
 #include "framework/ZelmUnset.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
@@ -24,8 +25,61 @@ namespace zelm::host {
 
 namespace {
 
-Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
+constexpr double kMostOfReal = 3.4e38; // a float of the largest magnitude would be taken for an unset cell
+
+// The two largest ints stand for an unset cell and for what is no number.
+Range rangeOf(const ZelmCellInfo& cell)
 {
+    if (cell.type == ZelmCellInfo::Type::integer)
+        return {std::numeric_limits<int>::min(), zelm::notANumberInt - 1, cell.unit};
+    return {-kMostOfReal, kMostOfReal, cell.unit};
+}
+
+Value typedValue(const ZelmCellInfo& cell, const Distribution::Value& value)
+{
+    if (const auto* word = std::get_if<std::string>(&value))
+        return *word;
+    const double number = std::get<double>(value);
+    return cell.type == ZelmCellInfo::Type::integer ? Value(static_cast<int>(number))
+                                                    : Value(static_cast<float>(number));
+}
+
+// What an input may be must be legal at its ends; a normal distribution is cut where the legal numbers end.
+Value uncertainValue(const Block& block, const ZelmCellInfo& cell, const Json& value, const Place& where)
+{
+    using Kind = Distribution::Kind;
+    const bool isWord = cell.type == ZelmCellInfo::Type::text;
+    Distribution all =
+        isWord ? Fields::words(value, where)
+               : Fields::distribution(value, where, rangeOf(cell), cell.type == ZelmCellInfo::Type::integer);
+    const auto check = [&](const std::string& field, const Distribution::Value& end) {
+        if (const auto illegal = whyIllegal(block, cell, typedValue(cell, end)))
+            where.field(field).fail(*illegal);
+    };
+    if (all.kind != Kind::discrete && (cell.legal.kind == zelm::Legal::Kind::keys || !legalNumbers(cell).empty()))
+        where.fail(fmt::format("{} takes {}: list what it may be, {{\"values\": [...], \"weights\": [...]}}", cell.name,
+                               legalText(cell)));
+    for (std::size_t i = 0; i < all.values.size(); ++i)
+        check(fmt::format("values[{}]", i), all.values[i]);
+    if (all.kind == Kind::uniform || all.kind == Kind::triangular) {
+        check("low", all.low);
+        check("high", all.high);
+    }
+    if (all.kind == Kind::normal) {
+        check("mean", all.peak);
+        const zelm::Legal& legal = cell.legal;
+        all.low = std::max(all.low, legal.lowest);
+        all.high = std::min(all.high, all.peak <= legal.usualHighest ? std::min(legal.highest, legal.usualHighest)
+                                                                     : legal.highest);
+    }
+    where.note(all);
+    return typedValue(cell, all.centre());
+}
+
+Value cellValue(const Block& block, const ZelmCellInfo& cell, const Json& value, const Place& where)
+{
+    if (isDistribution(value))
+        return uncertainValue(block, cell, value, where);
     switch (cell.type) {
     case ZelmCellInfo::Type::text: {
         std::string word = Fields::word(value, where);
@@ -34,15 +88,11 @@ Value cellValue(const ZelmCellInfo& cell, const Json& value, const Place& where)
         return word;
     }
     case ZelmCellInfo::Type::integer:
-        // The two largest ints stand for an unset cell and for what is no number.
-        return static_cast<int>(
-            Fields::whole(value, where, {std::numeric_limits<int>::min(), zelm::notANumberInt - 1, cell.unit}));
+        return static_cast<int>(Fields::whole(value, where, rangeOf(cell)));
     case ZelmCellInfo::Type::real:
         break;
     }
-    // A float of the largest magnitude would be taken for an unset cell.
-    constexpr double most = 3.4e38;
-    return static_cast<float>(Fields::number(value, where, {-most, most, cell.unit}));
+    return static_cast<float>(Fields::number(value, where, rangeOf(cell)));
 }
 
 constexpr OwnField kOwnFields[] = {
@@ -96,7 +146,7 @@ std::vector<std::pair<std::string, Value>> readInputs(const Json* object, const 
             place.fail(error.what());
         }
         const ZelmCellInfo& cell = block->input(name);
-        inputs.emplace_back(name, cellValue(cell, value, place));
+        inputs.emplace_back(name, cellValue(*block, cell, value, place));
         judge(*block, cell, inputs.back().second, value, place, reading);
     }
     return inputs;
@@ -160,6 +210,49 @@ const Value* Group::input(std::string_view cell) const
     const auto found =
         std::find_if(inputs.begin(), inputs.end(), [&](const auto& input) { return input.first == cell; });
     return found == inputs.end() ? nullptr : &found->second;
+}
+
+const Distribution* Design::distributionAt(std::string_view path) const
+{
+    const auto found =
+        std::find_if(uncertain.begin(), uncertain.end(), [&](const Uncertain& each) { return each.path == path; });
+    return found == uncertain.end() ? nullptr : &found->distribution;
+}
+
+std::string groupPath(const Design& design, std::size_t index)
+{
+    const std::string& name = design.groups[index].name;
+    const bool isPlain = !name.empty() && name.find(']') == std::string::npos &&
+                         name.find_first_not_of("0123456789") != std::string::npos;
+    return fmt::format("groups[{}]", isPlain ? name : fmt::format("{}", index));
+}
+
+std::string namedPath(const Design& design, const std::string& path)
+{
+    for (std::size_t i = 0; i < design.groups.size() && path.starts_with("groups["); ++i) {
+        const std::string& place = design.groups[i].place;
+        if (path.starts_with(place) && path.size() > place.size() && path[place.size()] == '.')
+            return groupPath(design, i) + path.substr(place.size());
+    }
+    return path;
+}
+
+std::string remarkOfDistributions(const Design& design)
+{
+    constexpr std::size_t most = 8;
+    const std::size_t count = design.uncertain.size();
+    std::vector<std::string> all;
+    for (std::size_t i = 0; i < std::min(most, count); ++i)
+        all.push_back(fmt::format("{} ({})", namedPath(design, design.uncertain[i].path),
+                                  design.uncertain[i].distribution.centreText()));
+    if (count > most)
+        all.push_back(fmt::format("and {} more", count - most));
+    if (count == 0)
+        return {};
+    return fmt::format("{} mode, mean, middle or heaviest value: {}",
+                       count == 1 ? "1 input is a distribution and counts with its"
+                                  : fmt::format("{} inputs are distributions and count with their", count),
+                       fmt::join(all, ", "));
 }
 
 std::span<const OwnField> ownFields()
@@ -283,6 +376,8 @@ Device readDevice(const Json& value, const Reading& reading)
     Device device;
     device.part = fields.word("part");
     device.family = fields.word("family");
+    if (value.contains("process") && isDistribution(value["process"]))
+        fields.place("process").fail("studies tell both process sides: choose the one that counts, TYP or MAX");
     device.process = fields.word("process");
     device.speedGrade = fields.word("speedGrade");
     device.voltageGrade = fields.word("voltageGrade");
@@ -361,6 +456,8 @@ Design readDesign(const Json& root, const JsonSource& source)
     Fields fields(root, where);
     Design design;
     design.source = source;
+    design.uncertain = reading.parameters.uncertain();
+    reading.uncertain = &design.uncertain;
     design.name = fields.text("name", source.file);
     for (const char* known : {"$schema", "description", "include", "parameters"})
         fields.take(known);

@@ -2,6 +2,7 @@
 
 #include "host/base/JsonSource.h"
 #include "host/blocks/Block.h"
+#include "host/design/Distribution.h"
 #include "host/design/Modes.h"
 #include "host/design/Supplies.h"
 
@@ -85,7 +86,18 @@ struct Design {
     std::vector<std::pair<std::string, Value>> staticInputs; ///< of the Static block, set by hand
     std::vector<Group> groups;
     std::vector<std::string> warnings; ///< the same, outside of groups
+    std::vector<Uncertain> uncertain;  ///< values that are distributions, of which the centres count here
+
+    /// Null if the value at that path is none.
+    const Distribution* distributionAt(std::string_view path) const;
 };
+
+/// A group's path with its name in place of its index, unless that can't stand in a path: groups[line buffers].
+std::string groupPath(const Design& design, std::size_t index);
+/// The same for a path into a group, as readDesign tells it; others stay as they are.
+std::string namedPath(const Design& design, const std::string& path);
+/// "2 inputs are distributions and count with ...: ..."; empty if none is.
+std::string remarkOfDistributions(const Design& design);
 
 /// Reads a design file. Whatever is wrong with it is an Error that tells file, line, place and what was expected.
 Design readDesign(const std::string& file);

@@ -53,12 +53,37 @@ std::string withValue(const Json& value, double number)
     return value.is_string() ? fmt::format("{} ({:.10g})", quoted(value), number) : quoted(value);
 }
 
+bool isWithin(double number, const Range& range)
+{
+    return number >= range.least && number <= range.most;
+}
+
+std::string outsideText(const std::string& value, const Range& range)
+{
+    return fmt::format("{} is outside {} to {} {}", value, range.least, range.most,
+                       range.words.empty() ? range.unit : range.words);
+}
+
 double within(const Json& value, double number, const Place& where, const Range& range)
 {
-    if (!(number >= range.least && number <= range.most))
-        where.fail(fmt::format("{} is outside {} to {} {}", withValue(value, number), range.least, range.most,
-                               range.words.empty() ? range.unit : range.words));
+    if (!isWithin(number, range))
+        where.fail(outsideText(withValue(value, number), range));
     return number;
+}
+
+// Its numbers one by one, with the fields that they stand in.
+template <class Check>
+void checkNumbers(const Distribution& all, const Check& check)
+{
+    using Kind = Distribution::Kind;
+    for (std::size_t i = 0; i < all.values.size(); ++i)
+        check(fmt::format("values[{}]", i), std::get<double>(all.values[i]));
+    if (all.kind == Kind::uniform || all.kind == Kind::triangular) {
+        check("low", all.low);
+        check("high", all.high);
+    }
+    if (all.kind == Kind::triangular || all.kind == Kind::normal)
+        check(all.kind == Kind::normal ? "mean" : "mode", all.peak);
 }
 
 } // namespace
@@ -81,6 +106,17 @@ std::string Place::say(const std::string& message) const
 void Place::fail(const std::string& message) const
 {
     throw Error(say(message));
+}
+
+void Place::fail(const BadDistribution& error) const
+{
+    (error.field.empty() ? *this : field(error.field)).fail(std::string(error.what()));
+}
+
+void Place::note(const Distribution& distribution) const
+{
+    if (m_reading->uncertain)
+        m_reading->uncertain->push_back({m_path, distribution});
 }
 
 Fields::Fields(const Json& object, Place place) : m_object(&object), m_place(std::move(place))
@@ -180,6 +216,11 @@ std::string Fields::text(const Json& value, const Place& where)
 
 std::string Fields::word(const Json& value, const Place& where)
 {
+    if (isDistribution(value)) {
+        const Distribution all = words(value, where);
+        where.note(all);
+        return std::get<std::string>(all.centre());
+    }
     std::string word = text(value, where);
     if (!isExpression(word))
         return word;
@@ -191,8 +232,48 @@ std::string Fields::word(const Json& value, const Place& where)
     }
 }
 
+Distribution Fields::distribution(const Json& value, const Place& where, const Range& range, bool isWhole)
+{
+    try {
+        Distribution all = distributionOf(value, range.unit);
+        if (all.takesWords())
+            throw BadDistribution("values", fmt::format("expected numbers, found {}", quoted(value["values"])));
+        all.isWhole = isWhole;
+        checkNumbers(all, [&](const std::string& field, double number) {
+            if (!isWithin(number, range))
+                throw BadDistribution(field, outsideText(fmt::format("{}", number), range));
+            if (isWhole && all.kind != Distribution::Kind::normal && number != std::round(number))
+                throw BadDistribution(field, fmt::format("expected a whole number, found {}", number));
+        });
+        if (all.kind == Distribution::Kind::normal) {
+            all.low = std::max(all.low, range.least);
+            all.high = std::min(all.high, range.most);
+        }
+        return all;
+    } catch (const BadDistribution& error) {
+        where.fail(error);
+    }
+}
+
+Distribution Fields::words(const Json& value, const Place& where)
+{
+    try {
+        Distribution all = distributionOf(value, std::nullopt);
+        if (!all.takesWords())
+            throw BadDistribution("", fmt::format("expected words, {{\"values\": [...]}}, found {}", quoted(value)));
+        return all;
+    } catch (const BadDistribution& error) {
+        where.fail(error);
+    }
+}
+
 double Fields::number(const Json& value, const Place& where, const Range& range)
 {
+    if (isDistribution(value)) {
+        const Distribution all = distribution(value, where, range, false);
+        where.note(all);
+        return std::get<double>(all.centre());
+    }
     const std::optional<double> number = numberIn(value, where, range.unit);
     if (!number)
         where.fail(fmt::format("expected a number, found {}", describe(value)));
@@ -201,6 +282,11 @@ double Fields::number(const Json& value, const Place& where, const Range& range)
 
 double Fields::whole(const Json& value, const Place& where, const Range& range)
 {
+    if (isDistribution(value)) {
+        const Distribution all = distribution(value, where, range, true);
+        where.note(all);
+        return std::get<double>(all.centre());
+    }
     const std::optional<double> number = numberIn(value, where, range.unit);
     if (!number)
         where.fail(fmt::format("expected a whole number, found {}", describe(value)));

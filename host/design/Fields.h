@@ -2,6 +2,7 @@
 
 #include "host/base/JsonFwd.h"
 #include "host/base/JsonSource.h"
+#include "host/design/Distribution.h"
 #include "host/design/Parameters.h"
 
 #include <map>
@@ -16,7 +17,8 @@ namespace zelm::host {
 struct Reading {
     JsonSource source;
     Parameters parameters;
-    std::vector<std::string> warnings{}; ///< values that are legal but most likely a slip
+    std::vector<std::string> warnings{};         ///< values that are legal but most likely a slip
+    std::vector<Uncertain>* uncertain = nullptr; ///< where to note those that are distributions, if they are asked for
 };
 
 /// A place in the file by its path: groups[2].inputs.CLOCK_FREQ.
@@ -28,6 +30,10 @@ public:
     Place element(std::size_t index) const;
     std::string say(const std::string& message) const;
     [[noreturn]] void fail(const std::string& message) const;
+    /// The place of a field of a distribution that is wrong.
+    [[noreturn]] void fail(const BadDistribution& error) const;
+    /// That the value here is a distribution.
+    void note(const Distribution& distribution) const;
     const std::string& path() const
     {
         return m_path;
@@ -75,6 +81,9 @@ public:
     static double number(const Json& value, const Place& where, const Range& range);
     static std::map<std::string, double> numbers(const Json& object, const Place& where, const Range& range);
     static double whole(const Json& value, const Place& where, const Range& range);
+    /// What may stand for any of these; a number stays in the range.
+    static Distribution distribution(const Json& value, const Place& where, const Range& range, bool isWhole);
+    static Distribution words(const Json& value, const Place& where);
 
 private:
     const Json* m_object;

@@ -93,6 +93,21 @@ std::shared_ptr<const Design> designWith(const Json& settings, const Place& wher
     }
 }
 
+// A study draws each value of the design once, and all modes follow.
+void refuseOwnDistributions(const Mode& mode, const Place& where)
+{
+    const std::vector<Uncertain>* known = where.reading().uncertain;
+    for (const Uncertain& own : mode.design->uncertain) {
+        const bool isKnown = known && std::any_of(known->begin(), known->end(), [&](const Uncertain& base) {
+                                 return base.path == own.path && base.distribution == own.distribution;
+                             });
+        if (!isKnown)
+            where.fail(fmt::format("a mode can't set a distribution ({}): let a parameter be one, and the mode set an "
+                                   "expression of it",
+                                   own.path));
+    }
+}
+
 Mode readMode(const Json& value, const Place& where, const Json& root, const JsonSource& source)
 {
     Fields fields(value, where);
@@ -113,6 +128,7 @@ Mode readMode(const Json& value, const Place& where, const Json& root, const Jso
         refuseFixed(path, place.field(path));
     refuseSetTwice(settings ? *settings : none, root, place);
     mode.design = designWith(settings ? *settings : none, place, root, source);
+    refuseOwnDistributions(mode, place);
     return mode;
 }
 

@@ -319,6 +319,11 @@ public:
         return std::move(m_values);
     }
 
+    std::vector<Uncertain> uncertain()
+    {
+        return std::move(m_uncertain);
+    }
+
 private:
     std::string placeOf(const std::string& name) const
     {
@@ -356,10 +361,27 @@ private:
             fail(name, fmt::format("{} is a function; choose another name", name));
         if (written.is_number())
             return Quantity{written.get<double>(), kPlain};
+        if (isDistribution(written))
+            return readDistribution(name, written);
         if (!written.is_string())
             fail(name, fmt::format("expected a number, a text with a unit, an expression or a word, found the {} {}",
                                    written.type_name(), quoted(written)));
         return readText(name, written.get<std::string>());
+    }
+
+    Parameters::Value readDistribution(const std::string& name, const Json& written)
+    {
+        try {
+            const Distribution all = distributionOf(written, std::nullopt);
+            m_uncertain.push_back({placeOf(name), all});
+            const Distribution::Value centre = all.centre();
+            if (const auto* word = std::get_if<std::string>(&centre))
+                return *word;
+            const std::string number = fmt::format("{}", std::get<double>(centre));
+            return quantityOf({number, &unit(all.unit)});
+        } catch (const BadDistribution& error) {
+            fail(error.field.empty() ? name : fmt::format("{}.{}", name, error.field), error.what());
+        }
     }
 
     Parameters::Value readText(const std::string& name, const std::string& text)
@@ -392,6 +414,7 @@ private:
     std::map<std::string, const Json*, std::less<>> m_written;
     std::map<std::string, Parameters::Value, std::less<>> m_values;
     std::vector<std::string> m_open;
+    std::vector<Uncertain> m_uncertain;
 };
 
 } // namespace
@@ -408,7 +431,9 @@ Parameters::Parameters(const Json& object, const JsonSource& source)
                                 object.type_name(), quoted(object)));
     if (object.size() > kMostParameters)
         throw Error(fmt::format("{}: more than {} parameters", source.at("parameters"), kMostParameters));
-    m_values = Resolver(object, source).all();
+    Resolver resolver(object, source);
+    m_values = resolver.all();
+    m_uncertain = resolver.uncertain();
 }
 
 Quantity Parameters::number(const std::string& expression, const Scopes& scopes) const

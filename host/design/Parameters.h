@@ -2,6 +2,7 @@
 
 #include "host/base/JsonFwd.h"
 #include "host/base/Units.h"
+#include "host/design/Distribution.h"
 
 #include <functional>
 #include <map>
@@ -36,8 +37,15 @@ public:
         return m_values;
     }
 
+    /// Those that are distributions, by their path in the design; each has its centre for a value.
+    const std::vector<Uncertain>& uncertain() const
+    {
+        return m_uncertain;
+    }
+
 private:
     std::map<std::string, Value, std::less<>> m_values;
+    std::vector<Uncertain> m_uncertain;
 };
 
 } // namespace zelm::host

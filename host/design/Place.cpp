@@ -26,11 +26,12 @@ const std::string* nameOf(const Json& element)
 }
 
 // The element of a list by its index or its name.
-Json& elementAt(Json& list, const std::string& wanted, const std::string& path)
+template <class AnyJson>
+AnyJson& elementAt(AnyJson& list, const std::string& wanted, const std::string& path)
 {
     if (!list.is_array())
         throw Error(fmt::format("\"{}\" isn't a list", path));
-    Json* found = nullptr;
+    AnyJson* found = nullptr;
     for (std::size_t i = 0; i < list.size(); ++i) {
         const std::string* name = nameOf(list[i]);
         if ((name && *name == wanted) || std::to_string(i) == wanted)
@@ -46,33 +47,63 @@ Json& elementAt(Json& list, const std::string& wanted, const std::string& path)
     throw Error(fmt::format("\"{}\" has no element {}{}", path, wanted, suggestion(wanted, names)));
 }
 
-} // namespace
+// A part of a path.
+struct Step {
+    std::string name; ///< of a field, or the element's name or index
+    std::string list; ///< the path of the list that the element is in
+    bool isElement = false;
+};
 
-Json& placeAt(Json& root, const std::string& path)
+std::vector<Step> stepsOf(const std::string& path)
 {
     constexpr auto deepest = 64; // as in files
     if (std::count(path.begin(), path.end(), '.') >= deepest)
         throw Error(fmt::format("the path is more than {} fields deep", deepest));
-    Json* here = &root;
+    std::vector<Step> steps;
     std::size_t next = 0;
     while (next < path.size()) {
         const std::size_t end = std::min(path.find_first_of(".[", next), path.size());
-        if (const std::string field = path.substr(next, end - next); !field.empty()) {
-            if (!here->is_object() && !here->is_null())
-                throw Error(fmt::format("\"{}\" isn't a field of an object", field));
-            here = &(*here)[field];
-        }
+        if (std::string field = path.substr(next, end - next); !field.empty())
+            steps.push_back({std::move(field), "", false});
         next = end;
         if (next < path.size() && path[next] == '[') {
             const std::size_t close = path.find(']', next);
             if (close == std::string::npos)
                 throw Error("a ']' is missing");
-            here = &elementAt(*here, path.substr(next + 1, close - next - 1), path.substr(0, next));
+            steps.push_back({path.substr(next + 1, close - next - 1), path.substr(0, next), true});
             next = close + 1;
         }
         if (next < path.size() && path[next] == '.')
             ++next;
     }
+    return steps;
+}
+
+} // namespace
+
+const Json* findPlace(const Json& root, const std::string& path)
+{
+    static const Json nothing;
+    const Json* here = &root;
+    for (const Step& step : stepsOf(path)) {
+        if (step.isElement) {
+            here = &elementAt(*here, step.name, step.list);
+            continue;
+        }
+        if (!here->is_object() && !here->is_null())
+            throw Error(fmt::format("\"{}\" isn't a field of an object", step.name));
+        const auto field = here->find(step.name);
+        here = field == here->end() ? &nothing : &*field;
+    }
+    return here == &nothing ? nullptr : here;
+}
+
+Json& placeAt(Json& root, const std::string& path)
+{
+    findPlace(root, path); // whose Error leaves all as it was
+    Json* here = &root;
+    for (const Step& step : stepsOf(path))
+        here = step.isElement ? &elementAt(*here, step.name, step.list) : &(*here)[step.name];
     return *here;
 }
 

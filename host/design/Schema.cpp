@@ -27,10 +27,12 @@ std::string patternOf(std::string_view unit)
 }
 
 constexpr const char* kExpression = "^\\s*=.+$";
+constexpr const char* kDistribution = "#/$defs/distribution";
 
 Json numberSchema(const char* description, double least, double most, std::string_view unit)
 {
-    return {{"type", {"number", "string"}},
+    return {{"type", {"number", "string", "object"}},
+            {"$ref", kDistribution},
             {"pattern", patternOf(unit)},
             {"description", description},
             {"minimum", least},
@@ -53,9 +55,10 @@ Json objectSchema(Json properties, Json required = Json::array())
 void addDomain(Json& schema, const Block& block, const ZelmCellInfo& cell)
 {
     if (const std::vector<std::string> words = legalWords(block, cell); !words.empty())
-        schema["anyOf"] = {{{"enum", words}}, {{"pattern", kExpression}}};
+        schema["anyOf"] = {{{"enum", words}}, {{"type", "string"}, {"pattern", kExpression}}, {{"type", "object"}}};
     else if (const std::vector<int> numbers = legalNumbers(cell); !numbers.empty())
-        schema["anyOf"] = {{{"enum", numbers}}, {{"type", "string"}, {"pattern", patternOf(cell.unit)}}};
+        schema["anyOf"] = {
+            {{"enum", numbers}}, {{"type", "string"}, {"pattern", patternOf(cell.unit)}}, {{"type", "object"}}};
     else if (cell.legal.kind == zelm::Legal::Kind::number) {
         const auto end = [&](const char* name, double value) {
             if (std::isfinite(value))
@@ -75,9 +78,10 @@ Json inputSchema(const Block& block, const ZelmCellInfo& cell)
         description += fmt::format(" [{}]", cell.unit);
     Json schema = Json::object();
     if (cell.type == Type::text)
-        schema["type"] = "string";
+        schema["type"] = {"string", "object"};
     else
-        schema["type"] = {cell.type == Type::integer ? "integer" : "number", "string"};
+        schema["type"] = {cell.type == Type::integer ? "integer" : "number", "string", "object"};
+    schema["$ref"] = kDistribution;
     schema["description"] = description;
     const std::string text = constantDefault(cell);
     if (cell.type == Type::text) {
@@ -104,7 +108,8 @@ Json groupSchema(const Block& block)
     Json schema = objectSchema({{"block", {{"const", block.name}, {"description", block.title}}},
                                 {"name", textSchema("what the design calls this group")},
                                 {"count",
-                                 {{"type", {"integer", "string"}},
+                                 {{"type", {"integer", "string", "object"}},
+                                  {"$ref", kDistribution},
                                   {"pattern", patternOf("")},
                                   {"description", "like instances"},
                                   {"minimum", 0},
@@ -177,9 +182,9 @@ Json parametersSchema()
     return {{"type", "object"},
             {"description",
              "values by name, for expressions (\"= lanes / 4\"): numbers, texts with a unit, expressions of "
-             "other parameters, words"},
+             "other parameters, words, distributions"},
             {"propertyNames", {{"pattern", "^[A-Za-z_][A-Za-z0-9_]*$"}}},
-            {"additionalProperties", {{"type", {"number", "string"}}}}};
+            {"additionalProperties", {{"type", {"number", "string", "object"}}, {"$ref", kDistribution}}}};
 }
 
 Json includeSchema()
@@ -193,6 +198,24 @@ Json includeSchema()
                                     {"prefix", textSchema("what the names of its groups begin with; of its parameters "
                                                           "too, with _ for what names can't have")}},
                                    {"file"})}}}}};
+}
+
+// What may stand for a number or word that isn't known for sure. Says nothing of what is no object.
+Json distributionSchema()
+{
+    const Json number{{"type", {"number", "string"}}};
+    const auto forms = [](std::initializer_list<const char*> fields) { return Json{{"required", fields}}; };
+    return {{"description", "how likely a value is: uniform, triangular, normal (cut at low and high), or one of some"},
+            {"properties",
+             {{"low", number},
+              {"mode", number},
+              {"high", number},
+              {"mean", number},
+              {"sd", number},
+              {"values", {{"type", "array"}, {"items", number}, {"minItems", 1}}},
+              {"weights", {{"type", "array"}, {"items", {{"type", "number"}, {"minimum", 0}}}}}}},
+            {"additionalProperties", false},
+            {"anyOf", {forms({"low", "high"}), forms({"mean", "sd"}), forms({"values"})}}};
 }
 
 Json groupsSchema()
@@ -279,7 +302,8 @@ Json sequenceSchema()
 Json designSchema()
 {
     const Json amperes = numberSchema("amperes", 0.0, kMostAmperes, "A");
-    const Json volts{{"type", {"number", "string"}},
+    const Json volts{{"type", {"number", "string", "object"}},
+                     {"$ref", kDistribution},
                      {"pattern", patternOf("V")},
                      {"description", "volts"},
                      {"exclusiveMinimum", 0.0},
@@ -311,6 +335,7 @@ Json designSchema()
 
     Json schema{{"$schema", "https://json-schema.org/draft/2020-12/schema"}, {"title", "zelm design"}};
     schema.update(objectSchema(fields, {"groups"}));
+    schema["$defs"]["distribution"] = distributionSchema();
     return schema;
 }
 

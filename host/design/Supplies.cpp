@@ -21,7 +21,7 @@ namespace {
 std::string readRail(const Json& value, const Place& where, std::set<std::string>& said)
 {
     std::string rail = Fields::text(value, where);
-    const std::vector<std::string> known = railNames();
+    const std::vector<std::string>& known = railNames();
     if (std::find(known.begin(), known.end(), rail) == known.end())
         where.fail(fmt::format("there is no rail of the name \"{}\"{}", abbreviated(rail), suggestion(rail, known)));
     if (!said.insert(rail).second)

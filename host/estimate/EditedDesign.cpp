@@ -111,10 +111,25 @@ struct EditedDesign::Tree {
     std::set<std::size_t> groups{};
     bool all = true;
     std::optional<RunningDesign> running{};
+    const DataFactors* factors = nullptr;
 
+    void change(Json& place, const ReadAgain& readAgain, const Json& value);
     void readAll();
     void readChanges();
 };
+
+void EditedDesign::Tree::change(Json& place, const ReadAgain& readAgain, const Json& value)
+{
+    if (place == value && place.type() == value.type())
+        return;
+    place = value;
+    if (readAgain.environment)
+        environment = true;
+    else if (readAgain.group)
+        groups.insert(*readAgain.group);
+    else
+        all = true;
+}
 
 void EditedDesign::Tree::readAll()
 {
@@ -130,6 +145,7 @@ void EditedDesign::Tree::readAll()
         running->change(std::move(design));
     else
         running.emplace(std::move(design), Curves::none, gaps, scope);
+    running->scaleBy(factors);
     all = false;
 }
 
@@ -169,17 +185,25 @@ EditedDesign::EditedDesign(EditedDesign&&) noexcept = default;
 
 void EditedDesign::set(std::size_t place, const Json& value)
 {
-    Json& here = *m_tree->places.at(place);
-    if (here == value && here.type() == value.type())
-        return;
-    here = value;
-    const ReadAgain& again = m_tree->again[place];
-    if (again.environment)
-        m_tree->environment = true;
-    else if (again.group)
-        m_tree->groups.insert(*again.group);
-    else
-        m_tree->all = true;
+    m_tree->change(*m_tree->places.at(place), m_tree->again[place], value);
+}
+
+void EditedDesign::set(const std::string& path, const Json& value)
+{
+    Json& here = placeAt(m_tree->root, path);
+    m_tree->change(here, readAgain(m_tree->root, path), value);
+}
+
+const Json& EditedDesign::root() const
+{
+    return m_tree->root;
+}
+
+void EditedDesign::scaleBy(const DataFactors* factors)
+{
+    m_tree->factors = factors;
+    if (m_tree->running)
+        m_tree->running->scaleBy(factors);
 }
 
 const Estimate& EditedDesign::estimate()

@@ -21,6 +21,11 @@ public:
 
     /// Sets the value of the place of that index.
     void set(std::size_t place, const Json& value);
+    /// The same for any place, by its path; for designs without places of their own, which this may move.
+    void set(const std::string& path, const Json& value);
+    /// The data are off by these from now on; null: by nothing. To be said again when they change.
+    void scaleBy(const DataFactors* factors);
+    const Json& root() const;
     const Estimate& estimate();
 
 private:

@@ -305,7 +305,7 @@ void RunningDesign::computeGroups()
         }
     }
     takeResults(stale);
-    if (!stale.empty() || m_readsOthers)
+    if (!stale.empty() || m_readsOthers || m_factors)
         addUpRails();
 }
 
@@ -336,8 +336,9 @@ void RunningDesign::addUpRails()
             if (isNew)
                 m_railLoads.push_back({part.rail});
             RailLoad& load = m_railLoads[place->second];
-            load.amperes += part.amperes;
-            load.watts += part.watts;
+            const double factor = m_factors ? m_factors->of(*group.block, part.rail) : 1.0;
+            load.amperes += factor * part.amperes;
+            load.watts += factor * part.watts;
             if (load.volts == 0.0 && part.amperes != 0.0)
                 load.volts = part.watts / part.amperes;
         }
@@ -365,6 +366,12 @@ void RunningDesign::addUpGroups()
     result.dynamicWatts = 0.0;
     result.offchipWatts = 0.0;
     for (const GroupResult& group : result.groups) {
+        if (m_factors) {
+            for (const Contribution& part : group.contributions)
+                result.dynamicWatts += m_factors->of(*group.block, part.rail) * part.watts;
+            result.offchipWatts += m_factors->of(*group.block) * group.offchipWatts;
+            continue;
+        }
         result.dynamicWatts += group.watts;
         result.offchipWatts += group.offchipWatts;
     }
@@ -421,6 +428,7 @@ void RunningDesign::addStaticPower()
         result.usedCounts = m_usedCounts;
         m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty(), m_lender);
     }
+    m_static.scaleBy(m_factors);
     m_static.addTo(result);
     if (m_scope == Scope::whole)
         m_static.addLimitsTo(result, m_curves);
@@ -437,8 +445,12 @@ void RunningDesign::addModes()
         mode.m_lender = device() ? &m_static : nullptr;
         if (mode.m_all)
             mode.beginFrom(*this);
+        if (m_factors || mode.m_factors)
+            mode.scaleBy(m_factors);
         try {
             modes.push_back({&mode.estimate(), mode.device() ? &mode.m_static : nullptr});
+        } catch (const DataError&) {
+            throw;
         } catch (const Error& error) {
             throw Error(fmt::format("mode \"{}\": {}", m_estimate.design.modes[i].name, error.what()));
         }

@@ -44,6 +44,14 @@ public:
     /// Takes the place of all; finds out what differs.
     void change(Design design);
 
+    /// From the next estimate on the data are off by these, null: by nothing: rails, totals and all that follows, not
+    /// what the groups tell of themselves. To be said again when factors change.
+    void scaleBy(const DataFactors* factors)
+    {
+        m_factors = factors;
+        m_changed = true;
+    }
+
     /// Up to date. After an Error a change may mend the design.
     const Estimate& estimate();
     Estimate take() &&;
@@ -102,6 +110,7 @@ private:
     std::vector<std::string> m_warningsOfDevice;
     std::map<std::string, int> m_usedCounts;
     StaticPower m_static;
+    const DataFactors* m_factors = nullptr;
     const StaticPower* m_lender = nullptr; // of a mode, its design's
     std::vector<RunningMode> m_modes;      // as the design's
     std::uint64_t m_loads = 0;             // of the data, when the estimate was made

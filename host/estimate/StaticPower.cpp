@@ -143,6 +143,8 @@ public:
             return;
         m_known.clear();
         m_results.clear();
+        m_nodes.clear();
+        m_scaled.clear();
         m_voltageWarnings.reset();
         m_powerUpAmperes.clear();
         if (!m_instance || !haveSameCells(settings, m_settings))
@@ -193,6 +195,53 @@ public:
         return m_results[static_cast<float>(junction)] = std::move(results);
     }
 
+    // Which rails' currents are no leakage. The table is made for them.
+    void beOffBy(const DataFactors& factors)
+    {
+        std::vector<std::size_t> apart;
+        for (std::size_t i = 0; i < factors.ofRails().size(); ++i) {
+            if (!std::isnan(factors.ofRails()[i]))
+                apart.push_back(i);
+        }
+        if (apart != m_apart)
+            m_nodes.clear();
+        m_apart = std::move(apart);
+    }
+
+    // What the two tell if the data are off, by the table.
+    double watts(double junction, const DataFactors& factors)
+    {
+        const Between between = around(junction);
+        double sum = 0.0;
+        double apart = 0.0;
+        for (std::size_t i = 0; i < between.nodes.size(); ++i) {
+            sum += between.weights[i] * between.nodes[i]->leakage;
+            for (const auto& [rail, watts] : between.nodes[i]->apart)
+                apart += between.weights[i] * factors.ofRails()[rail] * watts;
+        }
+        return factors.ofLeakage(m_process, junction) * sum + apart;
+    }
+    const std::vector<RailResult>& railsAt(double junction, const DataFactors& factors)
+    {
+        const Between between = around(junction);
+        const double leakage = factors.ofLeakage(m_process, junction);
+        if (m_scaled.empty())
+            m_scaled = resultsAt(kTableStep * std::floor(junction / kTableStep)).rails;
+        for (std::size_t i = 0; i < m_scaled.size(); ++i) {
+            RailResult& rail = m_scaled[i];
+            if (rail.staticAmperes == 0.0)
+                continue; // at any temperature
+            const double own = factors.ofRails()[i];
+            rail.staticAmperes = std::isnan(own) ? leakage : own;
+            double amperes = 0.0;
+            for (std::size_t k = 0; k < between.nodes.size(); ++k)
+                amperes += between.weights[k] * between.nodes[k]->amperes[i];
+            rail.staticAmperes *= amperes;
+            rail.staticWatts = rail.volts * rail.staticAmperes;
+        }
+        return m_scaled;
+    }
+
     // Of each rail. The temperature doesn't matter.
     const std::vector<double>& powerUpAmperes()
     {
@@ -222,6 +271,51 @@ public:
     }
 
 private:
+    static constexpr double kTableStep = 0.5; // degrees
+
+    // What the formulas say at a temperature of the table, by rail.
+    struct Node {
+        std::vector<double> amperes;
+        double leakage = 0.0;                              // watts of all rails but those apart
+        std::vector<std::pair<std::size_t, double>> apart; // rails and their watts
+    };
+
+    // Lagrange's polynomial through two nodes on either side.
+    struct Between {
+        std::array<const Node*, 4> nodes;
+        std::array<double, 4> weights;
+    };
+
+    Between around(double junction)
+    {
+        const double place = junction / kTableStep;
+        const int index = static_cast<int>(std::floor(place));
+        const double t = place - index;
+        return {{&node(index - 1), &node(index), &node(index + 1), &node(index + 2)},
+                {-t * (t - 1.0) * (t - 2.0) / 6.0, (t + 1.0) * (t - 1.0) * (t - 2.0) / 2.0,
+                 -(t + 1.0) * t * (t - 2.0) / 2.0, (t + 1.0) * t * (t - 1.0) / 6.0}};
+    }
+
+    const Node& node(int index)
+    {
+        const auto [known, isNew] = m_nodes.try_emplace(index);
+        Node& node = known->second;
+        if (!isNew)
+            return node;
+        evaluate(kTableStep * index, m_cells.ofResults);
+        const std::vector<RailResult> now = rails();
+        for (std::size_t i = 0; i < now.size(); ++i) {
+            node.amperes.push_back(now[i].staticAmperes);
+            if (!now[i].inside.empty() || now[i].staticWatts == 0.0)
+                continue; // what another rail holds counts there
+            if (std::find(m_apart.begin(), m_apart.end(), i) == m_apart.end())
+                node.leakage += now[i].staticWatts;
+            else
+                node.apart.emplace_back(i, now[i].staticWatts);
+        }
+        return node;
+    }
+
     void evaluate(double junction, std::span<const CellRef> wanted)
     {
         m_instance->set(m_cells.junction, static_cast<float>(junction));
@@ -302,6 +396,9 @@ private:
     std::vector<std::pair<const float*, const float*>> m_terms; // volts and amperes whose products make the watts
     std::unordered_map<float, double> m_known;                  // static watts by junction temperature
     std::unordered_map<float, Results> m_results;               // the same
+    std::unordered_map<int, Node> m_nodes;                      // by temperature over the table's step
+    std::vector<std::size_t> m_apart;                           // rails that the nodes hold apart
+    std::vector<RailResult> m_scaled;
     std::optional<std::vector<std::string>> m_voltageWarnings;
     std::vector<double> m_powerUpAmperes;
 };
@@ -439,12 +536,16 @@ void StaticPower::take(const Design& design, const ResolvedDevice& device, const
 
 PowerCurve StaticPower::curve(const std::string& process)
 {
-    return [model = m_models.at(process).get()](double junction) { return model->watts(junction); };
+    StaticModel* model = m_models.at(process).get();
+    if (m_factors)
+        return [model, factors = m_factors](double junction) { return model->watts(junction, *factors); };
+    return [model](double junction) { return model->watts(junction); };
 }
 
 const std::vector<RailResult>& StaticPower::rails(const std::string& process, double junction)
 {
-    return m_models.at(process)->resultsAt(junction).rails;
+    StaticModel& model = *m_models.at(process);
+    return m_factors ? model.railsAt(junction, *m_factors) : model.resultsAt(junction).rails;
 }
 
 std::vector<double> StaticPower::powerUpAmperes()
@@ -461,19 +562,30 @@ std::vector<double> StaticPower::powerUpAmperes()
 
 PowerCurve StaticPower::totalOf(const Estimate& estimate, const std::string& process)
 {
-    return [watts = estimate.dynamicWatts, model = m_models.at(process).get()](double junction) {
-        return watts + model->watts(junction);
+    return [watts = estimate.dynamicWatts, ofStatic = curve(process)](double junction) {
+        return watts + ofStatic(junction);
     };
+}
+
+// Without subsystems, which no study looks at.
+void StaticPower::fill(Side& side, StaticModel& model) const
+{
+    if (!m_factors)
+        return model.fill(side);
+    side.staticWatts = model.watts(side.junction, *m_factors);
+    side.rails = model.railsAt(side.junction, *m_factors);
 }
 
 void StaticPower::addTo(Estimate& estimate)
 {
     for (const std::string& process : m_processes) {
         StaticModel& model = *m_models.at(process);
+        if (m_factors)
+            model.beOffBy(*m_factors);
         Side side;
         side.process = process;
         findJunction(side, estimate.design.environment, totalOf(estimate, process));
-        model.fill(side);
+        fill(side, model);
         if (!side.settles())
             forgetAmounts(side);
         warn(side, estimate.warnings);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/design/ResolvedDevice.h"
+#include "host/estimate/DataFactors.h"
 #include "host/estimate/Estimate.h"
 #include "host/estimate/Thermal.h"
 
@@ -27,6 +28,12 @@ public:
     /// if there is one, lends its models where they are the same.
     void take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
               bool isManaged, const StaticPower* like = nullptr);
+    /// From now on all is off by these, null: by nothing. It comes from a table then, which the formulas fill at half
+    /// degrees and which is cubic between: right to the float, and quick for temperatures that never come again.
+    void scaleBy(const DataFactors* factors)
+    {
+        m_factors = factors;
+    }
     /// Closes the thermal loop over the estimate's dynamic power, and fills the sides.
     void addTo(Estimate& estimate);
     /// What sides tell beyond that: cooling cases, limits, and curves if they are to be drawn.
@@ -40,9 +47,11 @@ public:
 
 private:
     PowerCurve totalOf(const Estimate& estimate, const std::string& process);
+    void fill(Side& side, StaticModel& model) const;
 
     std::vector<std::string> m_processes; // the design's first
     std::map<std::string, std::shared_ptr<StaticModel>> m_models;
+    const DataFactors* m_factors = nullptr;
 };
 
 /// What is set in the static power model of an estimated design, but for the process side and the temperature. Empty if

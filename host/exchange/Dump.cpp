@@ -20,7 +20,8 @@ namespace zelm::host {
 
 namespace {
 
-constexpr std::size_t kDumpBuffer = std::size_t{4} << 20;
+constexpr std::size_t kLeastDumpBuffer = std::size_t{64} << 10;
+constexpr std::size_t kMostDumpBuffer = std::size_t{4} << 20;
 
 } // namespace
 
@@ -53,14 +54,16 @@ std::string ScopeTree::path(std::uint32_t scope) const
     return text;
 }
 
-DumpWords::DumpWords(const std::string& file) : m_file(file), m_buffer(kDumpBuffer)
+DumpWords::DumpWords(const std::string& file) : m_file(file)
 {
     m_descriptor = ::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     struct stat status = {};
     const bool opened = m_descriptor >= 0 && ::fstat(m_descriptor, &status) == 0;
     const int error = errno;
-    if (opened && S_ISREG(status.st_mode))
+    if (opened && S_ISREG(status.st_mode)) {
+        m_buffer.resize(std::clamp(static_cast<std::size_t>(status.st_size) + 1, kLeastDumpBuffer, kMostDumpBuffer));
         return;
+    }
     if (m_descriptor >= 0)
         ::close(m_descriptor);
     throw Error(fmt::format("{}: cannot be read: {}", shown(file),

@@ -75,7 +75,7 @@ std::string originText(const ValueOrigin& origin)
                        : origin.kind == "device"  ? "the device's"
                                                   : "carried";
     if (!origin.from.empty())
-        text += (origin.kind == "device" ? ", " : " from ") + shown(origin.from);
+        text += (origin.kind == "carried" ? " from " : ", ") + shown(origin.from);
     return origin.file.empty() ? text : fmt::format("{}, {}", text, shown(placeText(origin.file, origin.line)));
 }
 

@@ -358,6 +358,8 @@ Json jsonReport(const Estimate& estimate)
     json["budgets"] = listOf(estimate.budgets, budgetJson);
     json["carried"] = listOf(estimate.carried, carriedJson);
     json["warnings"] = estimate.warnings;
+    if (const std::string remark = remarkOfDistributions(estimate.design); !remark.empty())
+        json["remarks"] = {remark};
     json["dataFiles"] = filesJson(estimate);
     return json;
 }

@@ -246,6 +246,7 @@ Json estimateOutput()
          {"warnings", listOf(text())},
          {"dataFiles", listOf(object({{"name", text()}, {"sha256", text()}}))}},
         {{"part", text()},
+         {"remarks", listOf(text())},
          {"ambientTemperature", amount()},
          {"staticUncertainty", uncertainties()},
          {"period", object({{"seconds", amount()}, {"modes", listOf(mode())}, {"sides", listOf(periodSide())}})}});
@@ -267,12 +268,27 @@ Json sweepOutput()
                                    {"staticWatts", amount()},
                                    {"totalWatts", amount()},
                                    {"settles", ofType("boolean")}});
-    return output({{"points", listOf(object({{"settings", ofType("object")},
-                                             {"dynamicWatts", amount()},
-                                             {"offchipWatts", amount()},
-                                             {"sides", listOf(sweepSide)},
-                                             {"budgetsBroken", listOf(text())},
-                                             {"warnings", listOf(text())}}))}});
+    const Json usual = object({{"settings", ofType("object")},
+                               {"dynamicWatts", amount()},
+                               {"offchipWatts", amount()},
+                               {"sides", listOf(sweepSide)},
+                               {"budgetsBroken", listOf(text())},
+                               {"warnings", listOf(text())}});
+    const Json columns =
+        object({{"settings", ofType("object")}, {"quantities", ofType("object")}, {"warnings", listOf(text())}});
+    const Json crossing = object({{"path", text()},
+                                  {"unit", text()},
+                                  {"value", amount()},
+                                  {"from", number()},
+                                  {"to", number()},
+                                  {"settings", ofType("object")},
+                                  {"budget", text()},
+                                  {"process", text()},
+                                  {"limit", number()},
+                                  {"limitUnit", text()},
+                                  {"kept", {{"enum", {"below", "above"}}}}});
+    return output({{"points", listOf({{"anyOf", {usual, columns}}})}, {"crossings", listOf(crossing)}},
+                  {{"crossingsLeftOut", whole()}});
 }
 
 Json activityOutput()
@@ -403,6 +419,41 @@ Json diffOutput()
                    {"settings", listOf(input)}});
 }
 
+Properties bandFields()
+{
+    Properties fields;
+    for (const char* name : {"mean", "sd", "p5", "p50", "p95", "meanError", "p5Error", "p50Error", "p95Error"})
+        fields.emplace_back(name, amount());
+    fields.emplace_back("runsAway", whole());
+    return fields;
+}
+
+Json sampleOutput()
+{
+    Properties quantity = bandFields();
+    quantity.insert(quantity.begin(), {{"quantity", text()}, {"unit", text()}});
+    Properties ofSide = bandFields();
+    ofSide.insert(ofSide.begin(), {{"process", text()}, {"probabilityKept", number()}});
+    const Json ofBudget = object({{"name", text()},
+                                  {"limit", number()},
+                                  {"unit", text()},
+                                  {"probabilityKept", number()},
+                                  {"sides", listOf(object(ofSide))}});
+    return output({{"name", text()},
+                   {"points", whole()},
+                   {"seed", whole()},
+                   {"method", {{"enum", {"sobol", "latin", "random"}}}},
+                   {"distributions", listOf(object({{"path", text()}, {"distribution", text()}}))},
+                   {"data", listOf(object({{"name", text()}, {"relative", number()}}))},
+                   {"quantities", listOf(object(quantity))},
+                   {"budgets", listOf(ofBudget)},
+                   {"of", text()},
+                   {"indices", listOf(object({{"path", text()}, {"first", number()}, {"total", number()}}))},
+                   {"indexEstimates", whole()},
+                   {"rankCorrelations", listOf(object({{"path", text()}, {"correlation", number()}}))},
+                   {"error", amount()}});
+}
+
 Json fitOutput()
 {
     const Json use = object({{"resource", text()}, {"used", number()}, {"available", number()}});
@@ -459,6 +510,7 @@ Json outputSchema()
                     {"explain", explainOutput()},
                     {"fit", fitOutput()},
                     {"importActivity", activityOutput()},
+                    {"sample", sampleOutput()},
                     {"sensitivity", sensitivityOutput()},
                     {"solve", solveOutput()}});
     outputs.update(listOutputs());

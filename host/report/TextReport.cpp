@@ -177,7 +177,10 @@ std::string summary(const Estimate& estimate, const Paint& paint)
         text += fmt::format(", junction {}", degrees(side.junction));
     if (const std::size_t count = estimate.warnings.size(); count > 0)
         text += ", " + paint.warning(fmt::format("{} warning{}", count, count == 1 ? "" : "s"));
-    return text + "\n" + warningLines(estimate, paint);
+    text += "\n" + warningLines(estimate, paint);
+    if (const std::string remark = remarkOfDistributions(estimate.design); !remark.empty())
+        text += wrapped(fmt::format("{}; zelm sample tells the band", shown(remark)), 100) + "\n";
+    return text;
 }
 
 std::string suppliesTable(const Estimate& estimate)

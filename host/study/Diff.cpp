@@ -29,9 +29,12 @@ struct Change {
     std::vector<Change> inner{}; // what it is made of
 };
 
-std::string inputText(const Value* value)
+// A distribution as a whole.
+std::string inputText(const Design& design, const Group& group, const std::string& cell)
 {
-    return value ? valueText(*value) : std::string();
+    const Value* value = group.input(cell);
+    const Distribution* all = design.distributionAt(fmt::format("{}.inputs.{}", group.place, cell));
+    return all ? all->text() : value ? valueText(*value) : std::string();
 }
 
 const Group* groupNamed(const Design& design, const std::string& name)
@@ -372,7 +375,7 @@ std::vector<DiffGroup> groupsThatDiffer(const Design& old, const Design& now, co
         if (change.input == "block")
             group.inputs.push_back({"block", std::string(was->block->name), std::string(is->block->name)});
         for (const Change& inner : change.inner) {
-            DiffInput input{inner.input, inputText(was->input(inner.input)), inputText(is->input(inner.input))};
+            DiffInput input{inner.input, inputText(old, *was, inner.input), inputText(now, *is, inner.input)};
             if (inner.input == "count")
                 input = {"count", fmt::format("{}", was->count), fmt::format("{}", is->count)};
             else if (inner.input == "clock")
@@ -405,6 +408,28 @@ void nameAsNow(Diff& diff, const std::map<std::string, std::string>& oldNames, c
         group.fate = DiffGroup::Fate::renamed;
         group.before = before;
         group.name = now;
+    }
+}
+
+// What a value may be differs, though what counts of it doesn't: tells so, as nothing else would.
+void addOtherDistributions(const Design& old, const Design& now, Diff& diff)
+{
+    std::map<std::string, std::pair<std::string, std::string>> all; // before and after by path
+    for (const Uncertain& each : old.uncertain)
+        all[namedPath(old, each.path)].first = each.distribution.text();
+    for (const Uncertain& each : now.uncertain)
+        all[namedPath(now, each.path)].second = each.distribution.text();
+    std::vector<std::string> told;
+    for (const DiffInput& setting : diff.settings)
+        told.push_back(setting.place);
+    for (const DiffGroup& group : diff.groups) {
+        for (const DiffInput& input : group.inputs)
+            told.push_back(fmt::format("groups[{}].inputs.{}", group.name, input.place));
+    }
+    for (const auto& [path, texts] : all) {
+        const bool isTold = std::find(told.begin(), told.end(), path) != told.end();
+        if (texts.first != texts.second && !isTold)
+            diff.settings.push_back({path, texts.first, texts.second});
     }
 }
 
@@ -478,6 +503,8 @@ Diff diff(const DiffWish& wish)
     attribution.add(changes, all, "");
     if (result)
         startFrom(*result, oldEstimate, diff);
+    else
+        addOtherDistributions(old, renamed, diff);
     nameAsNow(diff, oldNames, newEstimate);
     sortBySize(diff);
     return diff;

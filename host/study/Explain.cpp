@@ -233,7 +233,8 @@ private:
     ValueOrigin inDesign(const std::string& path, std::string_view kind = "design") const
     {
         const auto [file, line] = design().source.lineOf(path);
-        return {std::string(kind), "", file, line};
+        const Distribution* all = design().distributionAt(path);
+        return {std::string(kind), all ? all->centreText() : "", file, line};
     }
 
     void sortLargestFirst(std::size_t id)

@@ -18,7 +18,7 @@ namespace zelm::host {
 /// Where a value came from that no formula gave.
 struct ValueOrigin {
     std::string kind;     ///< design, rails, device, carried or default
-    std::string from{};   ///< of what is carried, or the device's: whose it is
+    std::string from{};   ///< of what is carried, or the device's: whose it is; of a distribution: which of its values
     std::string file{};   ///< empty if it stands in none
     std::size_t line = 0; ///< 0 if none is known
 };

@@ -56,15 +56,6 @@ double numberOf(const Value& value)
     return shortest(std::get<float>(value));
 }
 
-// A group by its name, unless that can't stand in a path or is another's index.
-std::string groupPath(const Design& design, std::size_t index)
-{
-    const std::string& name = design.groups[index].name;
-    const bool isPlain = !name.empty() && name.find(']') == std::string::npos &&
-                         name.find_first_not_of("0123456789") != std::string::npos;
-    return fmt::format("groups[{}]", isPlain ? name : fmt::format("{}", index));
-}
-
 void addInputs(const Estimate& estimate, std::vector<Knob>& knobs)
 {
     std::size_t next = 0; // result of the estimate, in which each group has one for each of its blocks
@@ -133,7 +124,13 @@ void addParameters(const Json& root, std::vector<Knob>& knobs)
     for (const auto& [name, value] : parameters->items()) {
         Knob knob{Knob::Kind::parameter, "parameters." + name, "", 0.0, "design", 0, nullptr, nullptr, name};
         const auto* text = value.get_ptr<const std::string*>();
-        if (value.is_number()) {
+        if (isDistribution(value)) {
+            const Distribution all = distributionOf(value, std::nullopt);
+            if (all.takesWords())
+                continue;
+            knob.unit = all.unit;
+            knob.value = std::get<double>(all.centre());
+        } else if (value.is_number()) {
             knob.value = value.get<double>();
         } else if (text && !isExpression(*text) && !writtenUnit(value).empty()) {
             knob.unit = writtenUnit(value);

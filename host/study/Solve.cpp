@@ -49,7 +49,7 @@ SolvedRange solvedRange(const std::string& text, const Json& root)
     const Json& before = variedPlace(copy, range.path, text);
     if (takesWords(before, range.path))
         failVary(text, "words stand for the values of this place, and only numbers can be solved for");
-    if (before.is_structured())
+    if (before.is_structured() && !holdsDistribution(before))
         failVary(text, "this place holds more than a number");
     if (range.path.starts_with("parameters."))
         range.unit = writtenUnit(before);

@@ -4,9 +4,11 @@
 #include "host/base/InOrder.h"
 #include "host/base/Interrupt.h"
 #include "host/base/Json.h"
+#include "host/base/Ranks.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
 #include "host/base/Units.h"
+#include "host/blocks/DataFiles.h"
 #include "host/design/Include.h"
 #include "host/estimate/EditedDesign.h"
 #include "host/study/Varied.h"
@@ -17,20 +19,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <optional>
 
 namespace zelm::host {
 
 namespace {
-
-// How many points a thread takes at once, and are written at once: all threads are to have their share.
-std::size_t chunkOf(std::size_t points, unsigned threads)
-{
-    constexpr std::size_t most = 16;
-    constexpr std::size_t chunksPerThread = 8;
-    return std::clamp<std::size_t>(points / (threads * chunksPerThread), 1, most);
-}
 
 void setRange(Variation& variation, const std::string& text, double from, double to, double step)
 {
@@ -115,7 +110,7 @@ std::vector<std::string> brokenBudgetsAt(const Estimate& estimate, const std::st
 }
 
 // Where the process varies, the other side has a point of its own.
-SweepPoint pointOf(const Estimate& estimate, bool variesProcess)
+SweepPoint pointOf(const Estimate& estimate, bool variesProcess, const SweepRun& options)
 {
     SweepPoint point;
     point.dynamicWatts = estimate.dynamicWatts;
@@ -129,6 +124,10 @@ SweepPoint pointOf(const Estimate& estimate, bool variesProcess)
     point.hasBudgets = !estimate.budgets.empty();
     point.broken = variesProcess ? point.sides.front().broken : brokenBudgets(estimate);
     point.warnings = estimate.warnings;
+    for (const SweepColumn& column : options.columns)
+        point.columns.push_back(valueOf(column, estimate));
+    if (options.budgets)
+        point.budgets = sweepBudgets(estimate, variesProcess);
     return point;
 }
 
@@ -174,10 +173,16 @@ bool Sweep::variesProcess() const
                        [](const Variation& variation) { return variation.path == "device.process"; });
 }
 
-SweepPoint Sweep::estimateAt(std::size_t index, EditedDesign& design) const
+EditedDesign Sweep::startedDesign(Gaps gaps) const
 {
-    std::vector<Json> values;
-    std::vector<std::string> settings;
+    std::vector<std::string> places;
+    for (const Variation& variation : m_variations)
+        places.push_back(variation.path);
+    return EditedDesign(*m_root, m_source, places, gaps, Scope::sums);
+}
+
+const Estimate& Sweep::estimateAt(std::size_t index, EditedDesign& design, std::vector<Json>& values) const
+{
     std::size_t rest = m_points;
     for (const Variation& variation : m_variations) {
         rest /= variation.count;
@@ -185,33 +190,52 @@ SweepPoint Sweep::estimateAt(std::size_t index, EditedDesign& design) const
         design.set(values.size() - 1, withUnit(values.back(), variation.unit));
     }
     try {
-        SweepPoint point = pointOf(design.estimate(), variesProcess());
-        point.values = std::move(values);
-        return point;
+        return design.estimate();
+    } catch (const DataError&) {
+        throw; // whatever the point
     } catch (const Error& error) {
+        std::vector<std::string> settings;
         for (std::size_t i = 0; i < values.size(); ++i)
             settings.push_back(fmt::format("{} = {}", m_variations[i].path, abbreviated(sweepWord(values[i]))));
         throw Error(fmt::format("{} (at {})", error.what(), fmt::join(settings, ", ")));
     }
 }
 
+SweepPoint Sweep::pointAt(std::size_t index, EditedDesign& design, const SweepRun& options) const
+{
+    std::vector<Json> values;
+    SweepPoint point = pointOf(estimateAt(index, design, values), variesProcess(), options);
+    point.values = std::move(values);
+    return point;
+}
+
+Estimate Sweep::first(Gaps gaps) const
+{
+    EditedDesign design = startedDesign(gaps);
+    std::vector<Json> values;
+    return estimateAt(0, design, values);
+}
+
+std::size_t Sweep::chunkPoints() const
+{
+    constexpr std::size_t most = 256;
+    constexpr std::size_t share = 64; // so that each of many threads has some
+    return std::clamp<std::size_t>(m_points / share, 1, most);
+}
+
 void Sweep::run(const SweepRun& options, const Render& render, const Take& take) const
 {
-    std::vector<std::string> places;
-    for (const Variation& variation : m_variations)
-        places.push_back(variation.path);
     struct Chunk {
         std::vector<SweepPoint> points;
         std::string text;
     };
-    const std::size_t size = chunkOf(m_points, options.jobs);
+    const std::size_t size = chunkPoints();
     const auto makeWorker = [&] {
-        return [&, design =
-                       EditedDesign(*m_root, m_source, places, options.gaps, Scope::sums)](std::size_t index) mutable {
+        return [&, design = startedDesign(options.gaps)](std::size_t index) mutable {
             Chunk chunk;
             const std::size_t end = std::min((index + 1) * size, m_points);
             for (std::size_t i = index * size; i < end; ++i) {
-                chunk.points.push_back(estimateAt(i, design));
+                chunk.points.push_back(pointAt(i, design, options));
                 chunk.text += render(chunk.points.back());
             }
             return chunk;
@@ -224,6 +248,72 @@ void Sweep::run(const SweepRun& options, const Render& render, const Take& take)
         progress.step(chunk.points.size());
         return Interrupt::signal() == 0;
     });
+}
+
+void Sweep::stream(const SweepRun& options, std::size_t firstChunk, const Render& render,
+                   const std::function<void(const SweepText& chunk)>& take) const
+{
+    const std::size_t size = chunkPoints();
+    const std::size_t chunks = (m_points - 1) / size + 1;
+    const auto makeWorker = [&]() -> PieceWork {
+        // Shared, as what std::function holds has to be copied.
+        return [&, design = std::make_shared<EditedDesign>(startedDesign(options.gaps))](std::size_t index) {
+            const std::size_t begin = index * size;
+            std::uint64_t warned = 0;
+            std::string text(sizeof warned, '\0'); // in front of the text
+            for (std::size_t i = begin; i < std::min(begin + size, m_points); ++i) {
+                const SweepPoint point = pointAt(i, *design, options);
+                if (!point.warnings.empty())
+                    ++warned;
+                text += render(point);
+            }
+            std::memcpy(text.data(), &warned, sizeof warned);
+            return text;
+        };
+    };
+    Progress progress("sweeping", m_points, options.barAfter);
+    progress.step(std::min(firstChunk * size, m_points));
+    SweepText chunk;
+    chunk.chunk = firstChunk;
+    bytesInOrder(std::min(firstChunk, chunks), chunks, options.jobs, makeWorker, [&](const std::string& text) {
+        std::uint64_t warned = 0;
+        std::memcpy(&warned, text.data(), sizeof warned);
+        chunk.points = std::min(size, m_points - chunk.chunk * size);
+        chunk.warned = warned;
+        chunk.text.assign(text, sizeof warned);
+        progress.wipe();
+        take(chunk);
+        progress.step(chunk.points);
+        ++chunk.chunk;
+        return Interrupt::signal() == 0;
+    });
+}
+
+Json sweepIdentity(const Sweep& sweep, const std::vector<std::string>& variations, const SweepRun& options,
+                   const Estimate& first)
+{
+    std::vector<const Block*> blocks;
+    if (first.design.device)
+        blocks = {&block("Parts"), &block("Static")};
+    for (const GroupResult& group : first.groups)
+        blocks.push_back(group.block);
+    Json files = Json::array();
+    for (const DataFile& file : dataFiles(blocks))
+        files.push_back(fmt::format("{}  {}", file.sha256, file.name));
+    Json columns = Json::array();
+    for (const SweepColumn& column : options.columns)
+        columns.push_back(column.name);
+    return {{"tool", "zelm"},
+            {"version", ZELM_VERSION},
+            {"study", "sweep"},
+            {"design", first.design.name},
+            {"designSha256", sha256Of(compactJson(sweep.design()))},
+            {"variations", variations},
+            {"columns", std::move(columns)},
+            {"points", sweep.points()},
+            {"chunkPoints", sweep.chunkPoints()},
+            {"gaps", options.gaps == Gaps::refused ? "refused" : "warned"},
+            {"dataFiles", std::move(files)}};
 }
 
 } // namespace zelm::host

@@ -3,6 +3,7 @@
 #include "host/base/JsonFwd.h"
 #include "host/base/JsonSource.h"
 #include "host/estimate/Estimate.h"
+#include "host/study/SweepColumns.h"
 
 #include <chrono>
 #include <cstddef>
@@ -45,12 +46,24 @@ struct SweepPoint {
     bool hasBudgets = false;
     std::vector<std::string> broken; ///< budgets, whatever the side that breaks them
     std::vector<std::string> warnings;
+    std::vector<double> columns;      ///< those that the run is asked for
+    std::vector<SweepBudget> budgets; ///< if the run is asked for them
 };
 
 struct SweepRun {
     unsigned jobs = 1;
     std::chrono::milliseconds barAfter{}; ///< when a progress bar shows
     Gaps gaps = Gaps::refused;
+    std::vector<SweepColumn> columns{};
+    bool budgets = false; ///< of each point, on each side
+};
+
+/// Some points of a sweep as text.
+struct SweepText {
+    std::size_t chunk = 0; ///< its index
+    std::size_t points = 0;
+    std::size_t warned = 0; ///< points that warn of something
+    std::string text;
 };
 
 /// Estimates a design once for each combination of values. A variation is "PATH=FROM:TO:STEP" or
@@ -82,14 +95,34 @@ public:
     /// point, the first of those, the design is wrong; those before have been taken by then.
     void run(const SweepRun& options, const Render& render, const Take& take) const;
 
+    /// The same from a chunk on, for texts alone.
+    void stream(const SweepRun& options, std::size_t firstChunk, const Render& render,
+                const std::function<void(const SweepText& chunk)>& take) const;
+    /// Points are taken by so many, whatever the number of threads.
+    std::size_t chunkPoints() const;
+
+    /// The estimate of the first point.
+    Estimate first(Gaps gaps) const;
+    /// The design, with what it includes.
+    const Json& design() const
+    {
+        return *m_root;
+    }
+
 private:
-    SweepPoint estimateAt(std::size_t index, EditedDesign& design) const;
+    EditedDesign startedDesign(Gaps gaps) const;
+    const Estimate& estimateAt(std::size_t index, EditedDesign& design, std::vector<Json>& values) const;
+    SweepPoint pointAt(std::size_t index, EditedDesign& design, const SweepRun& options) const;
 
     JsonSource m_source;
     std::unique_ptr<const Json> m_root;
     std::vector<Variation> m_variations;
     std::size_t m_points = 1;
 };
+
+/// What identifies a sweep: the design, variations and columns, what computes them, and how many points there are.
+Json sweepIdentity(const Sweep& sweep, const std::vector<std::string>& variations, const SweepRun& options,
+                   const Estimate& first);
 
 /// A varied value as people write it.
 std::string sweepWord(const Json& value);

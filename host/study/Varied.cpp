@@ -4,6 +4,7 @@
 #include "host/base/Json.h"
 #include "host/base/Text.h"
 #include "host/base/Units.h"
+#include "host/design/Distribution.h"
 #include "host/design/Parameters.h"
 #include "host/design/Place.h"
 
@@ -51,6 +52,8 @@ std::optional<double> variedNumber(const std::string& text, std::string& unit, c
 
 std::string writtenUnit(const Json& value)
 {
+    if (isDistribution(value))
+        return writtenUnitOf(value);
     const auto* text = value.get_ptr<const std::string*>();
     try {
         const auto written = text ? writtenQuantity(*text) : std::nullopt;
@@ -62,6 +65,8 @@ std::string writtenUnit(const Json& value)
 
 bool takesWords(const Json& value, const std::string& path)
 {
+    if (isDistribution(value) && value.contains("values") && value["values"].is_array() && !value["values"].empty())
+        return takesWords(value["values"].front(), path);
     const auto* text = value.get_ptr<const std::string*>();
     return path.starts_with("device.") || (text && !isExpression(*text) && writtenUnit(value).empty());
 }

@@ -10,10 +10,10 @@
 #include <stdexcept>
 #include <string>
 
-/// libFuzzer's entry, which each program defines. An exception that leaves it is a failure.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
-
 namespace zelm::fuzz {
+
+/// What each program does with an input. An exception that leaves it is a failure.
+void run(const std::uint8_t* bytes, std::size_t size);
 
 inline std::string textOf(const std::uint8_t* bytes, std::size_t size)
 {

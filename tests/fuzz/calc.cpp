@@ -9,7 +9,7 @@
 
 using namespace zelm;
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
 {
     static constexpr host::Command commands[] = {{"calc", "Calculate one block", "", host::declareCalc}};
     fuzz::useShippedData();
@@ -21,5 +21,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
     fuzz::orError([&] { host::parseAndRun(static_cast<int>(words.size()), arguments.data(), commands); });
-    return 0;
 }

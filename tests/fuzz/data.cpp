@@ -50,7 +50,7 @@ const std::vector<Target>& targets()
 
 } // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
 {
     static const fuzz::Scratch scratch;
     const std::string text = fuzz::textOf(bytes, size);
@@ -65,5 +65,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
         fuzz::orError([&] { host::checkRows(block, host::DataLines(block.dataFile()), nullptr); });
         break;
     }
-    return 0;
 }

@@ -9,7 +9,7 @@
 
 using namespace zelm;
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
 {
     fuzz::useShippedData();
     fuzz::orError([&] {
@@ -20,5 +20,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
         host::junitReport(estimate);
         host::htmlReport(estimate);
     });
-    return 0;
 }

@@ -8,7 +8,7 @@
 
 using namespace zelm;
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
 {
     static const fuzz::Scratch scratch;
     const std::string file = scratch.write("input", fuzz::textOf(bytes, size));
@@ -18,5 +18,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
         host::ScopeTree tree = dump->scopes();
         dump->count(tree, {}, [](const host::DumpVariable&) { return true; });
     });
-    return 0;
 }

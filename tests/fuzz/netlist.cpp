@@ -7,7 +7,7 @@
 
 using namespace zelm;
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
 {
     fuzz::useShippedData();
     fuzz::orError([&] {
@@ -16,5 +16,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
         host::netlistDesign(host::plannedGroups(flat, {}), {});
         host::netsCsv(flat, host::propagated(flat, {}));
     });
-    return 0;
 }

@@ -137,10 +137,9 @@ void lists(Bytes& bytes)
 
 } // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void zelm::fuzz::run(const std::uint8_t* data, std::size_t size)
 {
     Bytes bytes(data, size);
     static constexpr void (*kinds[])(Bytes&) = {wholeNumbers, realNumbers, pieces, whitespace, lists};
     bytes.PickValueInArray(kinds)(bytes);
-    return 0;
 }

@@ -27,7 +27,7 @@ constexpr const char* kDesign = R"({
 
 } // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
 {
     static const fuzz::Scratch scratch;
     static const std::string design = scratch.write("design.json", kDesign);
@@ -46,5 +46,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
         };
         sweep.run({}, words, [](std::span<const host::SweepPoint>, const std::string&) {});
     });
-    return 0;
 }

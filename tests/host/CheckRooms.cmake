@@ -1,6 +1,6 @@
 # The host's rooms, the lowest first: a source includes its own room's headers and those of the rooms below.
 # cmake -DSOURCE_DIR=... -P CheckRooms.cmake
-set(rooms base blocks design estimate study exchange report commands)
+set(rooms base blocks design estimate study exchange report commands ranks)
 
 file(GLOB_RECURSE sources RELATIVE "${SOURCE_DIR}" "${SOURCE_DIR}/host/*.h" "${SOURCE_DIR}/host/*.cpp")
 if(NOT sources)

@@ -210,6 +210,7 @@ TEST(CommandLine, EveryHelpEndsWithAnExampleAndTheExitCodes)
                                       "diff",
                                       "solve",
                                       "fit",
+                                      "sample",
                                       "sensitivity",
                                       "explain",
                                       "blocks",

@@ -310,6 +310,21 @@ TEST(Files, ClosedAndFullStreamsDontChangeHowARunEnds)
     }
 }
 
+TEST(Files, AGivenTextStandsForAFileOfThisThread)
+{
+    const Scratch scratch;
+    const std::string file = scratch.path("file");
+    writeFile(file, "on disk");
+    {
+        const host::GivenText given(file, "given");
+        EXPECT_EQ(readFile(file), "given");
+        std::string elsewhere;
+        std::thread([&] { elsewhere = readFile(file); }).join();
+        EXPECT_EQ(elsewhere, "on disk");
+    }
+    EXPECT_EQ(readFile(file), "on disk");
+}
+
 TEST(Files, AReaderThatHasSeenEnoughIsNoError)
 {
     const Scratch scratch;

@@ -114,6 +114,34 @@ TEST(HostText, ValuesAsText)
     EXPECT_EQ(valueText({}), "unset");
 }
 
+TEST(HostText, TheNamesOfASuggestionAreReadBack)
+{
+    const std::vector<std::string> known{"CLOCK_FREA", "CLOCK_FREB", "CLOCK_FREC", "SOMETHING_ELSE"};
+    EXPECT_THAT(suggestedNames("no CLOCK_FREX" + suggestion("CLOCK_FREX", known)),
+                ElementsAre("CLOCK_FREA", "CLOCK_FREB", "CLOCK_FREC"));
+    EXPECT_THAT(suggestedNames("no A" + suggestion("CLOCK_FREX", {"CLOCK_FREA", "CLOCK_FREB"}) + " (at x = 1)"),
+                ElementsAre("CLOCK_FREA", "CLOCK_FREB"));
+    EXPECT_THAT(suggestedNames("no A; did you mean B?"), ElementsAre("B"));
+    EXPECT_THAT(suggestedNames("is that what you mean?"), IsEmpty());
+}
+
+TEST(Complaints, GoToWhoeverHearsThem)
+{
+    std::vector<std::string> outer;
+    std::vector<std::string> inner;
+    {
+        const HeardComplaints heard(outer);
+        complain("one");
+        {
+            const HeardComplaints alsoHeard(inner);
+            complain("two");
+        }
+        complain("three");
+    }
+    EXPECT_THAT(outer, ElementsAre("one", "three"));
+    EXPECT_THAT(inner, ElementsAre("two"));
+}
+
 TEST(TextTable, ColoursTakeNoColumns)
 {
     TextTable plain({"A", "B"});

@@ -45,8 +45,17 @@ for path in sys.argv[2:]:
         accepted(value, clock(value))
     for value in ("322 MHZ", "322", "850 mV", "MHz", "1,5 GHz"):
         refused(value, clock(value))
+    for value in ({"low": 100, "high": 300}, {"low": "100 MHz", "mode": "0.2 GHz", "high": "300 MHz"}, {"mean": 300, "sd": 15},
+                  {"mean": 300, "sd": 15, "low": 250}, {"values": [200, 300], "weights": [1, 3]}, {"values": [200]}):
+        accepted(f"the distribution {value}", clock(value))
+    for value in ({}, {"low": 100}, {"mean": 300}, {"low": 100, "hihg": 300}, {"values": []}, {"values": [1], "weights": [-1]},
+                  {"low": [1], "high": 2}, [100, 300]):
+        refused(f"the distribution {value}", clock(value))
     mode = lambda value: lambda d: d["groups"].append({"block": "Bram", "name": "x", "inputs": {"MODE": value}})
     accepted("a word by its parameter", mode("= mode"))
+    accepted("a word of some", mode({"values": ["BLKM18", "BLKM36"]}))
+    accepted("uncertain places", lambda d: d.update(rails={"VCCINT": {"low": "0.78 V", "high": "0.82 V"}},
+                                                    parameters={"f": {"mean": "300 MHz", "sd": "15 MHz"}}))
     accepted("rails in millivolts", lambda d: d.update(rails={"VCCINT": "780 mV"}))
     refused("a rail in amperes", lambda d: d.update(rails={"VCCINT": "1 A"}))
     accepted("parameters", lambda d: d.update(parameters={"fclk": "322 MHz", "lanes": 4, "half": "= lanes / 2"}))
@@ -98,7 +107,7 @@ def check_output(name, *arguments, maybe=()):
     assert printed["format"] == 1 and jsonschema.Draft202012Validator(output).is_valid(printed), arguments
     for field in printed:
         without = {key: value for key, value in printed.items() if key != field}
-        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty", "period", "value", *maybe), f"{name}: {field} may be missing"
+        assert not one.is_valid(without) or field in ("part", "ambientTemperature", "staticUncertainty", "period", "remarks", "value", *maybe), f"{name}: {field} may be missing"
     assert not one.is_valid({**printed, "format": 2}), f"{name}: another format is accepted"
     assert not one.is_valid({**printed, "another": 1}), f"{name}: another field is accepted"
 
@@ -108,9 +117,12 @@ for path in sys.argv[2:]:
 for by in ("in", "block", "rail", "clock"):
     check_output("estimateBy", "estimate", sys.argv[2], "--by", by)
 check_output("sweep", "sweep", sys.argv[2], "--vary", "environment.ambientTemperature=20,40")
+check_output("sweep", "sweep", sys.argv[2], "--vary", "environment.ambientTemperature=0:125:5", "--columns", "total@MAX,junction")
 check_output("solve", "solve", sys.argv[2], "--vary", "environment.ambientTemperature=0:100", "--until", "junction@MAX <= 85 C")
 check_output("sensitivity", "sensitivity", sys.argv[2], "--top", "200")
 check_output("fit", "fit", sys.argv[2])
+for name, points in (("early.json", "16"), ("first.json", "2000")):
+    check_output("sample", "sample", [path for path in sys.argv[2:] if path.endswith(name)][0], "--points", points)
 check_output("diff", "diff", sys.argv[2], sys.argv[3])
 with tempfile.TemporaryDirectory() as folder:
     dump, design = f"{folder}/run.vcd", f"{folder}/design.json"
