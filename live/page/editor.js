@@ -41,6 +41,13 @@ export function typed(text, words) {
   const plain = text.trim();
   if (plain === '')
     return undefined;
+  if (plain.startsWith('{')) {
+    try {
+      return JSON.parse(plain); // a distribution
+    } catch {
+      return plain;
+    }
+  }
   return !words && /^-?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?$/.test(plain) ? Number(plain) : plain;
 }
 
