@@ -132,12 +132,12 @@ export class Editor {
     } else {
       control = element('input', { ...common, value: shown, placeholder: field.fallback || '', autocomplete: 'off', spellcheck: 'false', list: field.list, inputmode: field.text ? 'text' : undefined });
       const input = /** @type {HTMLInputElement} */ (control);
-      input.addEventListener('input', () => { enter(input.value); if (slider && Number.isFinite(Number(input.value)) && input.value.trim()) slider.value = input.value; });
+      input.addEventListener('input', () => { enter(input.value); if (slider && Number.isFinite(parseFloat(input.value))) slider.value = String(parseFloat(input.value)); });
       input.addEventListener('change', () => this.context.settle());
       if (field.range) {
         const [least, most, step] = field.range;
         slider = /** @type {HTMLInputElement} */ (element('input', { type: 'range', class: 'range', min: String(least), max: String(most), step: String(step), 'aria-label': field.label + ', slider', 'data-slider': key }));
-        slider.value = shown || field.fallback || '';
+        slider.value = String(parseFloat(shown || field.fallback || '0'));
         const moved = slider;
         slider.addEventListener('input', () => { input.value = moved.value; enter(moved.value); });
         slider.addEventListener('change', () => this.context.settle());

@@ -32,7 +32,8 @@ function verdict(data) {
   const tight = data.budgets.filter((/** @type {any} */ b) => !b.broken && b.otherActual !== undefined && (b.otherActual === null || b.otherActual > b.limit));
   const lines = [
     ...data.sides.filter(runsAway).map((/** @type {Side} */ s) => `✗ Process ${s.process} finds no equilibrium: ${s.thermal.words}.`),
-    ...broken.map((/** @type {any} */ b) => `✗ Broken: ${b.words}.`),
+    // Without an equilibrium the amounts mean nothing.
+    ...(broken.length && data.sides.some(runsAway) ? [`✗ Broken: ${broken.map((/** @type {any} */ b) => b.name).join(', ')}.`] : broken.map((/** @type {any} */ b) => `✗ Broken: ${b.words}.`)),
     ...(tight.length ? [`! Broken with process ${other?.process}: ${tight.map((/** @type {any} */ b) => `${b.name} (${b.otherActual === null ? 'none' : +b.otherActual.toPrecision(4)} of ${b.limit} ${b.unit})`).join(', ')}.`] : []),
     ...(data.budgets.length && !broken.length ? [`✓ Kept: ${data.budgets.length === 1 ? 'the one budget or limit' : `all ${data.budgets.length} budgets and limits`}${side.process ? ` with process ${side.process}` : ''}${other && !tight.length ? `, and with ${other.process}` : ''}.`] : []),
     ...(data.budgets.length ? [] : ['The design sets no budgets or limits.'])];
