@@ -21,7 +21,8 @@ constexpr std::size_t kMostValues = 1000;
 // Reads the fields of one distribution, whose numbers all count in one unit.
 class DistributionReader {
 public:
-    DistributionReader(const Json& object, const std::optional<std::string_view>& unit) : m_object(&object)
+    DistributionReader(const Json& object, const std::optional<std::string_view>& unit, bool areWords = false)
+        : m_object(&object), m_areWords(areWords)
     {
         const std::string written = writtenUnitOf(object);
         if (unit || !written.empty())
@@ -74,8 +75,14 @@ private:
             fail(field, "numbers of a distribution stand as they are: let a parameter be the distribution, and an "
                         "expression take that");
         try {
-            if (const auto written = text ? writtenQuantity(*text) : std::nullopt)
-                return inUnit(*written, m_unit);
+            if (const auto written = text ? writtenQuantity(*text) : std::nullopt) {
+                const double amount = inUnit(*written, m_unit);
+                if (std::isfinite(amount))
+                    return amount;
+                fail(field, fmt::format("the number {} is too large", abbreviated(*text)));
+            }
+        } catch (const BadDistribution&) {
+            throw;
         } catch (const Error& error) {
             fail(field, error.what());
         }
@@ -158,6 +165,8 @@ private:
     Distribution::Value discreteValue(const std::string& field, const Json& value) const
     {
         const auto* text = value.get_ptr<const std::string*>();
+        if (text && m_areWords)
+            return *text;
         bool isWord = false;
         try {
             isWord = text && !isExpression(*text) && !writtenQuantity(*text);
@@ -192,6 +201,7 @@ private:
     }
 
     const Json* m_object;
+    bool m_areWords;
     std::string m_unit;
     bool m_hasUnits = false;
 };
@@ -269,6 +279,17 @@ Distribution distributionOf(const Json& value, const std::optional<std::string_v
     if (!value.is_object())
         throw BadDistribution("", "expected an object {...}");
     return DistributionReader(value, unit).read();
+}
+
+Distribution distributionOfWords(const Json& value)
+{
+    const auto values = value.find("values");
+    const bool isOfTexts = values != value.end() && values->is_array() && !values->empty() &&
+                           std::all_of(values->begin(), values->end(), [](const Json& v) { return v.is_string(); });
+    if (!isOfTexts)
+        throw BadDistribution(values == value.end() ? "" : "values",
+                              fmt::format("expected words, {{\"values\": [...]}}, found {}", quoted(value)));
+    return DistributionReader(value, std::nullopt, true).read();
 }
 
 std::string writtenUnitOf(const Json& distribution)

@@ -59,6 +59,8 @@ bool isDistribution(const Json& value);
 Distribution distributionOf(const Json& value, const std::optional<std::string_view>& unit);
 /// The unit that its numbers are written with; empty if there is none.
 std::string writtenUnitOf(const Json& distribution);
+/// The same where only words may stand, whatever they read like.
+Distribution distributionOfWords(const Json& value);
 /// Whether a value is one that can be read.
 bool holdsDistribution(const Json& value);
 

@@ -258,10 +258,7 @@ Distribution Fields::distribution(const Json& value, const Place& where, const R
 Distribution Fields::words(const Json& value, const Place& where)
 {
     try {
-        Distribution all = distributionOf(value, std::nullopt);
-        if (!all.takesWords())
-            throw BadDistribution("", fmt::format("expected words, {{\"values\": [...]}}, found {}", quoted(value)));
-        return all;
+        return distributionOfWords(value);
     } catch (const BadDistribution& error) {
         where.fail(error);
     }

@@ -16,7 +16,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <set>
-#include <unordered_map>
+#include <utility>
 
 namespace zelm::host {
 
@@ -326,16 +326,25 @@ void RunningDesign::takeResults(const std::vector<std::size_t>& stale)
     }
 }
 
+// Rails stand in the order in which groups load them, which is most often that of the last time.
 void RunningDesign::addUpRails()
 {
+    const std::vector<std::size_t> before = std::exchange(m_placesOfLoads, {});
+    m_placesOfLoads.reserve(before.size());
     m_railLoads.clear();
-    std::unordered_map<std::string_view, std::size_t> placeOf;
     for (const GroupResult& group : m_estimate.groups) {
         for (const Contribution& part : group.contributions) {
-            const auto [place, isNew] = placeOf.try_emplace(part.rail, m_railLoads.size());
-            if (isNew)
+            const std::size_t next = m_placesOfLoads.size();
+            std::size_t place = next < before.size() ? before[next] : m_railLoads.size();
+            if (place >= m_railLoads.size() || m_railLoads[place].rail != part.rail) {
+                const auto found = std::find_if(m_railLoads.begin(), m_railLoads.end(),
+                                                [&](const RailLoad& load) { return load.rail == part.rail; });
+                place = static_cast<std::size_t>(found - m_railLoads.begin());
+            }
+            if (place == m_railLoads.size())
                 m_railLoads.push_back({part.rail});
-            RailLoad& load = m_railLoads[place->second];
+            m_placesOfLoads.push_back(place);
+            RailLoad& load = m_railLoads[place];
             const double factor = m_factors ? m_factors->of(*group.block, part.rail) : 1.0;
             load.amperes += factor * part.amperes;
             load.watts += factor * part.watts;

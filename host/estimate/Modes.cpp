@@ -25,7 +25,7 @@ public:
     {
         if (!m_static)
             return;
-        m_watts = tabled(m_static->curve(m_side->process));
+        m_watts = m_static->tabledCurve(m_side->process);
         m_powerUp = m_static->powerUpAmperes();
     }
 

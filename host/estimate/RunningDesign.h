@@ -103,9 +103,10 @@ private:
     std::vector<bool> m_stale;                       // the same
     RunningGroups m_running;
     std::vector<RailLoad> m_railLoads;
-    bool m_carriesOthers = true;       // than before, between groups
-    bool m_readsOthers = true;         // of groups, where all of them are looked at
-    std::size_t m_carriedByGroups = 0; // the first of the estimate's list
+    std::vector<std::size_t> m_placesOfLoads; // of each contribution's rail among those, when they were last added up
+    bool m_carriesOthers = true;              // than before, between groups
+    bool m_readsOthers = true;                // of groups, where all of them are looked at
+    std::size_t m_carriedByGroups = 0;        // the first of the estimate's list
     std::vector<std::string> m_warningsAcross;
     std::vector<std::string> m_warningsOfDevice;
     std::map<std::string, int> m_usedCounts;

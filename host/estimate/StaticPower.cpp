@@ -2,6 +2,7 @@
 
 #include "host/blocks/Rails.h"
 #include "host/estimate/Thermal.h"
+#include "host/estimate/Transient.h"
 
 #include "framework/ZelmUnset.h"
 
@@ -540,6 +541,11 @@ PowerCurve StaticPower::curve(const std::string& process)
     if (m_factors)
         return [model, factors = m_factors](double junction) { return model->watts(junction, *factors); };
     return [model](double junction) { return model->watts(junction); };
+}
+
+PowerCurve StaticPower::tabledCurve(const std::string& process)
+{
+    return m_factors ? curve(process) : tabled(curve(process));
 }
 
 const std::vector<RailResult>& StaticPower::rails(const std::string& process, double junction)

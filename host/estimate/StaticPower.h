@@ -40,6 +40,8 @@ public:
     void addLimitsTo(Estimate& estimate, Curves curves);
     /// Static watts by junction temperature, of a process side: TYP or MAX.
     PowerCurve curve(const std::string& process);
+    /// The same by a table.
+    PowerCurve tabledCurve(const std::string& process);
     /// What the rails draw at a junction temperature on that side, until the next call.
     const std::vector<RailResult>& rails(const std::string& process, double junction);
     /// The power-up current of each of those: the worst of both sides, whatever the temperature.

@@ -21,7 +21,7 @@ class Hdf5Id {
 public:
     using Close = herr_t (*)(hid_t);
 
-    Hdf5Id(hid_t id, Close close) : m_id(id), m_close(close)
+    Hdf5Id(hid_t id, Close how) : m_id(id), m_close(how)
     {
         if (id < 0)
             throw Error("HDF5 refuses");
@@ -35,6 +35,12 @@ public:
     Hdf5Id& operator=(Hdf5Id&&) = delete;
     Hdf5Id(const Hdf5Id&) = delete;
     Hdf5Id& operator=(const Hdf5Id&) = delete;
+
+    /// Whether what was written arrived.
+    bool close()
+    {
+        return m_close(std::exchange(m_id, -1)) >= 0;
+    }
 
     operator hid_t() const // NOLINT(google-explicit-constructor): it stands for the identifier
     {
@@ -266,12 +272,14 @@ void Hdf5Points::finish()
         if (!file.held.empty())
             file.write();
         addWhole(file.file, "complete", file.written == file.points ? 1 : 0);
-        file.sets.clear();
-        mustDo(H5Fflush(file.file, H5F_SCOPE_LOCAL));
     } catch (const Error&) {
         file.fail();
     }
-    if (std::rename(file.unfinished.c_str(), file.name.c_str()) != 0)
+    bool isClosed = true;
+    for (Hdf5Id& set : file.sets)
+        isClosed = set.close() && isClosed;
+    isClosed = file.file.close() && isClosed;
+    if (!isClosed || std::rename(file.unfinished.c_str(), file.name.c_str()) != 0)
         file.fail();
     file.isWhole = true;
 }

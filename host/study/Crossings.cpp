@@ -36,6 +36,7 @@ SweepCrossings::SweepCrossings(const Sweep& sweep) : m_sweep(&sweep)
 void SweepCrossings::begin(const SweepPoint& first)
 {
     constexpr std::size_t most = 1'000'000; // budgets of points that are remembered
+    m_begun = true;
     for (const SweepBudget& budget : first.budgets)
         m_budgets.push_back(budget.name);
     if (m_budgets.empty())
@@ -53,9 +54,9 @@ void SweepCrossings::begin(const SweepPoint& first)
 
 void SweepCrossings::take(std::span<const SweepPoint> points)
 {
+    if (!points.empty() && !m_begun)
+        begin(points.front());
     for (const SweepPoint& point : points) {
-        if (m_next == 0)
-            begin(point);
         if (m_lines.empty())
             return;
         const std::size_t same = std::min(m_budgets.size(), point.budgets.size());

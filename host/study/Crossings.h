@@ -62,6 +62,7 @@ private:
     void compare(const SweepPoint& point, const Line& line, std::size_t budget);
 
     const Sweep* m_sweep;
+    bool m_begun = false;
     std::vector<Line> m_lines;
     std::vector<std::string> m_budgets; // of the first point; the others have the same
     std::vector<Seen> m_seen;           // the last points, each with all budgets, in turn

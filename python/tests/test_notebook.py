@@ -38,5 +38,5 @@ def test_the_notebook_runs_and_tells_what_it_told(capsys, monkeypatch):
                 compared += 1
             elif "image/png" in output.get("data", {}):
                 drawn += 1
-    assert compared >= 4 and drawn == 1
+    assert compared >= 4 and drawn == 2
     assert os.path.basename(names["design"].path) == "first.json"

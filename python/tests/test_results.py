@@ -34,6 +34,10 @@ STUDIES = [
      ["sweep", "--vary", "environment.ambientTemperature=0:80:40", "--vary", "rails.VCCINT=0.78,0.8"]),
     (lambda design: zelm.sweep(design, {"environment.ambientTemperature": "0:80:40", "rails.VCCINT": [0.78, 0.8]}),
      ["sweep", "--vary", "environment.ambientTemperature=0:80:40", "--vary", "rails.VCCINT=0.78,0.8"]),
+    (lambda design: zelm.sweep(design, "environment.ambientTemperature=0:80:40", columns=["total@MAX", "junction"]),
+     ["sweep", "--vary", "environment.ambientTemperature=0:80:40", "--columns", "total@MAX,junction"]),
+    (lambda design: zelm.sample(design, points=64, seed=3, method="latin", of="junction@MAX", jobs=2),
+     ["sample", "--points", "64", "--seed", "3", "--method", "latin", "--of", "junction@MAX"]),
     (lambda design: zelm.explain(design, "rail:VCCINT@MAX", depth=3), ["explain", "rail:VCCINT@MAX", "--depth", "3"]),
     (lambda design: zelm.diff(VISION, design), ["diff", VISION]),
     (lambda design: zelm.solve(design, vary="environment.thetaJA=0.2:3", until="junction@MAX <= 95 C"),
@@ -136,7 +140,7 @@ def test_frames():
     assert list(points["settings.environment.ambientTemperature"]) == [0, 0, 40, 40, 80, 80]
     assert list(points.process) == ["TYP", "MAX"] * 3
     assert not math.isnan(points.totalWatts.sum())
-    for result in (zelm.fit(FIRST), zelm.sensitivity(FIRST), zelm.diff(VISION, FIRST), zelm.explain(FIRST, "total"),
+    for result in (zelm.fit(FIRST), zelm.sensitivity(FIRST), zelm.diff(VISION, FIRST), zelm.explain(FIRST, "total"), zelm.sample(FIRST, points=64),
                    zelm.solve(FIRST, "environment.thetaJA=0.2:3", "junction@MAX <= 95 C")):
         assert len(result.to_frame()) > 0
         assert "<table>" in result._repr_html_()

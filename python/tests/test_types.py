@@ -64,11 +64,12 @@ def arguments_of(function):
     return re.findall(r"(?:\(|, )(\w+): ", signature)
 
 
-@pytest.mark.parametrize("name", ["estimate", "sweep", "explain", "diff", "solve", "fit", "sensitivity"])
+@pytest.mark.parametrize("name", ["estimate", "sweep", "explain", "diff", "solve", "fit", "sample", "sensitivity"])
 def test_functions_have_the_tools_options(name, tool):
     printed = tool(name, "--help")[1]
-    options = {option.replace("-", "_") for option in re.findall(r"^\s+(?:-\w,\s*)?--([a-z-]+)", printed, flags=re.M)}
-    about_output = {"help", "json", "csv", "datadir", "verbose", "version", "progress_after"}
+    options = {option.replace("-", "_") for option in re.findall(r"^\s+(?:-\w,\s*)?--([a-z0-9-]+)", printed, flags=re.M)}
+    about_output = {"help", "json", "csv", "datadir", "verbose", "version", "progress_after",
+                    "jsonl", "hdf5", "resume"}
     keywords = set(inspect.signature(getattr(zelm, name)).parameters) - {"design", "old", "new", "what"}
     assert keywords == options - about_output
 

@@ -15,8 +15,8 @@ import pathlib
 
 from . import _zelm
 from ._blocks import Block, Cell, Cells, block, blocks
-from ._commands import (Diff, Estimate, Explanation, Fit, Sensitivity, Solution, Sweep, diff, estimate, explain, fit,
-                        sensitivity, solve, sweep)
+from ._commands import (Diff, Estimate, Explanation, Fit, Sample, Sensitivity, Solution, Sweep, diff, estimate,
+                        explain, fit, sample, sensitivity, solve, sweep)
 from ._design import Design
 from ._errors import DataError, DesignError, Error, InputWarning, LimitError
 from ._result import Document, Result, Rows
@@ -25,8 +25,9 @@ __version__: str = _zelm.version
 
 __all__ = [
     "Block", "Cell", "Cells", "DataError", "Design", "DesignError", "Diff", "Document", "Error", "Estimate",
-    "Explanation", "Fit", "InputWarning", "LimitError", "Result", "Rows", "Sensitivity", "Solution", "Sweep", "block",
-    "blocks", "data_directory", "diff", "estimate", "explain", "fit", "sensitivity", "solve", "sweep",
+    "Explanation", "Fit", "InputWarning", "LimitError", "Result", "Rows", "Sample", "Sensitivity", "Solution", "Sweep",
+    "block", "blocks", "data_directory", "diff", "estimate", "explain", "fit", "sample", "sensitivity", "solve",
+    "sweep",
 ]
 
 _packaged = pathlib.Path(__file__).with_name("data")

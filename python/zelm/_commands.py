@@ -33,6 +33,14 @@ class Sweep(Result):
     _command = "sweep"
 
 
+class Sample(Result):
+    """Bands of a design whose values are distributions: `quantities`, `budgets` with the probability that they are kept,
+    `indices` of the inputs that make the band.
+    """
+
+    _command = "sample"
+
+
 class Explanation(Result):
     """How a quantity comes about: `value`, `unit`, and `operands` that are explained likewise."""
 
@@ -167,16 +175,36 @@ def _variations(vary: Vary) -> list[str]:
     return list(vary)
 
 
-def sweep(design: AnyDesign, vary: Vary, *, jobs: int | None = None, strict: bool = False,
+def sweep(design: AnyDesign, vary: Vary, *, columns: str | Sequence[str] | None = None,
+          html: str | os.PathLike[str] | None = None, jobs: int | None = None, strict: bool = False,
           keep_going: bool = False) -> Sweep:
     """Estimates a design once for each combination of values, the last variation changing fastest.
 
     vary: `["environment.ambientTemperature=0:80:10", ...]` or `{"rails.VCCINT": [0.78, 0.8, 0.82], ...}`; plain
     numbers count in the unit of what they replace, others say theirs: `"100MHz:400MHz:50MHz"`.
+    columns: what to tell of each point, `["total@MAX", "rail:VCCINT"]`, in place of the sides. html: a file for charts.
     jobs: how many points at once; else as many as there are processors.
     """
-    options = {"vary": _variations(vary), "jobs": jobs, "strict": strict, "keep_going": keep_going}
+    told = columns if columns is None or isinstance(columns, str) else ",".join(columns)
+    options = {"vary": _variations(vary), "columns": told, "html": html, "jobs": jobs, "strict": strict,
+               "keep_going": keep_going}
     result: Sweep = _command(Sweep, [design], [], options)
+    return result
+
+
+def sample(design: AnyDesign, *, points: int | None = None, seed: int | None = None, method: str | None = None,
+           of: str | None = None, until_error: str | float | None = None, no_data_uncertainty: bool = False,
+           html: str | os.PathLike[str] | None = None, jobs: int | None = None) -> Sample:
+    """Estimates a design whose values are distributions, for bands of its quantities (W, A, degrees Celsius).
+
+    points: how many estimates, 4096 unless given; until_error: end once the totals' quantiles are known as well as
+    that, `"1%"`. seed: which draw. method: `"sobol"`, `"latin"` or `"random"`.
+    of: whose band is laid to the inputs, `"total"` unless given. no_data_uncertainty: the data are taken as exact.
+    html: a file for histograms and bands. jobs: how many points at once; else as many as there are processors.
+    """
+    options = {"points": points, "seed": seed, "method": method, "of": of, "until_error": until_error,
+               "no_data_uncertainty": no_data_uncertainty, "html": html, "jobs": jobs}
+    result: Sample = _command(Sample, [design], [], options)
     return result
 
 

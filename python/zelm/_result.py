@@ -179,7 +179,8 @@ class Result(Document):
 # The lists of results that are tables, the one that matters most first.
 _TABLES = {
     "estimate": ("groups", "budgets", "sides", "hierarchy", "cooling", "utilisation", "carried", "dataFiles", "subtotals"),
-    "sweep": ("points",),
+    "sweep": ("points", "crossings"),
+    "sample": ("quantities", "budgets", "indices", "rankCorrelations", "distributions", "data"),
     "diff": ("quantities", "groups", "settings"),
     "solve": ("crossings", "kept"),
     "fit": ("parts",),

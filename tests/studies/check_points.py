@@ -20,7 +20,7 @@ except ImportError as missing:
 zelm, design = sys.argv[1:3]
 VARIED = ["--vary", "environment.ambientTemperature=20:39.5:0.5", "--vary", "environment.thetaJA=1,40", "--vary",
           "device.speedGrade=1,2"]
-COLUMNS = ["--columns", "total@TYP,junction@MAX,rail:VCCINT"]
+COLUMNS = ["--columns", "total@TYP,junction@MAX,rail:VCCINT,group:rtl/wires"]
 
 
 def run(*arguments):
@@ -40,10 +40,12 @@ with tempfile.TemporaryDirectory() as folder:
     with h5py.File(f"{folder}/one.h5") as file:
         names = list(file.attrs["dataSets"])
         assert sorted(names) == sorted(file), names
-        headings = [f"{name} [{file[name].attrs['unit']}]" if file[name].attrs["unit"] else name for name in names]
+        assert names[-1] == "group:rtl|wires@TYP", names
+        known = [file[name].attrs for name in names]
+        headings = [f"{each['name']} [{each['unit']}]" if each["unit"] else each["name"] for each in known]
         assert headings == rows[0], (headings, rows[0])
-        assert [file[name].attrs["kind"] for name in names] == ["setting"] * 3 + ["quantity"] * 3
-        assert [file[name].dtype.kind for name in names] == ["f", "i", "S", "f", "f", "f"], [file[n].dtype for n in file]
+        assert [file[name].attrs["kind"] for name in names] == ["setting"] * 3 + ["quantity"] * 4
+        assert [file[name].dtype.kind for name in names] == ["f", "i", "S", "f", "f", "f", "f"], [file[n].dtype for n in file]
         for name in names:
             assert file[name].chunks and file[name].compression == "gzip" and file[name].shuffle, name
         for attribute in ("version", "designSha256", "dataFiles", "variations", "columns", "points"):
