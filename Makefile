@@ -6,7 +6,7 @@ PRESET ?= release
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo rtl-demo python test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
+.PHONY: demo rtl-demo live python test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
 
 demo: $(BUILD)/build.ninja
 	cmake --build --preset $(PRESET) --target zelm
@@ -18,6 +18,13 @@ rtl-demo: $(BUILD)/build.ninja
 	tools/setup yosys iverilog
 	cmake --build --preset $(PRESET) --target zelm
 	examples/rtl/demo $(BUILD)/host/zelm $(BUILD)/rtl
+
+# The page that `zelm estimate --live` writes: its models by emscripten, which takes minutes. docs/live.md.
+live: export NODE_PATH = /usr/share/nodejs
+live:
+	live/setup build/live/sources
+	emcmake cmake -G Ninja -S . -B build/live -D CMAKE_BUILD_TYPE=Release
+	cmake --build build/live
 
 # The package, to be tried: PYTHONPATH=build/release/python python3
 python:

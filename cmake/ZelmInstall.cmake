@@ -13,6 +13,8 @@ foreach(subsystem IN LISTS ZELM_SUBSYSTEMS)
 endforeach()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/data/powercfg" DESTINATION "${CMAKE_INSTALL_DATADIR}/zelm/data")
 install(FILES "${PROJECT_SOURCE_DIR}/data/uncertainty.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/zelm/data")
+# If `make live` has built it.
+install(FILES "${PROJECT_SOURCE_DIR}/build/live/live.html" DESTINATION "${CMAKE_INSTALL_DATADIR}/zelm" OPTIONAL)
 
 install(
   EXPORT zelmorvane

@@ -31,7 +31,7 @@ function(zelm_blocks)
     set_source_files_properties(
       "${source}" TARGET_DIRECTORY zelmorvane
       PROPERTIES COMPILE_OPTIONS
-                 "$<$<CONFIG:Release>:$<IF:$<STREQUAL:${part},Params>,-O2;-ftree-vectorize;-fvect-cost-model=dynamic,-O1>>")
+                 "$<$<CONFIG:Release>:$<IF:$<STREQUAL:${part},Params>,-O2;-ftree-vectorize;$<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>,-O1>>")
   endforeach()
   foreach(block IN LISTS ARGN)
     target_sources(zelmorvane PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/ZelmOrvane${block}Model.cpp")

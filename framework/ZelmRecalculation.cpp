@@ -2,7 +2,7 @@
 
 #include "framework/ZelmUnset.h"
 
-#include <bit>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -17,7 +17,7 @@ bool same(int a, int b)
 
 bool same(float a, float b)
 {
-    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+    return __builtin_bit_cast(std::uint32_t, a) == __builtin_bit_cast(std::uint32_t, b);
 }
 
 bool same(std::string_view a, std::string_view b)

@@ -26,7 +26,7 @@ inline double squaredToSupply(float row, float vccint, int count)
 
 inline float notBelowZero(float power)
 {
-    return power < 0.0f ? 0.0f : power;
+    return std::isless(power, 0.0f) ? 0.0f : power; // clang makes a maximum of "<" here, which loses the sign of -0
 }
 
 } // namespace zelm

@@ -1,11 +1,12 @@
 #include "host/base/Text.h"
 
+#include "host/base/Numerals.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
@@ -313,9 +314,7 @@ std::string si(double value, std::string_view unit)
 
 std::string exactText(float value)
 {
-    std::array<char, 64> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value);
-    return {text.data(), end.ptr};
+    return shortestText(value);
 }
 
 std::string wrapped(std::string_view text, std::size_t columns)

@@ -1,6 +1,7 @@
 #include "host/base/Units.h"
 
 #include "host/base/Error.h"
+#include "host/base/Numerals.h"
 #include "host/base/Text.h"
 
 #include <fmt/format.h>
@@ -119,10 +120,10 @@ double decimal(std::string_view number, int exponent)
     }
     const std::size_t plus = number.starts_with('+') ? 1 : 0;
     const std::string text = fmt::format("{}e{}", number.substr(plus, e - plus), own + exponent);
-    double value = 0.0;
-    if (std::from_chars(text.data(), text.data() + text.size(), value).ec != std::errc())
+    const std::optional<double> value = realIn<double>(text);
+    if (!value)
         throw Error(fmt::format("the number {} is too large or too small", abbreviated(number)));
-    return value;
+    return *value;
 }
 
 // How many characters of a text are a decimal number.
@@ -239,10 +240,8 @@ Quantity quantityOf(const WrittenQuantity& written)
 
 std::optional<double> plainNumber(std::string_view text)
 {
-    double value = 0.0;
-    const char* end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, value);
-    return parsed.ec == std::errc() && parsed.ptr == end && std::isfinite(value) ? std::optional(value) : std::nullopt;
+    const std::optional<double> value = realIn<double>(text);
+    return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 std::string dimensionWords(const Dimension& dimension)

@@ -2,6 +2,7 @@
 
 #include "host/base/Error.h"
 #include "host/base/Files.h"
+#include "host/base/Numerals.h"
 #include "host/base/Text.h"
 #include "host/base/Units.h"
 #include "host/blocks/DataLines.h"
@@ -397,23 +398,22 @@ const Block& block(std::string_view name)
 
 Value parseValue(const ZelmCellInfo& cell, std::string_view text)
 {
-    const char* end = text.data() + text.size();
     if (cell.type == Type::text)
         return std::string(text);
     if (const auto written = quantityIn(cell, text))
         return valueOf(cell, *written, text);
     if (cell.type == Type::integer) {
         int value = 0;
+        const char* end = text.data() + text.size();
         const auto parsed = std::from_chars(text.data(), end, value);
         if (parsed.ec != std::errc() || parsed.ptr != end)
             throw Error(fmt::format("{} takes a whole number of 32 bits, not \"{}\"", cell.name, abbreviated(text)));
         return value;
     }
-    float value = 0.0f;
-    const auto parsed = std::from_chars(text.data(), end, value);
-    if (parsed.ec != std::errc() || parsed.ptr != end || !std::isfinite(value))
+    const std::optional<float> value = realIn<float>(text);
+    if (!value || !std::isfinite(*value))
         throw Error(fmt::format("{} takes a finite number, not \"{}\"", cell.name, abbreviated(text)));
-    return value;
+    return *value;
 }
 
 std::string valueText(const Value& value)
@@ -434,11 +434,8 @@ std::string constantDefault(const ZelmCellInfo& cell)
         return text.size() >= 2 && text.front() == '"' ? text.substr(1, text.size() - 2) : std::string();
     if (cell.type == Type::real && text.ends_with('f'))
         text.pop_back();
-    float value = 0.0f;
-    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size())
-        return {};
-    return exactText(value);
+    const std::optional<float> value = realIn<float>(text);
+    return value ? exactText(*value) : std::string();
 }
 
 std::string_view kindWord(Kind kind)

@@ -1,11 +1,11 @@
 #include "host/blocks/Domains.h"
 
+#include "host/base/Numerals.h"
 #include "host/base/Text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -119,13 +119,6 @@ std::string outside(const Domain& domain, double value, const std::string& shown
                        domain.unit.empty() ? "" : " ", domain.unit);
 }
 
-std::optional<double> numberIn(const std::string& text)
-{
-    double value = 0.0;
-    const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return problem == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
-}
-
 std::string faultOfText(const Block& block, const ZelmTableInfo& table, const DataRow& row)
 {
     const std::string* text = std::get_if<std::string>(&row.value);
@@ -141,7 +134,7 @@ std::string faultOfText(const Block& block, const ZelmTableInfo& table, const Da
     if (!domain)
         return "";
     for (const std::string& part : volts ? split(*text, ' ') : std::vector{*text}) {
-        const std::optional<double> number = numberIn(part);
+        const std::optional<double> number = realIn<double>(part);
         if (!number)
             return fmt::format("is \"{}\", expected a number in quotes", *text);
         if (std::string fault = outside(*domain, *number, fmt::format("\"{}\"", *text)); !fault.empty())

@@ -49,6 +49,7 @@ Action declareFormat(Options& options);
 Action declareImportActivity(Options& options);
 Action declareImportNetlist(Options& options);
 Action declareImportTable(Options& options);
+Action declareLive(Options& options);
 Action declareNew(Options& options);
 Action declareParts(Options& options);
 Action declarePropagate(Options& options);

@@ -19,6 +19,8 @@ constexpr Command kCommands[] = {
      "zelm sample design.json --points 4096 --html bands.html", declareSample},
     {"sensitivity", "Move every input a little, and sort them by what that does",
      "zelm sensitivity design.json --of junction@MAX --html tornado.html", declareSensitivity},
+    {"live", "Write a page that estimates what is typed in it, with nothing in it yet", "zelm live -o live.html",
+     declareLive},
     {"new", "Write a commented design to begin with", "zelm new --template vision -o design.json", declareNew},
     {"import", "Take over what other tools wrote", "zelm import netlist synth.json -o design.json", nullptr,
      importCommands},

@@ -9,6 +9,7 @@
 #include "host/blocks/DataLines.h"
 #include "host/commands/Command.h"
 #include "host/estimate/Modes.h"
+#include "host/report/LivePage.h"
 #include "host/report/Report.h"
 #include "host/report/SubtotalsReport.h"
 #include "host/report/XlsxReport.h"
@@ -76,6 +77,15 @@ std::optional<SubtotalsWish> wishOf(const std::optional<std::string>& by, const 
     return wish;
 }
 
+// A page holds the text of one file.
+Design designForPage(const std::string& file, const std::string& text)
+{
+    Design design = parseDesign(file == kStandardInput ? "standard input" : file, text);
+    if (!design.source.includedFiles().empty())
+        throw Error(fmt::format("--live: {} includes other files, and the page holds one", file));
+    return design;
+}
+
 std::string subtotalsReport(const Estimate& estimate, const SubtotalsWish& wish, bool json, bool csv)
 {
     return json  ? jsonText(subtotalsJson(estimate, wish))
@@ -93,6 +103,8 @@ Action declareEstimate(Options& options)
         options.flagOf("--csv", csvTables(), "Print CSV; with the name of a table, that table alone");
     options.exclude("--csv", "--json");
     const std::optional<std::string>& html = options.text("--html", "Write a self-contained HTML report to this file");
+    const std::optional<std::string>& live =
+        options.text("--live", "Write a page that estimates what is changed in it to this file");
     const std::optional<std::string>& xlsx = options.text("--xlsx", "Write a workbook with live formulas to this file");
     const bool& check = options.flag("--check", "End with exit code 1 if a budget is broken");
     const bool& strict = options.flag("--strict", "End with exit code 1 if there is a warning");
@@ -108,8 +120,9 @@ Action declareEstimate(Options& options)
         options.value("--sort", "ORDER", "With --by, by watts, groups, name or design; else by watts");
     return [&](Run& run) {
         const std::optional<SubtotalsWish> wish = wishOf(by, top, sort);
-        const Design read = readDesign(design);
-        checkReports(design, read, {&html, &xlsx, &junit});
+        const std::string text = live ? readFile(design) : std::string();
+        const Design read = live ? designForPage(design, text) : readDesign(design);
+        checkReports(design, read, {&html, &live, &xlsx, &junit});
         const bool drawn = json || html;
         Estimate result =
             estimate(read, drawn ? Curves::drawn : Curves::none, keepGoing ? Gaps::warned : Gaps::refused);
@@ -121,6 +134,8 @@ Action declareEstimate(Options& options)
                                   : textReport(result, run.verbose, Paint(takesColour(stdout)));
         if (html)
             writeFile(*html, htmlReport(result));
+        if (live)
+            writeFile(*live, livePage(design == kStandardInput ? "design.json" : design, text));
         if (xlsx)
             writeFile(*xlsx, xlsxReport(result));
         if (junit)

@@ -2,6 +2,7 @@
 #include "host/base/Files.h"
 #include "host/blocks/Rails.h"
 #include "host/commands/Command.h"
+#include "host/commands/NewDesign.h"
 #include "host/design/ResolvedDevice.h"
 #include "host/design/Template.h"
 #include "host/estimate/Estimate.h"
@@ -64,6 +65,13 @@ std::vector<TemplateSupply> suppliesOf(const Estimate& estimate)
 
 } // namespace
 
+std::string newDesign(const std::string& kind, const std::string& part)
+{
+    const TemplateDevice device = deviceOf(part);
+    const Estimate unfed = estimate(parseDesign("template", templateDesign(kind, device)));
+    return templateDesign(kind, device, suppliesOf(unfed));
+}
+
 Action declareNew(Options& options)
 {
     const std::optional<std::string>& part =
@@ -72,10 +80,7 @@ Action declareNew(Options& options)
         options.value("--template", "KIND", "What to begin with: blank, controller, network, radio or vision");
     const std::optional<std::string>& output = options.text("-o,--output", "Write it to this file");
     return [&](Run& run) {
-        const std::string name = kind.value_or("blank");
-        const TemplateDevice device = deviceOf(part.value_or("zq4410_ktba3310_1_MP_i_S"));
-        const Estimate unfed = estimate(parseDesign("template", templateDesign(name, device)));
-        const std::string design = templateDesign(name, device, suppliesOf(unfed));
+        const std::string design = newDesign(kind.value_or("blank"), part.value_or(kNewPart));
         if (output) {
             refuseOverwriting({*output}, {});
             if (whyUnreadable(*output).empty()) // a person's work, most likely

@@ -415,6 +415,8 @@ void RunningDesign::addStaticPower()
         Side side;
         side.junction = result.design.environment.junction.value_or(0.0);
         result.sides.push_back(side);
+        result.utilisation.clear(); // of a device that there was before
+        result.usedCounts.clear();
         return;
     }
     if (m_readsOthers)

@@ -26,6 +26,19 @@ std::string htmlText(std::string_view text)
     return safe;
 }
 
+std::string forScript(std::string_view json)
+{
+    std::string safe;
+    safe.reserve(json.size());
+    for (const char c : json) {
+        if (c == '<')
+            safe += "\\u003c";
+        else
+            safe += c;
+    }
+    return safe;
+}
+
 std::string htmlSection(const std::string& heading, const std::string& body)
 {
     return fmt::format("<section><h2>{}</h2>\n{}</section>\n", htmlText(heading), body);

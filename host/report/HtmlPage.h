@@ -14,6 +14,9 @@ std::string htmlText(std::string_view text);
 /// A page with its title, a line of HTML below it, and sections of HTML.
 std::string htmlPage(const std::string& title, const std::string& lead, const std::string& body);
 
+/// JSON for a script element, which may not hold its end tag.
+std::string forScript(std::string_view json);
+
 std::string htmlSection(const std::string& heading, const std::string& body);
 
 /// Cells are HTML. A heading that begins with '<' is left-aligned, without that sign.

@@ -23,24 +23,6 @@ extern const char zelm_report_charts_end[];
 
 namespace zelm::host {
 
-namespace {
-
-// Text inside a script element may not hold its end tag.
-std::string forScript(std::string_view json)
-{
-    std::string safe;
-    safe.reserve(json.size());
-    for (const char c : json) {
-        if (c == '<')
-            safe += "\\u003c";
-        else
-            safe += c;
-    }
-    return safe;
-}
-
-} // namespace
-
 std::string htmlReport(const Estimate& estimate)
 {
     std::string page(zelm_report_page, zelm_report_page_end);

@@ -242,6 +242,21 @@ TEST(RunningDesign, GroupsComeAndGo)
     }
 }
 
+TEST(RunningDesign, DevicesComeAndGo)
+{
+    const auto design = [](const std::string& device) {
+        return parseDesign("d.json", "{" + device + R"("groups": [{"block": "Bram", "inputs": {"NUM_BRAMS": 8}}]})");
+    };
+    const std::string one = R"("device": {"part": "zq4410"}, )";
+    const std::string other = R"("device": {"part": "zq5620"}, )";
+    RunningDesign running(design(one));
+    for (const std::string& device : {one, std::string(), other, one}) {
+        running.change(design(device));
+        EXPECT_EQ(reportOf(running.estimate()), reportOf(estimate(design(device)))) << device;
+        EXPECT_EQ(running.estimate().utilisation.empty(), device.empty());
+    }
+}
+
 void load(const std::string& directory)
 {
     const DataDirVariable variable(directory);

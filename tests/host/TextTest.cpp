@@ -1,5 +1,6 @@
 #include "support/Bits.h"
 
+#include "host/base/Numerals.h"
 #include "host/base/Terminal.h"
 #include "host/base/Text.h"
 #include "host/blocks/Block.h"
@@ -56,6 +57,33 @@ TEST(HostText, ExactTextReadsBack)
     EXPECT_EQ(exactText(200.0f), "200");
     for (const float value : {0.1f, 1.0f / 3.0f, 1e-30f, 3.4e38f, -12345.678f})
         EXPECT_EQ(std::stof(exactText(value)), value) << exactText(value);
+}
+
+// The shorter one of the two forms, and what is whole in all its digits: the page's models have to write the same.
+TEST(HostText, ExactTextIsTheShorterForm)
+{
+    EXPECT_EQ(exactText(100.0f), "100");
+    EXPECT_EQ(exactText(100000.0f), "1e+05");
+    EXPECT_EQ(exactText(123456.0f), "123456");
+    EXPECT_EQ(exactText(16777216.0f), "16777216"); // 2^24
+    EXPECT_EQ(exactText(0.001f), "0.001");
+    EXPECT_EQ(exactText(0.0001f), "1e-04");
+    EXPECT_EQ(exactText(-0.25f), "-0.25");
+    EXPECT_EQ(exactText(-0.0f), "-0");
+}
+
+TEST(HostText, NumbersAreAllOfTheirText)
+{
+    EXPECT_EQ(realIn<double>("0.72"), 0.72);
+    EXPECT_EQ(realIn<float>("-1e5"), -100000.0f);
+    EXPECT_EQ(realIn<float>(".5"), 0.5f);
+    for (const char* text : {"", " 1", "1 ", "+1", "0x10", "1e", "1_0", "--1", "one"})
+        EXPECT_EQ(realIn<double>(text), std::nullopt) << text;
+    EXPECT_EQ(realIn<float>("1e39"), std::nullopt); // above 3.4e38, which a double can hold
+    EXPECT_EQ(realIn<double>("1e39"), 1e39);
+    EXPECT_EQ(realIn<float>("1e-46"), std::nullopt); // below half of the least float, 1.4e-45
+    EXPECT_EQ(realIn<double>("1e400"), std::nullopt);
+    EXPECT_EQ(realIn<double>("0e999"), 0.0);
 }
 
 TEST(HostText, TablesAlignByKind)

@@ -35,6 +35,34 @@ TEST_F(Tool, EstimatesAndEndsWithZero)
     EXPECT_THAT(result.err, IsEmpty());
 }
 
+// Where the page isn't built, the tool tells how to build it.
+TEST_F(Tool, LivePagesHoldTheDesignAsText)
+{
+    const std::string design = scratch.write("d.json", R"({"name": "</script>", "groups": [{"block": "Bram"}]})");
+    const std::string page = scratch.path("page.html");
+    const ToolRun result = scratch.run("estimate " + design + " --live " + page);
+    const ToolRun empty = scratch.run("live -o " + scratch.path("empty.html"));
+    if (result.code == 2) {
+        EXPECT_THAT(result.err, HasSubstr("make live"));
+        EXPECT_THAT(empty.err, HasSubstr("make live"));
+        EXPECT_FALSE(std::filesystem::exists(page));
+        return;
+    }
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(Scratch::read(page), HasSubstr(R"({"file":"d.json","text":"{\"name\": \"\u003c/script>\")"));
+    EXPECT_EQ(empty.code, 0) << empty.err;
+    EXPECT_THAT(Scratch::read(scratch.path("empty.html")), HasSubstr(R"({"file":"design.json","text":")"));
+}
+
+TEST_F(Tool, LivePagesTakeOneFile)
+{
+    scratch.write("part.json", kBram + "}");
+    const std::string design = scratch.write("d.json", R"({"include": ["part.json"], "groups": []})");
+    expectUserError("estimate " + design + " --live " + scratch.path("page.html"), "includes other files");
+    expectUserError("estimate " + design + " --live " + design, "d.json");
+    expectUserError("live", "--output");
+}
+
 TEST_F(Tool, ErrorsLeaveNothingOnStandardOutput)
 {
     expectUserError("estimate /nonexistent.json", "zelm: /nonexistent.json: cannot be read");

@@ -108,7 +108,7 @@ SlurmdParameters=config_overrides
             skip("slurmctld and slurmd don't come up here")
         expected = subprocess.run([zelm, "sweep", design, *VARIED, "--csv"], check=True, capture_output=True).stdout
         points = f"{folder}/points.csv"
-        submit = ["sbatch", "--parsable", "--ntasks", "2", f"--output={folder}/log/job", script, design, *VARIED,
+        submit = ["sbatch", "--parsable", "--ntasks", "2", f"--output={folder}/log/job", script, "sweep", design, *VARIED,
                   "--resume", points]
 
         def ended(job):

@@ -1,0 +1,164 @@
+// Opens live pages in headless Chromium and edits them as people do: what they show is what the tool prints for the
+// design that the page saves. The edits are the same in every run.
+// node check_page.mjs ZELM CHROMIUM EDITS DESIGN...
+import { execFileSync } from 'node:child_process';
+import { mkdtempSync, rmSync, statSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { basename, dirname, join, resolve } from 'node:path';
+import { pathToFileURL } from 'node:url';
+import { isDeepStrictEqual } from 'node:util';
+import { Browser } from './browser.mjs';
+
+const [program, chromium, edits, ...designs] = process.argv.slice(2);
+const zelm = resolve(program);
+const place = mkdtempSync(join(tmpdir(), 'zelm-page-'));
+
+function expect(holds, words) {
+  if (!holds)
+    throw new Error(words);
+}
+
+// Which warnings name a line of the file doesn't matter: the page's text has lines of its own.
+const withoutLines = estimate => ({ ...estimate, warnings: estimate.warnings.map(text => text.replace(/^[^:]*:\d+: /, '')) });
+
+function native(text) {
+  writeFileSync(join(place, 'edited.json'), text);
+  return JSON.parse(execFileSync(zelm, ['estimate', 'edited.json', '--json'], { cwd: place, encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'], maxBuffer: 1 << 28 }));
+}
+
+function different(a, b, at = '') {
+  if (isDeepStrictEqual(a, b))
+    return '';
+  for (const key of Object.keys({ ...a, ...b })) {
+    if (a && b && typeof a === 'object' && typeof b === 'object' && !isDeepStrictEqual(a[key], b[key]))
+      return different(a[key], b[key], `${at}.${key}`);
+  }
+  return `${at}: ${JSON.stringify(a)} in the page, ${JSON.stringify(b)} by the tool`;
+}
+
+async function compare(browser, words) {
+  const [text, shown] = await browser.evaluate(`(async () => {
+    const { ask, design, result, file } = zelmPage;
+    return [(await ask({ do: 'format', file: file(), text: JSON.stringify(design()) })).text, result()];
+  })()`);
+  const wrong = different(withoutLines(shown), withoutLines(native(text)));
+  expect(!wrong, `${words}: ${wrong}`);
+}
+
+// An edit of a field that shows, as the keyboard makes it. The milliseconds until the results stand, or nothing for what
+// the models refuse, which is undone.
+const EDIT = `(async random => {
+  const fields = [...document.querySelectorAll('#design input[data-key^="groups["]:not([inputmode]), #design select[data-key^="groups["], #design input[data-key^="environment."]')].filter(f => f.value);
+  const field = fields[Math.floor(random * fields.length)], value = Number(field.value);
+  const began = performance.now();
+  if (field.matches('select')) {
+    field.selectedIndex = (field.selectedIndex + 1) % field.options.length;
+    field.dispatchEvent(new Event('change', { bubbles: true }));
+  } else {
+    if (!Number.isFinite(value)) return undefined;
+    field.value = String(Number.isInteger(value) ? value + 1 : +(value * 0.9).toPrecision(4));
+    field.dispatchEvent(new Event('input', { bubbles: true }));
+    field.dispatchEvent(new Event('change', { bubbles: true }));
+  }
+  while (!document.body.dataset.settled) await new Promise(done => { const c = new MessageChannel(); c.port1.onmessage = done; c.port2.postMessage(0); });
+  const took = performance.now() - began;
+  if (zelmPage.problem()) { zelmPage.undo(); while (!document.body.dataset.settled) await new Promise(done => setTimeout(done, 1)); return undefined; }
+  return took;
+})`;
+
+async function check(file) {
+  const browser = new Browser(chromium);
+  try {
+    const page = join(place, 'page.html');
+    execFileSync(zelm, ['estimate', file, '--live', page], { stdio: ['ignore', 'ignore', 'pipe'] });
+    expect(statSync(page).size < 5.5e6, `the page has ${statSync(page).size} bytes`);
+    const began = Date.now();
+    await browser.open(pathToFileURL(page).href);
+    await browser.until('globalThis.zelmPage && zelmPage.result()');
+    const first = Date.now() - began;
+    await browser.until('document.body?.dataset.settled');
+    const start = await browser.evaluate('zelmPage.result()');
+    const wrong = different(start, JSON.parse(execFileSync(zelm, ['estimate', basename(file), '--json'], { cwd: dirname(file), encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'], maxBuffer: 1 << 28 })));
+    expect(!wrong, `as it came: ${wrong}`);
+
+    await browser.evaluate(`(() => { for (const box of [...document.querySelectorAll('[data-group]')].slice(0, 12)) box.open = true; })()`);
+    await browser.until(`document.querySelectorAll('#design [data-key^="groups["]').length > 20`);
+    let seed = 7;
+    const random = () => (seed = (Math.imul(seed, 1103515245) + 12345) >>> 0) / 2 ** 32;
+    const times = [];
+    for (let i = 0; i < Number(edits); ++i) {
+      const took = await browser.evaluate(`${EDIT}(${random()})`);
+      if (took !== undefined && took !== null)
+        times.push(took);
+      if (i % 20 === 19)
+        await compare(browser, `after ${i + 1} edits`);
+    }
+    await compare(browser, 'after all edits');
+    expect(times.length > Number(edits) / 3, `of ${edits} edits only ${times.length} were taken`);
+
+    // Back to the same bits, and forth.
+    const last = await browser.evaluate('zelmPage.result()');
+    const settled = `document.body.dataset.settled`;
+    await browser.evaluate(`(() => { for (let i = 0; i < 1000; ++i) zelmPage.undo(); })()`);
+    await browser.until(settled);
+    const back = different(withoutLines(await browser.evaluate('zelmPage.result()')), withoutLines(start));
+    expect(!back, `undone: ${back}`);
+    expect(await browser.evaluate('JSON.stringify(zelmPage.design()) === JSON.stringify(zelmPage.context.original())'), 'undone, but the design is another');
+    await browser.evaluate(`(() => { for (let i = 0; i < 1000; ++i) zelmPage.redo(); })()`);
+    await browser.until(settled);
+    const forth = different(await browser.evaluate('zelmPage.result()'), last);
+    expect(!forth, `done again: ${forth}`);
+
+    expect(browser.said.length === 0, `the console says ${browser.said.join('\n')}`);
+    expect(browser.fetched.every(url => url === pathToFileURL(page).href), `the page fetches ${browser.fetched}`);
+    times.sort((a, b) => a - b);
+    console.log(`${basename(file)}: first result after ${first} ms, ${times.length} edits, median ${times[times.length >> 1].toFixed(1)} ms, worst ${times.at(-1).toFixed(1)} ms`);
+  } finally {
+    await browser.close();
+  }
+}
+
+// Markup in names stays text, a mistake is told beside its field, and ten thousand groups don't choke the page.
+async function checkHostile() {
+  const markup = '<img src=x onerror="document.title=1">\'"&amp;</script><script>alert(1)</script>';
+  const text = JSON.stringify({ name: markup, groups: Array.from({ length: 10000 }, (_, i) => ({ block: 'Signal', name: `${markup} ${i}`, in: markup.replaceAll('/', '|'), inputs: { SIGNAL_COUNT: 1 + i % 7, CLOCK_FREQ: 100 } })) });
+  writeFileSync(join(place, 'hostile.json'), text);
+  const page = join(place, 'hostile.html');
+  execFileSync(zelm, ['estimate', 'hostile.json', '--live', page], { cwd: place, stdio: ['ignore', 'ignore', 'pipe'] });
+  const browser = new Browser(chromium);
+  try {
+    await browser.open(pathToFileURL(page).href, 390, 800);
+    await browser.until('document.body?.dataset.settled');
+    expect(await browser.evaluate('document.querySelectorAll("img, iframe").length') === 0, 'markup of a name became an element');
+    expect(await browser.evaluate('document.getElementById("name").textContent') === markup, 'the name is shown otherwise');
+    expect(await browser.evaluate('document.querySelectorAll("[data-group]").length') === 100, 'all groups are listed at once');
+    expect(await browser.evaluate('document.documentElement.scrollWidth') <= 390, 'the page is wider than a phone');
+    await browser.evaluate(`(() => { document.querySelector('[data-group="3"]').open = true; })()`);
+    await browser.until(`document.getElementById('f-groups[3].inputs.CLOCK_FREQ')`);
+    await browser.evaluate(`(() => { const field = document.getElementById('f-groups[3].inputs.CLOCK_FREQ'); field.value = '-5'; field.dispatchEvent(new Event('input')); })()`);
+    await browser.until('document.body?.dataset.settled');
+    const told = await browser.evaluate(`document.getElementById('e-groups[3].inputs.CLOCK_FREQ').textContent`);
+    expect(/-5/.test(told), `beside the field of the mistake stands "${told}", and the page says ${await browser.evaluate('zelmPage.problem()')}`);
+    expect(browser.said.length === 0, `the console says ${browser.said.join('\n')}`);
+    console.log('markup stays text, mistakes stand beside their fields');
+  } finally {
+    await browser.close();
+  }
+}
+
+try {
+  for (const file of designs) {
+    try {
+      await check(file);
+    } catch (wrong) {
+      throw new Error(`${file}: ${wrong.message}`);
+    }
+  }
+  await checkHostile();
+} catch (wrong) {
+  console.error(wrong.message);
+  process.exitCode = 1;
+} finally {
+  rmSync(place, { recursive: true, force: true });
+}
+process.exit();
