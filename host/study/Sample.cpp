@@ -683,7 +683,8 @@ void Sampling::stream(std::size_t firstChunk, const Render& render, const Take& 
     };
     std::size_t points = std::min(firstChunk * kPointsOfChunk, wish.points);
     Progress progress("sampling", wish.points, wish.barAfter);
-    progress.step(points);
+    if (points > 0)
+        progress.step(points);
     bytesInOrder(std::min(firstChunk, work.chunks()), work.chunks(), wish.jobs, makeWork, [&](const std::string& text) {
         const std::size_t done = std::min(kPointsOfChunk, wish.points - points);
         points += done;

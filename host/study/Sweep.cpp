@@ -272,7 +272,8 @@ void Sweep::stream(const SweepRun& options, std::size_t firstChunk, const Render
         };
     };
     Progress progress("sweeping", m_points, options.barAfter);
-    progress.step(std::min(firstChunk * size, m_points));
+    if (firstChunk > 0)
+        progress.step(std::min(firstChunk * size, m_points));
     SweepText chunk;
     chunk.chunk = firstChunk;
     bytesInOrder(std::min(firstChunk, chunks), chunks, options.jobs, makeWorker, [&](const std::string& text) {

@@ -150,18 +150,19 @@ def _command(kind: type[Any], designs: Sequence[AnyDesign], arguments: Sequence[
 def estimate(design: AnyDesign, *, start_up: bool = False, keep_going: bool = False, strict: bool = False,
              check: bool = False, html: str | os.PathLike[str] | None = None,
              xlsx: str | os.PathLike[str] | None = None, junit: str | os.PathLike[str] | None = None,
-             by: str | None = None, top: int | None = None, sort: str | None = None) -> Estimate:
+             live: str | os.PathLike[str] | None = None, by: str | None = None, top: int | None = None,
+             sort: str | None = None) -> Estimate:
     """Estimates a design: watts, amperes by rail, degrees Celsius.
 
     start_up: adds how the junction warms up from ambient; needs thermal stages.
     keep_going: inputs that have no row in the data are warned of, and the rest is estimated.
     check, strict: a broken budget, or a warning, is a `LimitError`.
-    html, xlsx, junit: files to write a report to.
+    html, xlsx, junit: files to write a report to. live: a file for a page that estimates what is typed in it.
     by: only what groups add up to, by `"in"`, `"block"`, `"rail"` or `"clock"`; top: the first so many;
     sort: by `"watts"`, `"groups"`, `"name"` or `"design"`.
     """
     options = {"start_up": start_up, "keep_going": keep_going, "strict": strict, "check": check, "html": html,
-               "xlsx": xlsx, "junit": junit, "by": by, "top": top, "sort": sort}
+               "xlsx": xlsx, "junit": junit, "live": live, "by": by, "top": top, "sort": sort}
     result: Estimate = _command(Estimate, [design], [], options)
     return result
 
