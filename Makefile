@@ -93,8 +93,9 @@ build/tidy: $(BUILD)/build.ninja
 tidy: build/tidy
 	tools/tidy $< $(TIDY)
 
+# Its check of MPI doesn't know that a request may be tested until it is done.
 analyze: build/tidy
-	CHECKS='-*,clang-analyzer-*' tools/tidy $< $(TIDY)
+	CHECKS='-*,clang-analyzer-*,-clang-analyzer-optin.mpi.*' tools/tidy $< $(TIDY)
 
 clean:
 	rm -rf build
