@@ -48,12 +48,12 @@ asan coverage:
 # The tool's, the contract's and the physics' tests run every block, over all modes that its data know: most of what
 # `make asan` finds in half the time. Left to `make asan` are the blocks' own tests, which work their formulas out by hand,
 # and the checks of docs, schema, report and packaging.
-ASAN_TESTS := framework contract physics host
+ASAN_TESTS := host physics contract framework
 asan-tool:
 	tools/setup
 	cmake --preset asan
 	cmake --build --preset asan --target $(ASAN_TESTS:%=%_test)
-	for test in $(ASAN_TESTS); do build/asan/tests/$$test/$${test}_test || exit 1; done
+	printf '%s\n' $(ASAN_TESTS) | xargs -P 2 -I TEST env build/asan/tests/TEST/TEST_test --gtest_brief=1
 
 # Threads meet in the framework, in name tables, singletons and the texts of blocks, and in sweeps of the tool.
 tsan:

@@ -231,6 +231,7 @@ TEST_F(SweepTest, AnInterruptLeavesWholeLines)
     const pid_t child = ::fork();
     if (child == 0) {
         ::dup2(descriptor, STDOUT_FILENO);
+        ::signal(SIGINT, SIG_DFL); // which a shell's job in the background ignores, and what it starts
         ::execl(ZELM_TOOL, "zelm", "sweep", m_file.c_str(), "--csv", "--vary",
                 "environment.ambientTemperature=20:50:1e-9", nullptr);
         ::_exit(99);
