@@ -74,10 +74,26 @@ struct KnownKeys {
         unsigned loads = 0;
         std::vector<std::string> words;
     };
-    using Question = std::tuple<const Block*, std::string_view, std::string_view, std::string_view>;
+    template <class Text>
+    using Question = std::tuple<const Block*, Text, Text, Text>;
+
+    struct Before {
+        using is_transparent = void;
+
+        template <class A, class B>
+        bool operator()(const A& a, const B& b) const
+        {
+            return asked(a) < asked(b);
+        }
+        template <class Text>
+        static Question<std::string_view> asked(const Question<Text>& question)
+        {
+            return question;
+        }
+    };
 
     std::mutex mutex;
-    std::map<Question, OfCells> all;
+    std::map<Question<std::string>, OfCells, Before> all;
 };
 
 KnownKeys& knownKeys()
@@ -93,7 +109,12 @@ auto withKeysOf(const Block& block, const ZelmCellInfo& cell, Visit visit)
     KnownKeys& known = knownKeys();
     const std::lock_guard lock(known.mutex);
     const Legal& legal = cell.legal;
-    KnownKeys::OfCells& own = known.all[{&block, legal.text, legal.known, legal.barred}];
+    auto found = known.all.find(KnownKeys::Question<std::string_view>{&block, legal.text, legal.known, legal.barred});
+    if (found == known.all.end())
+        found = known.all
+                    .try_emplace({&block, std::string(legal.text), std::string(legal.known), std::string(legal.barred)})
+                    .first;
+    KnownKeys::OfCells& own = found->second;
     if (own.loads != block.loads())
         own = {block.loads(), findKeys(block, legal)};
     return visit(std::as_const(own.words));
