@@ -215,6 +215,16 @@ std::optional<WrittenQuantity> writtenQuantity(std::string_view text)
     return WrittenQuantity{whole.substr(0, length), &unit(symbol)};
 }
 
+std::string writtenUnitIn(std::string_view text)
+{
+    try {
+        const auto written = writtenQuantity(text);
+        return written ? std::string(written->unit->symbol) : std::string();
+    } catch (const Error&) {
+        return {}; // a word that begins with a number
+    }
+}
+
 double inUnit(const WrittenQuantity& written, std::string_view symbol)
 {
     const Unit& wanted = unit(symbol);

@@ -45,6 +45,9 @@ struct WrittenQuantity {
 /// Nothing if the text is no number with something behind it; an Error if that is no unit.
 std::optional<WrittenQuantity> writtenQuantity(std::string_view text);
 
+/// The unit that a text's number is written with; empty if there is none.
+std::string writtenUnitIn(std::string_view text);
+
 /// The number of units of that symbol; "" for a plain number. An Error names both if the dimensions differ.
 double inUnit(const WrittenQuantity& written, std::string_view symbol);
 double inUnit(const Quantity& quantity, std::string_view symbol);

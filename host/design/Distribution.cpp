@@ -206,17 +206,6 @@ private:
     bool m_hasUnits = false;
 };
 
-std::string writtenUnitIn(const Json& value)
-{
-    const auto* text = value.get_ptr<const std::string*>();
-    try {
-        const auto written = text ? writtenQuantity(*text) : std::nullopt;
-        return written ? std::string(written->unit->symbol) : std::string();
-    } catch (const Error&) {
-        return {}; // a word that begins with a number
-    }
-}
-
 std::string valueWord(const Distribution::Value& value)
 {
     const auto* word = std::get_if<std::string>(&value);
@@ -295,7 +284,9 @@ Distribution distributionOfWords(const Json& value)
 std::string writtenUnitOf(const Json& distribution)
 {
     for (const auto& [name, field] : distribution.items()) {
-        if (std::string unit = writtenUnitIn(field.is_array() && !field.empty() ? field.front() : field); !unit.empty())
+        const Json& first = field.is_array() && !field.empty() ? field.front() : field;
+        const auto* text = first.get_ptr<const std::string*>();
+        if (std::string unit = text ? writtenUnitIn(*text) : std::string(); !unit.empty())
             return unit;
     }
     return {};

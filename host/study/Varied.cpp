@@ -55,12 +55,7 @@ std::string writtenUnit(const Json& value)
     if (isDistribution(value))
         return writtenUnitOf(value);
     const auto* text = value.get_ptr<const std::string*>();
-    try {
-        const auto written = text ? writtenQuantity(*text) : std::nullopt;
-        return written ? std::string(written->unit->symbol) : std::string();
-    } catch (const Error&) {
-        return {}; // a word that begins with a number
-    }
+    return text ? writtenUnitIn(*text) : std::string();
 }
 
 bool takesWords(const Json& value, const std::string& path)
