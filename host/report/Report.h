@@ -2,6 +2,7 @@
 
 #include "host/base/JsonFwd.h"
 #include "host/base/Terminal.h"
+#include "host/blocks/DataFiles.h"
 #include "host/estimate/Results.h"
 
 #include <fmt/format.h>
@@ -34,7 +35,17 @@ std::vector<std::string> csvTables();
 std::string csvTable(const Estimate& estimate, const std::string& table);
 /// The budgets as JUnit's XML, for a CI.
 std::string junitReport(const Estimate& estimate);
+/// What a page says of where it comes from; what is empty it passes over.
+struct Provenance {
+    std::string file{};   ///< of the design
+    std::string sha256{}; ///< of that file, byte for byte
+    std::vector<DataFile> included{};
+    std::string date{}; ///< "2026-11-22"
+};
+/// Of a design that was read from that text; names without the folders around the design. The day is today, or that of
+/// SOURCE_DATE_EPOCH, in UTC.
+Provenance provenanceOf(const Design& design, const std::string& file, const std::string& text);
 /// The estimate as one page that needs no network: tables, charts, every group's inputs.
-std::string htmlReport(const Estimate& estimate);
+std::string htmlReport(const Estimate& estimate, const Provenance& provenance);
 
 } // namespace zelm::host
