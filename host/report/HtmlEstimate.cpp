@@ -54,6 +54,12 @@ std::string folded(const std::string& summary, const std::string& html)
     return fmt::format("<details><summary>{}</summary>{}</details>\n", summary, html);
 }
 
+// What a column is sorted by where its text is rounded.
+std::string exactly(double value, const std::string& text)
+{
+    return fmt::format("<data value=\"{}\">{}</data>", value, text);
+}
+
 std::string codeText(std::string_view text)
 {
     return fmt::format("<code>{}</code>", htmlText(text));
@@ -948,9 +954,8 @@ private:
             if (group.onlyCarries) // no power of its own
                 appendCells(cells, {"", "", ""});
             else
-                appendCells(cells, {why("group:" + group.name, fmt::format("<data value=\"{}\">{}</data>", group.watts,
-                                                                           watts.text(group.watts))),
-                                    htmlShare(group.watts, all), htmlShareBar(group.watts, all)});
+                appendCells(cells, {why("group:" + group.name, exactly(group.watts, watts.text(group.watts))),
+                                    exactly(group.watts, htmlShare(group.watts, all)), htmlShareBar(group.watts, all)});
             table.rows.push_back({std::move(cells)});
         }
         return table.html();

@@ -103,7 +103,7 @@ function sorted() {
   const table = page.querySelector('#groups table.sortable');
   if (!table) return null;
   const heads = all('thead th', table), ways = {};
-  for (const word of ['Group', 'Kind', 'In', 'Power']) {
+  for (const word of ['Group', 'Kind', 'In', 'Power', 'Share']) {
     const head = heads.find(one => one.textContent.startsWith(word));
     if (!head) continue;
     ways[word] = [1, 2, 3].map(() => { head.querySelector('button').click(); return [head.getAttribute('aria-sort'), heads.filter(one => one.hasAttribute('aria-sort')).length, rowsOf(table)]; });
@@ -159,10 +159,12 @@ frame.onload = () => setTimeout(async () => {
   try {
     found.html = page.body.outerHTML.replace(/<script[^]*?<\/script>/g, '');
     found.text = page.body.innerText;
+    for (const box of all('main details')) box.open = true;
     found.pageWidth = page.documentElement.scrollWidth;
+    found.slipped = slipped();
+    for (const box of all('main details')) box.open = false;
     found.explained = await explained();
     found.overlaps = overlaps();
-    found.slipped = slipped();
     found.tips = await tips();
     found.sorted = sorted();
     found.filtered = await filtered();
@@ -298,8 +300,10 @@ def check_groups(asked, expected):
         assert {first, second} == {"ascending", "descending"} and third is None and count == 1 and not none, word
         assert sorted(up) == sorted(down) == sorted(names) and back == names, f"{word}: {up}"
     watts = {group["name"]: group["watts"] for group in groups if not group["onlyCarries"]}
-    falling = [watts[name] for name in asked["sorted"]["Power"][0][2] if name in watts]
-    assert asked["sorted"]["Power"][0][0] == "descending" and falling == sorted(falling, reverse=True), falling
+    for word in ("Power", "Share"):
+        way, _, order = asked["sorted"][word][0]
+        falling = [watts[name] for name in order if name in watts]
+        assert way == "descending" and falling == sorted(falling, reverse=True), f"{word}: {falling}"
     title = {group["name"]: group["title"] for group in groups}
     kinds = [title[name] for name in asked["sorted"]["Kind"][0][2]]
     assert len([1 for a, b in zip(kinds, kinds[1:]) if a != b]) == len(set(kinds)) - 1, f"kinds stand apart: {kinds}"
