@@ -75,6 +75,12 @@ void appendCells(HtmlCells& cells, HtmlCells more)
     cells.insert(cells.end(), std::move_iterator(more.begin()), std::move_iterator(more.end()));
 }
 
+// A row's name that stands above: only who hears the table has it again.
+std::string rowName(const std::string& name, bool isRepeated)
+{
+    return isRepeated ? fmt::format("<span class=\"unseen\">{}</span>", htmlText(name)) : htmlText(name);
+}
+
 bool isKeptElsewhere(const BudgetResult& budget)
 {
     return !budget.otherActual || *budget.otherActual <= budget.limit;
@@ -548,7 +554,7 @@ private:
     {
         const bool isFirst = &side == m_side;
         const double most = supply.maxAmperes.value_or(kNoAmount);
-        return {isFirst ? htmlText(supply.name) : "",
+        return {rowName(supply.name, !isFirst),
                 isFirst ? htmlText(supply.from) : "",
                 htmlText(side.process),
                 isFirst ? verdictOfSupply(supply) : "",
@@ -654,7 +660,7 @@ private:
             for (std::size_t i = 0; i < mode.sides.size(); ++i) {
                 const ModeSide& side = mode.sides[i];
                 table.rows.push_back(
-                    {{i == 0 ? htmlText(mode.name) : "", i == 0 ? durationText(mode.seconds) : "",
+                    {{rowName(mode.name, i > 0), i == 0 ? durationText(mode.seconds) : "",
                       htmlText(period.sides[i].process), watts.text(mode.dynamicWatts), watts.text(side.staticWatts),
                       watts.text(side.watts), watts.text(side.peakWatts), energy.text(side.joules),
                       htmlFixed(side.lowestJunction, 2), htmlFixed(side.highestJunction, 2)}});
@@ -762,7 +768,7 @@ private:
             for (const PeriodSide* side : settled) {
                 const SupplyPeriod& supply = side->supplies[i];
                 table.rows.push_back(
-                    {{side == settled.front() ? htmlText(supply.name) : "", htmlText(side->process),
+                    {{rowName(supply.name, side != settled.front()), htmlText(side->process),
                       amperes.text(supply.peakAmperes), htmlText(supply.peakMode),
                       amperes.text(supply.maxAmperes.value_or(kNoAmount)), amperes.text(supply.powerUpAmperes),
                       watts.text(supply.inputWatts), watts.text(supply.peakInputWatts)}});
@@ -1037,14 +1043,14 @@ private:
         return table.html();
     }
 
+    // Its power explains itself in the table: a button within what folds is hard to reach.
     std::string groupBox(std::size_t place) const
     {
         const GroupResult& group = m_estimate->groups[place];
-        std::string text =
-            fmt::format("<details id=\"g{}\"><summary><span class=\"group\"><span>{}</span>"
-                        "<span class=\"soft kind\">{}</span><span class=\"w\">{}</span></span></summary>",
-                        place, htmlText(group.name), kindText(group),
-                        group.onlyCarries ? "" : why("group:" + group.name, htmlAmount(group.watts, "W")));
+        std::string text = fmt::format(
+            "<details id=\"g{}\"><summary><span class=\"group\"><span>{}</span><span class=\"soft "
+            "kind\">{}</span><span class=\"w\">{}</span></span></summary>",
+            place, htmlText(group.name), kindText(group), group.onlyCarries ? "" : htmlAmount(group.watts, "W"));
         text += outputsOf(group);
         if (group.offchipWatts != 0.0)
             text += aside(fmt::format("Off the chip, in no total: {}.", htmlAmount(group.offchipWatts, "W")));

@@ -60,7 +60,9 @@ std::string HtmlTable::html() const
     std::string text = fmt::format("<div class=\"scroll\"><table{}><caption>{}</caption><thead><tr>",
                                    kind.empty() ? "" : fmt::format(" class=\"{}\"", kind), htmlText(caption));
     for (std::size_t i = 0; i < columns.size(); ++i)
-        text += fmt::format("<th{} scope=\"col\">{}</th>", kindOf(i), htmlText(columns[i].heading));
+        text += columns[i].heading.empty()
+                    ? fmt::format("<td{}></td>", kindOf(i))
+                    : fmt::format("<th{} scope=\"col\">{}</th>", kindOf(i), htmlText(columns[i].heading));
     text += "</tr></thead><tbody>\n";
     for (const HtmlRow& row : rows)
         text += rowText(row);
