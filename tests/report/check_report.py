@@ -407,6 +407,7 @@ def check_explanations(asked, tables, expected):
     for group in expected["groups"]:
         if group["onlyCarries"]:
             continue
+        assert "group:" + group["name"] in told, f"{group['name']} isn't explained"
         (shown, tree), *_ = told["group:" + group["name"]]
         assert agrees(shown, unit, group["watts"]), f"{group['name']}: {shown}"
         for output in group["outputs"]:
