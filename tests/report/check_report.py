@@ -443,6 +443,12 @@ def check_modes(shown, expected):
         assert row[0] == "Period" and agrees(row[5], heading[5], side["watts"]), row
 
 
+def check_start_up(shown, expected):
+    for side in expected["sides"]:
+        rows = shown.tables[f"Junction from ambient, process {side['process']}"]
+        assert [row[2] for row in rows[1:]] == [f"{one['highestJunctionTemperature']:.2f}" for one in side["startUp"]], rows
+
+
 def pages(chromium, report, folder):
     printed = folder / "report.pdf"
     subprocess.run([chromium, *OFFLINE, f"--user-data-dir={folder / 'profile'}", f"--print-to-pdf={printed}",
@@ -464,6 +470,8 @@ def check(design, source, asked, expected):
             check_supplies(page, expected)
         if "period" in expected:
             check_modes(page, expected)
+        if "startUp" in expected["sides"][0]:
+            check_start_up(page, expected)
     if "period" in expected:
         assert any(name.startswith("Power by group in each mode") for name in shown.charts), shown.charts
     check_groups(asked, expected)
@@ -478,8 +486,9 @@ def check_all(zelm, chromium, designs):
         folder = pathlib.Path(folder)
         expected, sources = [], []
         for i, design in enumerate(designs):
-            made = subprocess.run([zelm, "estimate", design, "--json", "--html", folder / f"{i}.html"], check=True,
-                                  capture_output=True, env={**os.environ, "SOURCE_DATE_EPOCH": str(DAY)})
+            more = ["--start-up"] if '"thermal"' in pathlib.Path(design).read_text() else []
+            made = subprocess.run([zelm, "estimate", design, *more, "--json", "--html", folder / f"{i}.html"],
+                                  check=True, capture_output=True, env={**os.environ, "SOURCE_DATE_EPOCH": str(DAY)})
             expected.append(json.loads(made.stdout))
             sources.append((folder / f"{i}.html").read_text())
             if pathlib.Path(design).name == LARGE:
