@@ -1,4 +1,4 @@
-import { button, byId, element } from './dom.js';
+import { button, byId, element, why } from './dom.js';
 import { pathText, same, valueAt } from './history.js';
 import { si } from './numbers.js';
 
@@ -22,7 +22,9 @@ import { si } from './numbers.js';
  * @typedef {object} Context
  * @property {Catalogue} catalogue
  * @property {() => any} design
- * @property {() => any} original
+ * @property {(path: Path) => {value: any} | undefined} originally what stood there when the design came
+ * @property {(group: any) => any} originalOf a group as it came
+ * @property {() => [number, any][]} removed groups that came and are gone
  * @property {() => any} result the last estimate
  * @property {(path: Path, value: any) => void} set while something is typed
  * @property {(path: Path, value: any) => void} put at once, with a new look of the editor
@@ -115,7 +117,7 @@ export class Editor {
     const value = valueAt(this.context.design(), path);
     const shown = value === undefined ? '' : typeof value === 'string' ? value : JSON.stringify(value);
     const box = element('div', { class: 'field', 'data-field': key });
-    const reset = button('reset this', () => this.context.put(path, valueAt(this.context.original(), path)), { hidden: true, 'aria-label': `Reset ${field.label}`, 'data-reset': key });
+    const reset = button('reset this', () => this.context.put(path, this.context.originally(path)?.value), { hidden: true, 'aria-label': `Reset ${field.label}`, 'data-reset': key });
     const choices = field.words || field.numbers?.map(String);
     const common = { id, 'data-key': key, title: field.hint, 'aria-describedby': 'e-' + key };
     /** @type {HTMLElement} */
@@ -217,7 +219,7 @@ export class Editor {
         }
       });
       area.addEventListener('change', () => this.context.settle());
-      box.append(element('label', { for: area.id }, name), button('reset this', () => this.context.put([name], valueAt(this.context.original(), [name])), { hidden: true, 'data-reset': name, 'aria-label': `Reset ${name}` }),
+      box.append(element('label', { for: area.id }, name), button('reset this', () => this.context.put([name], this.context.originally([name])?.value), { hidden: true, 'data-reset': name, 'aria-label': `Reset ${name}` }),
         element('div', { class: 'value' }, area), error);
       fields.append(box);
     }
@@ -231,7 +233,25 @@ export class Editor {
     const list = element('div', {});
     search.addEventListener('input', () => { this.search = search.value; this.shown = kAtOnce; this.#list(list); this.follow(); });
     this.#list(list);
-    return [element('div', { class: 'bar-of-tools' }, search, button('Add a group', () => this.#menu(), { 'data-key': 'add' })), list];
+    return [element('div', { class: 'bar-of-tools' }, search, button('Add a group', () => this.#menu(), { 'data-key': 'add' })), list, ...this.#removed()];
+  }
+
+  // What has been taken out, to be put back.
+  #removed() {
+    const removed = this.context.removed();
+    if (!removed.length)
+      return [];
+    const back = (/** @type {number} */ place, /** @type {any} */ group) => {
+      const all = [...(this.context.design().groups || [])];
+      const to = Math.min(place, all.length);
+      all.splice(to, 0, group);
+      this.openGroups = new Set([...this.openGroups].map(at => at >= to ? at + 1 : at));
+      this.context.put(['groups'], all);
+      this.#find(`groups[${to}]`)?.focus();
+    };
+    return [element('ul', { class: 'removed', 'aria-label': 'Groups that have been removed' }, ...removed.slice(0, kAtOnce).map(([place, group]) =>
+      element('li', {}, element('span', {}, element('s', {}, String(group.name ?? group.block)), ' ', element('span', { class: 'markt' }, 'removed')),
+        button('put back', () => back(place, group), { 'aria-label': `Put back ${group.name ?? group.block}` }))))];
   }
 
   /** @param {HTMLElement} list */
@@ -258,7 +278,7 @@ export class Editor {
     const kind = this.#kind(group);
     const box = /** @type {HTMLDetailsElement} */ (element('details', { 'data-group': String(i), open: this.openGroups.has(i) },
       element('summary', { 'data-key': `groups[${i}]` }, element('span', { class: 'group' }, element('strong', { class: 'n' }, String(group?.name ?? group?.block ?? '')),
-        element('span', { class: 'soft k' }, kind ? kind.title : String(group?.block ?? 'no kind')), element('span', { class: 'w' })))));
+        element('span', { class: 'soft k' }, kind ? kind.title : String(group?.block ?? 'no kind'))))));
     const inside = element('div', { class: 'inside' });
     box.append(inside);
     const fill = () => inside.append(this.#actions(i), this.#inputs(i, kind));
@@ -274,7 +294,8 @@ export class Editor {
         this.follow();
       }
     });
-    return box;
+    // Its power is a button of its own, beside the line and not in it.
+    return element('div', { class: 'row' }, element('span', { class: 'w' }), box);
   }
 
   /** @param {number} i */
@@ -397,25 +418,27 @@ export class Editor {
    */
   follow(problem = this.problem) {
     const design = this.context.design();
-    const original = this.context.original();
     for (const box of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('[data-group]'))) {
       const i = Number(box.dataset.group);
       const group = design.groups?.[i];
       const result = this.#resultOf(i);
-      const before = original.groups?.find((/** @type {any} */ other) => other?.name === group?.name && other?.block === group?.block);
+      const before = this.context.originalOf(group);
       box.classList.toggle('changed', Boolean(before) && !same(before, group));
       box.classList.toggle('new', !before);
-      const watts = box.querySelector('.w');
-      if (watts)
-        watts.textContent = !result ? '' : result.onlyCarries ? 'carries' : si(result.watts, 'W');
+      const watts = box.previousElementSibling;
+      const amount = !result ? '' : result.onlyCarries ? 'carries' : si(result.watts, 'W');
+      const quantity = result && `group:${result.name}`;
+      if (watts && (watts.textContent !== amount || watts.querySelector('button')?.dataset.why !== quantity))
+        watts.replaceChildren(quantity ? why(quantity, amount) : '');
       const name = box.querySelector('.n');
-      if (name)
-        name.textContent = String(group?.name ?? group?.block ?? '');
+      const words = String(group?.name ?? group?.block ?? '');
+      if (name && name.textContent !== words)
+        name.textContent = words;
     }
     for (const reset of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('[data-reset]'))) {
       const path = pathOf(String(reset.dataset.reset));
-      const inGroup = path[0] === 'groups' && !same(design.groups?.length, original.groups?.length);
-      const changed = !inGroup && !same(valueAt(design, path), valueAt(original, path));
+      const came = this.context.originally(path);
+      const changed = came !== undefined && !same(valueAt(design, path), came.value);
       reset.hidden = !changed;
       reset.parentElement?.classList.toggle('changed', changed);
     }
@@ -428,7 +451,7 @@ export class Editor {
    */
   tell(problem) {
     this.problem = problem;
-    for (const error of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('.error[id]'))) {
+    for (const error of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('.error[id]:not([hidden])'))) {
       error.hidden = true;
       this.#mark(error, false);
     }
