@@ -111,8 +111,9 @@ public:
             const std::string json = explained(estimate, request);
             return prints ? compactJson({{"json", json}}) : fmt::format(R"({{"explanation":{}}})", json);
         }
-        Json result = jsonReport(estimate);
-        return compactJson(prints ? Json{{"json", jsonText(result)}} : Json{{"estimate", std::move(result)}});
+        if (prints)
+            return compactJson({{"json", jsonText(jsonReport(estimate))}});
+        return fmt::format(R"({{"estimate":{}}})", m_report.write(estimate));
     }
 
 private:
@@ -149,6 +150,7 @@ private:
     std::string m_file;
     std::string m_text; // of the estimate; empty if there is none
     std::optional<Explanation> m_explanation;
+    RunningJsonReport m_report;
 };
 
 std::string answerTo(const char* request)

@@ -32,6 +32,7 @@ import { si } from './numbers.js';
  */
 
 const kAtOnce = 100; // groups that are listed before somebody asks for more
+const kGrades = 'Grades other than the part’s';
 const kOthers = ['parameters', 'static', 'supplies', 'sequence', 'modes', 'thermal', 'battery', 'include', 'description'];
 
 /**
@@ -62,7 +63,7 @@ export class Editor {
     /** @type {Set<number>} */
     this.openGroups = new Set();
     /** @type {Set<string>} */
-    this.openSections = new Set(['Groups', 'Device and environment']);
+    this.openSections = new Set(['Groups', 'Device and environment', ...(Object.keys(context.design().device || {}).some(name => name !== 'part') ? [kGrades] : [])]);
     this.shown = kAtOnce;
     this.search = '';
     this.problem = '';
@@ -72,7 +73,7 @@ export class Editor {
   render() {
     const at = document.activeElement instanceof HTMLElement ? document.activeElement.dataset.key : undefined;
     this.root.replaceChildren(
-      this.#section('Device and environment', () => [this.#device(), this.#environment()]),
+      this.#section('Device and environment', () => [this.#device(), this.#section(kGrades, () => [this.#grades()], 'minor'), this.#environment()]),
       this.#section('Budgets, rails and regulators', () => [this.#budgets(), this.#rails()]),
       this.#section('Groups', () => this.#groups()),
       this.#section('All else, as JSON', () => [this.#others()]));
@@ -86,9 +87,9 @@ export class Editor {
     return [.../** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('[data-key]'))].find(n => n.dataset.key === key);
   }
 
-  /** @param {string} name @param {() => HTMLElement[]} fill */
-  #section(name, fill) {
-    const box = /** @type {HTMLDetailsElement} */ (element('details', { class: 'section', open: this.openSections.has(name) }, element('summary', {}, element('strong', {}, name))));
+  /** @param {string} name @param {() => HTMLElement[]} fill @param {string} kind */
+  #section(name, fill, kind = 'section') {
+    const box = /** @type {HTMLDetailsElement} */ (element('details', { class: kind, open: this.openSections.has(name) }, element('summary', {}, element('strong', {}, name))));
     const inside = element('div', { class: 'inside' });
     box.append(inside);
     if (box.open)
@@ -109,7 +110,7 @@ export class Editor {
   /**
    * A field of the design.
    * @param {Path} path
-   * @param {{label: string, unit?: string, fallback?: string, hint?: string, words?: string[], numbers?: number[], text?: boolean, list?: string, range?: [number, number, number]}} field
+   * @param {{label: string, unit?: string, fallback?: string, derived?: string, hint?: string, words?: string[], numbers?: number[], text?: boolean, list?: string, range?: [number, number, number]}} field
    */
   field(path, field) {
     const key = pathText(path);
@@ -119,7 +120,7 @@ export class Editor {
     const box = element('div', { class: 'field', 'data-field': key });
     const reset = button('reset this', () => this.context.put(path, this.context.originally(path)?.value), { hidden: true, 'aria-label': `Reset ${field.label}`, 'data-reset': key });
     const choices = field.words || field.numbers?.map(String);
-    const common = { id, 'data-key': key, title: field.hint, 'aria-describedby': 'e-' + key };
+    const common = { id, 'data-key': key, 'data-derived': field.derived, title: field.hint, 'aria-describedby': 'e-' + key };
     /** @type {HTMLElement} */
     let control;
     /** @type {HTMLInputElement | undefined} */
@@ -156,6 +157,11 @@ export class Editor {
     const parts = element('datalist', { id: 'parts' }, ...this.context.catalogue.parts.map(part => element('option', { value: part })));
     fields.append(this.field(['name'], { label: 'Name of the design', text: true }), parts,
       this.field(['device', 'part'], { label: 'Part', text: true, list: 'parts', hint: 'An orderable part or a device; none: dynamic power only' }));
+    return fields;
+  }
+
+  #grades() {
+    const fields = element('div', { class: 'fields' });
     for (const [name, input] of Object.entries(this.context.catalogue.device)) {
       if (name !== 'part')
         fields.append(this.field(['device', name], { label: (name[0].toUpperCase() + name.slice(1)).replace(/(.)([A-Z])/g, (_, before, letter) => `${before} ${letter.toLowerCase()}`), text: true, words: input.words, fallback: 'by the part', hint: input.meaning }));
@@ -352,8 +358,8 @@ export class Editor {
       const path = ['groups', i, 'inputs', input.cell];
       const given = valueAt(this.context.design(), path);
       const derived = now.get(input.cell);
-      const fallback = derived && derived.origin !== 'design' && derived.value !== null ? `${derived.value}` : input.default;
-      fields.append(this.field(path, { label: `${input.cell}: ${input.meaning}`, unit: input.unit, fallback, text: input.type === 'string', words: input.words, numbers: input.numbers,
+      const fallback = fallbackOf(derived, input.default);
+      fields.append(this.field(path, { label: `${input.cell}: ${input.meaning}`, unit: input.unit, fallback, text: input.type === 'string', words: input.words, numbers: input.numbers, derived: input.cell,
         hint: input.legal, range: rangeOf(input, given ?? derived?.value) }));
     }
     if (!kind)
@@ -431,6 +437,8 @@ export class Editor {
       if (watts && (watts.textContent !== amount || watts.querySelector('button')?.dataset.why !== quantity))
         watts.replaceChildren(quantity ? why(quantity, amount) : '');
       const name = box.querySelector('.n');
+      if (box instanceof HTMLDetailsElement && box.open)
+        this.#derive(box, result);
       const words = String(group?.name ?? group?.block ?? '');
       if (name && name.textContent !== words)
         name.textContent = words;
@@ -443,6 +451,20 @@ export class Editor {
       reset.parentElement?.classList.toggle('changed', changed);
     }
     this.tell(problem);
+  }
+
+  /**
+   * What a group's empty fields come to by themselves.
+   * @param {HTMLElement} box
+   * @param {any} result
+   */
+  #derive(box, result) {
+    const now = new Map(result?.inputs.map((/** @type {any} */ input) => [input.cell, input]));
+    for (const control of /** @type {NodeListOf<HTMLInputElement>} */ (box.querySelectorAll('input[data-derived]'))) {
+      const fallback = fallbackOf(now.get(control.dataset.derived), control.placeholder);
+      if (control.placeholder !== fallback)
+        control.placeholder = fallback;
+    }
   }
 
   /**
@@ -477,6 +499,9 @@ export class Editor {
       control?.removeAttribute('aria-invalid');
   }
 }
+
+/** @param {any} derived what the estimate tells of an input @param {string} otherwise */
+const fallbackOf = (derived, otherwise) => derived && derived.origin !== 'design' && derived.value !== null ? `${derived.value}` : otherwise;
 
 /**
  * The place and the words of a message: "design.json:12: groups[2].inputs.X: words".

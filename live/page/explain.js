@@ -20,12 +20,13 @@ function amountOf(node) {
 }
 
 /**
- * "total@MAX" and "group:bus" as people say it.
+ * "total@MAX" and "group:bus" as people say it; below the group its outputs by their own names.
  * @param {string} quantity
+ * @param {Told} [whole]
  */
-function titleOf(quantity) {
+function titleOf(quantity, whole) {
   if (quantity.startsWith('group:'))
-    return quantity.slice(6);
+    return whole?.quantity?.startsWith('group:') && quantity.startsWith(whole.quantity + '.') ? quantity.slice(whole.quantity.length + 1) : quantity.slice(6);
   const plain = quantity.replace(/^rail:/, 'rail ').replace(/^static:/, 'leakage of ').replace(/^(total|static|dynamic)(?=@|$)/, '$1 power').replace(/@(\w+)$/, ', process $1');
   return plain[0].toUpperCase() + plain.slice(1);
 }
@@ -39,7 +40,7 @@ function titleOf(quantity) {
 function headOf(node, whole) {
   const share = whole && node.term !== undefined && whole.value && node.value ? `, ${percent(node.value, whole.value)}` : '';
   const of = !node.cell || whole?.cell && whole.group === node.group && whole.block === node.block ? '' : ` of ${node.group}${node.process ? `, process ${node.process}` : ''}`;
-  return [element('strong', {}, node.cell || titleOf(node.quantity)), `${of} = ${amountOf(node)}${share}`, ...(node.meaning ? [' ', element('span', { class: 'soft' }, node.meaning)] : [])];
+  return [element('strong', {}, node.cell || titleOf(node.quantity, whole)), `${of} = ${amountOf(node)}${share}`, ...(node.meaning ? [' ', element('span', { class: 'soft' }, node.meaning)] : [])];
 }
 
 /** @param {string} file @param {number | undefined} line */
