@@ -90,7 +90,12 @@ void checkNumbers(const Distribution& all, const Check& check)
 
 Place Place::field(const std::string& name) const
 {
-    return {*m_reading, m_path.empty() ? name : m_path + "." + name};
+    if (m_path.empty())
+        return {*m_reading, name};
+    std::string path;
+    path.reserve(m_path.size() + 1 + name.size()); // every input of a group has its place
+    path.append(m_path).append(1, '.').append(name);
+    return {*m_reading, std::move(path)};
 }
 
 Place Place::element(std::size_t index) const

@@ -126,15 +126,10 @@ std::int64_t roundedUpBy(std::int64_t number, std::int64_t divisor)
     return (number + divisor - 1) / divisor;
 }
 
-// What a group loads its clock with, by the rows of loads.
-std::vector<std::int64_t> loadsOf(const Group& group)
+// What a group loads its clock with, by one row of loads.
+std::int64_t loadOf(const Group& group, const ClockLoad& load)
 {
-    std::vector<std::int64_t> loads;
-    for (const ClockLoad& load : clockLoads())
-        loads.push_back(isOfKind(group, load)
-                            ? std::int64_t{group.count} * std::get<int>(inputOf(group, load.cell)) * load.each
-                            : 0);
-    return loads;
+    return isOfKind(group, load) ? std::int64_t{group.count} * std::get<int>(inputOf(group, load.cell)) * load.each : 0;
 }
 
 // The loads of one of a clock's like nets, by input of the accounting.
@@ -146,9 +141,8 @@ std::map<std::string_view, std::int64_t> loadsOf(const Design& design, const Gro
     for (const Group& group : design.groups) {
         if (group.clock != clock.name)
             continue;
-        const std::vector<std::int64_t> ofGroup = loadsOf(group);
-        for (std::size_t i = 0; i < ofGroup.size(); ++i)
-            loads[clockLoads()[i].load] += ofGroup[i];
+        for (const ClockLoad& load : clockLoads())
+            loads[load.load] += loadOf(group, load);
     }
     for (auto& [cell, number] : loads)
         number = roundedUpBy(number, std::max(clock.count, 1));
@@ -366,7 +360,11 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
 std::vector<std::size_t> carriedInto(const Design& design, const Group& before, const Group& after)
 {
     const bool isClock = before.block->name == "Clock";
-    const bool otherLoads = before.clock != after.clock || loadsOf(before) != loadsOf(after);
+    const auto loadsAsBefore = [&](const ClockLoad& load) { return loadOf(before, load) == loadOf(after, load); };
+    const bool otherLoads =
+        before.clock != after.clock || !std::all_of(clockLoads().begin(), clockLoads().end(), loadsAsBefore);
+    if (!isClock && !otherLoads)
+        return {};
     std::vector<std::size_t> reached;
     for (std::size_t i = 0; i < design.groups.size(); ++i) {
         const Group& other = design.groups[i];

@@ -15,7 +15,8 @@ namespace {
 
 std::size_t placeOfBlock(const Block& block)
 {
-    return static_cast<std::size_t>(&block - blocks().data());
+    static const Block* const first = blocks().data();
+    return static_cast<std::size_t>(&block - first);
 }
 
 } // namespace

@@ -332,6 +332,7 @@ void RunningDesign::addUpRails()
     const std::vector<std::size_t> before = std::exchange(m_placesOfLoads, {});
     m_placesOfLoads.reserve(before.size());
     m_railLoads.clear();
+    m_loadedWatts = 0.0;
     for (const GroupResult& group : m_estimate.groups) {
         for (const Contribution& part : group.contributions) {
             const std::size_t next = m_placesOfLoads.size();
@@ -348,6 +349,7 @@ void RunningDesign::addUpRails()
             const double factor = m_factors ? m_factors->of(*group.block, part.rail) : 1.0;
             load.amperes += factor * part.amperes;
             load.watts += factor * part.watts;
+            m_loadedWatts += factor * part.watts;
             if (load.volts == 0.0 && part.amperes != 0.0)
                 load.volts = part.watts / part.amperes;
         }
@@ -375,15 +377,11 @@ void RunningDesign::addUpGroups()
     result.dynamicWatts = 0.0;
     result.offchipWatts = 0.0;
     for (const GroupResult& group : result.groups) {
-        if (m_factors) {
-            for (const Contribution& part : group.contributions)
-                result.dynamicWatts += m_factors->of(*group.block, part.rail) * part.watts;
-            result.offchipWatts += m_factors->of(*group.block) * group.offchipWatts;
-            continue;
-        }
         result.dynamicWatts += group.watts;
-        result.offchipWatts += group.offchipWatts;
+        result.offchipWatts += (m_factors ? m_factors->of(*group.block) : 1.0) * group.offchipWatts;
     }
+    if (m_factors)
+        result.dynamicWatts = m_loadedWatts;
     result.warnings = result.design.warnings;
     for (const Group& group : result.design.groups)
         append(result.warnings, group.warnings);

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <set>
@@ -38,13 +39,26 @@ public:
         return m_mode->dynamicWatts + staticWatts(junction);
     }
 
-    // The side as it would be at that junction. The model's rails come first, in its order.
-    Side at(double junction) const
+    // The side as it would be at that junction, valid until two other junctions have been asked for.
+    const Side& at(double junction)
     {
-        Side side;
-        side.rails = m_side->rails;
+        if (m_now < m_at.size() && m_at[m_now].junction == junction)
+            return m_at[m_now];
+        m_now = m_now == 0 ? 1 : 0;
+        Side& side = m_at[m_now];
+        side.junction = junction;
+        fill(side);
+        return side;
+    }
+
+private:
+    // The model's rails come first, in its order.
+    void fill(Side& side) const
+    {
+        if (side.rails.empty())
+            side.rails = m_side->rails;
         if (m_static) {
-            const std::vector<RailResult>& now = m_static->rails(m_side->process, junction);
+            const std::vector<RailResult>& now = m_static->rails(m_side->process, side.junction);
             for (std::size_t i = 0; i < now.size(); ++i) {
                 side.rails[i].staticAmperes = now[i].staticAmperes;
                 side.rails[i].staticWatts = now[i].staticWatts;
@@ -53,15 +67,15 @@ public:
         }
         if (!m_mode->design.supplies.all.empty())
             side.supplies = supplyTree(m_mode->design.supplies, supplyLoads(side, {}));
-        return side;
     }
 
-private:
     const Estimate* m_mode;
     const Side* m_side;
     StaticPower* m_static;
     PowerCurve m_watts;
     std::vector<double> m_powerUp; // by the model's rails
+    std::array<Side, 2> m_at;      // for the last junctions asked for
+    std::size_t m_now = m_at.size();
 };
 
 const std::string& railOf(const RailResult& result)
@@ -96,9 +110,9 @@ public:
         }
     }
 
-    void add(const Moment& moment, const ModeAtWork& mode)
+    void add(const Moment& moment, ModeAtWork& mode)
     {
-        Side now = mode.at(moment.junction);
+        const Side& now = mode.at(moment.junction);
         const bool follows = !m_side->moments.empty() && m_side->moments.back().mode == moment.mode;
         const double share = follows ? 0.5 * (moment.seconds - m_side->moments.back().seconds) / m_seconds : 0.0;
         Moment whole = moment;
@@ -108,13 +122,13 @@ public:
         if (follows)
             addExtreme(whole);
         m_side->moments.push_back(whole);
-        m_before = std::move(now);
+        m_before = &now;
     }
 
     // A moment that may be the worst, but takes no time in the period.
-    void addLasting(Moment moment, const ModeAtWork& mode)
+    void addLasting(Moment moment, ModeAtWork& mode)
     {
-        const Side now = mode.at(moment.junction);
+        const Side& now = mode.at(moment.junction);
         moment.inputWatts = now.supplies ? now.supplies->inputWatts : 0.0;
         addAll(moment, now, mode, 0.0);
         addExtreme(moment);
@@ -169,20 +183,26 @@ private:
 
     void addRails(const Side& now, double share)
     {
+        m_side->rails.reserve(now.rails.size());
         for (std::size_t i = 0; i < now.rails.size(); ++i) {
             const RailResult& rail = now.rails[i];
             auto period = findRail(m_side->rails, rail.name, i);
             if (period == m_side->rails.end())
                 period = m_side->rails.insert(period, {rail.name, 0.0, 0.0, 0.0, ""});
-            const auto before = findRail(m_before.rails, rail.name, i);
-            const bool follows = share > 0.0 && before != m_before.rails.end();
-            period->watts += share * (rail.watts() + (follows ? before->watts() : rail.watts()));
+            if (share > 0.0)
+                period->watts += share * (rail.watts() + wattsBefore(rail, i));
             period->peakWatts = std::max(period->peakWatts, rail.watts());
             if (rail.amperes() > period->peakAmperes || period->peakMode.empty()) {
                 period->peakAmperes = rail.amperes();
                 period->peakMode = nameOf(m_mode.mode);
             }
         }
+    }
+
+    double wattsBefore(const RailResult& rail, std::size_t expected) const
+    {
+        const auto before = findRail(m_before->rails, rail.name, expected);
+        return before != m_before->rails.end() ? before->watts() : rail.watts();
     }
 
     void addTree(const Side& now, double share)
@@ -193,7 +213,7 @@ private:
         for (std::size_t i = 0; i < now.supplies->supplies.size(); ++i) {
             const SupplyResult& supply = now.supplies->supplies[i];
             SupplyPeriod& period = m_side->supplies[i];
-            const double before = share > 0.0 ? m_before.supplies->supplies[i].inputWatts : supply.inputWatts;
+            const double before = share > 0.0 ? m_before->supplies->supplies[i].inputWatts : supply.inputWatts;
             period.inputWatts += share * (before + supply.inputWatts);
             period.peakInputWatts = std::max(period.peakInputWatts, supply.inputWatts);
             period.powerUpAmperes = std::max(period.powerUpAmperes, supply.powerUpAmperes);
@@ -212,7 +232,7 @@ private:
     double m_seconds;
     bool m_first = true;
     Moment m_mode;
-    Side m_before;
+    const Side* m_before = nullptr; // of the moment before
 };
 
 // Each mode at one temperature all the time.
@@ -274,7 +294,7 @@ std::vector<Phase> phasesOf(const std::vector<ModeAtWork>& atWork, const std::ve
 
 // Without stages, nothing tells how fast the junction follows: the worst of a mode is where it alone would settle.
 void addLasting(PeriodSum& sum, PeriodSide& side, const std::vector<EstimatedMode>& modes,
-                const std::vector<ModeAtWork>& atWork, std::size_t index)
+                std::vector<ModeAtWork>& atWork, std::size_t index)
 {
     for (std::size_t i = 0; i < modes.size() && side.settles; ++i) {
         const Side& alone = modes[i].estimate->sides[index];
@@ -290,6 +310,7 @@ void addLasting(PeriodSum& sum, PeriodSide& side, const std::vector<EstimatedMod
 std::vector<ModeAtWork> atWorkOn(const std::vector<EstimatedMode>& modes, std::size_t side)
 {
     std::vector<ModeAtWork> atWork;
+    atWork.reserve(modes.size());
     for (const EstimatedMode& mode : modes)
         atWork.emplace_back(mode, side);
     return atWork;
@@ -300,7 +321,7 @@ void addSide(Estimate& estimate, const std::vector<EstimatedMode>& modes, std::s
     Period& period = *estimate.period;
     PeriodSide side;
     side.process = estimate.sides[index].process;
-    const std::vector<ModeAtWork> atWork = atWorkOn(modes, index);
+    std::vector<ModeAtWork> atWork = atWorkOn(modes, index);
     PeriodSum sum(side, period.modes, index, period.seconds);
     const std::vector<TransientPoint> points = pointsOf(estimate, phasesOf(atWork, period.modes), side);
     for (const TransientPoint& point : points)

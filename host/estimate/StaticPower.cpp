@@ -144,7 +144,7 @@ public:
             return;
         m_known.clear();
         m_results.clear();
-        m_nodes.clear();
+        forgetNodes();
         m_scaled.clear();
         m_voltageWarnings.reset();
         m_powerUpAmperes.clear();
@@ -205,7 +205,7 @@ public:
                 apart.push_back(i);
         }
         if (apart != m_apart)
-            m_nodes.clear();
+            forgetNodes();
         m_apart = std::move(apart);
     }
 
@@ -292,19 +292,38 @@ private:
         const double place = junction / kTableStep;
         const int index = static_cast<int>(std::floor(place));
         const double t = place - index;
-        return {{&node(index - 1), &node(index), &node(index + 1), &node(index + 2)},
+        return {nodesAround(index),
                 {-t * (t - 1.0) * (t - 2.0) / 6.0, (t + 1.0) * (t - 1.0) * (t - 2.0) / 2.0,
                  -(t + 1.0) * t * (t - 2.0) / 2.0, (t + 1.0) * t * (t - 1.0) / 6.0}};
     }
 
+    // Nodes keep their places; the search for a junction goes on near where it was.
+    const std::array<const Node*, 4>& nodesAround(int index)
+    {
+        if (m_around != index) {
+            m_nodesAround = {&node(index - 1), &node(index), &node(index + 1), &node(index + 2)};
+            m_around = index;
+        }
+        return m_nodesAround;
+    }
+
+    void forgetNodes()
+    {
+        m_nodes.clear();
+        m_around.reset();
+    }
+
     const Node& node(int index)
     {
-        const auto [known, isNew] = m_nodes.try_emplace(index);
-        Node& node = known->second;
-        if (!isNew)
-            return node;
+        const auto known = m_nodes.find(index);
+        return known != m_nodes.end() ? known->second : m_nodes.try_emplace(index, nodeAnew(index)).first->second;
+    }
+
+    Node nodeAnew(int index)
+    {
         evaluate(kTableStep * index, m_cells.ofResults);
         const std::vector<RailResult> now = rails();
+        Node node;
         for (std::size_t i = 0; i < now.size(); ++i) {
             node.amperes.push_back(now[i].staticAmperes);
             if (!now[i].inside.empty() || now[i].staticWatts == 0.0)
@@ -398,6 +417,8 @@ private:
     std::unordered_map<float, double> m_known;                  // static watts by junction temperature
     std::unordered_map<float, Results> m_results;               // the same
     std::unordered_map<int, Node> m_nodes;                      // by temperature over the table's step
+    std::optional<int> m_around;                                // where the last were looked for
+    std::array<const Node*, 4> m_nodesAround{};                 // those found there
     std::vector<std::size_t> m_apart;                           // rails that the nodes hold apart
     std::vector<RailResult> m_scaled;
     std::optional<std::vector<std::string>> m_voltageWarnings;

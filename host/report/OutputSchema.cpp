@@ -451,7 +451,8 @@ Json sampleOutput()
                    {"indices", listOf(object({{"path", text()}, {"first", number()}, {"total", number()}}))},
                    {"indexEstimates", whole()},
                    {"rankCorrelations", listOf(object({{"path", text()}, {"correlation", number()}}))},
-                   {"error", amount()}});
+                   {"error", amount()},
+                   {"warnings", listOf(object({{"text", text()}, {"points", whole()}}))}});
 }
 
 Json fitOutput()

@@ -214,11 +214,22 @@ std::string budgetRows(const Sample& sample)
     return htmlTable("Budgets", {"<Budget", "Limit", "<Process", "P5", "P50", "P95", "Kept"}, rows);
 }
 
+std::string warningsOf(const Sample& sample)
+{
+    std::string text = "<ul>\n";
+    for (const WarningCounts::Row& row : sample.warnings.rows())
+        text += fmt::format("<li>{}</li>\n", htmlText(warningLine(row, sample.points)));
+    return text + "</ul>\n";
+}
+
 } // namespace
 
 std::string sampleHtml(const Sample& sample)
 {
-    std::string body = htmlSection("Totals", drawings(sample));
+    std::string body;
+    if (!sample.warnings.rows().empty())
+        body += htmlSection("Warnings", warningsOf(sample));
+    body += htmlSection("Totals", drawings(sample));
     if (!sample.budgets.empty())
         body += htmlSection("Budgets", budgetRows(sample));
     body += htmlSection(fmt::format("What makes the band of {}", sample.of.name()), causes(sample));

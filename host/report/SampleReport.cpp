@@ -131,6 +131,10 @@ std::string sampleText(const Sample& sample, const Paint& paint)
         text += paint.warning(fmt::format("- {} of {} points run away on the {} side", lost, sample.points,
                                           sample.quantities.front().quantity.process)) +
                 "\n";
+    for (const WarningCounts::Row& row : sample.warnings.rows())
+        text += paint.warning("- " + warningLine(row, sample.points)) + "\n";
+    if (sample.warnings.others() > 0)
+        text += paint.warning(fmt::format("- and {} more", sample.warnings.others())) + "\n";
     text += "\n" + quantitiesTable(sample);
     if (!sample.budgets.empty())
         text += "\n" + budgetsTable(sample, paint);
@@ -173,6 +177,9 @@ Json sampleJson(const Sample& sample)
               {"indexEstimates", sample.indexEstimates},
               {"rankCorrelations", std::move(correlations)}};
     addAmount(json, "error", sample.error);
+    json["warnings"] = Json::array();
+    for (const WarningCounts::Row& row : sample.warnings.rows())
+        json["warnings"].push_back({{"text", row.text}, {"points", row.points}});
     return json;
 }
 

@@ -4,6 +4,7 @@
 #include "host/base/Json.h"
 #include "host/base/Text.h"
 #include "host/report/Report.h"
+#include "host/study/WarningCounts.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <map>
 #include <optional>
 
 namespace zelm::host {
@@ -36,8 +36,7 @@ public:
             if (!m_table)
                 m_table.emplace(header(point));
             m_table->row(row(point));
-            for (const std::string& warning : point.warnings)
-                count(shown(warning));
+            m_warnings.add(point.warnings);
         }
         m_points += points.size();
         if (m_points >= enough)
@@ -49,25 +48,13 @@ public:
         if (!m_table)
             return;
         (*m_print)(m_table->next());
-        for (const auto& [warning, times] : m_warnings)
-            (*m_print)(m_paint->warning(fmt::format("- {} (at {} of {} points)", warning, times, m_points)) + "\n");
-        if (m_otherWarnings > 0)
-            (*m_print)(m_paint->warning(fmt::format("- and {} more", m_otherWarnings)) + "\n");
+        for (const WarningCounts::Row& row : m_warnings.rows())
+            (*m_print)(m_paint->warning("- " + warningLine(row, m_points)) + "\n");
+        if (m_warnings.others() > 0)
+            (*m_print)(m_paint->warning(fmt::format("- and {} more", m_warnings.others())) + "\n");
     }
 
 private:
-    // Warnings may tell each point's own numbers.
-    void count(const std::string& warning)
-    {
-        constexpr std::size_t most = 1000;
-        if (const auto known = m_warnings.find(warning); known != m_warnings.end())
-            ++known->second;
-        else if (m_warnings.size() < most)
-            m_warnings.emplace(warning, 1);
-        else
-            ++m_otherWarnings;
-    }
-
     std::vector<std::string> header(const SweepPoint& first)
     {
         std::vector<std::string> names;
@@ -116,8 +103,7 @@ private:
     const std::function<void(std::string_view)>* m_print;
     std::optional<TextTable> m_table;
     std::size_t m_points = 0;
-    std::map<std::string, std::size_t> m_warnings; // how many points warn of each
-    std::size_t m_otherWarnings = 0;
+    WarningCounts m_warnings;
 };
 
 // ---- JSON and CSV ----

@@ -161,9 +161,11 @@ public:
         }
     }
 
-    SamplePoint point(std::size_t index, std::span<const double> numbers, std::vector<BudgetPoint>& budgets)
+    SamplePoint point(std::size_t index, std::span<const double> numbers, std::vector<BudgetPoint>& budgets,
+                      WarningCounts& warnings)
     {
         const Estimate& estimate = at(index, numbers);
+        warnings.add(estimate.warnings);
         SamplePoint point = m_point;
         point.quantities.reserve(m_plan->quantities.size());
         for (const SampledQuantity& each : m_plan->quantities)
@@ -470,6 +472,7 @@ namespace {
 struct SampleChunk {
     std::vector<SamplePoint> points;
     std::vector<std::vector<BudgetPoint>> budgets; // of each point
+    WarningCounts warnings;
     std::string text;
 };
 using PairsChunk = std::vector<std::vector<double>>;
@@ -517,7 +520,10 @@ Json jsonOf(const SampleChunk& chunk)
             budgets.push_back({budget.actual, budget.kept, budget.keptOnAll});
         points.push_back({jsonOf(chunk.points[i]), std::move(budgets)});
     }
-    return {std::move(points), chunk.text};
+    Json warnings = Json::array();
+    for (const WarningCounts::Row& row : chunk.warnings.rows())
+        warnings.push_back({row.text, row.points, row.isSame});
+    return {std::move(points), chunk.text, std::move(warnings), chunk.warnings.others()};
 }
 
 void read(const Json& json, SampleChunk& chunk)
@@ -530,6 +536,9 @@ void read(const Json& json, SampleChunk& chunk)
                 {budget[0].get<std::vector<double>>(), budget[1].get<std::vector<bool>>(), budget[2].get<bool>()});
     }
     chunk.text = json[1].get<std::string>();
+    for (const Json& row : json[2])
+        chunk.warnings.addRow({row[0].get<std::string>(), row[1].get<std::size_t>(), row[2].get<bool>()});
+    chunk.warnings.addOthers(json[3].get<std::size_t>());
 }
 
 // inOrder() on the threads of this process, or on all ranks.
@@ -577,7 +586,7 @@ public:
             const std::size_t end = std::min((index + 1) * kPointsOfChunk, points);
             for (std::size_t i = index * kPointsOfChunk; i < end; ++i) {
                 draws.point(i, drawn);
-                chunk.points.push_back(design.point(i, drawn, chunk.budgets.emplace_back()));
+                chunk.points.push_back(design.point(i, drawn, chunk.budgets.emplace_back(), chunk.warnings));
                 chunk.text += render(chunk.points.back());
             }
             return chunk;
@@ -710,6 +719,7 @@ Sample Sampling::run(const Render& render, const Take& take)
             bands.add(chunk.points[i], chunk.budgets[i]);
             ranked.add(chunk.points[i]);
         }
+        result.warnings.addLater(chunk.warnings);
         progress.wipe();
         take(chunk.text);
         progress.step(chunk.points.size());

@@ -3,6 +3,7 @@
 #include "host/base/JsonFwd.h"
 #include "host/estimate/DataFactors.h"
 #include "host/study/Quantity.h"
+#include "host/study/WarningCounts.h"
 
 #include <chrono>
 #include <cstddef>
@@ -94,6 +95,7 @@ struct Sample {
     std::vector<SampledIndex> indices;      ///< from 2,000 points on, largest total first
     std::size_t indexEstimates = 0;         ///< that they took beyond the points
     std::vector<SampledIndex> correlations; ///< else, the largest first; total has none
+    WarningCounts warnings;                 ///< of the points
 };
 
 /// A drawn point.

@@ -180,7 +180,7 @@ class Result(Document):
 _TABLES = {
     "estimate": ("groups", "budgets", "sides", "hierarchy", "cooling", "utilisation", "carried", "dataFiles", "subtotals"),
     "sweep": ("points", "crossings"),
-    "sample": ("quantities", "budgets", "indices", "rankCorrelations", "distributions", "data"),
+    "sample": ("quantities", "budgets", "indices", "rankCorrelations", "distributions", "data", "warnings"),
     "diff": ("quantities", "groups", "settings"),
     "solve": ("crossings", "kept"),
     "fit": ("parts",),

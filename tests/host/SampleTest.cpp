@@ -569,6 +569,45 @@ TEST_F(SampleTest, RunawaysAreCounted)
     EXPECT_THAT(sampleText(sample, Paint()), HasSubstr("16 of 64 points run away"));
 }
 
+TEST_F(SampleTest, PointsThatWarnAreCounted)
+{
+    const Sample sample = of(wires("200", "0.1", R"("device": {"part": "zq4410"},
+        "environment": {"junctionTemperature": {"low": 100, "high": 140}},)"),
+                             wish(64));
+    ASSERT_EQ(sample.warnings.rows().size(), 2u) << "above 125 degrees, on both sides";
+    const WarningCounts::Row& row = sample.warnings.rows().front();
+    EXPECT_EQ(row.points, 24u) << "15 degrees of 40, of even points";
+    EXPECT_FALSE(row.isSame) << row.text;
+    EXPECT_THAT(row.text, testing::MatchesRegex("process ...: the junction temperature of 1.* degrees is outside the "
+                                                "characterisation \\(-40 to 125\\)"));
+    EXPECT_THAT(sampleText(sample, Paint()), HasSubstr(row.text + " (at 24 of 64 points, in the first)"));
+    EXPECT_THAT(sampleHtml(sample), HasSubstr("(at 24 of 64 points, in the first)</li>"));
+    EXPECT_EQ(sampleJson(sample)["warnings"][0], (Json{{"text", row.text}, {"points", 24}}));
+    EXPECT_THAT(sampleHtml(of(wires(R"({"low": 100, "high": 300})"), wish(64))), Not(HasSubstr("Warnings")));
+}
+
+TEST(WarningCountsTest, WarningsThatDifferInNumbersAloneAreOne)
+{
+    EXPECT_EQ(withoutNumbers("a junction of -12.75 degrees, 3e-05 W"), "a junction of # degrees, # W");
+    EXPECT_EQ(withoutNumbers("rail VCCO18 of group \"fir 2\" (1)"), "rail VCCO18 of group \"fir 2\" (#)");
+    EXPECT_EQ(withoutNumbers("at 4.: 1.5e3, 7e"), "at #.: #e3, #e") << "as the tool never writes them";
+    WarningCounts counts;
+    counts.add({"uses 5 LUT", "rail VCCO18", "uses 6 LUT"});
+    counts.add(std::vector<std::string>{});
+    WarningCounts later;
+    later.add({"rail VCCO18"});
+    later.add({"rail VCCO33", "uses 7 LUT"});
+    counts.addLater(later);
+    ASSERT_EQ(counts.rows().size(), 3u);
+    EXPECT_EQ(warningLine(counts.rows()[0], 4), "uses 5 LUT (at 2 of 4 points, in the first)");
+    EXPECT_EQ(warningLine(counts.rows()[1], 4), "rail VCCO18 (at 2 of 4 points)");
+    EXPECT_EQ(warningLine(counts.rows()[2], 4), "rail VCCO33 (at 1 of 4 points)");
+    for (int i = 0; i < 1200; ++i)
+        counts.add({"group \"" + std::to_string(i) + "\""});
+    EXPECT_EQ(counts.rows().size(), 1000u) << "memory doesn't follow the names";
+    EXPECT_EQ(counts.others(), 203u);
+}
+
 TEST_F(SampleTest, IsShownAsTextJsonAndPage)
 {
     const std::string text = wires(R"({"low": 100, "high": 300})", "0.1",
