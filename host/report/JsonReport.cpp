@@ -434,7 +434,8 @@ std::string RunningJsonReport::write(const Estimate& estimate)
     // No name can hold this: quotes within a text are escaped.
     constexpr std::string_view none = R"(,"groups":null)";
     std::string text = compactJson(reportJson(estimate, nullptr, m_uncertainties));
-    return text.replace(text.find(none), none.size(), fmt::format(R"(,"groups":[{}])", groups));
+    text.replace(text.find(none), none.size(), fmt::format(R"(,"groups":[{}])", groups));
+    return text;
 }
 
 } // namespace zelm::host

@@ -142,7 +142,9 @@ export class Editor {
         slider = /** @type {HTMLInputElement} */ (element('input', { type: 'range', class: 'range', min: String(least), max: String(most), step: String(step), 'aria-label': field.label + ', slider', 'data-slider': key }));
         slider.value = String(parseFloat(shown || field.fallback || '0'));
         const moved = slider;
-        slider.addEventListener('input', () => { input.value = moved.value; enter(moved.value); });
+        moved.classList.toggle('unset', !shown);
+        input.addEventListener('input', () => moved.classList.toggle('unset', !input.value));
+        slider.addEventListener('input', () => { input.value = moved.value; moved.classList.remove('unset'); enter(moved.value); });
         slider.addEventListener('change', () => this.context.settle());
       }
     }

@@ -131,6 +131,7 @@ async function open(name, text) {
   result = first = answer.estimate;
   estimated = { file, text };
   show();
+  performance.mark('results');
   context.catalogue = await knowing;
   editor = new Editor(byId('design'), context);
   editor.render();
