@@ -3,11 +3,14 @@
 #include "host/base/JsonFwd.h"
 #include "host/base/Terminal.h"
 #include "host/blocks/DataFiles.h"
+#include "host/blocks/Uncertainty.h"
 #include "host/estimate/Results.h"
 
 #include <fmt/format.h>
 
 #include <cmath>
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,6 +29,25 @@ void addAmount(Json& object, const std::string& name, double value);
 std::string textReport(const Estimate& estimate, bool verbose, const Paint& paint = Paint());
 /// The estimate as JSON, all of it.
 Json jsonReport(const Estimate& estimate);
+
+/// The same on one line, of a design at work, again and again: groups that haven't changed aren't written anew. The
+/// data stay what they are.
+class RunningJsonReport {
+public:
+    RunningJsonReport();
+
+    std::string write(const Estimate& estimate);
+
+private:
+    struct Written {
+        GroupResult group{};
+        std::string json{};
+    };
+
+    std::map<std::string, std::vector<Uncertainty>, std::less<>> m_uncertainties;
+    std::vector<Written> m_groups; // by their places
+};
+
 /// One row per group and rail, then one per rail and process; supplies and modes are tables of their own below an empty
 /// line.
 std::string csvReport(const Estimate& estimate);
