@@ -150,6 +150,16 @@ function printed() {
   view.dispatchEvent(new view.Event('afterprint'));
 }
 
+// What hinders people seriously, or worse, as axe-core says.
+async function hindrances() {
+  const script = page.createElement('script');
+  script.textContent = AXE;
+  page.head.append(script);
+  const { violations } = await view.axe.run(page, { resultTypes: ['violations'], preload: false });
+  script.remove();
+  return violations.filter(one => ['serious', 'critical'].includes(one.impact)).map(one => `${one.id}: ${one.help}: ${one.nodes.slice(0, 3).map(node => node.html.slice(0, 200)).join('; ')}`);
+}
+
 async function look(name) {
   frame = document.createElement('iframe');
   frame.style = 'width:390px;height:800px;border:0';
@@ -166,6 +176,8 @@ async function look(name) {
     found.pageWidth = page.documentElement.scrollWidth;
     found.slipped = slipped();
     for (const box of all('main details')) box.open = false;
+    // Large reports have more of the same.
+    found.hindrances = all('#group-boxes > details').length < 5 ? await hindrances() : [];
     found.explained = await explained();
     found.overlaps = overlaps();
     found.tips = await tips();
@@ -269,6 +281,7 @@ def agrees(shown, heading, value):
 
 OFFLINE = ["--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-sync",
            "--disable-background-networking", "--disable-component-update", "--host-resolver-rules=MAP * ~NOTFOUND"]
+AXE = pathlib.Path(__file__).parent.parent / "live/vendor/axe.min.js"
 LARGE = "vision.json"  # whose summary is printed
 
 
@@ -289,6 +302,7 @@ def check_page(shown, asked):
     assert shown.svgs >= len(shown.charts), f"{shown.svgs} of {len(shown.charts)} charts were drawn"
     assert all(link[1:] in shown.ids for link in shown.links), f"links that lead nowhere: {shown.links}"
     assert asked["pageWidth"] <= 390, f"the page is {asked['pageWidth']} pixels wide on a screen of 390"
+    assert not asked["hindrances"], f"what hinders people: {asked['hindrances']}"
     assert asked["fetched"] == [], f"the page fetches {asked['fetched']}"
     assert not asked["active"], f"{asked['active']} elements that a report has none of"
     for place in ("overlaps", "overlapsInPrint", "overlapsInAll"):
@@ -494,7 +508,9 @@ def check_all(zelm, chromium, designs):
             if pathlib.Path(design).name == LARGE:
                 count = pages(chromium, folder / f"{i}.html", folder)
                 assert count in (1, 2), f"the summary of {design} takes {count} pages"
-        (folder / "frame.html").write_text(FRAME.replace("REPORTS", str([f"{i}.html" for i in range(len(designs))])))
+        reports = json.dumps([f"{i}.html" for i in range(len(designs))])
+        axe = json.dumps(AXE.read_text()).replace("<", "\\u003c")
+        (folder / "frame.html").write_text(FRAME.replace("REPORTS", reports).replace("AXE", axe))
         frame = browse(chromium, folder / "frame.html", folder / "profile")
     complaints = [line for line in frame.stderr.splitlines() if "CONSOLE" in line]
     assert not complaints, f"the console says {complaints}"
