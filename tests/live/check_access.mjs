@@ -21,7 +21,7 @@ async function judge(browser, words, within, except) {
     found.push(`${words}: ${line}`);
 }
 
-async function judgeAll(browser, name, openExplanation, except) {
+async function judgeAll(browser, name, looks, openExplanation, except) {
   for (const [scheme, width] of looks) {
     await browser.look(width, 900, scheme);
     await browser.until('[...document.querySelectorAll(".scroll")].every(one => one.scrollWidth <= one.clientWidth + 1 || one.tabIndex === 0)');
@@ -42,7 +42,7 @@ try {
   await browser.open(pathToFileURL(page).href);
   await browser.until('document.body?.dataset.settled');
   await browser.evaluate(`(() => { for (const box of document.querySelectorAll('details.section, [data-group="0"], #results details')) box.open = true; })()`);
-  await judgeAll(browser, 'the live page', `document.querySelector('#results [data-why^="static"]').click()`);
+  await judgeAll(browser, 'the live page', looks, `document.querySelector('#results [data-why^="static"]').click()`);
   await browser.evaluate(`document.querySelector('[data-key="add"]').click()`);
   await judge(browser, 'the live page, kinds of groups', '#kinds');
 
@@ -51,7 +51,7 @@ try {
   await browser.open(pathToFileURL(report).href);
   await browser.until('document.querySelector("button.why")');
   // A group's line opens it, and the watts in it are a button: that is two in one.
-  await judgeAll(browser, 'the report', 'document.querySelector("button.why").click()', ['nested-interactive']);
+  await judgeAll(browser, 'the report', [looks[0], looks[3]], 'document.querySelector("button.why").click()', ['nested-interactive']);
 
   if (found.length)
     throw new Error(found.join('\n'));
