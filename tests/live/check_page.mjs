@@ -156,8 +156,16 @@ async function checkHostile() {
   }
 }
 
-// A number opens how it comes about, by the keyboard too.
+// A number opens how it comes about, by the keyboard too, and none does that can't be explained.
 async function checkExplanation(browser) {
+  const unknown = await browser.evaluate(`(async () => {
+    const { ask, design, file } = zelmPage, text = JSON.stringify(design()), errors = [];
+    const quantities = new Set([...document.querySelectorAll('[data-why]')].map(one => one.dataset.why));
+    for (const quantity of quantities)
+      errors.push(...[(await ask({ do: 'explain', file: file(), text, quantity, depth: 0 })).error].filter(Boolean));
+    return quantities.size < 8 ? ['there are only ' + [...quantities]] : errors;
+  })()`);
+  expect(unknown.length === 0, `not explained: ${unknown}`);
   const shown = 'document.querySelector(\'#results [data-why^="total"]\')';
   const total = await browser.evaluate(`${shown}.textContent`);
   await browser.evaluate(`${shown}.focus()`);
