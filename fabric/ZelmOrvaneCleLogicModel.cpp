@@ -325,7 +325,10 @@ struct ZelmOrvaneCleLogicModel::Sheet : zelm::Sheet<ZelmOrvaneCleLogicModel> {
         const float a3 = findLutCap("A3");
         const float a4 = findLutCap("A4");
         const float a6 = findLutCap("A6");
-        const float a5 = AVERAGE(findLutCap("A5_PIN"), findLutCap("A5_CAS"), findLutCap("A5_A6"));
+        const float a5Pin = findLutCap("A5_PIN");
+        const float a5Cascade = findLutCap("A5_CAS");
+        const float a5OfA6 = findLutCap("A5_A6");
+        const float a5 = AVERAGE(a5Pin, a5Cascade, a5OfA6);
         return op + (a1 + a2 + a3 + a4 + a6 + a5) * 0.8333333f;
     }
 

@@ -19,10 +19,31 @@ struct ZelmOrvaneClockModel::Sheet : zelm::Sheet<ZelmOrvaneClockModel> {
         return value;
     }
 
+    struct SiteCounts {
+        float registers;
+        float blockRams;
+        float largeRams;
+        float dsps;
+    };
+
     // Two counts of one kind of site; none at all still leaves MAX's smallest positive float.
     static float greater(int a, int b)
     {
         return MAX(static_cast<float>(a), static_cast<float>(b));
+    }
+
+    SiteCounts usedOrAvailable() const
+    {
+        const int ffs = NumFfs();
+        const int availableFfs = AvailFfs();
+        const int brams = NumBrams();
+        const int availableBrams = AvailBrams();
+        const int plams = NumPlams();
+        const int availablePlams = AvailPlams();
+        const int dsps = NumDsps();
+        const int availableDsps = AvailDsps();
+        return {greater(ffs, availableFfs), greater(brams, availableBrams), greater(plams, availablePlams),
+                greater(dsps, availableDsps)};
     }
 
     void pullOutputs() const
@@ -75,13 +96,10 @@ struct ZelmOrvaneClockModel::Sheet : zelm::Sheet<ZelmOrvaneClockModel> {
     float computeMaxLeafs() const
     {
         const int regions = NumFsr();
-        const float registers = greater(NumFfs(), AvailFfs());
-        const float blockRams = greater(NumBrams(), AvailBrams());
-        const float largeRams = greater(NumPlams(), AvailPlams());
-        const float dsps = greater(NumDsps(), AvailDsps());
+        const SiteCounts sites = usedOrAvailable();
         const float ofRegions = static_cast<float>(zelm::wrapMultiply(regions, 1536)) / 48.0f;
-        const float ofSites =
-            registers * 16.0f / 3072.0f + blockRams * 16.0f / 12.0f + largeRams * 16.0f / 12.0f + dsps * 16.0f / 24.0f;
+        const float ofSites = sites.registers * 16.0f / 3072.0f + sites.blockRams * 16.0f / 12.0f +
+                              sites.largeRams * 16.0f / 12.0f + sites.dsps * 16.0f / 24.0f;
         return (ofRegions + ofSites) * 0.0625f;
     }
 
@@ -94,11 +112,8 @@ struct ZelmOrvaneClockModel::Sheet : zelm::Sheet<ZelmOrvaneClockModel> {
 
     float computeTotalSites() const
     {
-        const float registers = greater(NumFfs(), AvailFfs());
-        const float blockRams = greater(NumBrams(), AvailBrams());
-        const float largeRams = greater(NumPlams(), AvailPlams());
-        const float dsps = greater(NumDsps(), AvailDsps());
-        return registers * 0.0625f + blockRams + largeRams + dsps;
+        const SiteCounts sites = usedOrAvailable();
+        return sites.registers * 0.0625f + sites.blockRams + sites.largeRams + sites.dsps;
     }
 
     float computeSiteUtil() const

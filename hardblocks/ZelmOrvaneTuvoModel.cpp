@@ -26,7 +26,9 @@ struct ZelmOrvaneTuvoModel::Sheet : zelm::Sheet<ZelmOrvaneTuvoModel> {
     {
         const bool bypassed = TranscodeBypass() == "YES";
         const bool corrects = FecUsed() == "YES";
-        const float row = findConfigPwrData(TuvoConfiguration(), Activity());
+        const Key& configuration = TuvoConfiguration();
+        const Key& activity = Activity();
+        const float row = findConfigPwrData(configuration, activity);
         // Nothing is left to do without error correction on the bypass, whatever the table holds.
         return (bypassed && !corrects) || ISERROR(row) ? "YES" : "NO";
     }
@@ -34,8 +36,12 @@ struct ZelmOrvaneTuvoModel::Sheet : zelm::Sheet<ZelmOrvaneTuvoModel> {
     float computePower() const
     {
         const bool invalid = InvalidConfig() == "YES";
-        const float row = findConfigPwrData(TuvoConfiguration(), Activity());
-        const float ratio = zelm::ratioOrZero(Vccint(), findSimVoltage("VCCINT"));
+        const Key& configuration = TuvoConfiguration();
+        const Key& activity = Activity();
+        const float row = findConfigPwrData(configuration, activity);
+        const float volts = Vccint();
+        const float simulated = findSimVoltage("VCCINT");
+        const float ratio = zelm::ratioOrZero(volts, simulated);
         return (invalid ? 0.0f : row) * (ratio * ratio);
     }
 };

@@ -114,12 +114,18 @@ struct ZelmOrvaneWist5Model::Sheet : zelm::Sheet<ZelmOrvaneWist5Model> {
 
     std::string computeA0Wist5Modes() const
     {
-        return linkName(A0Modes(), "_A0_", A0LinkSpeed(), A0LinkWidth());
+        const Key& mode = A0Modes();
+        const Key& speed = A0LinkSpeed();
+        const Key& width = A0LinkWidth();
+        return linkName(mode, "_A0_", speed, width);
     }
 
     std::string computeA1Wist5Modes() const
     {
-        return linkName(A1Modes(), "_A1_", A1LinkSpeed(), A1LinkWidth());
+        const Key& mode = A1Modes();
+        const Key& speed = A1LinkSpeed();
+        const Key& width = A1LinkWidth();
+        return linkName(mode, "_A1_", speed, width);
     }
 
     // ---- Clocks ----
@@ -192,12 +198,16 @@ struct ZelmOrvaneWist5Model::Sheet : zelm::Sheet<ZelmOrvaneWist5Model> {
 
     int computePciOperationalFrequencyPcie0() const
     {
-        return controllerClock(A0Wist5Modes(), A0LinkSpeed());
+        const Key& link = A0Wist5Modes();
+        const Key& speed = A0LinkSpeed();
+        return controllerClock(link, speed);
     }
 
     int computePciOperationalFrequencyPcie1() const
     {
-        return controllerClock(A1Wist5Modes(), A1LinkSpeed());
+        const Key& link = A1Wist5Modes();
+        const Key& speed = A1LinkSpeed();
+        return controllerClock(link, speed);
     }
 
     // ---- Power of the parts ----

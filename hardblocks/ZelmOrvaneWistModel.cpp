@@ -36,12 +36,18 @@ struct ZelmOrvaneWistModel::Sheet : zelm::Sheet<ZelmOrvaneWistModel> {
 
     std::string computeConfigTag() const
     {
-        return configTag(LinkSpeedA0(), LinkWidthA0(), PciChannels());
+        const Key& speed = LinkSpeedA0();
+        const int width = LinkWidthA0();
+        const int channels = PciChannels();
+        return configTag(speed, width, channels);
     }
 
     std::string computeConfigTagA1() const
     {
-        return configTag(LinkSpeedA1(), LinkWidthA1(), PciChannels());
+        const Key& speed = LinkSpeedA1();
+        const int width = LinkWidthA1();
+        const int channels = PciChannels();
+        return configTag(speed, width, channels);
     }
 
     std::string_view computeInvalidConfig() const
@@ -103,31 +109,40 @@ struct ZelmOrvaneWistModel::Sheet : zelm::Sheet<ZelmOrvaneWistModel> {
         return invalid == "YES" ? 0 : megahertz;
     }
 
+    int clockOfA0(const Key& item) const
+    {
+        const Key& invalid = InvalidConfig();
+        const Key& tag = ConfigTag();
+        return clockOf(invalid, tag, item);
+    }
+
     // ---- Clocks: all but A1's follow from A0's link ----
 
     int computePcieA0Freq() const
     {
-        return clockOf(InvalidConfig(), ConfigTag(), "GENPCIE_USER_CLK_CORE0");
+        return clockOfA0("GENPCIE_USER_CLK_CORE0");
     }
 
     int computePcieA1Freq() const
     {
-        return clockOf(InvalidConfigA1(), ConfigTagA1(), "GENPCIE_USER_CLK_CORE1");
+        const Key& invalid = InvalidConfigA1();
+        const Key& tag = ConfigTagA1();
+        return clockOf(invalid, tag, "GENPCIE_USER_CLK_CORE1");
     }
 
     int computeTopFreq() const
     {
-        return clockOf(InvalidConfig(), ConfigTag(), "ARTERIS");
+        return clockOfA0("ARTERIS");
     }
 
     int computePcieDmaFreq() const
     {
-        return clockOf(InvalidConfig(), ConfigTag(), "DMA");
+        return clockOfA0("DMA");
     }
 
     int computeCmnL2CpiFreq() const
     {
-        return clockOf(InvalidConfig(), ConfigTag(), "GENWIST_CORE_CLK");
+        return clockOfA0("GENWIST_CORE_CLK");
     }
 
     // ---- Power of the parts at full activity ----
@@ -170,7 +185,9 @@ struct ZelmOrvaneWistModel::Sheet : zelm::Sheet<ZelmOrvaneWistModel> {
 
     double voltageScale() const
     {
-        return zelm::voltageFactor(Vccint(), findFactors("VCCINT_SIM"), zelm::powerOverVoltage);
+        const float volts = Vccint();
+        const float simulated = findFactors("VCCINT_SIM");
+        return zelm::voltageFactor(volts, simulated, zelm::powerOverVoltage);
     }
 
     double computeVccintPowerA0() const

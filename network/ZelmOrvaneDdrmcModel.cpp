@@ -112,8 +112,10 @@ struct ZelmOrvaneDdrmcModel::Sheet : zelm::Sheet<ZelmOrvaneDdrmcModel> {
         const Key& config = ConfigStr();
         const bool valid = DdrmcConfigStr() != "INVALID_CONFIG";
         const float power = findDdrmcData(config, "DYNAMIC_POWER");
-        const float rateRatio = zelm::ratioOrZero(DataRate(), findDdrmcData(config, "DATARATE"));
-        const float clockRatio = zelm::ratioOrZero(NocNsuClk() / 1000.0f, findNsuClock("CLK_FREQ"));
+        const float dataRate = DataRate();
+        const float rateRatio = zelm::ratioOrZero(dataRate, findDdrmcData(config, "DATARATE"));
+        const float clock = NocNsuClk();
+        const float clockRatio = zelm::ratioOrZero(clock / 1000.0f, findNsuClock("CLK_FREQ"));
         const float writeRate = WriteRate();
         const float readRate = ReadRate();
         const float scaling = VoltageScaling();

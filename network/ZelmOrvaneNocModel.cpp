@@ -22,7 +22,9 @@ struct ZelmOrvaneNocModel::Sheet : zelm::Sheet<ZelmOrvaneNocModel> {
 
     int averageSwitches() const
     {
-        return findDeviceData(IntDeviceName(), DataPath(), "AVG_SW");
+        const Key& device = IntDeviceName();
+        const Key& path = DataPath();
+        return findDeviceData(device, path, "AVG_SW");
     }
 
     std::string_view computeIntDeviceName() const

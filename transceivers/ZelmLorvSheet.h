@@ -241,18 +241,25 @@ struct ZelmLorvSheet : zelm::Sheet<Model> {
     }
 
     // MAX never falls below its tiny positive floor, so an unused PLL's frequency isn't 0.
+    float fasterOn(std::string_view pll, float rx, float tx) const
+    {
+        const bool receives = runsOn(pll, kRx);
+        const bool sends = runsOn(pll, kTx);
+        return ZelmHelperUtils::MAX(receives ? rx : 0.0f, sends ? tx : 0.0f);
+    }
+
     float computeLcpllFrequency() const
     {
         const float rx = self().RxVcoLcpll();
         const float tx = self().TxVcoLcpll();
-        return ZelmHelperUtils::MAX(runsOn("LCPLL", kRx) ? rx : 0.0f, runsOn("LCPLL", kTx) ? tx : 0.0f);
+        return fasterOn("LCPLL", rx, tx);
     }
 
     float computeRpllFrequency() const
     {
         const float rx = self().RxVcoRpll();
         const float tx = self().TxVcoRpll();
-        return ZelmHelperUtils::MAX(runsOn("RPLL", kRx) ? rx : 0.0f, runsOn("RPLL", kTx) ? tx : 0.0f);
+        return fasterOn("RPLL", rx, tx);
     }
 
     // ---- Receiver ----
