@@ -10,12 +10,17 @@
 #include "host/design/Format.h"
 #include "host/design/Include.h"
 #include "host/estimate/RunningDesign.h"
+#include "host/report/ExplainReport.h"
 #include "host/report/Report.h"
+#include "host/study/Explain.h"
 
 #include <emscripten/emscripten.h>
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <optional>
@@ -87,44 +92,72 @@ Json catalogueJson()
 
 class Page {
 public:
-    Json answer(const Json& request)
+    std::string answer(const Json& request)
     {
         const std::string wish = request.at("do");
         if (wish == "catalogue")
-            return {{"catalogue", catalogueJson()}};
+            return compactJson({{"catalogue", catalogueJson()}});
+        const std::string file = request.at("file");
         const std::string text = request.at("text");
+        const bool prints = request.contains("print"); // as the tool does
         if (wish == "format")
-            return {{"text", formattedDesign(text, request.at("file"))}};
+            return compactJson({{"text", formattedDesign(text, file)}});
         if (wish == "read") { // without what only people read in it
-            JsonSource source{request.at("file"), nullptr};
-            return {{"design", parseJson(text, source)}};
+            JsonSource source{file, nullptr};
+            return compactJson({{"design", parseJson(text, source)}});
         }
-        Json result = estimate(request.at("file"), text);
-        if (request.contains("print")) // as the tool prints it
-            return {{"json", jsonText(result)}};
-        return {{"estimate", std::move(result)}};
+        const Estimate& estimate = estimateOf(file, text);
+        if (wish == "explain") {
+            const std::string json = explained(estimate, request);
+            return prints ? compactJson({{"json", json}}) : fmt::format(R"({{"explanation":{}}})", json);
+        }
+        if (prints)
+            return compactJson({{"json", jsonText(jsonReport(estimate))}});
+        return fmt::format(R"({{"estimate":{}}})", m_report.write(estimate));
     }
 
 private:
     // Of what differs from the design before, only that is computed.
-    Json estimate(const std::string& file, const std::string& text)
+    const Estimate& estimateOf(const std::string& file, const std::string& text)
     {
+        if (!m_text.empty() && text == m_text && file == m_file)
+            return m_running->estimate();
+        m_explanation.reset();
         Design design = parseDesign(file, text);
+        m_text.clear(); // until the estimate stands
         if (m_running)
             m_running->change(std::move(design));
         else
             m_running.emplace(std::move(design), Curves::drawn);
-        return jsonReport(m_running->estimate());
+        const Estimate& estimate = m_running->estimate();
+        m_file = file;
+        m_text = text;
+        return estimate;
+    }
+
+    // A quantity, or what lies on a path of operands below it.
+    std::string explained(const Estimate& estimate, const Json& request)
+    {
+        if (!m_explanation)
+            m_explanation.emplace(estimate);
+        std::size_t id = m_explanation->idOf(namedQuantity(request.at("quantity"), estimate));
+        for (const std::size_t operand : request.value("path", std::vector<std::size_t>()))
+            id = m_explanation->node(id).operands.at(operand);
+        return explanationJson(*m_explanation, id, request.value("depth", kWholeDepth), estimate.design.name);
     }
 
     std::optional<RunningDesign> m_running;
+    std::string m_file;
+    std::string m_text; // of the estimate; empty if there is none
+    std::optional<Explanation> m_explanation;
+    RunningJsonReport m_report;
 };
 
 std::string answerTo(const char* request)
 {
     static Page page;
     try {
-        return compactJson(page.answer(Json::parse(request)));
+        return page.answer(Json::parse(request));
     } catch (const std::exception& error) {
         return compactJson({{"error", error.what()}});
     }
@@ -138,7 +171,7 @@ std::string answerTo(const char* request)
 extern "C" EMSCRIPTEN_KEEPALIVE const char* zelm_call(const char* request)
 {
     static std::string answer;
-    static const bool ready = setenv("QTA_DATADIR", "/data", 1) == 0;
+    static const bool ready = setenv("QTA_DATADIR", "data", 1) == 0; // explanations name its files
     static_cast<void>(ready);
     answer = zelm::host::answerTo(request);
     return answer.c_str();

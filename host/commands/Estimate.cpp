@@ -77,10 +77,15 @@ std::optional<SubtotalsWish> wishOf(const std::optional<std::string>& by, const 
     return wish;
 }
 
+std::string nameOf(const std::string& file)
+{
+    return file == kStandardInput ? "standard input" : file;
+}
+
 // A page holds the text of one file.
 Design designForPage(const std::string& file, const std::string& text)
 {
-    Design design = parseDesign(file == kStandardInput ? "standard input" : file, text);
+    Design design = parseDesign(nameOf(file), text);
     if (!design.source.includedFiles().empty())
         throw Error(fmt::format("--live: {} includes other files, and the page holds one", file));
     return design;
@@ -120,8 +125,10 @@ Action declareEstimate(Options& options)
         options.value("--sort", "ORDER", "With --by, by watts, groups, name or design; else by watts");
     return [&](Run& run) {
         const std::optional<SubtotalsWish> wish = wishOf(by, top, sort);
-        const std::string text = live ? readFile(design) : std::string();
-        const Design read = live ? designForPage(design, text) : readDesign(design);
+        const std::string text = live || html ? readFile(design) : std::string();
+        const Design read = live   ? designForPage(design, text)
+                            : html ? parseDesign(nameOf(design), text)
+                                   : readDesign(design);
         checkReports(design, read, {&html, &live, &xlsx, &junit});
         const bool drawn = json || html;
         Estimate result =
@@ -133,7 +140,7 @@ Action declareEstimate(Options& options)
                    : !csv.empty() ? (csv == "true" ? csvReport(result) : csvTable(result, csv))
                                   : textReport(result, run.verbose, Paint(takesColour(stdout)));
         if (html)
-            writeFile(*html, htmlReport(result));
+            writeFile(*html, htmlReport(result, provenanceOf(read, design, text)));
         if (live)
             writeFile(*live, livePage(design == kStandardInput ? "design.json" : design, text));
         if (xlsx)

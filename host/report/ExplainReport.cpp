@@ -456,16 +456,20 @@ public:
             placeOf(m_explanation.idOf(quantity));
     }
 
-    std::string write()
+    PageExplanations write()
     {
         constexpr std::size_t most = 20000;
+        PageExplanations page;
         std::string nodes;
         for (std::size_t i = 0; i < m_ids.size(); ++i) {
             nodes += i == 0 ? "\n" : ",\n";
             nodes += nodeText(m_ids[i], m_ids.size() < most);
+            page.places.emplace(m_explanation.head(m_ids[i]).name(), i);
         }
-        return fmt::format("{{\"texts\":[{}],\n\"pieces\":[{}],\n\"kinds\":[{}],\n\"rows\":[{}],\n\"nodes\":[{}]}}",
-                           m_texts.list(), m_pieces.list(), m_kinds.list(), m_rows.list(), nodes);
+        page.json =
+            fmt::format("{{\"texts\":[{}],\n\"pieces\":[{}],\n\"kinds\":[{}],\n\"rows\":[{}],\n\"nodes\":[{}]}}",
+                        m_texts.list(), m_pieces.list(), m_kinds.list(), m_rows.list(), nodes);
+        return page;
     }
 
 private:
@@ -597,7 +601,7 @@ std::string explanationJson(Explanation& explanation, std::size_t root, std::siz
     return JsonTree(explanation, depth).write(root, name);
 }
 
-std::string explanationsForPage(const Estimate& estimate)
+PageExplanations explanationsForPage(const Estimate& estimate)
 {
     return PageNet(estimate).write();
 }

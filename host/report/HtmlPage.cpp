@@ -44,23 +44,43 @@ std::string htmlSection(const std::string& heading, const std::string& body)
     return fmt::format("<section><h2>{}</h2>\n{}</section>\n", htmlText(heading), body);
 }
 
+std::string HtmlTable::html() const
+{
+    const auto kindOf = [&](std::size_t column) {
+        const std::string_view word = columns[column].kind;
+        return word.empty() ? std::string() : fmt::format(" class=\"{}\"", word);
+    };
+    const auto rowText = [&](const HtmlRow& row) {
+        std::string text = fmt::format("<tr{}>", row.attributes);
+        for (std::size_t i = 0; i < row.cells.size(); ++i)
+            text += i == 0 ? fmt::format("<th{} scope=\"row\">{}</th>", kindOf(i), row.cells[i])
+                           : fmt::format("<td{}>{}</td>", kindOf(i), row.cells[i]);
+        return text + "</tr>\n";
+    };
+    std::string text = fmt::format("<div class=\"scroll\"><table{}><caption>{}</caption><thead><tr>",
+                                   kind.empty() ? "" : fmt::format(" class=\"{}\"", kind), htmlText(caption));
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        text += columns[i].heading.empty()
+                    ? fmt::format("<td{}></td>", kindOf(i))
+                    : fmt::format("<th{} scope=\"col\">{}</th>", kindOf(i), htmlText(columns[i].heading));
+    text += "</tr></thead><tbody>\n";
+    for (const HtmlRow& row : rows)
+        text += rowText(row);
+    text += "</tbody>";
+    if (!foot.cells.empty())
+        text += fmt::format("<tfoot>{}</tfoot>", rowText(foot));
+    return text + "</table></div>\n";
+}
+
 std::string htmlTable(const std::string& caption, const std::vector<std::string>& headings,
                       const std::vector<std::vector<std::string>>& rows)
 {
-    const auto kind = [&](std::size_t column) { return headings[column].starts_with('<') ? " class=\"t\"" : ""; };
-    std::string text = fmt::format("<div class=\"scroll\"><table><caption>{}</caption><thead><tr>", htmlText(caption));
-    for (std::size_t i = 0; i < headings.size(); ++i)
-        text += fmt::format("<th{} scope=\"col\">{}</th>", kind(i),
-                            htmlText(headings[i].substr(headings[i].starts_with('<') ? 1 : 0)));
-    text += "</tr></thead><tbody>\n";
-    for (const std::vector<std::string>& row : rows) {
-        text += "<tr>";
-        for (std::size_t i = 0; i < row.size(); ++i)
-            text += i == 0 ? fmt::format("<th{} scope=\"row\">{}</th>", kind(i), row[i])
-                           : fmt::format("<td{}>{}</td>", kind(i), row[i]);
-        text += "</tr>\n";
-    }
-    return text + "</tbody></table></div>\n";
+    HtmlTable table{caption, {}};
+    for (const std::string& heading : headings)
+        table.columns.push_back(heading.starts_with('<') ? HtmlColumn{heading.substr(1), "t"} : HtmlColumn{heading});
+    for (const std::vector<std::string>& row : rows)
+        table.rows.push_back({row});
+    return table.html();
 }
 
 std::string htmlBars(const std::vector<HtmlBar>& bars, double least, double most, const std::string& title)

@@ -19,7 +19,28 @@ std::string forScript(std::string_view json);
 
 std::string htmlSection(const std::string& heading, const std::string& body);
 
-/// Cells are HTML. A heading that begins with '<' is left-aligned, without that sign.
+/// Cells are HTML, the first heads its row.
+struct HtmlRow {
+    std::vector<std::string> cells;
+    std::string attributes{}; ///< of the row: " class=\"default\""
+};
+
+struct HtmlColumn {
+    std::string heading;
+    const char* kind = ""; ///< t: words; wide: a bar that small screens leave out; else numbers
+};
+
+struct HtmlTable {
+    std::string caption;
+    std::vector<HtmlColumn> columns;
+    std::vector<HtmlRow> rows{};
+    HtmlRow foot{};
+    std::string kind{}; ///< sortable: by a click on a heading, where scripts run
+
+    std::string html() const;
+};
+
+/// The same with plain rows. A heading that begins with '<' is left-aligned, without that sign.
 std::string htmlTable(const std::string& caption, const std::vector<std::string>& headings,
                       const std::vector<std::vector<std::string>>& rows);
 

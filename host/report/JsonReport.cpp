@@ -7,7 +7,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <map>
+#include <string_view>
+#include <utility>
+#include <variant>
 
 namespace zelm::host {
 
@@ -39,10 +45,17 @@ Json pointJson(const OperatingPoint& point)
     return json;
 }
 
+// Room for so many fields: an object that grows copies all that it has.
+void makeRoom(Json& object, std::size_t fields)
+{
+    object.get_ref<Json::object_t&>().reserve(fields);
+}
+
 template <class Range, class Each>
 Json listOf(const Range& range, Each each)
 {
     Json list = Json::array();
+    list.get_ref<Json::array_t&>().reserve(range.size());
     for (const auto& element : range)
         list.push_back(each(element));
     return list;
@@ -193,6 +206,7 @@ Json startUpJson(const WarmingUp& stretch)
 Json sideJson(const Side& side)
 {
     Json json{{"process", side.process}};
+    makeRoom(json, 16);
     addAmount(json, "junctionTemperature", side.junction);
     addAmount(json, "staticWatts", side.staticWatts);
     addAmount(json, "totalWatts", side.totalWatts);
@@ -213,15 +227,14 @@ Json sideJson(const Side& side)
     for (const Subsystem& subsystem : side.subsystems) {
         Json entry{{"cell", subsystem.cell}};
         addAmount(entry, "watts", subsystem.watts);
-        json["subsystems"].push_back(entry);
+        json["subsystems"].push_back(std::move(entry));
     }
-    json["curve"] = Json::array();
-    for (const auto& [temperature, watts] : side.curve) {
+    json["curve"] = listOf(side.curve, [](const std::pair<double, double>& point) {
         Json entry;
-        addNumber(entry, "junctionTemperature", temperature);
-        addNumber(entry, "watts", watts);
-        json["curve"].push_back(entry);
-    }
+        addNumber(entry, "junctionTemperature", point.first);
+        addNumber(entry, "watts", point.second);
+        return entry;
+    });
     return json;
 }
 
@@ -241,10 +254,42 @@ Json uncertaintyJson(const Uncertainties& known, std::string_view block)
     return list;
 }
 
+// To the bit: -0 is written otherwise than 0.
+bool sameNumber(double a, double b)
+{
+    return a == b && std::signbit(a) == std::signbit(b);
+}
+
+bool sameValue(const Value& a, const Value& b)
+{
+    const float* one = std::get_if<float>(&a);
+    const float* other = std::get_if<float>(&b);
+    return one && other ? sameNumber(static_cast<double>(*one), static_cast<double>(*other)) : a == b;
+}
+
+// Whether two groups are written the same way.
+bool sameGroup(const GroupResult& a, const GroupResult& b)
+{
+    return a.name == b.name && a.block == b.block && a.count == b.count && a.onlyCarries == b.onlyCarries &&
+           a.in == b.in && a.clock == b.clock && sameNumber(a.watts, b.watts) &&
+           sameNumber(a.offchipWatts, b.offchipWatts) &&
+           std::equal(a.inputs.begin(), a.inputs.end(), b.inputs.begin(), b.inputs.end(),
+                      [](const InputValue& one, const InputValue& other) {
+                          return one.cell == other.cell && one.unit == other.unit && one.origin == other.origin &&
+                                 sameValue(one.value, other.value);
+                      }) &&
+           std::equal(a.contributions.begin(), a.contributions.end(), b.contributions.begin(), b.contributions.end(),
+                      [](const Contribution& one, const Contribution& other) {
+                          return one.cell == other.cell && one.rail == other.rail &&
+                                 sameNumber(one.watts, other.watts) && sameNumber(one.amperes, other.amperes);
+                      });
+}
+
 Json groupJson(const GroupResult& group, const Uncertainties& known)
 {
     Json json{
         {"name", group.name}, {"block", group.block->name}, {"title", group.block->title}, {"count", group.count}};
+    makeRoom(json, 12);
     if (!group.in.empty())
         json["in"] = group.in;
     if (!group.clock.empty())
@@ -253,20 +298,20 @@ Json groupJson(const GroupResult& group, const Uncertainties& known)
     addNumber(json, "offchipWatts", group.offchipWatts);
     json["onlyCarries"] = group.onlyCarries;
     json["uncertainty"] = uncertaintyJson(known, group.block->name);
-    json["outputs"] = Json::array();
-    for (const Contribution& part : group.contributions) {
+    json["outputs"] = listOf(group.contributions, [](const Contribution& part) {
         Json entry{{"cell", part.cell}, {"rail", part.rail}};
+        makeRoom(entry, 4);
         addNumber(entry, "watts", part.watts);
         addNumber(entry, "amperes", part.amperes);
-        json["outputs"].push_back(entry);
-    }
-    json["inputs"] = Json::array();
-    for (const InputValue& input : group.inputs) {
+        return entry;
+    });
+    json["inputs"] = listOf(group.inputs, [](const InputValue& input) {
         Json entry{{"cell", input.cell}, {"unit", input.unit}};
+        makeRoom(entry, 5);
         addValue(entry, "value", input.value);
         entry["origin"] = originWord(input.origin);
-        json["inputs"].push_back(entry);
-    }
+        return entry;
+    });
     return json;
 }
 
@@ -324,18 +369,11 @@ Json filesJson(const Estimate& estimate)
     });
 }
 
-} // namespace
-
-void addAmount(Json& object, const std::string& name, double value)
-{
-    addNumber(object, name, value);
-    if (std::isnan(value))
-        object[name + "Reason"] = "thermal runaway";
-}
-
-Json jsonReport(const Estimate& estimate)
+// With the groups that are given in their place.
+Json reportJson(const Estimate& estimate, Json groups, const Uncertainties& known)
 {
     Json json{{"format", kJsonFormat}, {"name", estimate.design.name}, {"version", ZELM_VERSION}};
+    makeRoom(json, 24);
     addAmount(json, "totalWatts", estimate.side().totalWatts);
     addNumber(json, "dynamicWatts", estimate.dynamicWatts);
     addAmount(json, "staticWatts", estimate.side().staticWatts);
@@ -344,8 +382,7 @@ Json jsonReport(const Estimate& estimate)
         json["part"] = estimate.design.device->part;
     if (estimate.design.environment.ambient)
         addNumber(json, "ambientTemperature", *estimate.design.environment.ambient);
-    const Uncertainties known = uncertainties();
-    json["groups"] = listOf(estimate.groups, [&](const GroupResult& group) { return groupJson(group, known); });
+    json["groups"] = std::move(groups);
     json["hierarchy"] = hierarchyJson(estimate);
     if (estimate.design.device)
         json["staticUncertainty"] = uncertaintyJson(known, "Static");
@@ -362,6 +399,43 @@ Json jsonReport(const Estimate& estimate)
         json["remarks"] = {remark};
     json["dataFiles"] = filesJson(estimate);
     return json;
+}
+
+} // namespace
+
+void addAmount(Json& object, const std::string& name, double value)
+{
+    addNumber(object, name, value);
+    if (std::isnan(value))
+        object[name + "Reason"] = "thermal runaway";
+}
+
+Json jsonReport(const Estimate& estimate)
+{
+    const Uncertainties known = uncertainties();
+    const auto each = [&](const GroupResult& group) { return groupJson(group, known); };
+    return reportJson(estimate, listOf(estimate.groups, each), known);
+}
+
+RunningJsonReport::RunningJsonReport() : m_uncertainties(uncertainties()) {}
+
+std::string RunningJsonReport::write(const Estimate& estimate)
+{
+    m_groups.resize(estimate.groups.size());
+    std::string groups;
+    for (std::size_t i = 0; i < m_groups.size(); ++i) {
+        const GroupResult& group = estimate.groups[i];
+        Written& written = m_groups[i];
+        if (written.json.empty() || !sameGroup(written.group, group))
+            written = {group, compactJson(groupJson(group, m_uncertainties))};
+        groups += i == 0 ? "" : ",";
+        groups += written.json;
+    }
+    // No name can hold this: quotes within a text are escaped.
+    constexpr std::string_view none = R"(,"groups":null)";
+    std::string text = compactJson(reportJson(estimate, nullptr, m_uncertainties));
+    text.replace(text.find(none), none.size(), fmt::format(R"(,"groups":[{}])", groups));
+    return text;
 }
 
 } // namespace zelm::host

@@ -37,6 +37,15 @@ export function button(text, act, attributes = {}) {
 }
 
 /**
+ * A number that opens how it comes about.
+ * @param {string} quantity as `zelm explain` names it
+ * @param {string} text
+ */
+export function why(quantity, text) {
+  return element('button', { type: 'button', class: 'why', 'data-why': quantity, 'aria-haspopup': 'dialog', 'aria-label': `${text}, explain ${quantity}`, title: 'How this comes about' }, text);
+}
+
+/**
  * Rows below heads; the first cell of each row is its head.
  * @param {string} caption
  * @param {string[]} heads

@@ -1,4 +1,4 @@
-import { button, byId, element } from './dom.js';
+import { button, byId, element, why } from './dom.js';
 import { pathText, same, valueAt } from './history.js';
 import { si } from './numbers.js';
 
@@ -22,7 +22,9 @@ import { si } from './numbers.js';
  * @typedef {object} Context
  * @property {Catalogue} catalogue
  * @property {() => any} design
- * @property {() => any} original
+ * @property {(path: Path) => {value: any} | undefined} originally what stood there when the design came
+ * @property {(group: any) => any} originalOf a group as it came
+ * @property {() => [number, any][]} removed groups that came and are gone
  * @property {() => any} result the last estimate
  * @property {(path: Path, value: any) => void} set while something is typed
  * @property {(path: Path, value: any) => void} put at once, with a new look of the editor
@@ -30,6 +32,7 @@ import { si } from './numbers.js';
  */
 
 const kAtOnce = 100; // groups that are listed before somebody asks for more
+const kGrades = 'Grades other than the part’s';
 const kOthers = ['parameters', 'static', 'supplies', 'sequence', 'modes', 'thermal', 'battery', 'include', 'description'];
 
 /**
@@ -60,7 +63,7 @@ export class Editor {
     /** @type {Set<number>} */
     this.openGroups = new Set();
     /** @type {Set<string>} */
-    this.openSections = new Set(['Groups', 'Device and environment']);
+    this.openSections = new Set(['Groups', 'Device and environment', ...(Object.keys(context.design().device || {}).some(name => name !== 'part') ? [kGrades] : [])]);
     this.shown = kAtOnce;
     this.search = '';
     this.problem = '';
@@ -70,7 +73,7 @@ export class Editor {
   render() {
     const at = document.activeElement instanceof HTMLElement ? document.activeElement.dataset.key : undefined;
     this.root.replaceChildren(
-      this.#section('Device and environment', () => [this.#device(), this.#environment()]),
+      this.#section('Device and environment', () => [this.#device(), this.#section(kGrades, () => [this.#grades()], 'minor'), this.#environment()]),
       this.#section('Budgets, rails and regulators', () => [this.#budgets(), this.#rails()]),
       this.#section('Groups', () => this.#groups()),
       this.#section('All else, as JSON', () => [this.#others()]));
@@ -84,9 +87,9 @@ export class Editor {
     return [.../** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('[data-key]'))].find(n => n.dataset.key === key);
   }
 
-  /** @param {string} name @param {() => HTMLElement[]} fill */
-  #section(name, fill) {
-    const box = /** @type {HTMLDetailsElement} */ (element('details', { class: 'section', open: this.openSections.has(name) }, element('summary', {}, element('strong', {}, name))));
+  /** @param {string} name @param {() => HTMLElement[]} fill @param {string} kind */
+  #section(name, fill, kind = 'section') {
+    const box = /** @type {HTMLDetailsElement} */ (element('details', { class: kind, open: this.openSections.has(name) }, element('summary', {}, element('strong', {}, name))));
     const inside = element('div', { class: 'inside' });
     box.append(inside);
     if (box.open)
@@ -107,7 +110,7 @@ export class Editor {
   /**
    * A field of the design.
    * @param {Path} path
-   * @param {{label: string, unit?: string, fallback?: string, hint?: string, words?: string[], numbers?: number[], text?: boolean, list?: string, range?: [number, number, number]}} field
+   * @param {{label: string, unit?: string, fallback?: string, derived?: string, hint?: string, words?: string[], numbers?: number[], text?: boolean, list?: string, range?: [number, number, number]}} field
    */
   field(path, field) {
     const key = pathText(path);
@@ -115,9 +118,9 @@ export class Editor {
     const value = valueAt(this.context.design(), path);
     const shown = value === undefined ? '' : typeof value === 'string' ? value : JSON.stringify(value);
     const box = element('div', { class: 'field', 'data-field': key });
-    const reset = button('reset this', () => this.context.put(path, valueAt(this.context.original(), path)), { hidden: true, 'aria-label': `Reset ${field.label}`, 'data-reset': key });
+    const reset = button('reset this', () => this.context.put(path, this.context.originally(path)?.value), { hidden: true, 'aria-label': `Reset ${field.label}`, 'data-reset': key });
     const choices = field.words || field.numbers?.map(String);
-    const common = { id, 'data-key': key, title: field.hint, 'aria-describedby': 'e-' + key };
+    const common = { id, 'data-key': key, 'data-derived': field.derived, title: field.hint, 'aria-describedby': 'e-' + key };
     /** @type {HTMLElement} */
     let control;
     /** @type {HTMLInputElement | undefined} */
@@ -139,7 +142,9 @@ export class Editor {
         slider = /** @type {HTMLInputElement} */ (element('input', { type: 'range', class: 'range', min: String(least), max: String(most), step: String(step), 'aria-label': field.label + ', slider', 'data-slider': key }));
         slider.value = String(parseFloat(shown || field.fallback || '0'));
         const moved = slider;
-        slider.addEventListener('input', () => { input.value = moved.value; enter(moved.value); });
+        moved.classList.toggle('unset', !shown);
+        input.addEventListener('input', () => moved.classList.toggle('unset', !input.value));
+        slider.addEventListener('input', () => { input.value = moved.value; moved.classList.remove('unset'); enter(moved.value); });
         slider.addEventListener('change', () => this.context.settle());
       }
     }
@@ -154,6 +159,11 @@ export class Editor {
     const parts = element('datalist', { id: 'parts' }, ...this.context.catalogue.parts.map(part => element('option', { value: part })));
     fields.append(this.field(['name'], { label: 'Name of the design', text: true }), parts,
       this.field(['device', 'part'], { label: 'Part', text: true, list: 'parts', hint: 'An orderable part or a device; none: dynamic power only' }));
+    return fields;
+  }
+
+  #grades() {
+    const fields = element('div', { class: 'fields' });
     for (const [name, input] of Object.entries(this.context.catalogue.device)) {
       if (name !== 'part')
         fields.append(this.field(['device', name], { label: (name[0].toUpperCase() + name.slice(1)).replace(/(.)([A-Z])/g, (_, before, letter) => `${before} ${letter.toLowerCase()}`), text: true, words: input.words, fallback: 'by the part', hint: input.meaning }));
@@ -217,7 +227,7 @@ export class Editor {
         }
       });
       area.addEventListener('change', () => this.context.settle());
-      box.append(element('label', { for: area.id }, name), button('reset this', () => this.context.put([name], valueAt(this.context.original(), [name])), { hidden: true, 'data-reset': name, 'aria-label': `Reset ${name}` }),
+      box.append(element('label', { for: area.id }, name), button('reset this', () => this.context.put([name], this.context.originally([name])?.value), { hidden: true, 'data-reset': name, 'aria-label': `Reset ${name}` }),
         element('div', { class: 'value' }, area), error);
       fields.append(box);
     }
@@ -231,7 +241,25 @@ export class Editor {
     const list = element('div', {});
     search.addEventListener('input', () => { this.search = search.value; this.shown = kAtOnce; this.#list(list); this.follow(); });
     this.#list(list);
-    return [element('div', { class: 'bar-of-tools' }, search, button('Add a group', () => this.#menu(), { 'data-key': 'add' })), list];
+    return [element('div', { class: 'bar-of-tools' }, search, button('Add a group', () => this.#menu(), { 'data-key': 'add' })), list, ...this.#removed()];
+  }
+
+  // What has been taken out, to be put back.
+  #removed() {
+    const removed = this.context.removed();
+    if (!removed.length)
+      return [];
+    const back = (/** @type {number} */ place, /** @type {any} */ group) => {
+      const all = [...(this.context.design().groups || [])];
+      const to = Math.min(place, all.length);
+      all.splice(to, 0, group);
+      this.openGroups = new Set([...this.openGroups].map(at => at >= to ? at + 1 : at));
+      this.context.put(['groups'], all);
+      this.#find(`groups[${to}]`)?.focus();
+    };
+    return [element('ul', { class: 'removed', 'aria-label': 'Groups that have been removed' }, ...removed.slice(0, kAtOnce).map(([place, group]) =>
+      element('li', {}, element('span', {}, element('s', {}, String(group.name ?? group.block)), ' ', element('span', { class: 'markt' }, 'removed')),
+        button('put back', () => back(place, group), { 'aria-label': `Put back ${group.name ?? group.block}` }))))];
   }
 
   /** @param {HTMLElement} list */
@@ -258,7 +286,7 @@ export class Editor {
     const kind = this.#kind(group);
     const box = /** @type {HTMLDetailsElement} */ (element('details', { 'data-group': String(i), open: this.openGroups.has(i) },
       element('summary', { 'data-key': `groups[${i}]` }, element('span', { class: 'group' }, element('strong', { class: 'n' }, String(group?.name ?? group?.block ?? '')),
-        element('span', { class: 'soft k' }, kind ? kind.title : String(group?.block ?? 'no kind')), element('span', { class: 'w' })))));
+        element('span', { class: 'soft k' }, kind ? kind.title : String(group?.block ?? 'no kind'))))));
     const inside = element('div', { class: 'inside' });
     box.append(inside);
     const fill = () => inside.append(this.#actions(i), this.#inputs(i, kind));
@@ -274,7 +302,8 @@ export class Editor {
         this.follow();
       }
     });
-    return box;
+    // Its power is a button of its own, beside the line and not in it.
+    return element('div', { class: 'row' }, element('span', { class: 'w' }), box);
   }
 
   /** @param {number} i */
@@ -331,8 +360,8 @@ export class Editor {
       const path = ['groups', i, 'inputs', input.cell];
       const given = valueAt(this.context.design(), path);
       const derived = now.get(input.cell);
-      const fallback = derived && derived.origin !== 'design' && derived.value !== null ? `${derived.value}` : input.default;
-      fields.append(this.field(path, { label: `${input.cell}: ${input.meaning}`, unit: input.unit, fallback, text: input.type === 'string', words: input.words, numbers: input.numbers,
+      const fallback = fallbackOf(derived, input.default);
+      fields.append(this.field(path, { label: `${input.cell}: ${input.meaning}`, unit: input.unit, fallback, text: input.type === 'string', words: input.words, numbers: input.numbers, derived: input.cell,
         hint: input.legal, range: rangeOf(input, given ?? derived?.value) }));
     }
     if (!kind)
@@ -397,29 +426,47 @@ export class Editor {
    */
   follow(problem = this.problem) {
     const design = this.context.design();
-    const original = this.context.original();
     for (const box of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('[data-group]'))) {
       const i = Number(box.dataset.group);
       const group = design.groups?.[i];
       const result = this.#resultOf(i);
-      const before = original.groups?.find((/** @type {any} */ other) => other?.name === group?.name && other?.block === group?.block);
+      const before = this.context.originalOf(group);
       box.classList.toggle('changed', Boolean(before) && !same(before, group));
       box.classList.toggle('new', !before);
-      const watts = box.querySelector('.w');
-      if (watts)
-        watts.textContent = !result ? '' : result.onlyCarries ? 'carries' : si(result.watts, 'W');
+      const watts = box.previousElementSibling;
+      const amount = !result ? '' : result.onlyCarries ? 'carries' : si(result.watts, 'W');
+      const quantity = result && `group:${result.name}`;
+      if (watts && (watts.textContent !== amount || watts.querySelector('button')?.dataset.why !== quantity))
+        watts.replaceChildren(quantity ? why(quantity, amount) : '');
       const name = box.querySelector('.n');
-      if (name)
-        name.textContent = String(group?.name ?? group?.block ?? '');
+      if (box instanceof HTMLDetailsElement && box.open)
+        this.#derive(box, result);
+      const words = String(group?.name ?? group?.block ?? '');
+      if (name && name.textContent !== words)
+        name.textContent = words;
     }
     for (const reset of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('[data-reset]'))) {
       const path = pathOf(String(reset.dataset.reset));
-      const inGroup = path[0] === 'groups' && !same(design.groups?.length, original.groups?.length);
-      const changed = !inGroup && !same(valueAt(design, path), valueAt(original, path));
+      const came = this.context.originally(path);
+      const changed = came !== undefined && !same(valueAt(design, path), came.value);
       reset.hidden = !changed;
       reset.parentElement?.classList.toggle('changed', changed);
     }
     this.tell(problem);
+  }
+
+  /**
+   * What a group's empty fields come to by themselves.
+   * @param {HTMLElement} box
+   * @param {any} result
+   */
+  #derive(box, result) {
+    const now = new Map(result?.inputs.map((/** @type {any} */ input) => [input.cell, input]));
+    for (const control of /** @type {NodeListOf<HTMLInputElement>} */ (box.querySelectorAll('input[data-derived]'))) {
+      const fallback = fallbackOf(now.get(control.dataset.derived), control.placeholder);
+      if (control.placeholder !== fallback)
+        control.placeholder = fallback;
+    }
   }
 
   /**
@@ -428,7 +475,7 @@ export class Editor {
    */
   tell(problem) {
     this.problem = problem;
-    for (const error of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('.error[id]'))) {
+    for (const error of /** @type {NodeListOf<HTMLElement>} */ (this.root.querySelectorAll('.error[id]:not([hidden])'))) {
       error.hidden = true;
       this.#mark(error, false);
     }
@@ -454,6 +501,9 @@ export class Editor {
       control?.removeAttribute('aria-invalid');
   }
 }
+
+/** @param {any} derived what the estimate tells of an input @param {string} otherwise */
+const fallbackOf = (derived, otherwise) => derived && derived.origin !== 'design' && derived.value !== null ? `${derived.value}` : otherwise;
 
 /**
  * The place and the words of a message: "design.json:12: groups[2].inputs.X: words".

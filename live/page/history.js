@@ -52,12 +52,23 @@ export function same(a, b) {
   return a === b || JSON.stringify(a) === JSON.stringify(b);
 }
 
+/**
+ * The groups that are any: what was opened may hold anything.
+ * @param {Tree} design
+ * @returns {any[]}
+ */
+const groupsOf = design => (Array.isArray(design?.groups) ? design.groups : []).filter((/** @type {any} */ group) => group && typeof group === 'object');
+
 /** The design as it came and as it is, and the way between. */
 export class History {
   /** @param {Tree} design */
   constructor(design) {
     this.original = design;
     this.design = design;
+    /** @type {WeakMap<object, object>} the groups that came, by those that they have become */
+    this.came = new WeakMap();
+    for (const group of groupsOf(design))
+      this.came.set(group, group);
     /** @type {Tree[]} */
     this.before = [];
     /** @type {Tree[]} */
@@ -75,7 +86,49 @@ export class History {
       this.before.push(this.design);
     this.step = step;
     this.after = [];
+    this.#follow(design);
     this.design = design;
+  }
+
+  /**
+   * A group that is written anew at its place is still the same.
+   * @param {Tree} design
+   */
+  #follow(design) {
+    const before = groupsOf(this.design), after = groupsOf(design);
+    if (before.length !== after.length)
+      return; // what comes or goes is no group that was
+    after.forEach((group, i) => {
+      const came = !this.came.has(group) && this.came.get(before[i]);
+      if (came)
+        this.came.set(group, came);
+    });
+  }
+
+  /**
+   * A group as it came, whatever its name and place are now; undefined for a new one.
+   * @param {any} group
+   */
+  originalOf(group) {
+    return group && typeof group === 'object' ? this.came.get(group) : undefined;
+  }
+
+  /**
+   * What stood at a path when the design came; for a field of a group in the group that it was then.
+   * @param {Path} path
+   * @returns {{value: any} | undefined} nothing for what has been added
+   */
+  originally(path) {
+    if (path[0] !== 'groups' || path.length < 2)
+      return { value: valueAt(this.original, path) };
+    const came = this.originalOf(valueAt(this.design, path.slice(0, 2)));
+    return came && { value: valueAt(came, path.slice(2)) };
+  }
+
+  /** The groups that came and are no longer there, by their places then. @returns {[number, any][]} */
+  removed() {
+    const here = new Set(groupsOf(this.design).map((/** @type {any} */ group) => this.came.get(group)));
+    return [...groupsOf(this.original).entries()].filter(([, group]) => !here.has(group));
   }
 
   /** The next change is a step of its own. */

@@ -1,16 +1,16 @@
 import { byId } from './dom.js';
 import { Editor } from './editor.js';
+import { Explainer } from './explain.js';
 import { History, same, withValue } from './history.js';
 import { degrees } from './numbers.js';
-import { glance, showResults } from './results.js';
+import { glance, markSoon, showResults } from './results.js';
 
 const given = JSON.parse(byId('given').textContent || '{}');
 
 // ---- The models ----
 
 const worker = new Worker(URL.createObjectURL(new Blob([byId('model').textContent || ''], { type: 'text/javascript' })));
-const packed = Uint8Array.from(atob(byId('wasm').textContent || ''), letter => letter.charCodeAt(0));
-worker.postMessage({ module: packed.buffer }, [packed.buffer]);
+worker.postMessage({ module: byId('wasm').textContent });
 byId('wasm').remove();
 /** @type {Map<number, (answer: any) => void>} */
 const waiting = new Map();
@@ -35,6 +35,8 @@ let file = String(given.file || 'design.json');
 let history = new History({ groups: [] });
 /** @type {any} */
 let result;
+/** The design of the result. */
+let estimated = { file, text: '' };
 /** @type {any} of the design as it came */
 let first;
 let problem = '';
@@ -66,12 +68,15 @@ async function estimate() {
   do {
     stale = false;
     const asking = history;
-    const answer = await ask({ do: 'estimate', file, text: JSON.stringify(history.design) });
+    const design = { file, text: JSON.stringify(history.design) };
+    const answer = await ask({ do: 'estimate', ...design });
     if (asking !== history)
       continue; // another design has been opened
     problem = answer.error || '';
-    if (answer.estimate)
+    if (answer.estimate) {
       result = answer.estimate;
+      estimated = design;
+    }
   } while (stale);
   busy = false;
   if (!first)
@@ -92,7 +97,11 @@ function change(design, step) {
 const context = {
   catalogue: /** @type {any} */ (undefined),
   design: () => history.design,
-  original: () => history.original,
+  /** @param {import('./history.js').Path} path */
+  originally: path => history.originally(path),
+  /** @param {any} group */
+  originalOf: group => history.originalOf(group),
+  removed: () => history.removed(),
   result: () => result,
   /** @param {import('./history.js').Path} path @param {any} value */
   set: (path, value) => change(withValue(history.design, path, value), path.join('.')),
@@ -106,7 +115,9 @@ const context = {
 
 /** @param {string} name @param {string} text */
 async function open(name, text) {
-  const read = await ask({ do: 'read', file: name, text });
+  const [reading, estimating] = [ask({ do: 'read', file: name, text }), ask({ do: 'estimate', file: name, text })];
+  const knowing = context.catalogue || ask({ do: 'catalogue' }).then(answer => answer.catalogue); // while results are drawn
+  const read = await reading;
   if (read.error) {
     problem = read.error;
     show();
@@ -115,12 +126,13 @@ async function open(name, text) {
   file = name;
   history = new History(read.design);
   result = first = undefined;
-  const answer = await ask({ do: 'estimate', file, text });
+  const answer = await estimating;
   problem = answer.error || '';
   result = first = answer.estimate;
+  estimated = { file, text };
   show();
-  if (!context.catalogue)
-    context.catalogue = (await ask({ do: 'catalogue' })).catalogue;
+  performance.mark('results');
+  context.catalogue = await knowing;
   editor = new Editor(byId('design'), context);
   editor.render();
   show();
@@ -163,6 +175,8 @@ byId('open').addEventListener('click', () => chooser.click());
 byId('save').addEventListener('click', save);
 byId('print').addEventListener('click', () => print());
 addEventListener('keydown', event => {
+  if (document.querySelector('dialog[open]'))
+    return;
   const name = event.key.toLowerCase();
   const inField = event.target instanceof HTMLElement && event.target.matches('input, textarea, select');
   const act = event.ctrlKey || event.metaKey ? { z: event.shiftKey ? redo : undo, y: redo, s: save, o: () => chooser.click() }[name]
@@ -172,9 +186,18 @@ addEventListener('keydown', event => {
     act();
   }
 });
+addEventListener('resize', () => markSoon(byId('results')));
+const explainer = new Explainer(ask);
+document.addEventListener('click', event => {
+  const made = event.target instanceof Element ? event.target.closest('[data-why]') : null;
+  if (!(made instanceof HTMLElement))
+    return;
+  event.preventDefault(); // in a group's line it doesn't open the group
+  explainer.open(String(made.dataset.why), estimated);
+});
 byId('foot').textContent = 'The models and their data stand in this page: it loads nothing, and nothing leaves it.';
 
 // For those who drive the page by a program.
-Object.assign(globalThis, { zelmPage: { ask, open, context, undo, redo, design: () => history.design, result: () => result, problem: () => problem, file: () => file } });
+Object.assign(globalThis, { zelmPage: { ask, open, context, undo, redo, design: () => history.design, original: () => history.original, result: () => result, problem: () => problem, file: () => file } });
 
 open(file, String(given.text || '{"groups": []}'));

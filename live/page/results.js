@@ -1,4 +1,4 @@
-import { element, table } from './dom.js';
+import { element, table, why } from './dom.js';
 import { change, degrees, minus, percent, si } from './numbers.js';
 
 /** @typedef {any} Estimate what `zelm estimate --json` prints; `zelm schema --output` describes it */
@@ -8,6 +8,9 @@ const kAtOnce = 60; // rows of a table
 
 /** @param {Side} side */
 const runsAway = side => Boolean(side.thermal && !side.thermal.converged);
+
+/** @param {string} quantity @param {Side | undefined} side */
+const at = (quantity, side) => side?.process ? `${quantity}@${side.process}` : quantity;
 
 /** @param {number} value @param {Estimate | undefined} first @param {(estimate: Estimate) => number | null | undefined} of @param {(value: number) => string} shown */
 function delta(value, first, of, shown) {
@@ -49,10 +52,10 @@ function sides(data, first) {
     const add = (/** @type {string} */ name, /** @type {import('./dom.js').Child[]} */ ...value) => list.append(element('dt', {}, name), element('dd', {}, ...value));
     const watts = (/** @type {number} */ value) => si(value, 'W');
     if (s.process && !runsAway(s))
-      add('Junction', degrees(s.junctionTemperature), ...delta(s.junctionTemperature, first, was(side => side.junctionTemperature), degrees));
-    add('Dynamic', si(data.dynamicWatts, 'W'), ...delta(data.dynamicWatts, first, e => e.dynamicWatts, watts));
+      add('Junction', why(at('junction', s), degrees(s.junctionTemperature)), ...delta(s.junctionTemperature, first, was(side => side.junctionTemperature), degrees));
+    add('Dynamic', why('dynamic', si(data.dynamicWatts, 'W')), ...delta(data.dynamicWatts, first, e => e.dynamicWatts, watts));
     if (s.process && !runsAway(s))
-      add('Static', si(s.staticWatts, 'W'), ...delta(s.staticWatts, first, was(side => side.staticWatts), watts));
+      add('Static', why(at('static', s), si(s.staticWatts, 'W')), ...delta(s.staticWatts, first, was(side => side.staticWatts), watts));
     if (s.highestAmbientTemperature !== undefined)
       add('Highest ambient', degrees(s.highestAmbientTemperature));
     if (s.largestThetaJA)
@@ -62,14 +65,24 @@ function sides(data, first) {
     if (data.offchipWatts)
       add('Off the chip', si(data.offchipWatts, 'W'));
     return element('div', { class: 'side' }, element('h3', {}, s.process ? `Process ${s.process}${i === 0 ? ', the design’s' : ''}` : 'Dynamic power only'),
-      element('div', { class: 'figure' }, runsAway(s) ? 'Runaway' : si(s.totalWatts, 'W')), ...delta(s.totalWatts, first, was(side => side.totalWatts), watts), list);
+      element('div', { class: 'figure' }, why(at('total', s), runsAway(s) ? 'Runaway' : si(s.totalWatts, 'W'))), ...delta(s.totalWatts, first, was(side => side.totalWatts), watts), list);
   }));
+}
+
+/**
+ * What a budget holds to its limit, where it isn't modes' over their period.
+ * @param {Estimate} data @param {string} name @param {Side | undefined} side
+ */
+function budgeted(data, name, side) {
+  const rail = /^(?:current|regulator) of (.+)$/.exec(name)?.[1];
+  const quantity = name === 'total power' ? 'total' : name === 'junction temperature' || name === 'junction limit' ? 'junction' : side?.rails.some((/** @type {any} */ r) => r.rail === rail) ? `rail:${rail}` : '';
+  return (/** @type {string} */ text) => quantity && !data.period ? why(at(quantity, side), text) : text;
 }
 
 /** @param {Estimate} data */
 function budgets(data) {
   const shown = (/** @type {number | null | undefined} */ v) => v === null || v === undefined ? 'none' : minus(v.toFixed(3));
-  const rows = data.budgets.map((/** @type {any} */ b) => [b.name, element('span', { class: b.broken ? 'bad' : 'good' }, b.broken ? '✗ broken' : '✓ kept'), shown(b.actual), shown(b.otherActual), shown(b.limit), b.unit === 'degrees' ? '°C' : b.unit,
+  const rows = data.budgets.map((/** @type {any} */ b) => [b.name, element('span', { class: b.broken ? 'bad' : 'good' }, b.broken ? '✗ broken' : '✓ kept'), budgeted(data, b.name, data.sides[0])(shown(b.actual)), b.otherActual === undefined ? 'none' : budgeted(data, b.name, data.sides[1])(shown(b.otherActual)), shown(b.limit), b.unit === 'degrees' ? '°C' : b.unit,
     bar(piece(b.actual ?? b.limit, b.limit, b.broken ? 'over' : 'u'))]);
   return rows.length ? [section('Budgets and regulators', table('Against their limits, on both sides', ['Budget', 'Verdict', 'Actual', `At ${data.sides[1]?.process ?? 'other'}`, 'Limit', 'Unit', 'Used'], rows))] : [];
 }
@@ -80,14 +93,14 @@ function rails(data, first) {
   const rows = side.rails.filter((/** @type {any} */ r) => r.totalAmperes || r.powerUpAmperes).sort((/** @type {any} */ a, /** @type {any} */ b) => b.watts - a.watts);
   const most = Math.max(0, ...rows.map((/** @type {any} */ r) => r.watts || 0));
   const before = new Map(first.sides[0].rails.map((/** @type {any} */ r) => [r.rail, r]));
-  const at = (/** @type {string} */ rail) => data.sides[1]?.rails.find((/** @type {any} */ r) => r.rail === rail);
+  const other = (/** @type {string} */ rail) => data.sides[1]?.rails.find((/** @type {any} */ r) => r.rail === rail);
   const moved = (/** @type {any} */ r) => change(r.watts, before.get(r.rail)?.watts, v => si(v, 'W'));
   const anyMoved = rows.some(moved);
   // The model knows the power-up current for the worst case only.
-  const powerUp = (/** @type {any} */ r) => Math.max(r.powerUpAmperes ?? 0, at(r.rail)?.powerUpAmperes ?? 0);
+  const powerUp = (/** @type {any} */ r) => Math.max(r.powerUpAmperes ?? 0, other(r.rail)?.powerUpAmperes ?? 0);
   return rows.length ? [section('Rails', key(), table(`With process ${side.process || 'none'}; * the static current is part of another rail’s`,
     ['Rail', 'Volts', 'Current', ...(data.sides[1] ? [`At ${data.sides[1].process}`] : []), 'Power-up', 'Power', ...(anyMoved ? ['Change'] : []), 'Parts'],
-    rows.map((/** @type {any} */ r) => [r.rail + (r.staticCurrentInside ? ' *' : ''), r.volts.toFixed(3), si(r.totalAmperes, 'A'), ...(data.sides[1] ? [si(at(r.rail)?.totalAmperes, 'A')] : []), si(powerUp(r), 'A'), si(r.watts, 'W'),
+    rows.map((/** @type {any} */ r) => [r.rail + (r.staticCurrentInside ? ' *' : ''), r.volts.toFixed(3), why(at(`rail:${r.rail}`, side), si(r.totalAmperes, 'A')), ...(data.sides[1] ? [why(at(`rail:${r.rail}`, data.sides[1]), si(other(r.rail)?.totalAmperes, 'A'))] : []), si(powerUp(r), 'A'), si(r.watts, 'W'),
       ...(anyMoved ? [moved(r)] : []), bar(piece(r.staticWatts, most, 's'), piece(r.dynamicWatts, most, 'd'))])))] : [];
 }
 
@@ -111,7 +124,7 @@ function groups(data) {
   const rows = data.groups.filter((/** @type {any} */ g) => g.watts).sort((/** @type {any} */ a, /** @type {any} */ b) => b.watts - a.watts);
   const most = Math.max(0, ...rows.map((/** @type {any} */ g) => g.watts));
   return rows.length ? [section('Largest groups', table(`${Math.min(12, rows.length)} of ${data.groups.length} groups`, ['Group', 'Kind', 'Power', 'Share', 'Bar'],
-    rows.slice(0, 12).map((/** @type {any} */ g) => [g.name, g.block, si(g.watts, 'W'), percent(g.watts, data.totalWatts), bar(piece(g.watts, most, 'd'))])))] : [];
+    rows.slice(0, 12).map((/** @type {any} */ g) => [g.name, g.block, why(`group:${g.name}`, si(g.watts, 'W')), percent(g.watts, data.totalWatts), bar(piece(g.watts, most, 'd'))])))] : [];
 }
 
 /** @param {Estimate} data */
@@ -182,6 +195,33 @@ function provenance(data) {
     table('Data files', ['File', 'SHA-256'], data.dataFiles.map((/** @type {any} */ f) => [f.name, element('code', {}, f.sha256)]))));
 }
 
+/** @type {WeakMap<Element, string>} as which sections have been drawn */
+const drawn = new WeakMap();
+
+/**
+ * Sections take the place of those that look different; the others stay, with what people have opened in them.
+ * @param {HTMLElement} box
+ * @param {HTMLElement[]} sections
+ */
+function patch(box, sections) {
+  const old = [...box.children];
+  const next = sections.map(section => {
+    const markup = section.outerHTML;
+    const same = old.find(one => drawn.get(one) === markup);
+    if (!same)
+      drawn.set(section, markup);
+    return same || section;
+  });
+  for (const one of old) {
+    if (!next.includes(/** @type {HTMLElement} */ (one)))
+      one.remove();
+  }
+  next.forEach((section, i) => {
+    if (box.children[i] !== section)
+      box.insertBefore(section, box.children[i] || null);
+  });
+}
+
 /**
  * The results beside the design.
  * @param {HTMLElement} root
@@ -190,21 +230,28 @@ function provenance(data) {
  * @param {string} problem why these are not those of the design; empty if they are
  */
 export function showResults(root, data, first, problem) {
-  const scrolled = root.scrollTop;
-  const open = root.querySelector('details')?.open;
-  const box = element('div', { class: problem ? 'stale' : '' });
-  if (data)
-    box.append(element('h2', { class: 'unseen' }, 'Totals'), verdict(data), sides(data, first), ...warnings(data), ...budgets(data), ...rails(data, first), ...blocks(data), ...groups(data), ...curve(data), ...modes(data), ...utilisation(data), provenance(data));
-  root.replaceChildren(...(problem ? [element('div', { class: 'verdict bad', role: 'alert' }, element('p', {}, element('strong', {}, '✗ No estimate: '), problem), ...(data ? [element('p', { class: 'soft' }, 'Below is the last one that there was.')] : []))] : []), box);
-  const details = root.querySelector('details');
-  if (details && open)
-    details.open = true;
-  root.scrollTop = scrolled;
-  clearTimeout(marking);
-  marking = setTimeout(() => markScrolling(root), 300);
+  let box = /** @type {HTMLElement | null} */ (root.querySelector(':scope > .drawn-results'));
+  if (!box)
+    root.replaceChildren(box = element('div', { class: 'drawn-results' }));
+  const at = document.activeElement instanceof HTMLElement && root.contains(document.activeElement) ? document.activeElement.dataset.why : undefined;
+  box.classList.toggle('stale', Boolean(problem));
+  patch(box, data ? [element('h2', { class: 'unseen' }, 'Totals'), verdict(data), sides(data, first), ...warnings(data), ...budgets(data), ...rails(data, first), ...blocks(data), ...groups(data), ...curve(data), ...modes(data), ...utilisation(data), provenance(data)] : []);
+  root.querySelector(':scope > .problem')?.remove();
+  if (problem)
+    box.before(element('div', { class: 'problem verdict bad', role: 'alert' }, element('p', {}, element('strong', {}, '✗ No estimate: '), problem), ...(data ? [element('p', { class: 'soft' }, 'Below is the last one that there was.')] : [])));
+  // Where the keyboard was.
+  if (at && !root.contains(document.activeElement))
+    [.../** @type {NodeListOf<HTMLElement>} */ (root.querySelectorAll('[data-why]'))].find(one => one.dataset.why === at)?.focus();
+  markSoon(root);
 }
 
 let marking = 0;
+
+/** @param {HTMLElement} root */
+export function markSoon(root) {
+  clearTimeout(marking);
+  marking = setTimeout(() => markScrolling(root), 300);
+}
 
 /**
  * What scrolls sideways is a stop for the keyboard.
@@ -212,10 +259,12 @@ let marking = 0;
  */
 function markScrolling(root) {
   for (const node of root.querySelectorAll('.scroll')) {
-    if (node.scrollWidth > node.clientWidth + 1) {
-      node.setAttribute('tabindex', '0');
-      node.setAttribute('role', 'region');
-      node.setAttribute('aria-label', `${node.querySelector('caption')?.textContent}, scrolls sideways`);
+    const scrolls = node.scrollWidth > node.clientWidth + 1;
+    for (const [name, value] of [['tabindex', '0'], ['role', 'region'], ['aria-label', `${node.querySelector('caption')?.textContent}, scrolls sideways`]]) {
+      if (scrolls)
+        node.setAttribute(name, value);
+      else
+        node.removeAttribute(name);
     }
   }
 }

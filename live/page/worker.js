@@ -2,9 +2,19 @@
 // Behind the models' module, in a worker of its own: what takes time doesn't hold the page up.
 let models;
 
-async function start(bytes) {
+// It is compiled while it is unpacked.
+async function start(packed) {
+  const letters = atob(packed), bytes = new Uint8Array(letters.length);
+  for (let i = 0; i < bytes.length; ++i)
+    bytes[i] = letters.charCodeAt(i);
   const unpacked = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('gzip'));
-  return zelmModule({ wasmBinary: await new Response(unpacked).arrayBuffer() });
+  const compiled = await WebAssembly.compileStreaming(new Response(unpacked, { headers: { 'Content-Type': 'application/wasm' } }));
+  return zelmModule({
+    instantiateWasm(imports, ready) {
+      WebAssembly.instantiate(compiled, imports).then(instance => ready(instance));
+      return {};
+    },
+  });
 }
 
 onmessage = async ({ data }) => {

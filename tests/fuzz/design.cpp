@@ -18,6 +18,6 @@ void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
         host::jsonText(host::jsonReport(estimate));
         host::csvReport(estimate);
         host::junitReport(estimate);
-        host::htmlReport(estimate);
+        host::htmlReport(estimate, {});
     });
 }

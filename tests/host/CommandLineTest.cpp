@@ -362,7 +362,7 @@ TEST(OddNames, EveryFormStaysWellFormed)
     const auto json = nlohmann::json::parse(jsonText(jsonReport(estimate)), nullptr, false);
     ASSERT_FALSE(json.is_discarded());
     EXPECT_EQ(json["name"], validUtf8(odd));
-    const std::string html = htmlReport(estimate);
+    const std::string html = htmlReport(estimate, {});
     EXPECT_THAT(html, Not(HasSubstr("]]></script>")));
     EXPECT_EQ(validUtf8(html), html);
     const std::string csv = csvReport(estimate);

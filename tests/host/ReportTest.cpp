@@ -1,6 +1,8 @@
 #include "Designs.h"
 
 #include "host/base/Json.h"
+#include "host/report/HtmlNumbers.h"
+#include "host/report/HtmlPage.h"
 #include "host/report/Report.h"
 
 #include <cmath>
@@ -255,6 +257,70 @@ TEST(Report, BudgetsAreJudgedOnTheWorseSideUnlessOneIsNamed)
         EXPECT_EQ(budget.verdict(), row.verdict) << where;
         EXPECT_THAT(budget.words(), testing::StartsWith(std::string("power: ") + row.words)) << where;
     }
+}
+
+TEST(HtmlNumbers, HaveFourDigitsAndAPrefix)
+{
+    const double none = std::nan("");
+    EXPECT_EQ(htmlAmount(41.6854, "W"), "41.69 W");
+    EXPECT_EQ(htmlAmount(9.9996, "W"), "10.00 W");
+    EXPECT_EQ(htmlAmount(99.996, "W"), "100.0 W");
+    EXPECT_EQ(htmlAmount(-0.00123, "A"), "−1.230 mA");
+    EXPECT_EQ(htmlAmount(4.2e-15, "A"), "0.004 pA");
+    EXPECT_EQ(htmlAmount(0.0, "W"), "0.000 W");
+    EXPECT_EQ(htmlAmount(none, "W"), "no value");
+    EXPECT_EQ(htmlDegrees(-4.0), "−4.00 °C");
+    EXPECT_EQ(htmlDegrees(none), "none");
+    EXPECT_EQ(htmlShare(1.0, 8.0) + htmlShare(1.0, 0.0) + htmlShare(none, 1.0), "12.5 %");
+    EXPECT_EQ(htmlCount(999.0), "999");
+    EXPECT_EQ(htmlCount(1234567.0), "1\u202f234\u202f567");
+    EXPECT_EQ(htmlCount(1234.5), "1234.5");
+}
+
+TEST(HtmlNumbers, OfAColumnShareTheirUnitAndDecimals)
+{
+    // The largest, 32.9, has two digits in front of the point: three decimals make five digits of it.
+    const HtmlScale watts({0.004, 32.9, std::nan("")}, "W");
+    EXPECT_EQ(watts.unit(), "W");
+    EXPECT_EQ(watts.text(32.9), "32.900");
+    EXPECT_EQ(watts.text(0.004), "0.004");
+    EXPECT_EQ(watts.text(0.0004), "&lt; 0.001");
+    EXPECT_EQ(watts.text(0.0), "0.000");
+    EXPECT_EQ(watts.text(std::nan("")), "");
+    const HtmlScale amperes({0.0329}, "A");
+    EXPECT_EQ(amperes.unit() + " " + amperes.text(-0.0329), "mA −32.900");
+}
+
+TEST(HtmlTable, HoldsRowsWithTheirFoot)
+{
+    HtmlTable table{"a < b", {{"Rail", "t"}, {"Power, W"}}};
+    table.rows.push_back({{"<b>x</b>", "1"}, " class=\"default\""});
+    table.foot = {{"Total", "1"}};
+    EXPECT_EQ(
+        table.html(),
+        "<div class=\"scroll\"><table><caption>a &lt; b</caption><thead><tr><th class=\"t\" scope=\"col\">Rail</th>"
+        "<th scope=\"col\">Power, W</th></tr></thead><tbody>\n"
+        "<tr class=\"default\"><th class=\"t\" scope=\"row\"><b>x</b></th><td>1</td></tr>\n"
+        "</tbody><tfoot><tr><th class=\"t\" scope=\"row\">Total</th><td>1</td></tr>\n"
+        "</tfoot></table></div>\n");
+}
+
+TEST(HtmlReport, SaysWhereItComesFrom)
+{
+    const Estimate estimate = budgeted();
+    // The digest of "abc" is the standard's own example.
+    const Provenance made = provenanceOf(estimate.design, "/some/where/d&d.json", "abc");
+    EXPECT_EQ(made.file, "d&d.json");
+    EXPECT_EQ(made.sha256, "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(provenanceOf(estimate.design, "-", "abc").file, "standard input");
+    const std::string page = htmlReport(estimate, {"d&d.json", made.sha256, {{"part.json", "12ab"}}, "1971-01-02"});
+    for (const std::string& words :
+         {"<td class=\"t\">d&amp;d.json</td><td class=\"t\"><code>" + made.sha256 + "</code></td>",
+          std::string("<td class=\"t\">part.json</td><td class=\"t\"><code>12ab</code></td>"),
+          std::string("from d&amp;d.json, 1971-01-02."),
+          std::string("<title>a&lt;b &amp; &quot;c&quot;: power estimate</title>")})
+        EXPECT_THAT(page, HasSubstr(words));
+    EXPECT_EQ(page, htmlReport(estimate, {"d&d.json", made.sha256, {{"part.json", "12ab"}}, "1971-01-02"}));
 }
 
 } // namespace

@@ -61,8 +61,22 @@ export class Browser {
     await this.ask('Log.enable', {}, sessionId);
     await this.#watch(sessionId);
     await this.ask('Page.enable', {}, sessionId);
-    await this.ask('Emulation.setDeviceMetricsOverride', { width, height, deviceScaleFactor: 1, mobile: false }, sessionId);
+    await this.look(width, height);
     await this.ask('Page.navigate', { url }, sessionId);
+  }
+
+  /** How wide and high it shows pages, "light" or "dark". */
+  async look(width, height, scheme = 'light') {
+    await this.ask('Emulation.setDeviceMetricsOverride', { width, height, deviceScaleFactor: 1, mobile: false }, this.session);
+    await this.ask('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value: scheme }] }, this.session);
+  }
+
+  /** A key on the keyboard, by its name: "Enter", "ArrowRight". */
+  async press(key) {
+    const codes = { Enter: 13, Escape: 27, ArrowLeft: 37, ArrowUp: 38, ArrowRight: 39, ArrowDown: 40 };
+    const event = { key, code: key, windowsVirtualKeyCode: codes[key], ...(key === 'Enter' ? { text: '\r' } : {}) };
+    await this.ask('Input.dispatchKeyEvent', { type: 'keyDown', ...event }, this.session);
+    await this.ask('Input.dispatchKeyEvent', { type: 'keyUp', ...event }, this.session);
   }
 
   /** What an expression, or the promise that it gives, comes to. */

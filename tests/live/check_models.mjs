@@ -1,16 +1,20 @@
 // Sees that the live page's models give what the tool prints, byte for byte: for designs as they stand, and for as many
-// of each with some values changed at random, the same in every run.
+// of each with some values changed at random, the same in every run; estimates, and explanations of some quantities.
 // node check_models.mjs ZELM MODULE_FOLDER CHANGED DESIGN...
 import { execFileSync } from 'node:child_process';
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, readFileSync, rmSync, symlinkSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { basename, join, resolve } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { isDeepStrictEqual } from 'node:util';
 import { models } from './models.mjs';
 
 const [program, folder, changed, ...designs] = process.argv.slice(2);
 const zelm = resolve(program);
 const ask = await models(folder);
 const place = mkdtempSync(join(tmpdir(), 'zelm-live-'));
+// Explanations name data files, by the search list's folder: the models' is data.
+symlinkSync(fileURLToPath(new URL('../../data', import.meta.url)), join(place, 'data'));
 
 let seed = 20260101;
 const random = () => (seed = (Math.imul(seed, 1103515245) + 12345) >>> 0) / 2 ** 32;
@@ -47,25 +51,96 @@ function change(design) {
   }
 }
 
-function native(text, name) {
-  const file = join(place, name);
-  writeFileSync(file, text);
+function native(text, name, command = ['estimate', name, '--json']) {
+  writeFileSync(join(place, name), text);
   try {
-    return { json: execFileSync(zelm, ['estimate', name, '--json'], { cwd: place, encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'], maxBuffer: 1 << 28 }) };
+    return { json: execFileSync(zelm, command, { cwd: place, encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'], maxBuffer: 1 << 28, env: { ...process.env, QTA_DATADIR: 'data' } }) };
   } catch (failure) {
     return { error: failure.stderr.trim().split('\n').at(-1).replace(/^zelm: /, '') };
   }
 }
 
 function compare(text, name, what) {
-  const theirs = native(text, name);
   const ours = ask({ do: 'estimate', file: name, text, print: true });
+  const isThere = agree(native(text, name), ours, what, text);
+  // What the page gets is put together from what has changed and what hasn't.
+  if (isThere && !isDeepStrictEqual(ask({ do: 'estimate', file: name, text }).estimate, JSON.parse(ours.json)))
+    throw new Error(`${what}: the page gets another estimate than is printed, for ${text.slice(0, 2000)}`);
+  return isThere;
+}
+
+function agree(theirs, ours, what, text) {
   if (ours.json === theirs.json && (ours.error === undefined) === (theirs.error === undefined) && (!ours.error || ours.error === theirs.error))
     return theirs.json !== undefined;
-  const [a, b] = [ours.json ?? ours.error ?? '', theirs.json ?? theirs.error ?? ''].map(t => t.split('\n'));
-  const line = a.findIndex((one, i) => one !== b[i]);
-  console.error(`${what}: line ${line + 1} of the models is\n${a[line]}\nof the tool\n${b[line]}\nfor ${text.slice(0, 2000)}`);
+  const [a, b] = [ours.json ?? ours.error ?? '', theirs.json ?? theirs.error ?? ''];
+  let at = 0;
+  while (a[at] === b[at])
+    ++at;
+  const near = all => all.slice(Math.max(0, at - 300), at + 100);
+  console.error(`${what}: at ${at} the models say\n${near(a)}\nthe tool\n${near(b)}\nfor ${text.slice(0, 2000)}`);
   process.exit(1);
+}
+
+// What each node of a tree says, by its name: of those that it takes only which they are. Which of two cells in one call a
+// formula reads first is the compiler's choice.
+function net(node, known = new Map()) {
+  const name = one => JSON.stringify([one.quantity, one.group, one.block, one.cell, one.process]);
+  const sorted = list => list.map(one => JSON.stringify(one)).sort();
+  if (!node.repeats) {
+    const { operands, term, sources, lookUps, ...own } = node;
+    const takes = operands.map(({ term, ...one }) => [name(one), term, one.value]);
+    known.set(name(node), [own, sorted(takes), sorted(lookUps), sorted(sources ?? [])]);
+  }
+  for (const operand of node.operands)
+    net(operand, known);
+  return known;
+}
+
+let alike = 0, toTheByte = 0;
+
+function compareExplanation(text, name, quantity) {
+  const theirs = native(text, name, ['explain', name, quantity, '--json']);
+  const ours = ask({ do: 'explain', file: name, text, quantity, print: true });
+  ++alike;
+  if (ours.json === undefined || ours.json === theirs.json) {
+    agree(theirs, ours, `${name}, explain ${quantity}`, text);
+    ++toTheByte;
+    return;
+  }
+  const [a, b] = [ours.json, theirs.json].map(json => net(JSON.parse(json)));
+  for (const node of new Set([...a.keys(), ...b.keys()])) {
+    if (!isDeepStrictEqual(a.get(node), b.get(node)))
+      throw new Error(`${name}, explain ${quantity}: ${node} is in the models\n${JSON.stringify(a.get(node))}\nin the tool\n${JSON.stringify(b.get(node))}`);
+  }
+}
+
+// All that a total comes from, and quantities of each kind; some that there are not.
+function compareExplanations(text, name) {
+  const { groups, sides } = ask({ do: 'estimate', file: name, text }).estimate;
+  const asked = [`total@${sides.at(-1).process}`, 'dynamic', 'static', 'junction', 'rail:VCCINT', 'group:nobody', 'total@BEST'];
+  const largest = [...groups].sort((a, b) => b.watts - a.watts)[0];
+  if (largest) {
+    const input = largest.inputs.find(one => typeof one.value === 'number')?.cell ?? 'NONE';
+    asked.push(...[largest, groups.at(-1)].map(group => `group:${group.name}`), `group:${largest.name}.${largest.outputs[0]?.cell ?? input}`, `group:${largest.name}.${input}`);
+  }
+  for (const quantity of asked)
+    compareExplanation(text, name, quantity);
+}
+
+// Where the page opens a tree step by step it shows what stands in the whole.
+function compareSteps(text, name) {
+  const step = more => ask({ do: 'explain', file: name, text, quantity: 'total', ...more }).explanation;
+  const whole = step({ depth: 4 });
+  const path = [];
+  for (let node = whole; node.operands.length; node = node.operands.at(-1)) {
+    const alone = step({ path, depth: 1 });
+    const told = ({ cell, quantity, group, value }) => JSON.stringify([cell, quantity, group, value]);
+    if (told(alone) !== told(node) || alone.formula !== node.formula || alone.operands.map(told).join() !== node.operands.map(told).join())
+      throw new Error(`${name}: step ${path} is ${told(alone)}, in the whole ${told(node)}`);
+    path.push(node.operands.length - 1);
+    if (path.length === 4)
+      return;
+  }
 }
 
 try {
@@ -74,6 +149,8 @@ try {
     const name = basename(file), text = readFileSync(file, 'utf8');
     if (!compare(text, name, name))
       throw new Error(`${name} has no estimate`);
+    compareExplanations(text, name);
+    compareSteps(text, name);
     const read = ask({ do: 'read', file: name, text }).design;
     let design = structuredClone(read);
     for (let i = 0; i < Number(changed); ++i) {
@@ -90,7 +167,7 @@ try {
   }
   if (estimated < refused)
     throw new Error(`only ${estimated} changed designs have an estimate, ${refused} don't`);
-  console.log(`${designs.length} designs and ${estimated} changed ones agree byte for byte, ${refused} are refused alike`);
+  console.log(`${designs.length} designs and ${estimated} changed ones agree byte for byte, ${refused} are refused alike; of ${alike} explanations ${toTheByte} do, the others but for the order in which formulas read cells`);
 } finally {
   rmSync(place, { recursive: true });
 }
