@@ -103,7 +103,7 @@ private:
     std::vector<bool> m_stale;                       // the same
     RunningGroups m_running;
     std::vector<RailLoad> m_railLoads;
-    double m_loadedWatts = 0.0; // on all rails
+    double m_loadedWatts = 0.0;               // on all rails
     std::vector<std::size_t> m_placesOfLoads; // of each contribution's rail among those, when they were last added up
     bool m_carriesOthers = true;              // than before, between groups
     bool m_readsOthers = true;                // of groups, where all of them are looked at
