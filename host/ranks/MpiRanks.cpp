@@ -8,12 +8,15 @@
 
 #include <mpi.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <fcntl.h>
+#include <future>
 #include <limits>
 #include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 #include <unistd.h>
@@ -28,10 +31,15 @@ constexpr int kTagOfEnd = 0;
 // Pieces that a rank has at once, so that the next one is there when one is done.
 constexpr unsigned kPiecesPerRank = 2;
 
-// MPI's own calls wait by spinning, which takes a processor from those who work.
-void rest()
+using Clock = std::chrono::steady_clock;
+
+// MPI's own calls wait by spinning, which takes a processor from those who work. What has been waited for long may take
+// some more.
+void rest(Clock::duration waited = {})
 {
-    std::this_thread::sleep_for(std::chrono::microseconds(100));
+    constexpr Clock::duration shortest = std::chrono::microseconds(100);
+    constexpr Clock::duration longest = std::chrono::milliseconds(2);
+    std::this_thread::sleep_for(std::clamp(waited / 16, shortest, longest));
 }
 
 class MpiRanks final : public Ranks {
@@ -119,8 +127,9 @@ private:
             MPI_Send(&index, 1, MPI_UINT64_T, rank, tag, MPI_COMM_WORLD);
         }
         std::string answer;
+        const Clock::time_point begin = Clock::now();
         while (!receive(rank, tag, answer))
-            rest();
+            rest(Clock::now() - begin);
         const char outcome = answer.front();
         answer.erase(0, 1);
         if (outcome == 'e')
@@ -146,26 +155,20 @@ private:
         return true;
     }
 
-    // Works on what the first rank sends, until it says that there is no more.
-    static void follow(const MakePieceWork& makeWork)
+    // Works on what the first rank sends, until it says that there is no more. What has come of a piece is on its way
+    // while the next is done.
+    void follow(const MakePieceWork& makeWork)
     {
         PieceWork work;
-        while (true) {
-            std::uint64_t index = 0;
-            MPI_Status status;
-            int isThere = 0;
-            for (MPI_Iprobe(0, MPI_ANY_TAG, MPI_COMM_WORLD, &isThere, &status); !isThere;
-                 MPI_Iprobe(0, MPI_ANY_TAG, MPI_COMM_WORLD, &isThere, &status))
-                rest();
-            MPI_Recv(&index, 1, MPI_UINT64_T, 0, status.MPI_TAG, MPI_COMM_WORLD, MPI_STATUS_IGNORE);
-            if (index == kNoMore)
-                return;
+        std::future<void> sending;
+        int tag = 0;
+        while (const std::optional<std::uint64_t> index = nextPiece(tag)) {
             std::string answer;
             char outcome = 'r';
             try {
                 if (!work)
                     work = makeWork();
-                answer = work(index);
+                answer = work(*index);
             } catch (const Error& error) {
                 outcome = 'e';
                 answer = error.what();
@@ -174,11 +177,51 @@ private:
                 answer = error.what();
             }
             answer.insert(answer.begin(), outcome);
-            MPI_Request request = MPI_REQUEST_NULL;
-            MPI_Isend(answer.data(), static_cast<int>(answer.size()), MPI_CHAR, 0, status.MPI_TAG, MPI_COMM_WORLD,
-                      &request);
-            finish(request);
+            if (sending.valid())
+                sending.get();
+            sending = std::async(std::launch::async, [this, tag, bytes = std::move(answer)] { send(bytes, tag); });
         }
+    }
+
+    // Nothing if there is no more.
+    std::optional<std::uint64_t> nextPiece(int& tag)
+    {
+        std::uint64_t index = 0;
+        while (!receivePiece(index, tag))
+            rest();
+        return index == kNoMore ? std::nullopt : std::optional(index);
+    }
+
+    bool receivePiece(std::uint64_t& index, int& tag)
+    {
+        const std::lock_guard lock(m_mutex);
+        MPI_Status status;
+        int isThere = 0;
+        MPI_Iprobe(0, MPI_ANY_TAG, MPI_COMM_WORLD, &isThere, &status);
+        if (!isThere)
+            return false;
+        tag = status.MPI_TAG;
+        MPI_Recv(&index, 1, MPI_UINT64_T, 0, tag, MPI_COMM_WORLD, MPI_STATUS_IGNORE);
+        return true;
+    }
+
+    void send(const std::string& bytes, int tag)
+    {
+        MPI_Request request = MPI_REQUEST_NULL;
+        {
+            const std::lock_guard lock(m_mutex);
+            MPI_Isend(bytes.data(), static_cast<int>(bytes.size()), MPI_CHAR, 0, tag, MPI_COMM_WORLD, &request);
+        }
+        while (!isDone(request))
+            rest();
+    }
+
+    bool isDone(MPI_Request& request)
+    {
+        const std::lock_guard lock(m_mutex);
+        int done = 0;
+        MPI_Test(&request, &done, MPI_STATUS_IGNORE);
+        return done != 0;
     }
 
     int m_rank = 0;
