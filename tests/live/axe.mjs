@@ -1,7 +1,8 @@
 // What axe-core finds in a page that a browser shows.
 import { readFileSync } from 'node:fs';
+import { gunzipSync } from 'node:zlib';
 
-const axe = readFileSync(new URL('vendor/axe.min.js', import.meta.url), 'utf8');
+const axe = gunzipSync(readFileSync(new URL('vendor/axe.min.js.gz', import.meta.url))).toString();
 
 /** What hinders people seriously, or worse, a line each; in all of the page, or within what a selector names. */
 export async function hindrances(browser, within = 'html') {

@@ -3,6 +3,7 @@
 without scripts, with the JSON.
 
 check_report.py ZELM CHROMIUM DESIGN..."""
+import gzip
 import hashlib
 import html.parser
 import json
@@ -281,7 +282,7 @@ def agrees(shown, heading, value):
 
 OFFLINE = ["--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-sync",
            "--disable-background-networking", "--disable-component-update", "--host-resolver-rules=MAP * ~NOTFOUND"]
-AXE = pathlib.Path(__file__).parent.parent / "live/vendor/axe.min.js"
+AXE = pathlib.Path(__file__).parent.parent / "live/vendor/axe.min.js.gz"
 LARGE = "vision.json"  # whose summary is printed
 
 
@@ -509,7 +510,7 @@ def check_all(zelm, chromium, designs):
                 count = pages(chromium, folder / f"{i}.html", folder)
                 assert count in (1, 2), f"the summary of {design} takes {count} pages"
         reports = json.dumps([f"{i}.html" for i in range(len(designs))])
-        axe = json.dumps(AXE.read_text()).replace("<", "\\u003c")
+        axe = json.dumps(gzip.decompress(AXE.read_bytes()).decode()).replace("<", "\\u003c")
         (folder / "frame.html").write_text(FRAME.replace("REPORTS", reports).replace("AXE", axe))
         frame = browse(chromium, folder / "frame.html", folder / "profile")
     complaints = [line for line in frame.stderr.splitlines() if "CONSOLE" in line]
