@@ -98,7 +98,7 @@ void WarningCounts::addRow(const Row& later)
 std::string warningLine(const WarningCounts::Row& row, std::size_t points)
 {
     return fmt::format("{} (at {} of {} points{})", shown(row.text), row.points, points,
-                       row.isSame ? "" : ", in the first");
+                       row.isSame ? "" : ", numbers of the first");
 }
 
 } // namespace zelm::host

@@ -45,7 +45,7 @@ private:
     std::size_t m_others = 0;
 };
 
-/// A row as a line of a report: "... (at 3 of 64 points, in the first)".
+/// A row as a line of a report: "... (at 3 of 64 points, numbers of the first)".
 std::string warningLine(const WarningCounts::Row& row, std::size_t points);
 
 /// The text with each number outside of quotes as a #: digits in words, VCCO18, are no numbers.

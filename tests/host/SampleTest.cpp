@@ -580,8 +580,8 @@ TEST_F(SampleTest, PointsThatWarnAreCounted)
     EXPECT_FALSE(row.isSame) << row.text;
     EXPECT_THAT(row.text, testing::MatchesRegex("process ...: the junction temperature of 1.* degrees is outside the "
                                                 "characterisation \\(-40 to 125\\)"));
-    EXPECT_THAT(sampleText(sample, Paint()), HasSubstr(row.text + " (at 24 of 64 points, in the first)"));
-    EXPECT_THAT(sampleHtml(sample), HasSubstr("(at 24 of 64 points, in the first)</li>"));
+    EXPECT_THAT(sampleText(sample, Paint()), HasSubstr(row.text + " (at 24 of 64 points, numbers of the first)"));
+    EXPECT_THAT(sampleHtml(sample), HasSubstr("(at 24 of 64 points, numbers of the first)</li>"));
     EXPECT_EQ(sampleJson(sample)["warnings"][0], (Json{{"text", row.text}, {"points", 24}}));
     EXPECT_THAT(sampleHtml(of(wires(R"({"low": 100, "high": 300})"), wish(64))), Not(HasSubstr("Warnings")));
 }
@@ -599,7 +599,7 @@ TEST(WarningCountsTest, WarningsThatDifferInNumbersAloneAreOne)
     later.add({"rail VCCO33", "uses 7 LUT"});
     counts.addLater(later);
     ASSERT_EQ(counts.rows().size(), 3u);
-    EXPECT_EQ(warningLine(counts.rows()[0], 4), "uses 5 LUT (at 2 of 4 points, in the first)");
+    EXPECT_EQ(warningLine(counts.rows()[0], 4), "uses 5 LUT (at 2 of 4 points, numbers of the first)");
     EXPECT_EQ(warningLine(counts.rows()[1], 4), "rail VCCO18 (at 2 of 4 points)");
     EXPECT_EQ(warningLine(counts.rows()[2], 4), "rail VCCO33 (at 1 of 4 points)");
     for (int i = 0; i < 1200; ++i)
