@@ -5,7 +5,7 @@ target_compile_options(
   INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
             $<$<BOOL:${ZELM_WARNINGS_AS_ERRORS}>:-Werror>
             # The compiler sweeps its memory less often, which takes a tenth of its time.
-            $<$<CXX_COMPILER_ID:GNU>:--param=ggc-min-heapsize=524288>
+            $<$<CXX_COMPILER_ID:GNU>:--param=ggc-min-heapsize=1048576>
             # GCC 12 sees uninitialised captures in inlined lambdas where there are none.
             $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>
             # The last bit counts: no fused steps, and the C library's own functions in place of the compiler's ideas of

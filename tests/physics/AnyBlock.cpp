@@ -1,81 +1,63 @@
 #include "AnyBlock.h"
 
+#include "contract/AllBlocks.h"
 #include "support/DataDirectory.h"
 
-#include "BlockHeaders.h"
-
 #include <algorithm>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
 namespace zelm::test {
 
-namespace {
+AnyBlock::AnyBlock(const Block& block) : m_block(block), m_params(block.makeParams()) {}
 
-template <class Model>
-class BlockOf final : public AnyBlock {
-    using Params = typename Model::Params;
-    using Type = ZelmCellInfo::Type;
-
-    static Type typeOf(std::string_view cell)
-    {
-        for (const ZelmCellInfo& info : Params::cells()) {
-            if (info.name == cell)
-                return info.type;
-        }
-        throw std::out_of_range("no cell " + std::string(cell));
-    }
-
-public:
-    void set(const Setting& setting) override
-    {
-        const std::string name(setting.cell);
-        switch (typeOf(name)) {
-        case Type::integer:
-            m_params[Params::string_to_int_enum(name)] = static_cast<int>(std::get<double>(setting.value));
-            break;
-        case Type::real:
-            m_params[Params::string_to_float_enum(name)] = static_cast<float>(std::get<double>(setting.value));
-            break;
-        case Type::text:
-            m_params[Params::string_to_string_enum(name)] = std::get<const char*>(setting.value);
-            break;
-        }
-    }
-
-    void calculate() override
-    {
-        static const bool shipped = [] {
-            const DataDirVariable variable(shippedDataDirectory());
-            return Model::Data::getMutableGlobal().reset();
-        }();
-        static_cast<void>(shipped);
-        Model::getGlobal().calculate(m_params);
-    }
-
-    double number(const std::string& cell) const override
-    {
-        if (typeOf(cell) == Type::integer)
-            return m_params[Params::string_to_int_enum(cell)];
-        return static_cast<double>(m_params[Params::string_to_float_enum(cell)]);
-    }
-
-    std::string text(const std::string& cell) const override
-    {
-        return m_params[Params::string_to_string_enum(cell)];
-    }
-
-private:
-    Params m_params;
-};
-
-template <class Model>
-Kind describe(std::string_view name)
+ZelmCellInfo::Type AnyBlock::typeOf(std::string_view cell) const
 {
-    return {name, Model::Params::cells(), [] { return std::unique_ptr<AnyBlock>(std::make_unique<BlockOf<Model>>()); }};
+    for (const ZelmCellInfo& info : m_block.cells()) {
+        if (info.name == cell)
+            return info.type;
+    }
+    throw std::out_of_range("no cell " + std::string(cell));
 }
 
-} // namespace
+void AnyBlock::set(const Setting& setting)
+{
+    const std::string name(setting.cell);
+    switch (typeOf(name)) {
+    case Block::Type::integer:
+        m_block.intCell(*m_params, name) = static_cast<int>(std::get<double>(setting.value));
+        break;
+    case Block::Type::real:
+        m_block.floatCell(*m_params, name) = static_cast<float>(std::get<double>(setting.value));
+        break;
+    case Block::Type::text:
+        m_block.stringCell(*m_params, name) = std::get<const char*>(setting.value);
+        break;
+    }
+}
+
+void AnyBlock::calculate()
+{
+    static std::set<const Block*> loaded;
+    if (loaded.insert(&m_block).second) {
+        const DataDirVariable variable(shippedDataDirectory());
+        m_block.reload();
+    }
+    m_block.calculate(*m_params);
+}
+
+double AnyBlock::number(const std::string& cell) const
+{
+    if (typeOf(cell) == Block::Type::integer)
+        return m_block.intCell(*m_params, cell);
+    return static_cast<double>(m_block.floatCell(*m_params, cell));
+}
+
+std::string AnyBlock::text(const std::string& cell) const
+{
+    return m_block.stringCell(*m_params, cell);
+}
 
 std::ostream& operator<<(std::ostream& out, const Setting& setting)
 {
@@ -113,12 +95,19 @@ const ZelmCellInfo& Kind::cell(std::string_view wanted) const
     return *found;
 }
 
+AnyBlock Kind::create() const
+{
+    return AnyBlock(block);
+}
+
 std::span<const Kind> kinds()
 {
-    static const std::vector<Kind> all{
-#define BLOCK(name, subsystem, title) describe<ZelmOrvane##name##Model>(#name),
-#include ZELM_BLOCK_LIST
-    };
+    static const std::vector<Kind> all = [] {
+        std::vector<Kind> described;
+        for (const BlockRow& row : allBlocks())
+            described.push_back({row.name, row.block.cells(), row.block});
+        return described;
+    }();
     return all;
 }
 
@@ -143,12 +132,12 @@ double baseUnits(std::string_view unit)
 double calculated(std::string_view block, const Settings& inputs, const std::vector<const char*>& outputs)
 {
     const Kind& chosen = kind(block);
-    const auto instance = chosen.create();
-    instance->set(inputs);
-    instance->calculate();
+    AnyBlock instance = chosen.create();
+    instance.set(inputs);
+    instance.calculate();
     double sum = 0.0;
     for (const char* output : outputs)
-        sum += instance->inBaseUnit(chosen.cell(output));
+        sum += instance.inBaseUnit(chosen.cell(output));
     return sum;
 }
 

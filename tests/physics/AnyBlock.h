@@ -1,5 +1,6 @@
 #pragma once
 
+#include "contract/Block.h"
 #include "framework/ZelmInfo.h"
 
 #include <memory>
@@ -25,23 +26,30 @@ std::string show(const Settings& settings);
 /// A parameter block of a kind that is chosen at run time, with the shipped data behind it.
 class AnyBlock {
 public:
-    virtual ~AnyBlock() = default;
-    virtual void set(const Setting& setting) = 0;
-    virtual void calculate() = 0;
-    virtual double number(const std::string& cell) const = 0;
-    virtual std::string text(const std::string& cell) const = 0;
+    explicit AnyBlock(const Block& block);
 
+    void set(const Setting& setting);
     void set(const Settings& settings);
+    void calculate();
+    double number(const std::string& cell) const;
+    std::string text(const std::string& cell) const;
     /// An output in watts or amperes, whatever unit its cell has; plain numbers as they are.
     double inBaseUnit(const ZelmCellInfo& cell) const;
+
+private:
+    ZelmCellInfo::Type typeOf(std::string_view cell) const;
+
+    const Block& m_block;
+    std::unique_ptr<ZelmParams> m_params;
 };
 
 /// A resource kind.
 struct Kind {
     std::string_view name;
     std::span<const ZelmCellInfo> cells;
-    std::unique_ptr<AnyBlock> (*create)();
+    const Block& block;
 
+    AnyBlock create() const;
     const ZelmCellInfo& cell(std::string_view wanted) const;
 };
 

@@ -220,13 +220,13 @@ TEST(Probes, CoverEveryBlock)
 
 TEST(Probes, TheBlocksOfTextAnswer)
 {
-    const auto config = kind("DspConfig").create();
-    config->set({{"DSP_MODE", "27x24 + 58"}});
-    config->calculate();
-    EXPECT_EQ(config->text("DSP_MODE_USED"), "27x24 + 58");
-    const auto parts = kind("Parts").create();
-    parts->calculate();
-    EXPECT_EQ(parts->text("IS_PART_SUPPORTED"), "Yes");
+    AnyBlock config = kind("DspConfig").create();
+    config.set({{"DSP_MODE", "27x24 + 58"}});
+    config.calculate();
+    EXPECT_EQ(config.text("DSP_MODE_USED"), "27x24 + 58");
+    AnyBlock parts = kind("Parts").create();
+    parts.calculate();
+    EXPECT_EQ(parts.text("IS_PART_SUPPORTED"), "Yes");
 }
 
 } // namespace
