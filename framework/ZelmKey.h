@@ -32,8 +32,8 @@ public:
             m_hash = m_hash * powers[4] + (high + low);
             m_shift *= powers[4];
         }
-        for (const char character : text.substr(inFours)) {
-            m_hash = m_hash * base + code(character);
+        for (std::size_t at = inFours; at < text.size(); ++at) {
+            m_hash = m_hash * base + code(text[at]);
             m_shift *= base;
         }
     }

@@ -23,7 +23,7 @@ public:
     [[gnu::always_inline]] operator const Key&() const // NOLINT(google-explicit-constructor)
     {
         if (m_key.text().data() != m_text.data() || m_key.text().size() != m_text.size()) [[unlikely]]
-            makeKey();
+            makeKey(m_key, m_text);
         return m_key;
     }
     operator std::string_view() const // NOLINT(google-explicit-constructor)
@@ -35,16 +35,16 @@ public:
         return m_text;
     }
 
-    friend bool operator==(const PulledText& a, std::string_view b)
+    [[gnu::always_inline]] friend bool operator==(const PulledText& a, std::string_view b)
     {
         return a.m_text == b;
     }
 
 private:
     // Apart, so that what mostly happens is short enough to stand where it is needed.
-    [[gnu::noinline]] void makeKey() const
+    [[gnu::noinline]] static void makeKey(Key& key, const std::string& text)
     {
-        m_key = Key(m_text);
+        key = Key(text);
     }
 
     const std::string& m_text;
@@ -143,7 +143,7 @@ protected:
 
 private:
     template <class Cell, class Slot>
-    Slot& pull(Cell cell, Slot& slot) const
+    [[gnu::always_inline]] Slot& pull(Cell cell, Slot& slot) const
     {
         if (m_watcher) [[unlikely]]
             return watchedPull(cell, slot);
