@@ -39,38 +39,38 @@ struct ZelmOrvanePartsModel::Sheet : zelm::Sheet<ZelmOrvanePartsModel> {
 
     // FIND counts from 0 and the cuts subtract 1 as if it counted from 1, so they end one character short of the
     // underscore; kept: the first keys of RESOURCE_DATA have the form that these cuts give.
-    static std::string leftOfUnderscore(const std::string& text)
+    static std::string_view leftOfUnderscore(std::string_view text)
     {
-        return LEFT(text, FIND("_", text, 0) - 1);
+        return zelm::left(text, zelm::find("_", text, 0) - 1);
     }
 
-    std::string computeDevice() const
+    std::string_view computeDevice() const
     {
-        return leftOfUnderscore(std::string(PartSelection()));
+        return leftOfUnderscore(PartSelection());
     }
 
-    std::string computeRightOfDevice() const
+    std::string_view computeRightOfDevice() const
     {
-        const std::string part(PartSelection());
-        return RIGHT(part, LEN(part) - FIND("_", part, 0));
+        const Text part = PartSelection();
+        return zelm::right(part, zelm::length(part) - zelm::find("_", part, 0));
     }
 
-    std::string computePackage() const
+    std::string_view computePackage() const
     {
         // The text begins with the underscore itself, so the cut is of length -1 and gives nothing.
-        return leftOfUnderscore(std::string(RightOfDevice()));
+        return leftOfUnderscore(RightOfDevice());
     }
 
-    std::string computeDevicePackage() const
+    zelm::Composed computeDevicePackage() const
     {
-        const Key& device = Device();
-        const Key& package = Package();
-        return std::string(device) + "_" + std::string(package);
+        const Text device = Device();
+        const Text package = Package();
+        return zelm::Composed{device, "_", package};
     }
 
     std::string_view computeIsPartSupported() const
     {
-        const Key& family = DeviceFamily();
+        const Text family = DeviceFamily();
         const Key& part = PartSelection();
         const auto* const last = std::end(kSeries) - 1;
         const auto* const series =

@@ -53,19 +53,20 @@ struct ZelmDspIntegerSheet : ZelmDspSheet<Model> {
     using ZelmDspSheet<Model>::MIN;
     using typename ZelmDspSheet<Model>::Component;
     using typename ZelmDspSheet<Model>::Key;
+    using typename ZelmDspSheet<Model>::Text;
 
     /// Of the real slices. The complex ones have two stages instead of one.
     static constexpr auto components = zelm::dspComponents(Component::complex, Component::cascDelay);
     // kept: the complex stage counts half among the rates, and whole in the sum of currents that divides them
     static constexpr auto aggregate = zelm::dspAggregate({{Component::complex, 0.5f}, {Component::cascDelay, 1.0f}});
 
-    std::string computeDspUsage() const
+    zelm::Composed computeDspUsage() const
     {
-        const Key& multUsed = self().MultUsed();
-        const Key& mregUsed = self().MregUsed();
-        const Key& preaddUsed = self().PreaddUsed();
-        const Key& adregUsed = self().AdregUsed();
-        return zelm::dspUsage({"MULT_", multUsed, "_MREG_", mregUsed, "_PREADD_", preaddUsed, "_ADREG_", adregUsed});
+        const Text multUsed = self().MultUsed();
+        const Text mregUsed = self().MregUsed();
+        const Text preaddUsed = self().PreaddUsed();
+        const Text adregUsed = self().AdregUsed();
+        return zelm::Composed{"MULT_", multUsed, "_MREG_", mregUsed, "_PREADD_", preaddUsed, "_ADREG_", adregUsed};
     }
 
     // ---- Toggle formulas ----
@@ -79,7 +80,7 @@ struct ZelmDspIntegerSheet : ZelmDspSheet<Model> {
 
     float abDataOfInputs() const
     {
-        const Key& usage = self().OpmodeUsage();
+        const Text usage = self().OpmodeUsage();
         const float a = self().ATr();
         const float b = self().BTr();
         return usage == "DYNAMIC" ? AVERAGE(a, b) : AVERAGE(self().widened(a), b);
@@ -101,7 +102,7 @@ struct ZelmDspIntegerSheet : ZelmDspSheet<Model> {
     /// The slice's controls, whose rate grows by one factor where they change at run time and by another where not.
     float controls(double dynamicFactor, double constFactor) const
     {
-        const Key& usage = self().OpmodeUsage();
+        const Text usage = self().OpmodeUsage();
         const double carry = self().AluCtrlCarryinTr();
         return static_cast<float>(usage == "DYNAMIC" ? carry * dynamicFactor : carry * constFactor);
     }
@@ -109,7 +110,7 @@ struct ZelmDspIntegerSheet : ZelmDspSheet<Model> {
     /// The ALU's registered controls and the optional inverters.
     float aluControls() const
     {
-        const Key& usage = self().OpmodeUsage();
+        const Text usage = self().OpmodeUsage();
         const float carryin = self().AluCtrlCarryinTr();
         return usage == "DYNAMIC" ? MIN(0.5f, carryin * 17.0f / 15.0f) : MIN(0.5f, carryin * 17.0f / 6.0f);
     }
@@ -149,7 +150,7 @@ struct ZelmDspIntegerSheet : ZelmDspSheet<Model> {
 
     float fpAdder() const
     {
-        const Key& usage = self().OpmodeUsage();
+        const Text usage = self().OpmodeUsage();
         const float carryin = self().AluCtrlCarryinTr();
         const float c = self().CDataTr();
         const float ab = self().AbDataTr();
@@ -172,7 +173,7 @@ struct ZelmDspIntegerSheet : ZelmDspSheet<Model> {
 
     float cascade() const
     {
-        const Key& usage = self().OpmodeUsage();
+        const Text usage = self().OpmodeUsage();
         const float out = self().POutputTr();
         const float ab = self().AbDataTr();
         return usage == "DYNAMIC" ? AVERAGE(out, ab) : cascadeOf(out, ab);

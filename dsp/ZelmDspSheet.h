@@ -1,7 +1,7 @@
 #pragma once
 
 // What the sheets of the DSP blocks share: ZelmDspSheet, the base of the five arithmetic models, with the tables that
-// such a model adds to it, and the composing of usage keys.
+// such a model adds to it.
 
 #include "framework/ZelmSheet.h"
 
@@ -9,23 +9,9 @@
 #include <cmath>
 #include <cstddef>
 #include <initializer_list>
-#include <string>
 #include <string_view>
 
 namespace zelm {
-
-/// The parts one behind the other: how the DSP blocks compose their usage keys.
-inline std::string dspUsage(std::initializer_list<std::string_view> parts)
-{
-    std::size_t size = 0;
-    for (const std::string_view part : parts)
-        size += part.size();
-    std::string usage;
-    usage.reserve(size);
-    for (const std::string_view part : parts)
-        usage += part;
-    return usage;
-}
 
 /// The parts of a DSP slice that are measured apart, of all kinds of slices, and the two totals beside them.
 enum class DspComponent : int {
@@ -224,6 +210,7 @@ struct ZelmDspSheet : zelm::Sheet<Model> {
     using zelm::Sheet<Model>::self;
     using zelm::Sheet<Model>::value;
     using typename zelm::Sheet<Model>::Key;
+    using typename zelm::Sheet<Model>::Text;
 
     void pullOutputs() const
     {
@@ -282,7 +269,7 @@ struct ZelmDspSheet : zelm::Sheet<Model> {
     float rate(int mode) const
     {
         const std::size_t group = self().modes[static_cast<std::size_t>(mode)].group;
-        const Key& useGlobal = self().UseGlobalTr();
+        const Text useGlobal = self().UseGlobalTr();
         const float global = self().GlobalTr();
         const float own = self().ownRate(component, group);
         return useGlobal == "YES" ? global : own;
@@ -292,7 +279,7 @@ struct ZelmDspSheet : zelm::Sheet<Model> {
     template <class CellOf>
     float selected(CellOf cellOf) const
     {
-        const Key& operational = self().OperationalMode();
+        const Text operational = self().OperationalMode();
         float picked = 0.0f;
         int number = 0;
         for (const zelm::DspMode& mode : self().modes) {

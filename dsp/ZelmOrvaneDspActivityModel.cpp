@@ -1,10 +1,6 @@
 #include "dsp/ZelmOrvaneDspActivityModel.h"
 
-#include "dsp/ZelmDspSheet.h"
-#include "framework/ZelmCLocale.h"
 #include "framework/ZelmModelBlockImpl.h"
-
-#include <string>
 
 #define ZELM_MODEL ZelmOrvaneDspActivityModel
 #define ZELM_CELL_ROWS "dsp/ZelmOrvaneDspActivityCells.def"
@@ -21,26 +17,26 @@ struct ZelmOrvaneDspActivityModel::Sheet : zelm::Sheet<ZelmOrvaneDspActivityMode
         DspUsage();
     }
 
-    std::string computeDspUsage() const
+    zelm::Composed computeDspUsage() const
     {
-        const Key& mode = DspMode();
-        const Key& mult = MultUsed();
-        const Key& cInput = CInputUsed();
-        const Key& opmode = OpmodeUsage();
-        const Key& preadd = PreaddUsed();
-        const Key& b16 = Fpb16Used();
-        const Key& fpAdder = FpadderUsed();
+        const Text mode = DspMode();
+        const Text mult = MultUsed();
+        const Text cInput = CInputUsed();
+        const Text opmode = OpmodeUsage();
+        const Text preadd = PreaddUsed();
+        const Text b16 = Fpb16Used();
+        const Text fpAdder = FpadderUsed();
         if (mode == "MACB_12X12_INT24" && mult == "YES" && cInput == "NO")
-            return zelm::dspUsage({mode, "_MULT_YES_CINPUT_NO"});
+            return zelm::Composed{mode, "_MULT_YES_CINPUT_NO"};
         if (mode == "MACB_18X18_INT24" && mult == "YES")
-            return zelm::dspUsage({mode, "_MULT_YES_", opmode});
+            return zelm::Composed{mode, "_MULT_YES_", opmode};
         if (mode == "MACB_CPLX") // always multiplies, whatever MULT_USED says
-            return zelm::dspUsage({mode, "_MULT_YES_", opmode});
+            return zelm::Composed{mode, "_MULT_YES_", opmode};
         if (mode == "MACB_FP32")
-            return zelm::dspUsage({mode, "_MULT_", mult, "_B16_", b16, "_ADDER_", fpAdder});
+            return zelm::Composed{mode, "_MULT_", mult, "_B16_", b16, "_ADDER_", fpAdder};
         if (mode == "MACB_INT8") // always multiplies, whatever MULT_USED says
-            return zelm::dspUsage({mode, "_MULT_YES_PREADD_", preadd, "_", opmode});
-        return zelm::dspUsage({mode, "_MULT_", mult, "_PREADD_", preadd, "_", opmode});
+            return zelm::Composed{mode, "_MULT_YES_PREADD_", preadd, "_", opmode};
+        return zelm::Composed{mode, "_MULT_", mult, "_PREADD_", preadd, "_", opmode};
     }
 
     std::string_view computeOperationalMode() const
@@ -58,10 +54,9 @@ struct ZelmOrvaneDspActivityModel::Sheet : zelm::Sheet<ZelmOrvaneDspActivityMode
     float computeOutputToggleRate() const
     {
         const Key& mode = OperationalMode();
-        const std::string text(findDspConfigData(mode, "OUTPUT_TOGGLE"));
+        const std::string_view text = findDspConfigData(mode, "OUTPUT_TOGGLE");
         // Text that is no number throws, a missing row too: hosts must learn that their table has a hole.
-        const zelm::InCLocale inCLocale;
-        return IFERROR(std::stof(text), 0.0f);
+        return IFERROR(zelm::number(text), 0.0f);
     }
 };
 

@@ -53,11 +53,11 @@ struct ZelmOrvaneDspCplxModel::Sheet : ZelmDspIntegerSheet<ZelmOrvaneDspCplxMode
         return "YES";
     }
 
-    std::string computeDspUsage() const
+    zelm::Composed computeDspUsage() const
     {
-        const Key& mreg = MregUsed();
-        const Key& adreg = AdregUsed();
-        return zelm::dspUsage({"MULT_YES_MREG_", mreg, "_PREADD_YES_ADREG_", adreg});
+        const Text mreg = MregUsed();
+        const Text adreg = AdregUsed();
+        return zelm::Composed{"MULT_YES_MREG_", mreg, "_PREADD_YES_ADREG_", adreg};
     }
 
     // ---- Toggle formulas ----

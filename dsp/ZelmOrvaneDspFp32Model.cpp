@@ -97,13 +97,13 @@ struct ZelmOrvaneDspFp32Model::Sheet : ZelmDspSheet<ZelmOrvaneDspFp32Model> {
     static constexpr auto components = zelm::dspComponents(complex, cascDelay);
     static constexpr auto aggregate = zelm::dspAggregate({{complex, 1.0f}, {cascDelay, 1.0f}});
 
-    std::string computeDspUsage() const
+    zelm::Composed computeDspUsage() const
     {
-        const Key& b16 = B16Used();
-        const Key& multUsed = MultUsed();
-        const Key& addUsed = AddUsed();
-        const Key& pipeline = FpmpiperegUsed();
-        return zelm::dspUsage({"B16_", b16, "_MULT_", multUsed, "_ADD_", addUsed, "_FPMPIPEREG_", pipeline});
+        const Text b16 = B16Used();
+        const Text multUsed = MultUsed();
+        const Text addUsed = AddUsed();
+        const Text pipeline = FpmpiperegUsed();
+        return zelm::Composed{"B16_", b16, "_MULT_", multUsed, "_ADD_", addUsed, "_FPMPIPEREG_", pipeline};
     }
 
     // ---- Measured currents: the tables know no usage level here, and have no cells of their own ----

@@ -43,7 +43,7 @@ struct ZelmOrvaneDspLegacyModel::Sheet : ZelmDspIntegerSheet<ZelmOrvaneDspLegacy
 
     float multOfInputs() const
     {
-        const Key& usage = OpmodeUsage();
+        const Text usage = OpmodeUsage();
         const float adder = PreaddTr();
         const float a = ATr();
         const float b = BTr();
@@ -63,7 +63,7 @@ struct ZelmOrvaneDspLegacyModel::Sheet : ZelmDspIntegerSheet<ZelmOrvaneDspLegacy
 
     float cascade() const
     {
-        const Key& usage = OpmodeUsage();
+        const Text usage = OpmodeUsage();
         const float ab = AbDataTr();
         const float path = PreaddDataTr();
         const float out = POutputTr();
@@ -108,7 +108,7 @@ struct ZelmOrvaneDspLegacyModel::Sheet : ZelmDspIntegerSheet<ZelmOrvaneDspLegacy
 
     float computeWideXorCurrent() const
     {
-        const Key& used = WidexorUsed();
+        const Text used = WidexorUsed();
         const float toggle = WideXorTr();
         const float perToggle = findDynamicData("WIDE_XOR_CURRENT", "", "", "", "");
         return used == "YES" ? toggle * perToggle : 0.0f; // kept: neither the clock nor the voltage enters

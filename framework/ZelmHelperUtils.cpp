@@ -4,6 +4,7 @@
 #include "framework/ZelmArithmetic.h"
 #include "framework/ZelmCLocale.h"
 #include "framework/ZelmTable.h"
+#include "framework/ZelmText.h"
 
 #include <algorithm>
 #include <array>
@@ -284,25 +285,22 @@ std::string ZelmHelperUtils::SUM(const std::vector<std::string>& values)
 
 int ZelmHelperUtils::LEN(std::string text)
 {
-    return static_cast<int>(text.size());
+    return zelm::length(text);
 }
 
 int ZelmHelperUtils::FIND(std::string needle, std::string text, int start)
 {
-    // "Not found" is the string library's all-ones value, whose low half is -1.
-    return static_cast<int>(text.find(needle, static_cast<std::size_t>(start)));
+    return zelm::find(needle, text, start);
 }
 
 std::string ZelmHelperUtils::LEFT(std::string text, int count)
 {
-    const std::size_t length = static_cast<unsigned int>(count);
-    return text.empty() || length > text.size() ? std::string() : text.substr(0, length);
+    return std::string(zelm::left(text, count));
 }
 
 std::string ZelmHelperUtils::RIGHT(std::string text, int count)
 {
-    const std::size_t length = static_cast<unsigned int>(count);
-    return text.empty() || length > text.size() ? std::string() : text.substr(text.size() - length);
+    return std::string(zelm::right(text, count));
 }
 
 std::string ZelmHelperUtils::SUBSTITUTE(std::string text, std::string from, std::string to)
@@ -399,9 +397,8 @@ std::string ZelmHelperUtils::ToString(float value)
 
 float ZelmHelperUtils::s2f(const std::string& text)
 {
-    const zelm::InCLocale inCLocale;
     try {
-        return text.empty() ? zelm::unsetFloat : std::stof(text);
+        return text.empty() ? zelm::unsetFloat : zelm::number(text);
     } catch (const std::logic_error&) { // std::invalid_argument and std::out_of_range alike
         return zelm::unsetFloat;
     }

@@ -22,6 +22,23 @@ class Config;
 namespace zelm {
 template <class T>
 class Table;
+
+namespace detail {
+
+/// The mean of the values that aren't notAveraged; 0 if all are.
+[[gnu::noinline, gnu::cold]] inline float averageBut(float notAveraged, std::initializer_list<float> values)
+{
+    float sum = 0.0f;
+    int count = 0;
+    for (const float value : values) {
+        const bool given = value != notAveraged;
+        sum += given ? value : 0.0f;
+        count += given;
+    }
+    return count == 0 ? 0.0f : sum / static_cast<float>(count);
+}
+
+} // namespace detail
 } // namespace zelm
 
 /// The spreadsheet functions that formulas are written in, and the table store behind the data blocks.
@@ -32,18 +49,13 @@ class ZELM_EXPORT ZelmHelperUtils {
     static constexpr float kNotInMin = FLT_MAX;
     static constexpr float kNotInMax = FLT_MIN; // positive on purpose, see MAX
 
-    // One step of MIN or MAX: the second operand stays if the first equals it or is a NaN. The machine's own minimum
-    // does just that, without the jumps that compilers make of comparisons with the defaults.
-#ifdef __SSE__
-    static float lesser(float value, float least)
+    // Whether the compiler sees that an argument was left out: its step then needs no code, and nothing waits for it.
+    [[gnu::always_inline]] static bool isLeftOut(float value, float notGiven)
     {
-        return _mm_cvtss_f32(_mm_min_ss(_mm_set_ss(value), _mm_set_ss(least)));
+        return __builtin_constant_p(value) && value == notGiven;
     }
-    static float greater(float value, float greatest)
-    {
-        return _mm_cvtss_f32(_mm_max_ss(_mm_set_ss(value), _mm_set_ss(greatest)));
-    }
-#else
+
+    // One step of MIN or MAX: the second operand stays if the first equals it or is a NaN.
     static float lesser(float value, float least)
     {
         return value < least ? value : least;
@@ -51,6 +63,27 @@ class ZELM_EXPORT ZelmHelperUtils {
     static float greater(float value, float greatest)
     {
         return value > greatest ? value : greatest;
+    }
+
+    // The first step is against a number that compilers see, of which they make jumps. The machine's own minimum does
+    // just the same without them.
+#ifdef __SSE__
+    static float firstLesser(float value, float least)
+    {
+        return _mm_cvtss_f32(_mm_min_ss(_mm_set_ss(value), _mm_set_ss(least)));
+    }
+    static float firstGreater(float value, float greatest)
+    {
+        return _mm_cvtss_f32(_mm_max_ss(_mm_set_ss(value), _mm_set_ss(greatest)));
+    }
+#else
+    static float firstLesser(float value, float least)
+    {
+        return lesser(value, least);
+    }
+    static float firstGreater(float value, float greatest)
+    {
+        return greater(value, greatest);
     }
 #endif
 
@@ -107,20 +140,28 @@ public:
     {
         float sum = 0.0f;
         int count = 0;
-        for (const float value : {a, b, c, d, e, f, g, h, i}) {
-            const bool given = value != kNotAveraged;
-            sum += given ? value : 0.0f;
-            count += given;
-        }
-        return count == 0 ? 0.0f : sum / static_cast<float>(count);
+        bool allGiven = true; // but for those that were left out
+        const auto add = [&](float value) {
+            if (isLeftOut(value, kNotAveraged))
+                return;
+            sum += value;
+            ++count;
+            allGiven = allGiven && value > kNotAveraged;
+        };
+        add(a), add(b), add(c), add(d), add(e), add(f), add(g), add(h), add(i);
+        if (allGiven && count > 0) [[likely]]
+            return sum / static_cast<float>(count);
+        return zelm::detail::averageBut(kNotAveraged, {a, b, c, d, e, f, g, h, i});
     }
 
     /// The least argument; unset cells never win, NaNs are passed over.
     static float MIN(float a, float b = kNotInMin, float c = kNotInMin, float d = kNotInMin, float e = kNotInMin,
                      float f = kNotInMin, float g = kNotInMin, float h = kNotInMin, float i = kNotInMin)
     {
-        const float abc = lesser(c, lesser(b, lesser(a, FLT_MAX)));
-        return lesser(i, lesser(h, lesser(g, lesser(f, lesser(e, lesser(d, abc))))));
+        float least = firstLesser(a, FLT_MAX);
+        const auto take = [&](float value) { least = isLeftOut(value, kNotInMin) ? least : lesser(value, least); };
+        take(b), take(c), take(d), take(e), take(f), take(g), take(h), take(i);
+        return least;
     }
 
     /// The greatest argument; an unset cell wins, NaNs are passed over. With fewer than nine arguments the smallest
@@ -128,8 +169,13 @@ public:
     static float MAX(float a, float b = kNotInMax, float c = kNotInMax, float d = kNotInMax, float e = kNotInMax,
                      float f = kNotInMax, float g = kNotInMax, float h = kNotInMax, float i = kNotInMax)
     {
-        const float abc = greater(c, greater(b, greater(a, -FLT_MAX)));
-        return greater(i, greater(h, greater(g, greater(f, greater(e, greater(d, abc))))));
+        const bool lastIsLeftOut = isLeftOut(i, kNotInMax); // and taken first, for all that were left out with it
+        float greatest = firstGreater(a, lastIsLeftOut ? kNotInMax : -FLT_MAX);
+        const auto take = [&](float value) {
+            greatest = lastIsLeftOut && isLeftOut(value, kNotInMax) ? greatest : greater(value, greatest);
+        };
+        take(b), take(c), take(d), take(e), take(f), take(g), take(h), take(i);
+        return greatest;
     }
 
     /// Floats: all that aren't unset. Ints: all but 0x7ffffffe, wrapping; an unset cell is added as a number.

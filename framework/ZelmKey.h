@@ -24,15 +24,17 @@ public:
 
     constexpr Key(std::string_view text) : m_text(text) // NOLINT(google-explicit-constructor)
     {
-        // In blocks, within which no product waits for another.
-        for (std::string_view rest = text; !rest.empty();) {
-            const std::size_t size = rest.size() < powers.size() ? rest.size() : powers.size() - 1;
-            std::uint64_t sum = 0;
-            for (std::size_t i = 0; i < size; ++i)
-                sum += static_cast<unsigned char>(rest[i]) * powers[size - 1 - i];
-            m_hash = m_hash * powers[size] + sum;
-            m_shift *= powers[size];
-            rest.remove_prefix(size);
+        // Four at a time, so that only every fourth product waits for another.
+        const std::size_t inFours = text.size() / 4 * 4;
+        for (std::size_t at = 0; at < inFours; at += 4) {
+            const std::uint64_t high = code(text[at]) * powers[3] + code(text[at + 1]) * powers[2];
+            const std::uint64_t low = code(text[at + 2]) * powers[1] + code(text[at + 3]);
+            m_hash = m_hash * powers[4] + (high + low);
+            m_shift *= powers[4];
+        }
+        for (std::size_t at = inFours; at < text.size(); ++at) {
+            m_hash = m_hash * base + code(text[at]);
+            m_shift *= base;
         }
     }
 
@@ -73,12 +75,12 @@ public:
     static constexpr std::uint64_t base = 0x9e3779b97f4a7c15; // odd: no power of it is 0
 
 private:
-    static constexpr std::array<std::uint64_t, 17> powers = [] {
-        std::array<std::uint64_t, 17> all{1};
-        for (std::size_t i = 1; i < all.size(); ++i)
-            all[i] = all[i - 1] * base;
-        return all;
-    }();
+    static constexpr std::array<std::uint64_t, 5> powers{1, base, base* base, base* base* base, base* base* base* base};
+
+    static constexpr std::uint64_t code(char character)
+    {
+        return static_cast<unsigned char>(character);
+    }
 
     std::string_view m_text;
     std::uint64_t m_hash = 0;

@@ -4,6 +4,7 @@
 #include "framework/ZelmDependencies.h"
 #include "framework/ZelmKey.h"
 #include "framework/ZelmModelBlock.h"
+#include "framework/ZelmText.h"
 #include "framework/ZelmWatcher.h"
 
 #include <array>
@@ -12,6 +13,43 @@
 #include <type_traits>
 
 namespace zelm {
+
+/// A text that was pulled. Look-ups take it as a key, whose hash is worked out when the first asks; the key lives until
+/// the run ends.
+class PulledText {
+public:
+    PulledText(const std::string& text, Key& key) : m_text(text), m_key(key) {}
+
+    [[gnu::always_inline]] operator const Key&() const // NOLINT(google-explicit-constructor)
+    {
+        if (m_key.text().data() != m_text.data() || m_key.text().size() != m_text.size()) [[unlikely]]
+            makeKey(m_key, m_text);
+        return m_key;
+    }
+    operator std::string_view() const // NOLINT(google-explicit-constructor)
+    {
+        return m_text;
+    }
+    std::string_view text() const
+    {
+        return m_text;
+    }
+
+    [[gnu::always_inline]] friend bool operator==(const PulledText& a, std::string_view b)
+    {
+        return a.m_text == b;
+    }
+
+private:
+    // Apart, so that what mostly happens is short enough to stand where it is needed.
+    [[gnu::noinline]] static void makeKey(Key& key, const std::string& text)
+    {
+        key = Key(text);
+    }
+
+    const std::string& m_text;
+    Key& m_key;
+};
 
 /// The cell that stands offset places behind first: how a family's member finds the cells of its metrics.
 template <class Enum>
@@ -31,6 +69,7 @@ public:
     using Params = typename Model::Params;
     using Data = typename Model::Data;
     using Key = zelm::Key;
+    using Text = PulledText;
     using Base = Sheet; ///< what the next sheet derives from: a base sheet names itself here
     using IntCell = typename Params::IntEnum;
     using FloatCell = typename Params::FloatEnum;
@@ -54,15 +93,11 @@ public:
     {
         return pull(cell, m_params[cell]);
     }
-    /// The key lives until the run ends.
-    const Key& value(StringCell cell) const
+    [[gnu::always_inline]] Text value(StringCell cell) const
     {
         std::string& slot = m_params[cell];
         pull(cell, slot);
-        Key& key = m_keys[static_cast<std::size_t>(cell)];
-        if (key.text().data() != slot.data() || key.text().size() != slot.size())
-            key = Key(slot);
-        return key;
+        return {slot, m_keys[static_cast<std::size_t>(cell)]};
     }
 
 protected:
@@ -108,7 +143,7 @@ protected:
 
 private:
     template <class Cell, class Slot>
-    Slot& pull(Cell cell, Slot& slot) const
+    [[gnu::always_inline]] Slot& pull(Cell cell, Slot& slot) const
     {
         if (m_watcher) [[unlikely]]
             return watchedPull(cell, slot);
@@ -196,6 +231,11 @@ inline void store(std::string& slot, std::string_view value)
 inline void store(std::string& slot, const char* value)
 {
     slot = value;
+}
+
+inline void store(std::string& slot, const Composed& value)
+{
+    value.storeIn(slot);
 }
 
 /// The formula of the cells that hold a metric of a family, whichever the member.

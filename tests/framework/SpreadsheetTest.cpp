@@ -1,12 +1,17 @@
 // The spreadsheet functions, conversions, and the arithmetic helpers.
 #include "framework/ZelmArithmetic.h"
 #include "framework/ZelmHelperUtils.h"
+#include "framework/ZelmText.h"
 
 #include "support/Bits.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
 namespace zelm::test::spreadsheetTest {
 
@@ -33,6 +38,34 @@ TEST(Average, SumsInSinglePrecisionFromTheLeft)
     // 2^24 + 1 stays 2^24 in a float, twice; a double sum would give (2^24 + 2) / 3.
     const float big = 16777216.0f;
     EXPECT_THAT(Utils::AVERAGE(big, 1.0f, 1.0f), IsBits(big / 3.0f));
+}
+
+// Arguments that the compiler sees to be left out take no step. These it can't see.
+TEST(LeftOut, IsTheSameAsGivenTheDefault)
+{
+    const volatile float one = 1.0f;
+    const volatile float minusTwo = -2.0f;
+    const volatile float unset = kUnset;
+    const volatile float minusUnset = -kUnset;
+    const volatile float tiny = kTiny;
+    const volatile float minusZero = -0.0f;
+    EXPECT_THAT(Utils::AVERAGE(one, minusUnset, minusTwo), IsBits(-0.5f));
+    EXPECT_THAT(Utils::AVERAGE(minusUnset, minusUnset), IsBits(0.0f));
+    EXPECT_THAT(Utils::AVERAGE(minusZero, minusZero), IsBits(0.0f)); // the sum starts from 0
+    EXPECT_THAT(Utils::MIN(one, unset, minusTwo, unset), IsBits(-2.0f));
+    EXPECT_THAT(Utils::MAX(minusTwo, tiny, minusZero), IsBits(kTiny));
+    EXPECT_THAT(Utils::MAX(minusZero, one), IsBits(1.0f));
+    // A default among given ones takes its step, for it isn't left out.
+    EXPECT_THAT(Utils::MAX(-1.0f, kTiny, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f), IsBits(kTiny));
+    EXPECT_THAT(Utils::MAX(-1.0f, -2.0f, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f, -1.0f, kTiny), IsBits(kTiny));
+}
+
+TEST(Average, InfinitiesAndNansAreGiven)
+{
+    EXPECT_THAT(Utils::AVERAGE(1.0f, kInf), IsBits(kInf));
+    EXPECT_THAT(Utils::AVERAGE(1.0f, -kInf), IsBits(-kInf));
+    EXPECT_TRUE(std::isnan(Utils::AVERAGE(kInf, -kInf)));
+    EXPECT_TRUE(std::isnan(Utils::AVERAGE(kNan)));
 }
 
 TEST(Min, UnsetNeverWinsAndNanIsPassedOver)
@@ -99,6 +132,103 @@ TEST(Text, LeftAndRightRefuseMoreThanThereIs)
     EXPECT_EQ(Utils::RIGHT("abc", 0), "");
     EXPECT_EQ(Utils::RIGHT("abc", 4), "");
     EXPECT_EQ(Utils::RIGHT("abc", -1), "");
+}
+
+// The formulas cut views in the same way.
+TEST(Text, CutsOfViewsAreThoseOfStrings)
+{
+    for (const std::string text : {"", "_", "abc", "a_c", "_bc", "ab_"}) {
+        for (int count = -2; count <= 5; ++count) {
+            EXPECT_EQ(left(text, count), Utils::LEFT(text, count)) << text << ' ' << count;
+            EXPECT_EQ(right(text, count), Utils::RIGHT(text, count)) << text << ' ' << count;
+            for (const std::string needle : {"", "_", "c", "bc", "abcd"})
+                EXPECT_EQ(zelm::find(needle, text, count), Utils::FIND(needle, text, count))
+                    << needle << ' ' << text << ' ' << count;
+        }
+        EXPECT_EQ(length(text), Utils::LEN(text)) << text;
+    }
+    EXPECT_EQ(left("abc", 2), "ab");
+    EXPECT_EQ(right("abc", 2), "bc");
+    EXPECT_EQ(left("abc", -1), "");
+    EXPECT_EQ(right("abc", 4), "");
+    EXPECT_EQ(zelm::find("b", "abcb", 2), 3);
+    EXPECT_EQ(zelm::find("a", "abc", -1), -1);
+    EXPECT_EQ(zelm::find("", "abc", 4), -1);
+}
+
+TEST(Text, ComposedIsPutTogetherWhereItIsStored)
+{
+    const std::string device = "zq44";
+    const std::string_view none;
+    for (std::string cell : {"", "UninitializedString", "a text longer than all the parts together"}) {
+        Composed{std::string_view(device), "_", none, "x"}.storeIn(cell);
+        EXPECT_EQ(cell, "zq44_x");
+    }
+    std::string cell = "a";
+    Composed{}.storeIn(cell);
+    EXPECT_EQ(cell, "");
+    Composed{"1", "22", "333", "4444", "55555", "666666", "7777777", "88888888"}.storeIn(cell);
+    EXPECT_EQ(cell, "122333444455555666666777777788888888");
+}
+
+TEST(Number, IsTheCLibrarysToTheLastBit)
+{
+    // Plain decimals, on both sides of what is read without the C library: digits below 2^24, ten decimals.
+    for (const std::string text : {"0",
+                                   "0.",
+                                   ".0",
+                                   "0.125",
+                                   ".5",
+                                   "5.",
+                                   "1",
+                                   "007",
+                                   "0.1",
+                                   "0.3",
+                                   "3.1415927",
+                                   "16777215",
+                                   "16777216",
+                                   "16777217",
+                                   "1677721.5",
+                                   "1.6777217",
+                                   "0.0000000001",
+                                   "0.0016777215",
+                                   "0.00000000001",
+                                   "0.1000000000",
+                                   "0.10000000000",
+                                   "99999999999999999999",
+                                   "4294967297",
+                                   "0.4294967297",
+                                   "340282346638528859811704183484516925440",
+                                   "0.000000000000000000000000000000000000012"}) {
+        char* end = nullptr;
+        const float read = std::strtof(text.c_str(), &end);
+        ASSERT_EQ(*end, '\0') << text;
+        EXPECT_THAT(number(text), IsBits(read)) << text;
+    }
+    for (unsigned int digits = 0; digits < 16777216; digits += 4099) { // a prime
+        for (const std::size_t decimals : {0u, 1u, 4u, 8u}) {
+            std::string text = std::to_string(digits);
+            text.insert(0, 9 - std::min<std::size_t>(9, text.size()), '0');
+            text.insert(text.size() - decimals, 1, '.');
+            EXPECT_THAT(number(text), IsBits(std::strtof(text.c_str(), nullptr))) << text;
+        }
+    }
+}
+
+TEST(Number, WhatIsNotPlainIsTheCLibrarys)
+{
+    EXPECT_THAT(number("-0.5"), IsBits(-0.5f));
+    EXPECT_THAT(number("+2"), IsBits(2.0f));
+    EXPECT_THAT(number(" 1.5 V"), IsBits(1.5f));
+    EXPECT_THAT(number("1.5.2"), IsBits(1.5f));
+    EXPECT_THAT(number("2e3"), IsBits(2000.0f));
+    EXPECT_THAT(number("0x1.8p3"), IsBits(12.0f)); // 1.5 x 8
+    EXPECT_THAT(number(std::string_view("1\0002", 3)), IsBits(1.0f));
+    EXPECT_THAT(number(std::string_view("0.125", 3)), IsBits(0.1f)); // a view needs no end
+    for (const std::string text : {"", ".", "V", "UninitializedString", "..1", "-"})
+        EXPECT_THROW(number(text), std::invalid_argument) << text;
+    EXPECT_THROW(number("1e39"), std::out_of_range);
+    EXPECT_THROW(number("9999999999999999999999999999999999999999"), std::out_of_range);
 }
 
 TEST(Text, SubstituteReplacesTheFirstOnly)
