@@ -18,7 +18,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <optional>
@@ -239,9 +241,9 @@ std::unique_ptr<Instance> create()
     return std::make_unique<InstanceOf<Model>>();
 }
 
-std::unordered_map<std::string_view, const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
+ByName<const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
 {
-    std::unordered_map<std::string_view, const ZelmCellInfo*> index;
+    ByName<const ZelmCellInfo*> index;
     for (const ZelmCellInfo& cell : cells)
         index.emplace(cell.name, &cell);
     return index;
@@ -323,6 +325,24 @@ Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::str
 
 } // namespace
 
+std::size_t NameHash::operator()(std::string_view name) const noexcept
+{
+    std::uint64_t first = 0;
+    std::uint64_t middle = 0;
+    std::uint64_t last = 0;
+    constexpr std::size_t word = sizeof(first);
+    if (name.size() < word) {
+        std::copy(name.begin(), name.end(), reinterpret_cast<char*>(&first));
+    } else {
+        std::memcpy(&first, name.data(), word);
+        std::memcpy(&middle, name.data() + (name.size() - word) / 2, word);
+        std::memcpy(&last, name.data() + name.size() - word, word);
+    }
+    constexpr std::uint64_t odd = 0x9e3779b97f4a7c15; // spreads over all bits
+    const std::uint64_t mixed = ((first * odd ^ middle) * odd ^ last) * odd + name.size();
+    return mixed ^ mixed >> 32U;
+}
+
 std::optional<float> Instance::real(const ZelmCellInfo& cell) const
 {
     const float value = slot(cell);
@@ -379,10 +399,16 @@ std::span<const Block> blocks()
     return all;
 }
 
+std::size_t placeOf(const Block& block)
+{
+    static const Block* const first = blocks().data();
+    return static_cast<std::size_t>(&block - first);
+}
+
 const Block& block(std::string_view name)
 {
-    static const std::unordered_map<std::string_view, const Block*> byBlockName = [] {
-        std::unordered_map<std::string_view, const Block*> index;
+    static const ByName<const Block*> byBlockName = [] {
+        ByName<const Block*> index;
         for (const Block& candidate : blocks())
             index.emplace(candidate.name, &candidate);
         return index;

@@ -48,7 +48,7 @@ bool receives(const std::string& direction)
 // The pins of one buffer: a pair in a direction in use takes two.
 int pinsPerBuffer(const Running& group)
 {
-    const std::string direction = group.text("IO_DIRECTION");
+    const std::string& direction = group.text("IO_DIRECTION");
     const bool pair = (drives(direction) && isPair(group.text("OUTPUT_IO_STANDARD"))) ||
                       (receives(direction) && isPair(group.text("INPUT_IO_STANDARD")));
     return pair ? 2 : 1;
@@ -71,7 +71,7 @@ void setBankVoltage(Running& group, const RailVolts& rails, std::vector<std::str
         const std::string name = word(input);
         const auto& all = ioStandards();
         const auto standard = std::find_if(all.begin(), all.end(), [&](const IoStandard& s) {
-            return s.bank == group.block->name && s.direction == direction_ && s.name == name;
+            return s.name == name && s.bank == group.block->name && s.direction == direction_;
         });
         if (standard == all.end()) {
             warnings.push_back(
@@ -168,7 +168,7 @@ void carryCount(Running& clock, std::string_view cell, std::int64_t count, const
     constexpr std::int64_t most = std::numeric_limits<int>::max() - 1;
     const int number = static_cast<int>(std::clamp<std::int64_t>(count, 0, most));
     clock.set(clock.block->cell(cell), number, Origin::carried);
-    carried.push_back({from, fmt::format("{}.{}", clock.name, cell), std::to_string(number)});
+    carried.push_back({from, cellOf(clock.name, cell), std::to_string(number)});
 }
 
 // Gives a group the frequency of the clock that it names, on all its clock inputs that the design leaves unset.
@@ -185,8 +185,7 @@ void carryFrequency(const Design& design, const Group& group, Running& running, 
             continue;
         const Value frequency = inputOf(*clock, block("CleClk").cell(kFrequency));
         running.set(running.block->cell(input.cell), frequency, Origin::carried);
-        carried.push_back({fmt::format("{}.{}", clock->name, kFrequency),
-                           fmt::format("{}.{}", running.name, input.cell), valueText(frequency)});
+        carried.push_back({cellOf(clock->name, kFrequency), cellOf(running.name, input.cell), valueText(frequency)});
     }
 }
 
@@ -211,13 +210,14 @@ void carryLoads(const Design& design, const Group& clock, Running& running, std:
 void carryClock(const Running& clock, Running& fed, std::vector<Carried>& carried)
 {
     for (const ZelmCellInfo& from : clock.block->cells) {
+        if (from.kind != Kind::modelOutput)
+            continue;
         const ZelmCellInfo* to = fed.block->findCell(from.name);
-        if (from.kind != Kind::modelOutput || !to || to->kind != Kind::userInput || fed.isSet(from.name))
+        if (!to || to->kind != Kind::userInput || fed.isSet(*to))
             continue;
         const Value value = clock.instance->get(from);
         fed.set(*to, value, Origin::carried);
-        carried.push_back(
-            {fmt::format("{}.{}", clock.name, from.name), fmt::format("{}.{}", fed.name, from.name), valueText(value)});
+        carried.push_back({cellOf(clock.name, from.name), cellOf(fed.name, from.name), valueText(value)});
     }
 }
 
@@ -229,8 +229,7 @@ void carrySites(Running& clock, const ResolvedDevice& device, std::vector<Carrie
         if (found == device.resources.end() || clock.isSet(cellName))
             continue;
         clock.set(clock.block->cell(cellName), found->second, Origin::carried);
-        carried.push_back({fmt::format("{}.{}", device.name, resource), fmt::format("{}.{}", clock.name, cellName),
-                           std::to_string(found->second)});
+        carried.push_back({cellOf(device.name, resource), cellOf(clock.name, cellName), std::to_string(found->second)});
     }
 }
 
@@ -239,22 +238,22 @@ void carryDevice(Running& group, const ResolvedDevice& device, std::vector<Carri
 {
     for (const char* name : {"DEVICE", "INTERNAL_DEVICE_NAME"}) {
         const ZelmCellInfo* cell = group.block->findCell(name);
-        if (!cell || cell->kind != Kind::userInput || group.isSet(name))
+        if (!cell || cell->kind != Kind::userInput || group.isSet(*cell))
             continue;
         const std::vector<std::string> words = legalWords(*group.block, *cell);
         for (const std::string& word : device.names) {
             if (std::find(words.begin(), words.end(), word) == words.end())
                 continue;
             group.set(*cell, word, Origin::carried);
-            carried.push_back({"device", fmt::format("{}.{}", group.name, name), word});
+            carried.push_back({"device", cellOf(group.name, name), word});
             break;
         }
     }
     // Transceivers write speed grade 2 as -2.
     const ZelmCellInfo* cell = group.block->findCell("SPEEDGRADE");
-    if (cell && !group.isSet("SPEEDGRADE") && device.speedGrade > 0) {
+    if (cell && !group.isSet(*cell) && device.speedGrade > 0) {
         group.set(*cell, -device.speedGrade, Origin::carried);
-        carried.push_back({"device", fmt::format("{}.SPEEDGRADE", group.name), std::to_string(-device.speedGrade)});
+        carried.push_back({"device", cellOf(group.name, "SPEEDGRADE"), std::to_string(-device.speedGrade)});
     }
 }
 
@@ -296,34 +295,47 @@ std::string bankCell(std::string_view rail, const BankKind& kind)
     return fmt::format("USED_{}_{}_BANKS", rail, kind.words);
 }
 
-// The static power model's counts of a kind's banks.
-std::vector<const ZelmCellInfo*> bankCells(const BankKind& kind)
+// The static power model's counts of banks of any kind.
+const std::vector<std::string_view>& bankCells()
 {
-    std::vector<const ZelmCellInfo*> cells;
-    const std::string ending = fmt::format("{}_BANKS", kind.words);
-    for (const ZelmCellInfo& cell : block("Static").cells) {
-        if (cell.kind == ZelmCellInfo::Kind::userInput && cell.name.ends_with(ending))
-            cells.push_back(&cell);
-    }
-    return cells;
+    static const std::vector<std::string_view> all = [] {
+        std::vector<std::string_view> cells;
+        for (const BankKind& kind : bankKinds()) {
+            const std::string ending = fmt::format("{}_BANKS", kind.words);
+            for (const ZelmCellInfo& cell : block("Static").cells) {
+                if (cell.kind == Kind::userInput && cell.name.ends_with(ending))
+                    cells.push_back(cell.name);
+            }
+        }
+        return cells;
+    }();
+    return all;
 }
 
 } // namespace
 
-RailVolts::RailVolts(const Design& design, const ResolvedDevice* device)
+std::string cellOf(std::string_view group, std::string_view cell)
+{
+    std::string text;
+    text.reserve(group.size() + 1 + cell.size());
+    text.append(group).append(1, '.').append(cell);
+    return text;
+}
+
+RailVolts::RailVolts(const Design& design, const ResolvedDevice* device) : m_known(railNames().size())
 {
     if (device) {
         for (const auto& [rail, volts] : device->volts)
-            m_known[rail] = {volts, Origin::device};
+            m_known[placeOfRail(rail).value()] = {volts, Origin::device};
     }
     for (const auto& [rail, volts] : design.rails)
-        m_known[rail] = {volts, Origin::rails};
+        m_known[placeOfRail(rail).value()] = {volts, Origin::rails};
 }
 
 std::optional<RailVolts::Known> RailVolts::find(std::string_view rail) const
 {
-    const auto found = m_known.find(rail);
-    return found == m_known.end() ? std::nullopt : std::optional(found->second);
+    const auto place = placeOfRail(rail);
+    return place ? m_known[*place] : std::nullopt;
 }
 
 std::optional<double> RailVolts::volts(std::string_view rail) const
@@ -336,6 +348,7 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
 {
     StartedGroup started;
     const std::vector<const Block*> reached = inputBlocks(*group.block);
+    started.blocks.reserve(reached.size());
     for (const Block* block : reached) {
         const bool own = block == reached.front();
         Running running(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
@@ -375,24 +388,24 @@ std::vector<std::size_t> carriedInto(const Design& design, const Group& before, 
     return reached;
 }
 
-std::map<std::string, int> usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design)
+UsedCounts usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design)
 {
-    std::map<std::string, int> used;
+    UsedCounts used;
     for (const StaticCount& count : staticCounts()) {
         std::int64_t sum = 0;
         for (const Running* group : groups.of(count.block))
             sum += units(*group, count.cell);
-        used[std::string(count.staticCell)] = forCell(roundedUp(sum, count.perCount));
+        used[count.staticCell] = forCell(roundedUp(sum, count.perCount));
     }
+    for (const std::string_view cell : bankCells())
+        used[cell] = 0;
     for (const BankKind& kind : bankKinds()) {
         std::map<std::string_view, std::int64_t> pins;
         for (const Running* group : groups.of(kind.block))
             pins[group->bankRail()] += std::int64_t{group->count} * pinsPerBuffer(*group);
-        for (const ZelmCellInfo* cell : bankCells(kind))
-            used[std::string(cell->name)] = 0;
         for (const auto& [rail, number] : pins) {
-            if (const std::string cell = bankCell(rail, kind); block("Static").findCell(cell))
-                used[cell] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
+            if (const ZelmCellInfo* cell = block("Static").findCell(bankCell(rail, kind)))
+                used[cell->name] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
         }
     }
     for (const auto& [cell, value] : design.staticInputs)

@@ -139,6 +139,9 @@ struct BudgetResult {
     std::string words() const;
 };
 
+/// Of the static power model, by cell.
+using UsedCounts = std::map<std::string_view, int>;
+
 struct Estimate {
     Design design;
     std::vector<GroupResult> groups;
@@ -147,8 +150,8 @@ struct Estimate {
     std::vector<Utilisation> utilisation;
     std::vector<BudgetResult> budgets;
     std::vector<Carried> carried;
-    std::optional<Period> period;          ///< if the design has modes
-    std::map<std::string, int> usedCounts; ///< of the static power model, by cell
+    std::optional<Period> period; ///< if the design has modes
+    UsedCounts usedCounts;
     std::vector<std::string> warnings;
     double dynamicWatts = 0.0;
     double offchipWatts = 0.0;

@@ -108,7 +108,7 @@ public:
     {
         if (estimate.design.device)
             m_device = resolve(estimate.design);
-        m_rails.emplace(estimate.design, m_device ? &*m_device : nullptr);
+        m_rails.emplace(estimate.design, m_device.get());
         for (std::size_t i = 0; i < estimate.design.groups.size(); ++i) {
             const std::size_t blocks = inputBlocks(*estimate.design.groups[i].block).size();
             for (std::size_t k = 0; k < blocks; ++k)
@@ -389,7 +389,7 @@ private:
         const auto found = m_started.find(group);
         if (found != m_started.end())
             return found->second.blocks[blockOf];
-        const ResolvedDevice* device = m_device ? &*m_device : nullptr;
+        const ResolvedDevice* device = m_device.get();
         return m_started.emplace(group, start(design(), design().groups[group], *m_rails, device))
             .first->second.blocks[blockOf];
     }
@@ -595,7 +595,7 @@ private:
             at(id).origin = railOrigin(info.name, Origin::rails);
         } else if (info.name == "HAS_HARL_IO") {
             at(id).origin = ValueOrigin{"carried", "groups", "", 0};
-        } else if (m_estimate->usedCounts.contains(std::string(info.name))) {
+        } else if (m_estimate->usedCounts.contains(info.name)) {
             fillUsedCount(id, info);
         } else {
             at(id).origin = railOrigin("", Origin::device);
@@ -726,7 +726,7 @@ private:
     }
 
     const Estimate* m_estimate;
-    std::optional<ResolvedDevice> m_device;
+    std::shared_ptr<const ResolvedDevice> m_device;
     std::optional<RailVolts> m_rails;
     std::vector<Place> m_places; // of the estimate's groups in the design
     std::unordered_map<std::string, std::size_t> m_groupsByName;

@@ -251,7 +251,7 @@ TEST_P(Example, StaticPowerIsTheModelsAtTheJunction)
         GTEST_SKIP() << "a design without a device";
     const Block& block = zelm::host::block("Static");
     block.load();
-    const ResolvedDevice device = resolve(estimate.design);
+    const auto device = resolve(estimate.design);
     for (const Side& side : estimate.sides) {
         ZelmOrvaneStaticParams params;
         const auto set = [&](std::string_view cellName, const Value& value) {
@@ -264,7 +264,7 @@ TEST_P(Example, StaticPowerIsTheModelsAtTheJunction)
             else
                 params[ZelmOrvaneStaticParams::string_to_string_enum(name)] = std::get<std::string>(value);
         };
-        for (const auto& [cell, word] : device.staticInputs)
+        for (const auto& [cell, word] : device->staticInputs)
             set(cell, word);
         set("PROCESS", side.process);
         const bool managed = std::any_of(estimate.groups.begin(), estimate.groups.end(),
