@@ -249,6 +249,16 @@ ByName<const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
     return index;
 }
 
+bool namesDevice(const ZelmCellInfo& cell)
+{
+    return cell.kind == Kind::userInput && (cell.name == "DEVICE" || cell.name == "INTERNAL_DEVICE_NAME");
+}
+
+bool takesSpeedGrade(const ZelmCellInfo& cell)
+{
+    return cell.kind == Kind::userInput && cell.name == "SPEEDGRADE";
+}
+
 bool isPower(const ZelmCellInfo& cell)
 {
     return cell.goes.kind == Destination::Kind::rail || cell.goes.kind == Destination::Kind::offchip;
@@ -281,6 +291,8 @@ Block describe(std::string_view name, std::string_view subsystem, std::string_vi
             byName(Model::Params::cells()),
             cellsThat(Model::Params::cells(), [](const ZelmCellInfo& cell) { return cell.kind == Kind::userInput; }),
             cellsThat(Model::Params::cells(), takesVolts),
+            cellsThat(Model::Params::cells(), namesDevice),
+            cellsThat(Model::Params::cells(), takesSpeedGrade),
             cellsThat(Model::Params::cells(), isPower)};
 }
 

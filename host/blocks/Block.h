@@ -83,8 +83,10 @@ struct Block {
 
     ByName<const ZelmCellInfo*> cellsByName;
     std::vector<const ZelmCellInfo*> inputs;
-    std::vector<const ZelmCellInfo*> voltages; ///< inputs that hold a rail's voltage
-    std::vector<const ZelmCellInfo*> powers;   ///< outputs that load a rail, or burn power off chip
+    std::vector<const ZelmCellInfo*> voltages;    ///< inputs that hold a rail's voltage
+    std::vector<const ZelmCellInfo*> deviceNames; ///< inputs that name the device
+    std::vector<const ZelmCellInfo*> speedGrades; ///< inputs that hold its speed grade
+    std::vector<const ZelmCellInfo*> powers;      ///< outputs that load a rail, or burn power off chip
 
     const ZelmCellInfo* findCell(std::string_view cell) const;
     /// An Error that names the nearest cells if there is none of that name.

@@ -22,6 +22,29 @@ namespace {
 
 using Kind = ZelmCellInfo::Kind;
 
+// Sets inputs of a group to what is carried into them, and tells of it.
+class CarriedInto {
+public:
+    CarriedInto(Running& group, std::vector<Carried>& told) : m_group(&group), m_told(&told) {}
+
+    const Running& group() const
+    {
+        return *m_group;
+    }
+    void set(const ZelmCellInfo& cell, const Carried::End& from, const Value& value)
+    {
+        m_group->set(cell, value, Origin::carried);
+        if (!m_name)
+            m_name = endOf(m_group->name).name;
+        m_told->push_back({from, {m_name, cell.name}, value});
+    }
+
+private:
+    Running* m_group;
+    std::vector<Carried>* m_told;
+    std::shared_ptr<const std::string> m_name; // as soon as something is carried
+};
+
 // ---- Rails ----
 
 void applyRails(Running& group, const RailVolts& rails)
@@ -160,19 +183,17 @@ std::int64_t sitesOf(const Running& clock)
            loads("DSPS_USING_CLK");
 }
 
-void carryCount(Running& clock, std::string_view cell, std::int64_t count, const std::string& from,
-                std::vector<Carried>& carried)
+void carryCount(CarriedInto& clock, std::string_view cellName, std::int64_t count, const Carried::End& from)
 {
-    if (clock.isSet(cell))
+    const ZelmCellInfo& cell = clock.group().block->cell(cellName);
+    if (clock.group().isSet(cell))
         return;
     constexpr std::int64_t most = std::numeric_limits<int>::max() - 1;
-    const int number = static_cast<int>(std::clamp<std::int64_t>(count, 0, most));
-    clock.set(clock.block->cell(cell), number, Origin::carried);
-    carried.push_back({from, cellOf(clock.name, cell), std::to_string(number)});
+    clock.set(cell, from, static_cast<int>(std::clamp<std::int64_t>(count, 0, most)));
 }
 
 // Gives a group the frequency of the clock that it names, on all its clock inputs that the design leaves unset.
-void carryFrequency(const Design& design, const Group& group, Running& running, std::vector<Carried>& carried)
+void carryFrequency(const Design& design, const Group& group, CarriedInto& into)
 {
     if (group.clock.empty())
         return;
@@ -181,79 +202,70 @@ void carryFrequency(const Design& design, const Group& group, Running& running, 
     if (clock == design.groups.end())
         return;
     for (const ClockInput& input : clockInputs()) {
-        if (input.block != running.block->name || running.isSet(input.cell))
-            continue;
-        const Value frequency = inputOf(*clock, block("CleClk").cell(kFrequency));
-        running.set(running.block->cell(input.cell), frequency, Origin::carried);
-        carried.push_back({cellOf(clock->name, kFrequency), cellOf(running.name, input.cell), valueText(frequency)});
+        if (input.block == group.block->name && !into.group().isSet(input.cell))
+            into.set(group.block->cell(input.cell), endOf(clock->name, kFrequency),
+                     inputOf(*clock, block("CleClk").cell(kFrequency)));
     }
 }
 
 // Gives a clock's accounting the loads of the groups that name it, where the design leaves them unset. A clock that no
 // group names keeps what it has.
-void carryLoads(const Design& design, const Group& clock, Running& running, std::vector<Carried>& carried)
+void carryLoads(const Design& design, const Group& clock, CarriedInto& into)
 {
     if (clock.block->name != "Clock" || std::none_of(design.groups.begin(), design.groups.end(),
                                                      [&](const Group& group) { return group.clock == clock.name; }))
         return;
-    const std::string from = fmt::format("groups on {}", clock.name);
+    const Carried::End from = endOf(fmt::format("groups on {}", clock.name));
     for (const auto& [cell, number] : loadsOf(design, clock))
-        carryCount(running, cell, number, from, carried);
+        carryCount(into, cell, number, from);
     const float perSite = std::get<float>(inputOf(clock, "FANOUT_PER_SITE"));
-    const double fanout = static_cast<double>(sitesOf(running)) * static_cast<double>(perSite);
-    carryCount(running, "FANOUT", std::llround(fanout), from, carried);
+    const double fanout = static_cast<double>(sitesOf(into.group())) * static_cast<double>(perSite);
+    carryCount(into, "FANOUT", std::llround(fanout), from);
 }
 
 // ---- The device and its clocks ----
 
 // Every output of a clock's accounting is an input of the same name where its power is estimated.
-void carryClock(const Running& clock, Running& fed, std::vector<Carried>& carried)
+void carryClock(const Running& clock, CarriedInto& fed)
 {
+    const auto name = endOf(clock.name).name;
     for (const ZelmCellInfo& from : clock.block->cells) {
         if (from.kind != Kind::modelOutput)
             continue;
-        const ZelmCellInfo* to = fed.block->findCell(from.name);
-        if (!to || to->kind != Kind::userInput || fed.isSet(*to))
-            continue;
-        const Value value = clock.instance->get(from);
-        fed.set(*to, value, Origin::carried);
-        carried.push_back({cellOf(clock.name, from.name), cellOf(fed.name, from.name), valueText(value)});
+        const ZelmCellInfo* to = fed.group().block->findCell(from.name);
+        if (to && to->kind == Kind::userInput && !fed.group().isSet(*to))
+            fed.set(*to, {name, from.name}, clock.instance->get(from));
     }
 }
 
 // A clock net shares the device with the sites that the catalogue counts.
-void carrySites(Running& clock, const ResolvedDevice& device, std::vector<Carried>& carried)
+void carrySites(CarriedInto& clock, const ResolvedDevice& device)
 {
+    const auto name = endOf(device.name).name;
     for (const auto& [cellName, resource] : clockSites()) {
         const auto found = device.resources.find(std::string(resource));
-        if (found == device.resources.end() || clock.isSet(cellName))
-            continue;
-        clock.set(clock.block->cell(cellName), found->second, Origin::carried);
-        carried.push_back({cellOf(device.name, resource), cellOf(clock.name, cellName), std::to_string(found->second)});
+        if (found != device.resources.end() && !clock.group().isSet(cellName))
+            clock.set(clock.group().block->cell(cellName), {name, resource}, found->second);
     }
 }
 
 // The inputs that name the device, each in the words of its own data: external name, die, or internal name.
-void carryDevice(Running& group, const ResolvedDevice& device, std::vector<Carried>& carried)
+void carryDevice(CarriedInto& into, const ResolvedDevice& device)
 {
-    for (const char* name : {"DEVICE", "INTERNAL_DEVICE_NAME"}) {
-        const ZelmCellInfo* cell = group.block->findCell(name);
-        if (!cell || cell->kind != Kind::userInput || group.isSet(*cell))
+    static const Carried::End from = endOf("device");
+    const Block& block = *into.group().block;
+    for (const ZelmCellInfo* cell : block.deviceNames) {
+        if (into.group().isSet(*cell))
             continue;
-        const std::vector<std::string> words = legalWords(*group.block, *cell);
-        for (const std::string& word : device.names) {
-            if (std::find(words.begin(), words.end(), word) == words.end())
-                continue;
-            group.set(*cell, word, Origin::carried);
-            carried.push_back({"device", cellOf(group.name, name), word});
-            break;
-        }
+        const std::vector<std::string> words = legalWords(block, *cell);
+        const auto word = std::find_first_of(device.names.begin(), device.names.end(), words.begin(), words.end());
+        if (word != device.names.end())
+            into.set(*cell, from, *word);
     }
     // Transceivers write speed grade 2 as -2.
-    const ZelmCellInfo* cell = group.block->findCell("SPEEDGRADE");
-    if (cell && !group.isSet(*cell) && device.speedGrade > 0) {
-        group.set(*cell, -device.speedGrade, Origin::carried);
-        carried.push_back({"device", cellOf(group.name, "SPEEDGRADE"), std::to_string(-device.speedGrade)});
+    for (const ZelmCellInfo* cell : block.speedGrades) {
+        if (!into.group().isSet(*cell) && device.speedGrade > 0)
+            into.set(*cell, from, -device.speedGrade);
     }
 }
 
@@ -314,12 +326,9 @@ const std::vector<std::string_view>& bankCells()
 
 } // namespace
 
-std::string cellOf(std::string_view group, std::string_view cell)
+Carried::End endOf(std::string_view name, std::string_view cell)
 {
-    std::string text;
-    text.reserve(group.size() + 1 + cell.size());
-    text.append(group).append(1, '.').append(cell);
-    return text;
+    return {std::make_shared<const std::string>(name), cell};
 }
 
 RailVolts::RailVolts(const Design& design, const ResolvedDevice* device) : m_known(railNames().size())
@@ -352,16 +361,17 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
     for (const Block* block : reached) {
         const bool own = block == reached.front();
         Running running(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
+        CarriedInto into(running, started.carried);
         if (own) {
-            carryFrequency(design, group, running, started.carried);
-            carryLoads(design, group, running, started.carried);
+            carryFrequency(design, group, into);
+            carryLoads(design, group, into);
         }
         if (own && device && reached.size() > 1)
-            carrySites(running, *device, started.carried);
+            carrySites(into, *device);
         if (device)
-            carryDevice(running, *device, started.carried);
+            carryDevice(into, *device);
         if (!own)
-            carryClock(started.blocks.front(), running, started.carried);
+            carryClock(started.blocks.front(), into);
         setBankVoltage(running, rails, started.warnings);
         applyRails(running, rails);
         running.calculate();

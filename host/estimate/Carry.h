@@ -44,8 +44,8 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
 /// another of the same name: a clock's frequency into those that name it, their loads into the clock.
 std::vector<std::size_t> carriedInto(const Design& design, const Group& before, const Group& after);
 
-/// As Carried tells a cell: "pixel clock.FANOUT".
-std::string cellOf(std::string_view group, std::string_view cell);
+/// An end of what is carried.
+Carried::End endOf(std::string_view name, std::string_view cell = {});
 
 /// The used counts of the static power model, by cell, from what the groups use; the design's own settings win.
 UsedCounts usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design);

@@ -376,6 +376,7 @@ void RunningDesign::takeCarried(const std::vector<std::size_t>& stale)
     }
     if (isOther) {
         std::vector<Carried> now;
+        now.reserve(all.size());
         auto from = std::make_move_iterator(all.begin());
         auto next = stale.begin();
         for (std::size_t i = 0; i < m_started.size(); ++i) {
@@ -394,7 +395,7 @@ void RunningDesign::takeCarried(const std::vector<std::size_t>& stale)
         all = std::move(now);
     }
     for (const std::size_t i : stale)
-        ofGroup(i).clear();
+        ofGroup(i) = std::vector<Carried>();
 }
 
 // Rails stand in the order in which groups load them, which is most often that of the last time.
@@ -479,8 +480,10 @@ void RunningDesign::lookAtUses()
     if (m_scope == Scope::mode)
         return;
     result.carried.resize(std::accumulate(m_carriedOf.begin(), m_carriedOf.end(), std::size_t{0}));
+    static const Carried::End from = endOf("groups");
+    static const Carried::End to = endOf("Static");
     for (const auto& [cell, count] : result.usedCounts)
-        result.carried.push_back({"groups", cellOf("Static", cell), std::to_string(count)});
+        result.carried.push_back({from, {to.name, cell}, count});
 }
 
 void RunningDesign::addStaticPower()

@@ -177,8 +177,10 @@ void refuseImpossible(const Design& design)
 
 std::optional<double> padVolts(const Running& group, std::string_view output)
 {
+    if (group.block->name != "Yond")
+        return std::nullopt;
     const auto* pads = std::find_if(kPads.begin(), kPads.end(), [&](const Pads& p) { return p.output == output; });
-    if (group.block->name != "Yond" || pads == kPads.end())
+    if (pads == kPads.end())
         return std::nullopt;
     const Value value = group.get(pads->volts);
     const float* volts = std::get_if<float>(&value);

@@ -489,14 +489,15 @@ private:
     // What the tool carried, from which group if from one.
     void fillCarried(std::size_t id, const Running& group, const ZelmCellInfo& info)
     {
-        const std::string to = fmt::format("{}.{}", group.name, info.name);
         const auto& all = m_estimate->carried;
-        const auto carried = std::find_if(all.begin(), all.end(), [&](const Carried& entry) { return entry.to == to; });
-        ValueOrigin origin{"carried", carried == all.end() ? "the I/O standard" : carried->from, "", 0};
+        const auto carried = std::find_if(all.begin(), all.end(), [&](const Carried& entry) {
+            return *entry.to.name == group.name && entry.to.cell == info.name;
+        });
+        ValueOrigin origin{"carried", carried == all.end() ? "the I/O standard" : carried->from.text(), "", 0};
         std::vector<std::size_t> operands;
         if (origin.from == "device" || (m_device && origin.from.starts_with(m_device->name + "."))) {
             origin = inDesign("device.part", "carried");
-            origin.from = carried->from;
+            origin.from = carried->from.text();
         } else if (origin.from == "groups on " + group.name) {
             operands = loadsOn(group, info.name);
             at(id).words = info.name == "FANOUT" ? "sites of these loads x FANOUT_PER_SITE"

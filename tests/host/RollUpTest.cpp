@@ -271,9 +271,8 @@ TEST_P(Example, StaticPowerIsTheModelsAtTheJunction)
                                          [](const GroupResult& group) { return group.block->name == "Harl"; });
         set("HAS_HARL_IO", std::string(managed ? "YES" : "NO"));
         for (const Carried& carried : estimate.carried) {
-            if (carried.to.starts_with("Static.")) {
-                const std::string cell = carried.to.substr(7);
-                set(cell, parseValue(block.input(cell), carried.value));
+            if (*carried.to.name == "Static") {
+                set(carried.to.cell, carried.value);
             }
         }
         for (const auto& [rail, volts] : estimate.design.rails)
