@@ -342,9 +342,9 @@ std::size_t NameHash::operator()(std::string_view name) const noexcept
     std::uint64_t first = 0;
     std::uint64_t middle = 0;
     std::uint64_t last = 0;
-    constexpr std::size_t word = sizeof(first);
-    if (name.size() < word) {
-        std::copy(name.begin(), name.end(), reinterpret_cast<char*>(&first));
+    if (constexpr std::size_t word = sizeof(first); name.size() < word) {
+        for (const char letter : name)
+            first = first << 8U | static_cast<unsigned char>(letter);
     } else {
         std::memcpy(&first, name.data(), word);
         std::memcpy(&middle, name.data() + (name.size() - word) / 2, word);

@@ -164,8 +164,10 @@ std::map<std::string_view, std::int64_t> loadsOf(const Design& design, const Gro
     for (const Group& group : design.groups) {
         if (group.clock != clock.name)
             continue;
-        for (const ClockLoad& load : clockLoads())
-            loads[load.load] += loadOf(group, load);
+        for (const ClockLoad& load : clockLoads()) {
+            if (const std::int64_t number = loadOf(group, load); number != 0)
+                loads[load.load] += number;
+        }
     }
     for (auto& [cell, number] : loads)
         number = roundedUpBy(number, std::max(clock.count, 1));

@@ -41,28 +41,35 @@ void refuseUnknownRails(const Design& design)
         check(rail, "budgets.rails");
 }
 
-// Limits on rails that mean nothing: a name that differs by a letter, say.
-void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estimate& result)
+std::vector<std::string> loadedRails(const Side& side)
 {
     std::vector<std::string> loaded;
-    for (const RailResult& rail : result.side().rails) {
+    for (const RailResult& rail : side.rails) {
         if (rail.amperes() != 0.0)
             loaded.push_back(rail.name);
     }
-    const auto check = [&](const std::string& rail, const std::string& place) {
+    return loaded;
+}
+
+// Limits on rails that mean nothing: a name that differs by a letter, say.
+void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estimate& result)
+{
+    const auto check = [&](const std::string& rail, const auto& place) {
         const bool lacking = device && !hasRail(device->name, rail);
-        if (!lacking && std::find(loaded.begin(), loaded.end(), rail) != loaded.end())
+        const RailResult* load = result.side().rail(rail);
+        if (!lacking && load && load->amperes() != 0.0)
             return;
         const std::string what = lacking ? device->name + " has no such rail" : "nothing loads this rail";
-        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(place), what, suggestion(rail, loaded)));
+        result.warnings.push_back(
+            fmt::format("{}: {}{}", design.source.at(place()), what, suggestion(rail, loadedRails(result.side()))));
     };
-    for (const auto& [rail, current] : design.regulators)
-        check(rail, "regulators." + rail);
-    for (const auto& [rail, current] : design.budgets.rails)
-        check(rail, "budgets.rails." + rail);
+    for (const auto& regulator : design.regulators)
+        check(regulator.first, [&] { return "regulators." + regulator.first; });
+    for (const auto& budget : design.budgets.rails)
+        check(budget.first, [&] { return "budgets.rails." + budget.first; });
     for (const Supply& supply : design.supplies.all) {
         for (std::size_t i = 0; i < supply.rails.size() && !design.regulators.contains(supply.name); ++i)
-            check(supply.rails[i], fmt::format("supplies.{}.rails[{}]", supply.name, i));
+            check(supply.rails[i], [&] { return fmt::format("supplies.{}.rails[{}]", supply.name, i); });
     }
 }
 
@@ -259,6 +266,7 @@ void RunningDesign::resolveDevice()
     m_rails = std::make_shared<const RailVolts>(design, device());
     m_started.clear();
     m_started.resize(design.groups.size());
+    m_running = RunningGroups();
     m_stale.assign(design.groups.size(), true);
     m_carriedOf.assign(design.groups.size(), 0);
     m_estimate.carried.clear();
@@ -279,6 +287,7 @@ void RunningDesign::beginFrom(const RunningDesign& other)
     m_warningsAcross = other.m_warningsAcross;
     m_warningsOfDevice = other.m_warningsOfDevice;
     m_otherFields = !areReadFromOneFile(m_estimate.design, other.m_estimate.design);
+    m_placesOfLoads = other.m_placesOfLoads;
     m_static.takeFrom(other.m_static);
     m_stale.assign(groups.size(), false);
     for (std::size_t i = 0; i < groups.size(); ++i) {

@@ -108,8 +108,8 @@ bool Running::readsTheSameOf(const Running& other) const
 
 RunningGroups::RunningGroups(std::vector<const Running*> groups) : m_all(std::move(groups)), m_byBlock(m_all)
 {
-    const auto stands = [](const Running* a, const Running* b) { return a->block < b->block; };
-    std::stable_sort(m_byBlock.begin(), m_byBlock.end(), stands);
+    const auto standsBefore = [](const Running* a, const Running* b) { return a->block < b->block; };
+    std::stable_sort(m_byBlock.begin(), m_byBlock.end(), standsBefore);
     m_begins.reserve(blocks().size() + 1);
     for (std::size_t i = 0; i < m_byBlock.size(); ++i)
         m_begins.resize(std::max(m_begins.size(), placeOf(*m_byBlock[i]->block) + 1), i);
