@@ -18,7 +18,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <optional>
@@ -239,12 +241,22 @@ std::unique_ptr<Instance> create()
     return std::make_unique<InstanceOf<Model>>();
 }
 
-std::unordered_map<std::string_view, const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
+ByName<const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
 {
-    std::unordered_map<std::string_view, const ZelmCellInfo*> index;
+    ByName<const ZelmCellInfo*> index;
     for (const ZelmCellInfo& cell : cells)
         index.emplace(cell.name, &cell);
     return index;
+}
+
+bool namesDevice(const ZelmCellInfo& cell)
+{
+    return cell.kind == Kind::userInput && (cell.name == "DEVICE" || cell.name == "INTERNAL_DEVICE_NAME");
+}
+
+bool takesSpeedGrade(const ZelmCellInfo& cell)
+{
+    return cell.kind == Kind::userInput && cell.name == "SPEEDGRADE";
 }
 
 bool isPower(const ZelmCellInfo& cell)
@@ -279,6 +291,8 @@ Block describe(std::string_view name, std::string_view subsystem, std::string_vi
             byName(Model::Params::cells()),
             cellsThat(Model::Params::cells(), [](const ZelmCellInfo& cell) { return cell.kind == Kind::userInput; }),
             cellsThat(Model::Params::cells(), takesVolts),
+            cellsThat(Model::Params::cells(), namesDevice),
+            cellsThat(Model::Params::cells(), takesSpeedGrade),
             cellsThat(Model::Params::cells(), isPower)};
 }
 
@@ -322,6 +336,24 @@ Value valueOf(const ZelmCellInfo& cell, const WrittenQuantity& written, std::str
 }
 
 } // namespace
+
+std::size_t NameHash::operator()(std::string_view name) const noexcept
+{
+    std::uint64_t first = 0;
+    std::uint64_t middle = 0;
+    std::uint64_t last = 0;
+    if (constexpr std::size_t word = sizeof(first); name.size() < word) {
+        for (const char letter : name)
+            first = first << 8U | static_cast<unsigned char>(letter);
+    } else {
+        std::memcpy(&first, name.data(), word);
+        std::memcpy(&middle, name.data() + (name.size() - word) / 2, word);
+        std::memcpy(&last, name.data() + name.size() - word, word);
+    }
+    constexpr std::uint64_t odd = 0x9e3779b97f4a7c15; // spreads over all bits
+    const std::uint64_t mixed = ((first * odd ^ middle) * odd ^ last) * odd + name.size();
+    return mixed ^ mixed >> 32U;
+}
 
 std::optional<float> Instance::real(const ZelmCellInfo& cell) const
 {
@@ -379,10 +411,16 @@ std::span<const Block> blocks()
     return all;
 }
 
+std::size_t placeOf(const Block& block)
+{
+    static const Block* const first = blocks().data();
+    return static_cast<std::size_t>(&block - first);
+}
+
 const Block& block(std::string_view name)
 {
-    static const std::unordered_map<std::string_view, const Block*> byBlockName = [] {
-        std::unordered_map<std::string_view, const Block*> index;
+    static const ByName<const Block*> byBlockName = [] {
+        ByName<const Block*> index;
         for (const Block& candidate : blocks())
             index.emplace(candidate.name, &candidate);
         return index;

@@ -4,6 +4,7 @@
 #include "framework/ZelmLookUpMisses.h"
 #include "framework/ZelmWatcher.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -56,6 +57,14 @@ struct MissingRow {
     bool operator==(const MissingRow&) const = default;
 };
 
+/// Of names of cells, blocks and rails, by their length and the words at their ends and in their middle: most of what
+/// is looked up is a name that the code knows, and is looked up often.
+struct NameHash {
+    std::size_t operator()(std::string_view name) const noexcept;
+};
+template <class T>
+using ByName = std::unordered_map<std::string_view, T, NameHash>;
+
 /// A resource kind.
 struct Block {
     std::string_view name;
@@ -72,10 +81,12 @@ struct Block {
     std::vector<std::string> (*keys)(std::vector<std::string> chain, bool whole);
     std::string_view (*groupOf)(const void* table);
 
-    std::unordered_map<std::string_view, const ZelmCellInfo*> cellsByName;
+    ByName<const ZelmCellInfo*> cellsByName;
     std::vector<const ZelmCellInfo*> inputs;
-    std::vector<const ZelmCellInfo*> voltages; ///< inputs that hold a rail's voltage
-    std::vector<const ZelmCellInfo*> powers;   ///< outputs that load a rail, or burn power off chip
+    std::vector<const ZelmCellInfo*> voltages;    ///< inputs that hold a rail's voltage
+    std::vector<const ZelmCellInfo*> deviceNames; ///< inputs that name the device
+    std::vector<const ZelmCellInfo*> speedGrades; ///< inputs that hold its speed grade
+    std::vector<const ZelmCellInfo*> powers;      ///< outputs that load a rail, or burn power off chip
 
     const ZelmCellInfo* findCell(std::string_view cell) const;
     /// An Error that names the nearest cells if there is none of that name.
@@ -87,6 +98,8 @@ struct Block {
 };
 
 std::span<const Block> blocks();
+/// The place of a block among them.
+std::size_t placeOf(const Block& block);
 /// An Error that names the nearest blocks if there is none of that name.
 const Block& block(std::string_view name);
 

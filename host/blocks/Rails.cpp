@@ -23,6 +23,18 @@ const std::vector<std::string>& railNames()
     return all;
 }
 
+std::optional<std::size_t> placeOfRail(std::string_view rail)
+{
+    static const ByName<std::size_t> places = [] {
+        ByName<std::size_t> index;
+        for (const std::string& name : railNames())
+            index.emplace(name, index.size());
+        return index;
+    }();
+    const auto found = places.find(rail);
+    return found == places.end() ? std::nullopt : std::optional(found->second);
+}
+
 bool takesVolts(const ZelmCellInfo& cell)
 {
     return cell.kind == ZelmCellInfo::Kind::userInput && !cell.legal.rail.empty();

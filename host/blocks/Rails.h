@@ -2,13 +2,19 @@
 
 #include "host/blocks/Block.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zelm::host {
 
 /// The names of all supply rails.
 const std::vector<std::string>& railNames();
+
+/// The place of a rail among these; nothing if there is none of its name.
+std::optional<std::size_t> placeOfRail(std::string_view rail);
 
 /// Whether a cell is an input of a supply rail's voltage. Its row tells which.
 bool takesVolts(const ZelmCellInfo& cell);

@@ -25,11 +25,11 @@ TemplateDevice deviceOf(const std::string& part)
     empty.source.file = "--part";
     empty.device.emplace();
     empty.device->part = part;
-    const ResolvedDevice resolved = resolve(empty);
-    TemplateDevice device{resolved.name, part, resolved.resources, {}};
+    const auto resolved = resolve(empty);
+    TemplateDevice device{resolved->name, part, resolved->resources, {}};
     const Estimate leaking = estimate(empty);
     for (const RailResult& rail : leaking.side().rails) {
-        if (hasRail(resolved.name, rail.name) && rail.amperes() != 0.0)
+        if (hasRail(resolved->name, rail.name) && rail.amperes() != 0.0)
             device.rails.emplace_back(rail.name, rail.volts);
     }
     return device;

@@ -493,7 +493,7 @@ Design readDesign(const Json& root, const JsonSource& source)
     fields.refuseOthers();
     if (!groups)
         where.fail("a design needs \"groups\": a list of blocks and their inputs");
-    design.groups = readGroups(*groups, reading);
+    design.groups.change() = readGroups(*groups, reading);
     if (modes)
         design.modes = readModes(*modes, root, reading);
     design.warnings = std::move(reading.warnings);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/base/JsonSource.h"
+#include "host/base/SharedList.h"
 #include "host/blocks/Block.h"
 #include "host/design/Distribution.h"
 #include "host/design/Modes.h"
@@ -84,7 +85,7 @@ struct Design {
     std::vector<ThermalStage> stages; ///< of the way from the junction to the air, in place of one thetaJA
     std::optional<double> batteryWattHours;
     std::vector<std::pair<std::string, Value>> staticInputs; ///< of the Static block, set by hand
-    std::vector<Group> groups;
+    SharedList<Group> groups;
     std::vector<std::string> warnings; ///< the same, outside of groups
     std::vector<Uncertain> uncertain;  ///< values that are distributions, of which the centres count here
 

@@ -178,7 +178,7 @@ ResolvedDevice resolveAnew(const Design& design)
 // What designs' devices have come to: a process meets few of them, over and over.
 class ResolvedDevices {
 public:
-    ResolvedDevice find(const Design& design)
+    std::shared_ptr<const ResolvedDevice> find(const Design& design)
     {
         const std::lock_guard lock(m_mutex);
         const Device& device = design.device.value();
@@ -188,7 +188,7 @@ public:
             std::find_if(m_known.begin(), m_known.end(), [&](const auto& entry) { return entry.first == device; });
         if (known != m_known.end())
             return known->second;
-        ResolvedDevice resolved = resolveAnew(design);
+        auto resolved = std::make_shared<const ResolvedDevice>(resolveAnew(design));
         constexpr std::size_t most = 64;
         if (m_known.size() == most)
             m_known.clear();
@@ -205,13 +205,13 @@ private:
     }
 
     std::mutex m_mutex;
-    std::vector<std::pair<Device, ResolvedDevice>> m_known;
+    std::vector<std::pair<Device, std::shared_ptr<const ResolvedDevice>>> m_known;
     std::array<unsigned, 3> m_loads{};
 };
 
 } // namespace
 
-ResolvedDevice resolve(const Design& design)
+std::shared_ptr<const ResolvedDevice> resolve(const Design& design)
 {
     static ResolvedDevices devices;
     return devices.find(design);

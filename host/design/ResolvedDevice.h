@@ -3,6 +3,7 @@
 #include "host/design/Design.h"
 
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,6 @@ struct ResolvedDevice {
 };
 
 /// Finds the device of a design that names one, and checks its grades; an Error names the legal words.
-ResolvedDevice resolve(const Design& design);
+std::shared_ptr<const ResolvedDevice> resolve(const Design& design);
 
 } // namespace zelm::host

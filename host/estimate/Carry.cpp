@@ -22,6 +22,29 @@ namespace {
 
 using Kind = ZelmCellInfo::Kind;
 
+// Sets inputs of a group to what is carried into them, and tells of it.
+class CarriedInto {
+public:
+    CarriedInto(Running& group, std::vector<Carried>& told) : m_group(&group), m_told(&told) {}
+
+    const Running& group() const
+    {
+        return *m_group;
+    }
+    void set(const ZelmCellInfo& cell, const Carried::End& from, const Value& value)
+    {
+        m_group->set(cell, value, Origin::carried);
+        if (!m_name)
+            m_name = endOf(m_group->name).name;
+        m_told->push_back({from, {m_name, cell.name}, value});
+    }
+
+private:
+    Running* m_group;
+    std::vector<Carried>* m_told;
+    std::shared_ptr<const std::string> m_name; // as soon as something is carried
+};
+
 // ---- Rails ----
 
 void applyRails(Running& group, const RailVolts& rails)
@@ -48,7 +71,7 @@ bool receives(const std::string& direction)
 // The pins of one buffer: a pair in a direction in use takes two.
 int pinsPerBuffer(const Running& group)
 {
-    const std::string direction = group.text("IO_DIRECTION");
+    const std::string& direction = group.text("IO_DIRECTION");
     const bool pair = (drives(direction) && isPair(group.text("OUTPUT_IO_STANDARD"))) ||
                       (receives(direction) && isPair(group.text("INPUT_IO_STANDARD")));
     return pair ? 2 : 1;
@@ -71,7 +94,7 @@ void setBankVoltage(Running& group, const RailVolts& rails, std::vector<std::str
         const std::string name = word(input);
         const auto& all = ioStandards();
         const auto standard = std::find_if(all.begin(), all.end(), [&](const IoStandard& s) {
-            return s.bank == group.block->name && s.direction == direction_ && s.name == name;
+            return s.name == name && s.bank == group.block->name && s.direction == direction_;
         });
         if (standard == all.end()) {
             warnings.push_back(
@@ -141,8 +164,10 @@ std::map<std::string_view, std::int64_t> loadsOf(const Design& design, const Gro
     for (const Group& group : design.groups) {
         if (group.clock != clock.name)
             continue;
-        for (const ClockLoad& load : clockLoads())
-            loads[load.load] += loadOf(group, load);
+        for (const ClockLoad& load : clockLoads()) {
+            if (const std::int64_t number = loadOf(group, load); number != 0)
+                loads[load.load] += number;
+        }
     }
     for (auto& [cell, number] : loads)
         number = roundedUpBy(number, std::max(clock.count, 1));
@@ -160,19 +185,17 @@ std::int64_t sitesOf(const Running& clock)
            loads("DSPS_USING_CLK");
 }
 
-void carryCount(Running& clock, std::string_view cell, std::int64_t count, const std::string& from,
-                std::vector<Carried>& carried)
+void carryCount(CarriedInto& clock, std::string_view cellName, std::int64_t count, const Carried::End& from)
 {
-    if (clock.isSet(cell))
+    const ZelmCellInfo& cell = clock.group().block->cell(cellName);
+    if (clock.group().isSet(cell))
         return;
     constexpr std::int64_t most = std::numeric_limits<int>::max() - 1;
-    const int number = static_cast<int>(std::clamp<std::int64_t>(count, 0, most));
-    clock.set(clock.block->cell(cell), number, Origin::carried);
-    carried.push_back({from, fmt::format("{}.{}", clock.name, cell), std::to_string(number)});
+    clock.set(cell, from, static_cast<int>(std::clamp<std::int64_t>(count, 0, most)));
 }
 
 // Gives a group the frequency of the clock that it names, on all its clock inputs that the design leaves unset.
-void carryFrequency(const Design& design, const Group& group, Running& running, std::vector<Carried>& carried)
+void carryFrequency(const Design& design, const Group& group, CarriedInto& into)
 {
     if (group.clock.empty())
         return;
@@ -181,80 +204,70 @@ void carryFrequency(const Design& design, const Group& group, Running& running, 
     if (clock == design.groups.end())
         return;
     for (const ClockInput& input : clockInputs()) {
-        if (input.block != running.block->name || running.isSet(input.cell))
-            continue;
-        const Value frequency = inputOf(*clock, block("CleClk").cell(kFrequency));
-        running.set(running.block->cell(input.cell), frequency, Origin::carried);
-        carried.push_back({fmt::format("{}.{}", clock->name, kFrequency),
-                           fmt::format("{}.{}", running.name, input.cell), valueText(frequency)});
+        if (input.block == group.block->name && !into.group().isSet(input.cell))
+            into.set(group.block->cell(input.cell), endOf(clock->name, kFrequency),
+                     inputOf(*clock, block("CleClk").cell(kFrequency)));
     }
 }
 
 // Gives a clock's accounting the loads of the groups that name it, where the design leaves them unset. A clock that no
 // group names keeps what it has.
-void carryLoads(const Design& design, const Group& clock, Running& running, std::vector<Carried>& carried)
+void carryLoads(const Design& design, const Group& clock, CarriedInto& into)
 {
     if (clock.block->name != "Clock" || std::none_of(design.groups.begin(), design.groups.end(),
                                                      [&](const Group& group) { return group.clock == clock.name; }))
         return;
-    const std::string from = fmt::format("groups on {}", clock.name);
+    const Carried::End from = endOf(fmt::format("groups on {}", clock.name));
     for (const auto& [cell, number] : loadsOf(design, clock))
-        carryCount(running, cell, number, from, carried);
+        carryCount(into, cell, number, from);
     const float perSite = std::get<float>(inputOf(clock, "FANOUT_PER_SITE"));
-    const double fanout = static_cast<double>(sitesOf(running)) * static_cast<double>(perSite);
-    carryCount(running, "FANOUT", std::llround(fanout), from, carried);
+    const double fanout = static_cast<double>(sitesOf(into.group())) * static_cast<double>(perSite);
+    carryCount(into, "FANOUT", std::llround(fanout), from);
 }
 
 // ---- The device and its clocks ----
 
 // Every output of a clock's accounting is an input of the same name where its power is estimated.
-void carryClock(const Running& clock, Running& fed, std::vector<Carried>& carried)
+void carryClock(const Running& clock, CarriedInto& fed)
 {
+    const auto name = endOf(clock.name).name;
     for (const ZelmCellInfo& from : clock.block->cells) {
-        const ZelmCellInfo* to = fed.block->findCell(from.name);
-        if (from.kind != Kind::modelOutput || !to || to->kind != Kind::userInput || fed.isSet(from.name))
+        if (from.kind != Kind::modelOutput)
             continue;
-        const Value value = clock.instance->get(from);
-        fed.set(*to, value, Origin::carried);
-        carried.push_back(
-            {fmt::format("{}.{}", clock.name, from.name), fmt::format("{}.{}", fed.name, from.name), valueText(value)});
+        const ZelmCellInfo* to = fed.group().block->findCell(from.name);
+        if (to && to->kind == Kind::userInput && !fed.group().isSet(*to))
+            fed.set(*to, {name, from.name}, clock.instance->get(from));
     }
 }
 
 // A clock net shares the device with the sites that the catalogue counts.
-void carrySites(Running& clock, const ResolvedDevice& device, std::vector<Carried>& carried)
+void carrySites(CarriedInto& clock, const ResolvedDevice& device)
 {
+    const auto name = endOf(device.name).name;
     for (const auto& [cellName, resource] : clockSites()) {
         const auto found = device.resources.find(std::string(resource));
-        if (found == device.resources.end() || clock.isSet(cellName))
-            continue;
-        clock.set(clock.block->cell(cellName), found->second, Origin::carried);
-        carried.push_back({fmt::format("{}.{}", device.name, resource), fmt::format("{}.{}", clock.name, cellName),
-                           std::to_string(found->second)});
+        if (found != device.resources.end() && !clock.group().isSet(cellName))
+            clock.set(clock.group().block->cell(cellName), {name, resource}, found->second);
     }
 }
 
 // The inputs that name the device, each in the words of its own data: external name, die, or internal name.
-void carryDevice(Running& group, const ResolvedDevice& device, std::vector<Carried>& carried)
+void carryDevice(CarriedInto& into, const ResolvedDevice& device)
 {
-    for (const char* name : {"DEVICE", "INTERNAL_DEVICE_NAME"}) {
-        const ZelmCellInfo* cell = group.block->findCell(name);
-        if (!cell || cell->kind != Kind::userInput || group.isSet(name))
+    static const Carried::End from = endOf("device");
+    const Block& block = *into.group().block;
+    for (const ZelmCellInfo* cell : block.deviceNames) {
+        if (into.group().isSet(*cell))
             continue;
-        const std::vector<std::string> words = legalWords(*group.block, *cell);
-        for (const std::string& word : device.names) {
-            if (std::find(words.begin(), words.end(), word) == words.end())
-                continue;
-            group.set(*cell, word, Origin::carried);
-            carried.push_back({"device", fmt::format("{}.{}", group.name, name), word});
-            break;
-        }
+        const std::vector<std::string> words = legalWords(block, *cell);
+        const auto word = std::find_first_of(device.names.begin(), device.names.end(), words.begin(), words.end());
+        if (word != device.names.end())
+            into.set(*cell, from, *word);
     }
     // Transceivers write speed grade 2 as -2.
-    const ZelmCellInfo* cell = group.block->findCell("SPEEDGRADE");
-    if (cell && !group.isSet("SPEEDGRADE") && device.speedGrade > 0) {
-        group.set(*cell, -device.speedGrade, Origin::carried);
-        carried.push_back({"device", fmt::format("{}.SPEEDGRADE", group.name), std::to_string(-device.speedGrade)});
+    for (const ZelmCellInfo* cell : block.speedGrades) {
+        if (!into.group().isSet(*cell) && device.speedGrade > 0)
+            into.set(*cell, from, -device.speedGrade);
     }
 }
 
@@ -296,34 +309,44 @@ std::string bankCell(std::string_view rail, const BankKind& kind)
     return fmt::format("USED_{}_{}_BANKS", rail, kind.words);
 }
 
-// The static power model's counts of a kind's banks.
-std::vector<const ZelmCellInfo*> bankCells(const BankKind& kind)
+// The static power model's counts of banks of any kind.
+const std::vector<std::string_view>& bankCells()
 {
-    std::vector<const ZelmCellInfo*> cells;
-    const std::string ending = fmt::format("{}_BANKS", kind.words);
-    for (const ZelmCellInfo& cell : block("Static").cells) {
-        if (cell.kind == ZelmCellInfo::Kind::userInput && cell.name.ends_with(ending))
-            cells.push_back(&cell);
-    }
-    return cells;
+    static const std::vector<std::string_view> all = [] {
+        std::vector<std::string_view> cells;
+        for (const BankKind& kind : bankKinds()) {
+            const std::string ending = fmt::format("{}_BANKS", kind.words);
+            for (const ZelmCellInfo& cell : block("Static").cells) {
+                if (cell.kind == Kind::userInput && cell.name.ends_with(ending))
+                    cells.push_back(cell.name);
+            }
+        }
+        return cells;
+    }();
+    return all;
 }
 
 } // namespace
 
-RailVolts::RailVolts(const Design& design, const ResolvedDevice* device)
+Carried::End endOf(std::string_view name, std::string_view cell)
+{
+    return {std::make_shared<const std::string>(name), cell};
+}
+
+RailVolts::RailVolts(const Design& design, const ResolvedDevice* device) : m_known(railNames().size())
 {
     if (device) {
         for (const auto& [rail, volts] : device->volts)
-            m_known[rail] = {volts, Origin::device};
+            m_known[placeOfRail(rail).value()] = {volts, Origin::device};
     }
     for (const auto& [rail, volts] : design.rails)
-        m_known[rail] = {volts, Origin::rails};
+        m_known[placeOfRail(rail).value()] = {volts, Origin::rails};
 }
 
 std::optional<RailVolts::Known> RailVolts::find(std::string_view rail) const
 {
-    const auto found = m_known.find(rail);
-    return found == m_known.end() ? std::nullopt : std::optional(found->second);
+    const auto place = placeOfRail(rail);
+    return place ? m_known[*place] : std::nullopt;
 }
 
 std::optional<double> RailVolts::volts(std::string_view rail) const
@@ -336,19 +359,21 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
 {
     StartedGroup started;
     const std::vector<const Block*> reached = inputBlocks(*group.block);
+    started.blocks.reserve(reached.size());
     for (const Block* block : reached) {
         const bool own = block == reached.front();
         Running running(*block, group, own ? group.name : fmt::format("{} ({})", group.name, block->title));
+        CarriedInto into(running, started.carried);
         if (own) {
-            carryFrequency(design, group, running, started.carried);
-            carryLoads(design, group, running, started.carried);
+            carryFrequency(design, group, into);
+            carryLoads(design, group, into);
         }
         if (own && device && reached.size() > 1)
-            carrySites(running, *device, started.carried);
+            carrySites(into, *device);
         if (device)
-            carryDevice(running, *device, started.carried);
+            carryDevice(into, *device);
         if (!own)
-            carryClock(started.blocks.front(), running, started.carried);
+            carryClock(started.blocks.front(), into);
         setBankVoltage(running, rails, started.warnings);
         applyRails(running, rails);
         running.calculate();
@@ -375,24 +400,24 @@ std::vector<std::size_t> carriedInto(const Design& design, const Group& before, 
     return reached;
 }
 
-std::map<std::string, int> usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design)
+UsedCounts usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design)
 {
-    std::map<std::string, int> used;
+    UsedCounts used;
     for (const StaticCount& count : staticCounts()) {
         std::int64_t sum = 0;
         for (const Running* group : groups.of(count.block))
             sum += units(*group, count.cell);
-        used[std::string(count.staticCell)] = forCell(roundedUp(sum, count.perCount));
+        used[count.staticCell] = forCell(roundedUp(sum, count.perCount));
     }
+    for (const std::string_view cell : bankCells())
+        used[cell] = 0;
     for (const BankKind& kind : bankKinds()) {
         std::map<std::string_view, std::int64_t> pins;
         for (const Running* group : groups.of(kind.block))
             pins[group->bankRail()] += std::int64_t{group->count} * pinsPerBuffer(*group);
-        for (const ZelmCellInfo* cell : bankCells(kind))
-            used[std::string(cell->name)] = 0;
         for (const auto& [rail, number] : pins) {
-            if (const std::string cell = bankCell(rail, kind); block("Static").findCell(cell))
-                used[cell] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
+            if (const ZelmCellInfo* cell = block("Static").findCell(bankCell(rail, kind)))
+                used[cell->name] = forCell(roundedUp(number, pinsPerBank(device, kind.words)));
         }
     }
     for (const auto& [cell, value] : design.staticInputs)

@@ -4,7 +4,6 @@
 #include "host/estimate/Results.h"
 #include "host/estimate/Running.h"
 
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,7 +26,7 @@ public:
     std::optional<double> volts(std::string_view rail) const;
 
 private:
-    std::map<std::string, Known, std::less<>> m_known;
+    std::vector<std::optional<Known>> m_known; // by the rail's place
 };
 
 /// A design's group at work: its own block, and those that it feeds.
@@ -45,8 +44,11 @@ StartedGroup start(const Design& design, const Group& group, const RailVolts& ra
 /// another of the same name: a clock's frequency into those that name it, their loads into the clock.
 std::vector<std::size_t> carriedInto(const Design& design, const Group& before, const Group& after);
 
+/// An end of what is carried.
+Carried::End endOf(std::string_view name, std::string_view cell = {});
+
 /// The used counts of the static power model, by cell, from what the groups use; the design's own settings win.
-std::map<std::string, int> usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design);
+UsedCounts usedCounts(const RunningGroups& groups, const ResolvedDevice& device, const Design& design);
 
 /// What the groups use of each resource that the catalogue counts.
 std::vector<Utilisation> utilisation(const RunningGroups& groups, const ResolvedDevice& device);

@@ -11,16 +11,6 @@
 
 namespace zelm::host {
 
-namespace {
-
-std::size_t placeOfBlock(const Block& block)
-{
-    static const Block* const first = blocks().data();
-    return static_cast<std::size_t>(&block - first);
-}
-
-} // namespace
-
 std::string DataFactor::name() const
 {
     return fmt::format("{} {}", block, rail.empty() ? kind : rail);
@@ -69,7 +59,7 @@ void DataFactors::place(const DataFactor& entry, double factor)
 {
     if (entry.block == "Static")
         return placeStatic(entry, factor);
-    OfBlock& own = m_ofBlocks[placeOfBlock(block(entry.block))];
+    OfBlock& own = m_ofBlocks[placeOf(block(entry.block))];
     if (entry.rail.empty())
         own.dynamic = factor;
     else
@@ -93,13 +83,13 @@ void DataFactors::placeStatic(const DataFactor& entry, double factor)
 
 double DataFactors::of(const Block& block) const
 {
-    return m_ofBlocks[placeOfBlock(block)].dynamic;
+    return m_ofBlocks[placeOf(block)].dynamic;
 }
 
 // The pads' VCCO is the rail of their bank: VCCO18.
 double DataFactors::of(const Block& block, std::string_view rail) const
 {
-    const OfBlock& own = m_ofBlocks[placeOfBlock(block)];
+    const OfBlock& own = m_ofBlocks[placeOf(block)];
     for (const auto& [name, factor] : own.rails) {
         if (name == rail || (name == "VCCO" && rail.starts_with(name)))
             return factor;

@@ -51,16 +51,18 @@ Said heldAgainstDynamicPower(const Design& design)
 
 void checkNames(const Running& group, const ResolvedDevice& device, Said& warnings)
 {
-    for (const char* cell : {"DEVICE", "INTERNAL_DEVICE_NAME"}) {
-        if (group.originOf(cell) == Origin::design &&
-            std::find(device.names.begin(), device.names.end(), group.text(cell)) == device.names.end())
+    for (const ZelmCellInfo* cell : group.block->deviceNames) {
+        if (group.originOf(*cell) == Origin::design &&
+            std::find(device.names.begin(), device.names.end(), group.text(cell->name)) == device.names.end())
             warnings.push_back(fmt::format("group \"{}\": {} is {}, and the design's device is {}; leave {} out",
-                                           group.name, cell, group.text(cell), device.name, cell));
+                                           group.name, cell->name, group.text(cell->name), device.name, cell->name));
     }
-    if (group.originOf("SPEEDGRADE") == Origin::design && device.speedGrade > 0 &&
-        group.whole("SPEEDGRADE") != -device.speedGrade)
-        warnings.push_back(fmt::format("group \"{}\": SPEEDGRADE is {}, and the device's is {}; leave SPEEDGRADE out",
-                                       group.name, group.whole("SPEEDGRADE"), -device.speedGrade));
+    for (const ZelmCellInfo* cell : group.block->speedGrades) {
+        if (group.originOf(*cell) == Origin::design && device.speedGrade > 0 &&
+            group.whole(cell->name) != -device.speedGrade)
+            warnings.push_back(fmt::format("group \"{}\": {} is {}, and the device's is {}; leave {} out", group.name,
+                                           cell->name, group.whole(cell->name), -device.speedGrade, cell->name));
+    }
 }
 
 void checkRails(const Design& design, const ResolvedDevice& device, Said& warnings)

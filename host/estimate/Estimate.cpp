@@ -14,7 +14,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <numeric>
 #include <set>
 #include <utility>
 
@@ -25,10 +28,10 @@ namespace {
 void refuseUnknownRails(const Design& design)
 {
     const auto check = [&](const std::string& rail, const char* where) {
-        const std::vector<std::string>& known = railNames();
-        if (std::find(known.begin(), known.end(), rail) == known.end())
+        if (!placeOfRail(rail))
             throw Error(fmt::format("{}: there is no rail of this name{}",
-                                    design.source.at(fmt::format("{}.{}", where, rail)), suggestion(rail, known)));
+                                    design.source.at(fmt::format("{}.{}", where, rail)),
+                                    suggestion(rail, railNames())));
     };
     for (const auto& [rail, volts] : design.rails)
         check(rail, "rails");
@@ -38,28 +41,35 @@ void refuseUnknownRails(const Design& design)
         check(rail, "budgets.rails");
 }
 
-// Limits on rails that mean nothing: a name that differs by a letter, say.
-void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estimate& result)
+std::vector<std::string> loadedRails(const Side& side)
 {
     std::vector<std::string> loaded;
-    for (const RailResult& rail : result.side().rails) {
+    for (const RailResult& rail : side.rails) {
         if (rail.amperes() != 0.0)
             loaded.push_back(rail.name);
     }
-    const auto check = [&](const std::string& rail, const std::string& place) {
+    return loaded;
+}
+
+// Limits on rails that mean nothing: a name that differs by a letter, say.
+void warnOfIdleLimits(const Design& design, const ResolvedDevice* device, Estimate& result)
+{
+    const auto check = [&](const std::string& rail, const auto& place) {
         const bool lacking = device && !hasRail(device->name, rail);
-        if (!lacking && std::find(loaded.begin(), loaded.end(), rail) != loaded.end())
+        const RailResult* load = result.side().rail(rail);
+        if (!lacking && load && load->amperes() != 0.0)
             return;
         const std::string what = lacking ? device->name + " has no such rail" : "nothing loads this rail";
-        result.warnings.push_back(fmt::format("{}: {}{}", design.source.at(place), what, suggestion(rail, loaded)));
+        result.warnings.push_back(
+            fmt::format("{}: {}{}", design.source.at(place()), what, suggestion(rail, loadedRails(result.side()))));
     };
-    for (const auto& [rail, current] : design.regulators)
-        check(rail, "regulators." + rail);
-    for (const auto& [rail, current] : design.budgets.rails)
-        check(rail, "budgets.rails." + rail);
+    for (const auto& regulator : design.regulators)
+        check(regulator.first, [&] { return "regulators." + regulator.first; });
+    for (const auto& budget : design.budgets.rails)
+        check(budget.first, [&] { return "budgets.rails." + budget.first; });
     for (const Supply& supply : design.supplies.all) {
         for (std::size_t i = 0; i < supply.rails.size() && !design.regulators.contains(supply.name); ++i)
-            check(supply.rails[i], fmt::format("supplies.{}.rails[{}]", supply.name, i));
+            check(supply.rails[i], [&] { return fmt::format("supplies.{}.rails[{}]", supply.name, i); });
     }
 }
 
@@ -80,8 +90,25 @@ bool differInGroupsOnly(const Design& a, const Design& b)
            std::equal(a.groups.begin(), a.groups.end(), b.groups.begin(), b.groups.end(), isOneInBoth);
 }
 
-template <class T>
-void append(std::vector<T>& all, const std::vector<T>& more)
+bool areReadFromOneFile(const Design& a, const Design& b)
+{
+    return a.source.file == b.source.file && a.source.lines == b.source.lines && a.source.included == b.source.included;
+}
+
+// What groups load rails with, without the inputs that make it.
+std::vector<GroupResult> loadsOf(const std::vector<GroupResult>& groups)
+{
+    std::vector<GroupResult> loads(groups.size());
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        loads[i].block = groups[i].block;
+        loads[i].contributions = groups[i].contributions;
+        loads[i].watts = groups[i].watts;
+        loads[i].offchipWatts = groups[i].offchipWatts;
+    }
+    return loads;
+}
+
+void append(std::vector<std::string>& all, const std::vector<std::string>& more)
 {
     all.insert(all.end(), more.begin(), more.end());
 }
@@ -125,7 +152,7 @@ Design& RunningDesign::shownMode(std::size_t mode)
 
 void RunningDesign::changeMode(std::size_t mode, std::size_t index, const Group& group)
 {
-    shownMode(mode).groups.at(index) = group;
+    shownMode(mode).groups.change().at(index) = group;
     m_modes[mode].running->change(index, group);
     m_changed = true;
 }
@@ -139,7 +166,7 @@ void RunningDesign::changeMode(std::size_t mode, const Environment& environment)
 
 void RunningDesign::change(std::size_t index, Group group)
 {
-    Group& place = m_estimate.design.groups.at(index);
+    const Group& place = m_estimate.design.groups.at(index);
     if (group == place)
         return;
     m_changed = true;
@@ -147,7 +174,7 @@ void RunningDesign::change(std::size_t index, Group group)
         m_all = true;
     else
         markStale(index, place, group);
-    place = std::move(group);
+    m_estimate.design.groups.change()[index] = std::move(group);
 }
 
 void RunningDesign::markStale(std::size_t index, const Group& before, const Group& after)
@@ -173,8 +200,10 @@ void RunningDesign::change(Design design)
         startModes();
         return;
     }
-    for (std::size_t i = 0; i < design.groups.size(); ++i)
-        change(i, std::move(design.groups[i]));
+    for (std::size_t i = 0; i < design.groups.size(); ++i) {
+        if (design.groups[i] != now.groups[i])
+            change(i, design.groups[i]);
+    }
     design.groups = std::move(now.groups);
     now = std::move(design);
     m_changed = m_otherFields = true;
@@ -192,7 +221,7 @@ const Estimate& RunningDesign::estimate()
     refuseImpossible(m_estimate.design);
     if (all)
         resolveDevice();
-    m_readsOthers = m_carriesOthers = all || std::exchange(m_otherGroups, false);
+    m_readsOthers = all;
     computeGroups();
     addUpGroups();
     addStaticPower();
@@ -234,24 +263,32 @@ void RunningDesign::resolveDevice()
     m_device.reset();
     if (design.device)
         m_device = resolve(design);
-    m_rails.emplace(design, device());
+    m_rails = std::make_shared<const RailVolts>(design, device());
     m_started.clear();
     m_started.resize(design.groups.size());
-    m_running.clear();
+    m_running = RunningGroups();
     m_stale.assign(design.groups.size(), true);
+    m_carriedOf.assign(design.groups.size(), 0);
+    m_estimate.carried.clear();
 }
 
-// A mode that has to begin anew goes on from its design, whose groups have just been computed.
+// A mode that has to begin anew goes on from its design, which has just been computed, as if its groups had changed.
 void RunningDesign::beginFrom(const RunningDesign& other)
 {
-    const std::vector<Group>& groups = m_estimate.design.groups;
-    const std::vector<Group>& others = other.m_estimate.design.groups;
+    const std::vector<Group>& groups = m_estimate.design.groups.items();
+    const std::vector<Group>& others = other.m_estimate.design.groups.items();
     if (!differInGroupsOnly(m_estimate.design, other.m_estimate.design))
         return;
     m_device = other.m_device;
     m_rails = other.m_rails;
     m_started = other.m_started;
-    m_estimate.groups = other.m_estimate.groups;
+    m_estimate.groups = loadsOf(other.m_estimate.groups);
+    m_estimate.utilisation = other.m_estimate.utilisation;
+    m_warningsAcross = other.m_warningsAcross;
+    m_warningsOfDevice = other.m_warningsOfDevice;
+    m_otherFields = !areReadFromOneFile(m_estimate.design, other.m_estimate.design);
+    m_placesOfLoads = other.m_placesOfLoads;
+    m_static.takeFrom(other.m_static);
     m_stale.assign(groups.size(), false);
     for (std::size_t i = 0; i < groups.size(); ++i) {
         if (groups[i] != others[i])
@@ -274,7 +311,6 @@ void RunningDesign::computeGroups()
     for (const std::size_t i : stale) {
         auto started = std::make_shared<Started>(Started{start(design, design.groups[i], *m_rails, device())});
         before.push_back(std::exchange(m_started[i], std::move(started)));
-        m_carriesOthers = m_carriesOthers || before.back()->group.carried != m_started[i]->group.carried;
     }
     for (const std::size_t i : stale) {
         Started& started = *m_started[i];
@@ -297,15 +333,20 @@ void RunningDesign::computeGroups()
                 blocks[b].rememberReadsOf(before[k]->group.blocks[b]);
         }
     }
-    if (!stale.empty() || m_readsOthers) {
-        m_running.clear();
+    const bool areOthers = std::exchange(m_otherGroups, false) || !stale.empty() || m_readsOthers;
+    if (areOthers) {
+        std::vector<const Running*> all;
+        all.reserve(m_started.size());
         for (const auto& started : m_started) {
             for (const Running& running : started->group.blocks)
-                m_running.add(running);
+                all.push_back(&running);
         }
+        m_running = RunningGroups(std::move(all));
     }
     takeResults(stale);
-    if (!stale.empty() || m_readsOthers || m_factors)
+    if (m_scope != Scope::mode)
+        takeCarried(stale);
+    if (areOthers || m_factors)
         addUpRails();
 }
 
@@ -324,6 +365,46 @@ void RunningDesign::takeResults(const std::vector<std::size_t>& stale)
         }
         place += m_started[i]->group.blocks.size();
     }
+}
+
+// The same. Most changes of a group leave what is carried as it was.
+void RunningDesign::takeCarried(const std::vector<std::size_t>& stale)
+{
+    std::vector<Carried>& all = m_estimate.carried;
+    const auto ofGroup = [&](std::size_t index) -> std::vector<Carried>& { return m_started[index]->group.carried; };
+    bool isOther = false;
+    std::size_t begin = 0;
+    std::size_t before = 0; // groups
+    for (const std::size_t i : stale) {
+        for (; before < i; ++before)
+            begin += m_carriedOf[before];
+        const std::vector<Carried>& own = ofGroup(i);
+        const auto old = all.begin() + static_cast<std::ptrdiff_t>(begin);
+        isOther =
+            isOther || !std::equal(own.begin(), own.end(), old, old + static_cast<std::ptrdiff_t>(m_carriedOf[i]));
+    }
+    if (isOther) {
+        std::vector<Carried> now;
+        now.reserve(all.size());
+        auto from = std::make_move_iterator(all.begin());
+        auto next = stale.begin();
+        for (std::size_t i = 0; i < m_started.size(); ++i) {
+            const auto to = from + static_cast<std::ptrdiff_t>(m_carriedOf[i]);
+            if (next != stale.end() && *next == i) {
+                ++next;
+                m_carriedOf[i] = ofGroup(i).size();
+                now.insert(now.end(), std::make_move_iterator(ofGroup(i).begin()),
+                           std::make_move_iterator(ofGroup(i).end()));
+            } else {
+                now.insert(now.end(), from, to);
+            }
+            from = to;
+        }
+        now.insert(now.end(), from, std::make_move_iterator(all.end()));
+        all = std::move(now);
+    }
+    for (const std::size_t i : stale)
+        ofGroup(i) = std::vector<Carried>();
 }
 
 // Rails stand in the order in which groups load them, which is most often that of the last time.
@@ -396,12 +477,22 @@ void RunningDesign::addUpGroups()
     if (m_readsOthers || m_otherFields || !device())
         m_warningsOfDevice = warningsOfDevice(result.design, m_running, device());
     append(result.warnings, m_warningsOfDevice);
-    if (!m_carriesOthers)
+}
+
+// What all groups use of the device, which the static power model takes.
+void RunningDesign::lookAtUses()
+{
+    Estimate& result = m_estimate;
+    result.utilisation = utilisation(m_running, *m_device);
+    result.usedCounts = usedCounts(m_running, *m_device, result.design);
+    m_static.take(result.design, *m_device, result.usedCounts, !m_running.of("Harl").empty(), m_lender);
+    if (m_scope == Scope::mode)
         return;
-    result.carried.clear();
-    for (const auto& started : m_started)
-        append(result.carried, started->group.carried);
-    m_carriedByGroups = result.carried.size();
+    result.carried.resize(std::accumulate(m_carriedOf.begin(), m_carriedOf.end(), std::size_t{0}));
+    static const Carried::End from = endOf("groups");
+    static const Carried::End to = endOf("Static");
+    for (const auto& [cell, count] : result.usedCounts)
+        result.carried.push_back({from, {to.name, cell}, count});
 }
 
 void RunningDesign::addStaticPower()
@@ -418,22 +509,11 @@ void RunningDesign::addStaticPower()
         return;
     }
     if (m_readsOthers)
-        result.utilisation = utilisation(m_running, *m_device);
+        lookAtUses();
     for (const Utilisation& use : result.utilisation) {
         if (use.used > use.available)
             result.warnings.push_back(fmt::format("the design uses {:g} {} of the {:g} that {} has", use.used,
                                                   use.resource, use.available, m_device->name));
-    }
-    if (m_readsOthers)
-        m_usedCounts = usedCounts(m_running, *m_device, result.design);
-    if (m_readsOthers || m_carriesOthers) {
-        result.carried.resize(m_carriedByGroups);
-        for (const auto& [cell, count] : m_usedCounts)
-            result.carried.push_back({"groups", "Static." + cell, std::to_string(count)});
-    }
-    if (m_readsOthers) {
-        result.usedCounts = m_usedCounts;
-        m_static.take(result.design, *m_device, m_usedCounts, !m_running.of("Harl").empty(), m_lender);
     }
     m_static.scaleBy(m_factors);
     m_static.addTo(result);

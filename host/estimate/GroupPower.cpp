@@ -96,7 +96,7 @@ std::vector<InputValue> inputsOf(const Running& group)
 }
 
 // What an output of a group amounts to, in watts or amperes; nothing if it means nothing.
-std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group, const GapTeller& gaps)
+std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group, double units, const GapTeller& gaps)
 {
     const Value value = group.instance->get(output);
     const float* number = std::get_if<float>(&value);
@@ -112,7 +112,7 @@ std::optional<double> amountOf(const ZelmCellInfo& output, const Running& group,
                   fmt::format("{} has no meaningful value ({})", output.name, number ? exactText(*number) : "unset"));
         return std::nullopt;
     }
-    return inWattsOrAmperes(output.unit, amount) * multiplier(group);
+    return inWattsOrAmperes(output.unit, amount) * units;
 }
 
 // What an output adds to its rail.
@@ -147,8 +147,9 @@ GroupResult powerOf(Running& group, const Design& design, const RailVolts& rails
     }
     GroupResult result{group.name, group.block, group.count, inputsOf(group), {}, 0.0, 0.0, group.block->powers.empty(),
                        group.in,   group.clock};
+    const double units = multiplier(group);
     for (const ZelmCellInfo* output : group.block->powers) {
-        const std::optional<double> amount = amountOf(*output, group, teller);
+        const std::optional<double> amount = amountOf(*output, group, units, teller);
         if (!amount)
             continue;
         if (output->goes.kind == zelm::Destination::Kind::offchip) {

@@ -116,7 +116,7 @@ void checkWriteRate(Running& group, const char* write, const char* enable, std::
 // With both ports of its own width a memory is at most half as wide as its simple-dual-port modes.
 void checkWidths(Running& group, std::vector<std::string>& warnings)
 {
-    const std::string mode = group.text("MODE");
+    const std::string& mode = group.text("MODE");
     const int most = mode == "BLKM18" ? 18 : mode == "BLKM36" ? 36 : 72;
     for (const char* width : {"PORT_A_BIT_WIDTH", "PORT_B_BIT_WIDTH"}) {
         if (group.originOf(width) == Origin::design && group.whole(width) > most)
@@ -177,8 +177,10 @@ void refuseImpossible(const Design& design)
 
 std::optional<double> padVolts(const Running& group, std::string_view output)
 {
+    if (group.block->name != "Yond")
+        return std::nullopt;
     const auto* pads = std::find_if(kPads.begin(), kPads.end(), [&](const Pads& p) { return p.output == output; });
-    if (group.block->name != "Yond" || pads == kPads.end())
+    if (pads == kPads.end())
         return std::nullopt;
     const Value value = group.get(pads->volts);
     const float* volts = std::get_if<float>(&value);

@@ -24,6 +24,11 @@ std::string_view originWord(Origin origin)
     return "default";
 }
 
+std::string Carried::End::text() const
+{
+    return cell.empty() ? *name : fmt::format("{}.{}", *name, cell);
+}
+
 const RailResult* Side::rail(std::string_view name) const
 {
     const auto found = std::find_if(rails.begin(), rails.end(), [&](const RailResult& r) { return r.name == name; });

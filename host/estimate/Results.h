@@ -7,6 +7,7 @@
 #include "host/estimate/SupplyResults.h"
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -66,9 +67,21 @@ struct RailResult {
 
 /// A value that the tool carried from one block into another, for the report.
 struct Carried {
-    std::string from;
-    std::string to;
-    std::string value;
+    /// A cell of a group or of the static power model, "pixel clock.FANOUT", or what else has a name: "device".
+    struct End {
+        std::shared_ptr<const std::string> name; ///< shared by all that is carried from there, or to it
+        std::string_view cell{};                 ///< empty if it is none
+
+        std::string text() const;
+        bool operator==(const End& other) const
+        {
+            return *name == *other.name && cell == other.cell;
+        }
+    };
+
+    End from;
+    End to;
+    Value value;
 
     bool operator==(const Carried&) const = default;
 };
@@ -139,6 +152,9 @@ struct BudgetResult {
     std::string words() const;
 };
 
+/// Of the static power model, by cell.
+using UsedCounts = std::map<std::string_view, int>;
+
 struct Estimate {
     Design design;
     std::vector<GroupResult> groups;
@@ -147,8 +163,8 @@ struct Estimate {
     std::vector<Utilisation> utilisation;
     std::vector<BudgetResult> budgets;
     std::vector<Carried> carried;
-    std::optional<Period> period;          ///< if the design has modes
-    std::map<std::string, int> usedCounts; ///< of the static power model, by cell
+    std::optional<Period> period; ///< if the design has modes
+    UsedCounts usedCounts;
     std::vector<std::string> warnings;
     double dynamicWatts = 0.0;
     double offchipWatts = 0.0;

@@ -4,7 +4,10 @@
 #include "host/blocks/RollUp.h"
 #include "host/blocks/Uses.h"
 
+#include "framework/ZelmUnset.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace zelm::host {
 
@@ -41,16 +44,23 @@ Value Running::get(std::string_view cell) const
 
 int Running::whole(std::string_view cell) const
 {
-    const Value value = get(cell);
-    const int* number = std::get_if<int>(&value);
-    return number ? *number : 0;
+    const ZelmCellInfo& found = block->cell(cell);
+    noteRead(found);
+    if (found.type != ZelmCellInfo::Type::integer)
+        return 0;
+    const int number = instance->slots().ints[found.ordinal];
+    return isUnset(number) ? 0 : number;
 }
 
-std::string Running::text(std::string_view cell) const
+const std::string& Running::text(std::string_view cell) const
 {
-    const Value value = get(cell);
-    const std::string* words = std::get_if<std::string>(&value);
-    return words ? *words : std::string();
+    static const std::string none;
+    const ZelmCellInfo& found = block->cell(cell);
+    noteRead(found);
+    if (found.type != ZelmCellInfo::Type::text)
+        return none;
+    const std::string& words = instance->slots().strings[found.ordinal];
+    return isUnset(words) ? none : words;
 }
 
 Origin Running::originOf(std::string_view cell) const
@@ -96,16 +106,14 @@ bool Running::readsTheSameOf(const Running& other) const
     return true;
 }
 
-void RunningGroups::clear()
+RunningGroups::RunningGroups(std::vector<const Running*> groups) : m_all(std::move(groups)), m_byBlock(m_all)
 {
-    m_all.clear();
-    m_ofBlock.assign(blocks().size(), {});
-}
-
-void RunningGroups::add(const Running& group)
-{
-    m_all.push_back(&group);
-    m_ofBlock[static_cast<std::size_t>(group.block - blocks().data())].push_back(&group);
+    const auto standsBefore = [](const Running* a, const Running* b) { return a->block < b->block; };
+    std::stable_sort(m_byBlock.begin(), m_byBlock.end(), standsBefore);
+    m_begins.reserve(blocks().size() + 1);
+    for (std::size_t i = 0; i < m_byBlock.size(); ++i)
+        m_begins.resize(std::max(m_begins.size(), placeOf(*m_byBlock[i]->block) + 1), i);
+    m_begins.resize(blocks().size() + 1, m_byBlock.size());
 }
 
 std::span<const Running* const> RunningGroups::of(std::string_view name) const
@@ -115,7 +123,10 @@ std::span<const Running* const> RunningGroups::of(std::string_view name) const
 
 std::span<const Running* const> RunningGroups::of(const Block& block) const
 {
-    return m_ofBlock[static_cast<std::size_t>(&block - blocks().data())];
+    if (m_all.empty())
+        return {};
+    const std::size_t begin = m_begins[placeOf(block)];
+    return std::span(m_byBlock).subspan(begin, m_begins[placeOf(block) + 1] - begin);
 }
 
 } // namespace zelm::host

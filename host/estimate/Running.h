@@ -3,6 +3,7 @@
 #include "host/design/Design.h"
 #include "host/estimate/Origin.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <span>
@@ -36,7 +37,8 @@ struct Running {
     bool isSet(std::string_view cell) const;
     Value get(std::string_view cell) const;
     int whole(std::string_view cell) const;
-    std::string text(std::string_view cell) const;
+    /// Empty if it is unset.
+    const std::string& text(std::string_view cell) const;
     Origin originOf(const ZelmCellInfo& cell) const
     {
         noteRead(cell);
@@ -80,12 +82,8 @@ private:
 /// The groups of a design at work, by block: what only some kinds of them have to do with looks at those alone.
 class RunningGroups {
 public:
-    RunningGroups()
-    {
-        clear();
-    }
-    void add(const Running& group);
-    void clear();
+    RunningGroups() = default;
+    explicit RunningGroups(std::vector<const Running*> groups);
 
     /// In the design's order.
     std::span<const Running* const> of(std::string_view block) const;
@@ -97,7 +95,8 @@ public:
 
 private:
     std::vector<const Running*> m_all;
-    std::vector<std::vector<const Running*>> m_ofBlock; // by the block's place in the list of blocks
+    std::vector<const Running*> m_byBlock;
+    std::vector<std::size_t> m_begins; // of each block there, by its place in the list of blocks, and the end
 };
 
 } // namespace zelm::host

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -58,8 +57,8 @@ public:
 
 private:
     struct Started {
-        StartedGroup group;
-        std::vector<GroupResult> results{}; ///< until the estimate has them
+        StartedGroup group;                 ///< what it carries, too, until the estimate has it
+        std::vector<GroupResult> results{}; ///< the same
         std::vector<std::string> warnings{};
     };
 
@@ -77,7 +76,7 @@ private:
 
     const ResolvedDevice* device() const
     {
-        return m_device ? &*m_device : nullptr;
+        return m_device.get();
     }
     std::uint64_t dataLoads() const;
     void resolveDevice();
@@ -85,9 +84,11 @@ private:
     void markStale(std::size_t index, const Group& before, const Group& after);
     void computeGroups();
     void takeResults(const std::vector<std::size_t>& stale);
+    void takeCarried(const std::vector<std::size_t>& stale);
     void addUpGroups();
     void addUpRails();
     void addUp(Side& side) const;
+    void lookAtUses();
     void addStaticPower();
     void startModes();
     Design& shownMode(std::size_t mode);
@@ -97,27 +98,25 @@ private:
     Gaps m_gaps;
     Scope m_scope;
     Estimate m_estimate; // and the design
-    std::optional<ResolvedDevice> m_device;
-    std::optional<RailVolts> m_rails;
+    std::shared_ptr<const ResolvedDevice> m_device;
+    std::shared_ptr<const RailVolts> m_rails;
     std::vector<std::shared_ptr<Started>> m_started; // by group of the design; modes share what is the same in them
     std::vector<bool> m_stale;                       // the same
     RunningGroups m_running;
     std::vector<RailLoad> m_railLoads;
     double m_loadedWatts = 0.0;               // on all rails
     std::vector<std::size_t> m_placesOfLoads; // of each contribution's rail among those, when they were last added up
-    bool m_carriesOthers = true;              // than before, between groups
     bool m_readsOthers = true;                // of groups, where all of them are looked at
-    std::size_t m_carriedByGroups = 0;        // the first of the estimate's list
+    std::vector<std::size_t> m_carriedOf;     // how many the estimate has of each group; then come those of all
     std::vector<std::string> m_warningsAcross;
     std::vector<std::string> m_warningsOfDevice;
-    std::map<std::string, int> m_usedCounts;
     StaticPower m_static;
     const DataFactors* m_factors = nullptr;
     const StaticPower* m_lender = nullptr; // of a mode, its design's
     std::vector<RunningMode> m_modes;      // as the design's
     std::uint64_t m_loads = 0;             // of the data, when the estimate was made
     bool m_all = true;
-    bool m_otherGroups = false; // than were looked at, though they are computed
+    bool m_otherGroups = false; // than were added up, though they are computed
     bool m_changed = true;
     bool m_otherFields = true; // than groups have changed
 };

@@ -85,8 +85,7 @@ const StaticCells& staticCells()
 }
 
 // What the design, its device and its groups set in the model. The design's own settings win.
-Settings settingsOf(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
-                    bool isManaged)
+Settings settingsOf(const Design& design, const ResolvedDevice& device, const UsedCounts& usedCounts, bool isManaged)
 {
     const StaticCells& cells = staticCells();
     std::vector<Value> byCell(cells.block.cells.size());
@@ -530,12 +529,25 @@ StaticPower::StaticPower() = default;
 
 StaticPower::~StaticPower()
 {
-    for (auto& [process, model] : m_models)
-        freeModels().giveBack(std::move(model));
+    giveBack();
 }
 
-void StaticPower::take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
-                       bool isManaged, const StaticPower* like)
+void StaticPower::giveBack()
+{
+    for (auto& [process, model] : m_models)
+        freeModels().giveBack(std::move(model));
+    m_models.clear();
+}
+
+void StaticPower::takeFrom(const StaticPower& other)
+{
+    giveBack();
+    m_processes = other.m_processes;
+    m_models = other.m_models;
+}
+
+void StaticPower::take(const Design& design, const ResolvedDevice& device, const UsedCounts& usedCounts, bool isManaged,
+                       const StaticPower* like)
 {
     block("Static").load();
     m_processes = {device.process};
@@ -661,7 +673,7 @@ Settings staticSettings(const Estimate& estimate)
 {
     if (!estimate.design.device)
         return {};
-    return settingsOf(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
+    return settingsOf(estimate.design, *resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
 }
 
 std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate)
@@ -669,7 +681,7 @@ std::shared_ptr<StaticPower> staticPowerOf(const Estimate& estimate)
     if (!estimate.design.device)
         return nullptr;
     auto power = std::make_shared<StaticPower>();
-    power->take(estimate.design, resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
+    power->take(estimate.design, *resolve(estimate.design), estimate.usedCounts, isManaged(estimate));
     return power;
 }
 

@@ -26,8 +26,10 @@ public:
 
     /// Takes the inputs of the model: all but the temperature. A managed device's own I/O is in use. A like design,
     /// if there is one, lends its models where they are the same.
-    void take(const Design& design, const ResolvedDevice& device, const std::map<std::string, int>& usedCounts,
-              bool isManaged, const StaticPower* like = nullptr);
+    void take(const Design& design, const ResolvedDevice& device, const UsedCounts& usedCounts, bool isManaged,
+              const StaticPower* like = nullptr);
+    /// Takes those of another design, all of which are the same.
+    void takeFrom(const StaticPower& other);
     /// From now on all is off by these, null: by nothing. It comes from a table then, which the formulas fill at half
     /// degrees and which is cubic between: right to the float, and quick for temperatures that never come again.
     void scaleBy(const DataFactors* factors)
@@ -50,6 +52,7 @@ public:
 private:
     PowerCurve totalOf(const Estimate& estimate, const std::string& process);
     void fill(Side& side, StaticModel& model) const;
+    void giveBack();
 
     std::vector<std::string> m_processes; // the design's first
     std::map<std::string, std::shared_ptr<StaticModel>> m_models;

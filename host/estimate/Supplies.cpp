@@ -35,11 +35,12 @@ public:
             result.from = supply.from;
             result.maxAmperes = supply.maxCurrent;
             result.volts = supply.volts.value_or(0.0);
-            for (const SupplyLoad& load : loads) {
-                if (result.volts == 0.0 && supplies.feeding(load.rail) == &supply)
-                    result.volts = load.volts;
-            }
             m_tree.supplies.push_back(std::move(result));
+        }
+        for (const SupplyLoad& load : loads) {
+            const Supply* supply = supplies.feeding(load.rail);
+            if (supply && resultOf(*supply).volts == 0.0)
+                resultOf(*supply).volts = load.volts;
         }
     }
 

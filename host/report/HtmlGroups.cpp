@@ -30,7 +30,8 @@ public:
             return text;
         HtmlTable table{"Carried between blocks", {{"From", "t"}, {"To", "t"}, {"Value"}}};
         for (const Carried& carried : m_estimate->carried)
-            table.rows.push_back({{htmlText(carried.from), htmlText(carried.to), htmlText(carried.value)}});
+            table.rows.push_back(
+                {{htmlText(carried.from.text()), htmlText(carried.to.text()), htmlText(valueText(carried.value))}});
         return text + "<h3>What was carried</h3>\n" +
                htmlFolded(fmt::format("{} values between blocks", m_estimate->carried.size()), table.html());
     }

@@ -353,7 +353,7 @@ Json budgetJson(const BudgetResult& budget)
 
 Json carriedJson(const Carried& carried)
 {
-    return {{"from", carried.from}, {"to", carried.to}, {"value", carried.value}};
+    return {{"from", carried.from.text()}, {"to", carried.to.text()}, {"value", valueText(carried.value)}};
 }
 
 // The data files that the estimate rests on.

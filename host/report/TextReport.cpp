@@ -406,7 +406,7 @@ std::string carriedTable(const Estimate& estimate)
 {
     TextTable table({"Carried from", "To", "Value"});
     for (const Carried& carried : estimate.carried)
-        table.row({carried.from, carried.to, carried.value});
+        table.row({shown(carried.from.text()), shown(carried.to.text()), shown(valueText(carried.value))});
     return table.text();
 }
 
@@ -451,11 +451,6 @@ Estimate forTerminal(const Estimate& estimate)
     cleanPeriod(safe);
     for (BudgetResult& budget : safe.budgets)
         clean(budget.name);
-    for (Carried& carried : safe.carried) {
-        clean(carried.from);
-        clean(carried.to);
-        clean(carried.value);
-    }
     for (std::string& warning : safe.warnings)
         clean(warning);
     return safe;

@@ -80,7 +80,7 @@ std::map<std::string, std::string> renamedGroups(const Design& old, const Design
 // The new design with the old names of its groups, so that a name alone changes nothing.
 Design withOldNames(Design design, const std::map<std::string, std::string>& oldNames)
 {
-    for (Group& group : design.groups) {
+    for (Group& group : design.groups.change()) {
         for (std::string* name : {&group.name, &group.clock}) {
             if (const auto old = oldNames.find(*name); old != oldNames.end())
                 *name = old->second;
@@ -96,7 +96,7 @@ std::vector<Change> changesWithin(const Group& old, const Group& now)
     const std::string name = old.name;
     const auto add = [&](const std::string& what, const std::function<void(Group&)>& make) {
         changes.push_back({name, what, [name, make](Design& design) {
-                               for (Group& group : design.groups) {
+                               for (Group& group : design.groups.change()) {
                                    if (group.name == name)
                                        make(group);
                                }
@@ -134,11 +134,13 @@ std::vector<Change> groupChanges(const Design& old, const Design& now)
         const auto isIt = [name](const Group& group) { return group.name == name; };
         const Group* after = groupNamed(now, name);
         if (!after) {
-            changes.push_back({name, "removed", [isIt](Design& design) { std::erase_if(design.groups, isIt); }});
+            changes.push_back(
+                {name, "removed", [isIt](Design& design) { std::erase_if(design.groups.change(), isIt); }});
             continue;
         }
         const auto replace = [isIt, group = *after](Design& design) {
-            std::replace_if(design.groups.begin(), design.groups.end(), isIt, group);
+            std::vector<Group>& groups = design.groups.change();
+            std::replace_if(groups.begin(), groups.end(), isIt, group);
         };
         if (before.block != after->block) {
             changes.push_back({name, "block", replace});
@@ -150,7 +152,8 @@ std::vector<Change> groupChanges(const Design& old, const Design& now)
     }
     for (const Group& after : now.groups) {
         if (!groupNamed(old, after.name))
-            changes.push_back({after.name, "added", [after](Design& design) { design.groups.push_back(after); }});
+            changes.push_back(
+                {after.name, "added", [after](Design& design) { design.groups.change().push_back(after); }});
     }
     return changes;
 }

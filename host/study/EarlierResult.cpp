@@ -167,8 +167,8 @@ Design designOf(const Json& result, const Design& now, const std::string& file)
     try {
         const Json& side = result.at("sides").at(0);
         design.name = result.at("name").get<std::string>();
-        design.groups = groupsOfResult(result.at("groups"));
-        orderInputsAs(now, design.groups);
+        design.groups.change() = groupsOfResult(result.at("groups"));
+        orderInputsAs(now, design.groups.change());
         if (!result.contains("part")) {
             design.device.reset();
         } else {

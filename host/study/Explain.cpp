@@ -108,7 +108,7 @@ public:
     {
         if (estimate.design.device)
             m_device = resolve(estimate.design);
-        m_rails.emplace(estimate.design, m_device ? &*m_device : nullptr);
+        m_rails.emplace(estimate.design, m_device.get());
         for (std::size_t i = 0; i < estimate.design.groups.size(); ++i) {
             const std::size_t blocks = inputBlocks(*estimate.design.groups[i].block).size();
             for (std::size_t k = 0; k < blocks; ++k)
@@ -389,7 +389,7 @@ private:
         const auto found = m_started.find(group);
         if (found != m_started.end())
             return found->second.blocks[blockOf];
-        const ResolvedDevice* device = m_device ? &*m_device : nullptr;
+        const ResolvedDevice* device = m_device.get();
         return m_started.emplace(group, start(design(), design().groups[group], *m_rails, device))
             .first->second.blocks[blockOf];
     }
@@ -489,14 +489,15 @@ private:
     // What the tool carried, from which group if from one.
     void fillCarried(std::size_t id, const Running& group, const ZelmCellInfo& info)
     {
-        const std::string to = fmt::format("{}.{}", group.name, info.name);
         const auto& all = m_estimate->carried;
-        const auto carried = std::find_if(all.begin(), all.end(), [&](const Carried& entry) { return entry.to == to; });
-        ValueOrigin origin{"carried", carried == all.end() ? "the I/O standard" : carried->from, "", 0};
+        const auto carried = std::find_if(all.begin(), all.end(), [&](const Carried& entry) {
+            return *entry.to.name == group.name && entry.to.cell == info.name;
+        });
+        ValueOrigin origin{"carried", carried == all.end() ? "the I/O standard" : carried->from.text(), "", 0};
         std::vector<std::size_t> operands;
         if (origin.from == "device" || (m_device && origin.from.starts_with(m_device->name + "."))) {
             origin = inDesign("device.part", "carried");
-            origin.from = carried->from;
+            origin.from = carried->from.text();
         } else if (origin.from == "groups on " + group.name) {
             operands = loadsOn(group, info.name);
             at(id).words = info.name == "FANOUT" ? "sites of these loads x FANOUT_PER_SITE"
@@ -595,7 +596,7 @@ private:
             at(id).origin = railOrigin(info.name, Origin::rails);
         } else if (info.name == "HAS_HARL_IO") {
             at(id).origin = ValueOrigin{"carried", "groups", "", 0};
-        } else if (m_estimate->usedCounts.contains(std::string(info.name))) {
+        } else if (m_estimate->usedCounts.contains(info.name)) {
             fillUsedCount(id, info);
         } else {
             at(id).origin = railOrigin("", Origin::device);
@@ -726,7 +727,7 @@ private:
     }
 
     const Estimate* m_estimate;
-    std::optional<ResolvedDevice> m_device;
+    std::shared_ptr<const ResolvedDevice> m_device;
     std::optional<RailVolts> m_rails;
     std::vector<Place> m_places; // of the estimate's groups in the design
     std::unordered_map<std::string, std::size_t> m_groupsByName;

@@ -144,6 +144,20 @@ TEST(Design, UnreadableFilesAreNamed)
     }
 }
 
+TEST(Design, ChangesOfACopyAreItsOwn)
+{
+    const Design design = parseDesign("test.json", GROUPS(R"({"block": "Bram", "name": "a"})"));
+    Design copy = design;
+    EXPECT_EQ(&copy.groups[0], &design.groups[0]) << "shared as long as they are the same";
+    copy.groups.change()[0].name = "b";
+    EXPECT_EQ(design.groups[0].name, "a");
+    EXPECT_EQ(copy.groups[0].name, "b");
+    copy.groups.change().push_back(design.groups[0]);
+    EXPECT_EQ(copy.groups.size(), 2u);
+    EXPECT_EQ(design.groups.size(), 1u);
+    EXPECT_TRUE(Design().groups.empty());
+}
+
 TEST(Design, TakesEveryFieldInItsOwnPlace)
 {
     const Design design = parseDesign("test.json", R"({

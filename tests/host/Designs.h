@@ -75,8 +75,8 @@ inline std::string shownInput(const host::GroupResult& group, std::string_view c
 inline std::string carriedTo(const host::Estimate& estimate, std::string_view to)
 {
     for (const host::Carried& carried : estimate.carried) {
-        if (carried.to == to)
-            return carried.value;
+        if (carried.to.text() == to)
+            return host::valueText(carried.value);
     }
     return "nothing";
 }

@@ -143,8 +143,8 @@ TEST(Meaning, NoWordsMakeAGroupDrawNothingInSilence)
         for (std::size_t i = 0; i < choices.size(); ++i) {
             for (std::size_t j = i + 1; j < choices.size(); ++j) {
                 Design design;
-                design.groups.push_back(active);
-                design.groups.back().inputs.insert(design.groups.back().inputs.end(), {choices[i], choices[j]});
+                Group& group = design.groups.change().emplace_back(active);
+                group.inputs.insert(group.inputs.end(), {choices[i], choices[j]});
                 const std::string words = std::string(block.name) + ": " + choices[i].first + " " +
                                           valueText(choices[i].second) + ", " + choices[j].first + " " +
                                           valueText(choices[j].second);

@@ -50,6 +50,20 @@ TEST(Modes, EachIsTheEstimateOfTheDesignSoSet)
     EXPECT_EQ(estimate.period->modes[1].groupWatts.at(0), burst);
 }
 
+// The device has 967 block RAMs, which the static power model counts: 2 x 500 are too many, and a mode may use others.
+TEST(Modes, UseTheDeviceAsTheDesignSoSet)
+{
+    const std::string given = R"("environment": {"junctionTemperature": 80})";
+    const auto so = [&](const char* count) { return estimateOf(design(with({kDevice, given}), "0.5", count)); };
+    const Estimate estimate = estimateOf(design(with({kDevice, given, kModes}), "0.5", "1"));
+    EXPECT_LT(so("1").side().staticWatts, so("4").side().staticWatts) << "more memories leak more";
+    EXPECT_EQ(estimate.side().staticWatts, so("1").side().staticWatts);
+    EXPECT_NEAR(estimate.period->modes.at(0).sides.at(0).staticWatts, so("1").side().staticWatts, 1e-5);
+    EXPECT_NEAR(estimate.period->modes.at(1).sides.at(0).staticWatts, so("4").side().staticWatts, 1e-5);
+    EXPECT_THAT(estimate.warnings,
+                testing::ElementsAre("mode \"burst\": the design uses 2000 BRAM of the 967 that ZQ4410 has"));
+}
+
 TEST(Modes, AverageAndEnergyAreWeighedByTime)
 {
     const Estimate estimate = estimateOf(design(with({kModes, R"("battery": {"energy": 3})"})));

@@ -251,7 +251,7 @@ TEST_P(Example, StaticPowerIsTheModelsAtTheJunction)
         GTEST_SKIP() << "a design without a device";
     const Block& block = zelm::host::block("Static");
     block.load();
-    const ResolvedDevice device = resolve(estimate.design);
+    const auto device = resolve(estimate.design);
     for (const Side& side : estimate.sides) {
         ZelmOrvaneStaticParams params;
         const auto set = [&](std::string_view cellName, const Value& value) {
@@ -264,16 +264,15 @@ TEST_P(Example, StaticPowerIsTheModelsAtTheJunction)
             else
                 params[ZelmOrvaneStaticParams::string_to_string_enum(name)] = std::get<std::string>(value);
         };
-        for (const auto& [cell, word] : device.staticInputs)
+        for (const auto& [cell, word] : device->staticInputs)
             set(cell, word);
         set("PROCESS", side.process);
         const bool managed = std::any_of(estimate.groups.begin(), estimate.groups.end(),
                                          [](const GroupResult& group) { return group.block->name == "Harl"; });
         set("HAS_HARL_IO", std::string(managed ? "YES" : "NO"));
         for (const Carried& carried : estimate.carried) {
-            if (carried.to.starts_with("Static.")) {
-                const std::string cell = carried.to.substr(7);
-                set(cell, parseValue(block.input(cell), carried.value));
+            if (*carried.to.name == "Static") {
+                set(carried.to.cell, carried.value);
             }
         }
         for (const auto& [rail, volts] : estimate.design.rails)
