@@ -145,10 +145,10 @@ void refuseUnknownVolts(const Estimate& estimate, const SupplyTree& tree)
 
 // What each supply delivers at a step of powering up: rails of the steps before draw their static current, those of
 // this step what they power up with, those after it nothing.
-SupplyTree treeAtStep(const Supplies& supplies, const std::vector<SupplyLoad>& loads,
+SupplyTree treeAtStep(const Loads& unloaded, const std::vector<SupplyLoad>& loads,
                       const std::vector<std::size_t>& steps, std::size_t step)
 {
-    Loads sum(supplies, loads);
+    Loads sum = unloaded;
     for (std::size_t i = 0; i < loads.size(); ++i) {
         const SupplyLoad& load = loads[i];
         const double amperes = steps[i] < step    ? load.staticAmperes
@@ -175,13 +175,13 @@ std::size_t stepOf(const Supplies& supplies, const std::string& rail)
     return own < supplies.sequence.size() || holder.empty() ? own : find(holder);
 }
 
-void addPowerUp(SupplyTree& tree, const Supplies& supplies, const std::vector<SupplyLoad>& loads)
+void addPowerUp(SupplyTree& tree, const Supplies& supplies, const std::vector<SupplyLoad>& loads, const Loads& unloaded)
 {
     std::vector<std::size_t> steps;
     for (const SupplyLoad& load : loads)
         steps.push_back(stepOf(supplies, load.rail));
     for (std::size_t step = 0; step <= supplies.sequence.size(); ++step) {
-        const SupplyTree then = treeAtStep(supplies, loads, steps, step);
+        const SupplyTree then = treeAtStep(unloaded, loads, steps, step);
         for (std::size_t i = 0; i < tree.supplies.size(); ++i) {
             SupplyResult& result = tree.supplies[i];
             const double amperes = then.supplies[i].loadAmperes;
@@ -260,11 +260,12 @@ double efficiencyAt(const Supply& supply, double amperes)
 
 SupplyTree supplyTree(const Supplies& supplies, const std::vector<SupplyLoad>& loads)
 {
-    Loads sum(supplies, loads);
+    const Loads unloaded(supplies, loads);
+    Loads sum = unloaded;
     for (const SupplyLoad& load : loads)
         sum.add(load, load.dynamicAmperes + load.staticAmperes, load.dynamicWatts + load.staticAmperes * load.volts);
     SupplyTree tree = sum.finish();
-    addPowerUp(tree, supplies, loads);
+    addPowerUp(tree, supplies, loads, unloaded);
     return tree;
 }
 
