@@ -20,9 +20,13 @@ Design example(const std::string& name)
     return readDesign(ZELM_SOURCE_DIR "/examples/" + name + ".json");
 }
 
-void estimateExample(benchmark::State& state, const std::string& name, Curves curves)
+enum class Modes { all, none };
+
+void estimateExample(benchmark::State& state, const std::string& name, Curves curves, Modes modes)
 {
-    const Design design = example(name);
+    Design design = example(name);
+    if (modes == Modes::none)
+        design.modes.clear();
     estimate(design); // loads
     for (auto _ : state)
         benchmark::DoNotOptimize(estimate(design, curves));
@@ -57,9 +61,12 @@ void editExample(benchmark::State& state, const std::string& name, const std::st
     }
 }
 
-BENCHMARK_CAPTURE(estimateExample, first, "first", Curves::none)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(estimateExample, vision, "vision", Curves::none)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(estimateExample, vision_with_curves, "vision", Curves::drawn)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(estimateExample, first, "first", Curves::none, Modes::all)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(estimateExample, vision, "vision", Curves::none, Modes::all)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(estimateExample, vision_without_modes, "vision", Curves::none, Modes::none)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(estimateExample, vision_with_curves, "vision", Curves::drawn, Modes::all)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(editExample, vision_junction_given, "vision", "groups[image pipeline nets].inputs.TOGGLE_RATE", 0.1,
                   0.2, true, Scope::whole)
     ->Unit(benchmark::kMicrosecond);
