@@ -242,6 +242,7 @@ std::unique_ptr<Instance> create()
 std::unordered_map<std::string_view, const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
 {
     std::unordered_map<std::string_view, const ZelmCellInfo*> index;
+    index.reserve(cells.size());
     for (const ZelmCellInfo& cell : cells)
         index.emplace(cell.name, &cell);
     return index;
@@ -372,7 +373,7 @@ std::vector<MissingRow> Block::missingRows(const LookUpMisses& misses) const
 
 std::span<const Block> blocks()
 {
-    static const std::vector<Block> all{
+    static const Block all[] = {
 #define BLOCK(name, subsystem, title) describe<ZelmOrvane##name##Model>(#name, #subsystem, title),
 #include "host/blocks/BlockList.def"
     };
