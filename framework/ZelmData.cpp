@@ -37,12 +37,17 @@ std::string ZelmData::getQTADataDir(const std::string& relativeFile)
     return relativeFile.empty() ? last : std::string();
 }
 
+std::string ZelmData::filePath(const std::string& fileName)
+{
+    const std::string relative = "powercfg/" + fileName;
+    return getQTADataDir(relative) + "/" + relative;
+}
+
 bool ZelmData::readFile(libconfig::Config* cfg, std::string fileName)
 {
     if (!cfg)
         return false;
-    const std::string relative = "powercfg/" + fileName;
-    const std::string path = getQTADataDir(relative) + "/" + relative;
+    const std::string path = filePath(fileName);
     zelm::setAutoConvert(*cfg, true);
     try {
         // libconfig's scanner ends the process when it is given a directory. A path that can't be examined is

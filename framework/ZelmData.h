@@ -26,6 +26,9 @@ public:
     static bool readFile(libconfig::Config* cfg, std::string fileName);
 
 protected:
+    /// Where readFile looks for a file.
+    static std::string filePath(const std::string& fileName);
+
     ZelmData() = default;
     ZelmData(const ZelmData&) = default;
     ZelmData& operator=(const ZelmData&) = default;

@@ -4,6 +4,7 @@
 
 #include "framework/ZelmDataBlock.h"
 #include "framework/ZelmReflection.h"
+#include "framework/ZelmTableFile.h"
 
 #include <libconfig.h++>
 
@@ -42,9 +43,19 @@ template <class Derived>
 bool ZelmDataBlock<Derived>::loadCfgData()
 {
     ++m_loads;
-    libconfig::Config cfg;
     std::vector<std::string> path{std::string(Derived::name)};
-    readFile(&cfg, "orvane/" + path.front() + ".cfg");
+    const std::string fileName = "orvane/" + path.front() + ".cfg";
+    const auto loadPlain = [&] {
+        const zelm::TableFile file(filePath(fileName));
+        return file.isPlain() && Derived::visitTables(static_cast<Derived&>(*this),
+                                                      [&](std::string_view group, std::string_view, auto& table) {
+                                                          return file.load(Derived::name, group, table);
+                                                      });
+    };
+    if (loadPlain())
+        return true;
+    libconfig::Config cfg;
+    readFile(&cfg, fileName);
     return Derived::visitTables(static_cast<Derived&>(*this),
                                 [&](std::string_view group, std::string_view, auto& table) {
                                     path.emplace_back(group);

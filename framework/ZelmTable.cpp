@@ -32,6 +32,7 @@ ZelmHelperUtils::Found<T> detail::missed(const void* table, const std::string& k
 template <class T>
 struct Table<T>::Order {
     std::once_flag once;
+    bool known = false;
     std::vector<std::uint32_t> indices;
 };
 
@@ -67,9 +68,7 @@ void Table<T>::clear()
 {
     m_entries.clear();
     m_texts.clear();
-    m_slots.assign(kFewestSlots, {0, emptySlot});
-    m_mask = kFewestSlots - 1;
-    m_shift = 63;
+    setSlots(kFewestSlots);
     m_order = std::make_unique<Order>();
 }
 
@@ -88,10 +87,11 @@ void Table<T>::insert_or_assign(std::string_view key, T value)
         {static_cast<std::uint32_t>(m_texts.size()), static_cast<std::uint32_t>(key.size()), std::move(value)});
     m_texts += key;
     if (m_entries.size() * 2 > m_slots.size())
-        grow();
+        setSlots(m_slots.size() * 2);
     else
         place(hash, static_cast<std::uint32_t>(m_entries.size() - 1));
-    m_order = std::make_unique<Order>();
+    if (m_order->known)
+        m_order = std::make_unique<Order>();
 }
 
 template <class T>
@@ -104,9 +104,17 @@ void Table<T>::place(std::uint64_t hash, std::uint32_t entry)
 }
 
 template <class T>
-void Table<T>::grow()
+void Table<T>::reserve(std::size_t entries)
 {
-    m_slots.assign(m_slots.size() * 2, {0, emptySlot});
+    m_entries.reserve(entries);
+    if (entries * 2 > m_slots.size())
+        setSlots(std::bit_ceil(entries * 2));
+}
+
+template <class T>
+void Table<T>::setSlots(std::size_t count)
+{
+    m_slots.assign(count, {0, emptySlot});
     m_mask = m_slots.size() - 1;
     m_shift = 64 - std::countr_zero(m_slots.size());
     for (std::size_t i = 0; i < m_entries.size(); ++i)
@@ -134,6 +142,7 @@ const std::vector<std::uint32_t>& Table<T>::order() const
         m_order->indices.reserve(map.size());
         for (const auto& [key, index] : map)
             m_order->indices.push_back(index);
+        m_order->known = true;
     });
     return m_order->indices;
 }

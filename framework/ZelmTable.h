@@ -99,6 +99,8 @@ public:
     Table& operator=(const Table& other);
 
     void clear();
+    /// Makes room for as many entries in all.
+    void reserve(std::size_t entries);
     void insert_or_assign(std::string_view key, T value); // NOLINT(readability-identifier-naming): as a map's
 
     std::size_t size() const
@@ -187,7 +189,7 @@ private:
 
     Found missing(std::initializer_list<Key> parts) const;
     void place(std::uint64_t hash, std::uint32_t entry);
-    void grow();
+    void setSlots(std::size_t count);
     const std::vector<std::uint32_t>& order() const;
 
     std::vector<Entry> m_entries;

@@ -263,6 +263,8 @@ std::string validUtf8(std::string_view text)
 
 std::size_t width(std::string_view text)
 {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; }))
+        return text.size();
     std::size_t columns = 0;
     bool escape = false;
     forEachCharacter(text, [&](const Character& character) {

@@ -244,6 +244,7 @@ std::unique_ptr<Instance> create()
 ByName<const ZelmCellInfo*> byName(std::span<const ZelmCellInfo> cells)
 {
     ByName<const ZelmCellInfo*> index;
+    index.reserve(cells.size());
     for (const ZelmCellInfo& cell : cells)
         index.emplace(cell.name, &cell);
     return index;
@@ -404,7 +405,7 @@ std::vector<MissingRow> Block::missingRows(const LookUpMisses& misses) const
 
 std::span<const Block> blocks()
 {
-    static const std::vector<Block> all{
+    static const Block all[] = {
 #define BLOCK(name, subsystem, title) describe<ZelmOrvane##name##Model>(#name, #subsystem, title),
 #include "host/blocks/BlockList.def"
     };

@@ -35,6 +35,21 @@ decltype(DataRow::value) valueOf(const libconfig::Setting& setting)
     }
 }
 
+constexpr std::string_view kInclude = "@include";
+constexpr std::size_t kLongestLine = 10000;
+
+// Whether a text has a line of more characters, found without a look at each line.
+bool hasLineAbove(std::size_t most, std::string_view text)
+{
+    for (std::size_t at = 0; text.size() - at > most;) {
+        const std::size_t end = text.rfind('\n', at + most);
+        if (end == std::string_view::npos || end < at)
+            return true;
+        at = end + 1;
+    }
+    return false;
+}
+
 // The rows at and below a setting, whose names so far are given.
 void gather(const libconfig::Setting& setting, const std::string& table, const std::string& key,
             std::vector<DataRow>& rows)
@@ -71,9 +86,6 @@ std::string loadablePath(const std::string& file)
             throw DataError(fmt::format("{}: cannot be read: {}", which, why));
     };
     refuse(path, whyUnreadable(path));
-    constexpr std::size_t longest = 10000;
-    constexpr std::string_view include = "@include";
-    std::size_t number = 0;
     const std::string text = [&] {
         try {
             return readFile(path);
@@ -81,15 +93,18 @@ std::string loadablePath(const std::string& file)
             throw DataError(error.what());
         }
     }();
+    if (text.find(kInclude) == std::string::npos && !hasLineAbove(kLongestLine, text))
+        return path;
+    std::size_t number = 0;
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t end = std::min(text.find('\n', at), text.size());
         const std::string_view line = std::string_view(text).substr(at, end - at);
         at = end + 1;
         ++number;
-        if (line.size() > longest)
-            refuse(fmt::format("{}:{}", path, number), fmt::format("a line of more than {} characters", longest));
+        if (line.size() > kLongestLine)
+            refuse(fmt::format("{}:{}", path, number), fmt::format("a line of more than {} characters", kLongestLine));
         const std::size_t begin = std::min(line.find_first_not_of(" \t"), line.size());
-        if (line.compare(begin, include.size(), include) != 0)
+        if (line.compare(begin, kInclude.size(), kInclude) != 0)
             continue;
         const std::vector<std::string> words = split(std::string(line), '"');
         if (words.size() > 1)
