@@ -217,7 +217,7 @@ const TableFile::Setting* TableFile::findGroup(std::size_t begin, std::size_t en
 }
 
 template <class T>
-bool TableFile::load(std::string_view block, std::string_view group, Table<T>& table) const
+bool TableFile::loadTable(std::string_view block, std::string_view group, Table<T>& table) const
 {
     const auto index = [&](const Setting* setting) { return static_cast<std::size_t>(setting - m_settings.data()); };
     const Setting* found = findGroup(0, m_settings.size(), block);
@@ -274,9 +274,24 @@ bool TableFile::put(std::string_view key, const Value& value, Table<T>& table)
     return true;
 }
 
-template bool TableFile::load<bool>(std::string_view, std::string_view, Table<bool>&) const;
-template bool TableFile::load<int>(std::string_view, std::string_view, Table<int>&) const;
-template bool TableFile::load<float>(std::string_view, std::string_view, Table<float>&) const;
-template bool TableFile::load<std::string>(std::string_view, std::string_view, Table<std::string>&) const;
+bool TableFile::load(std::string_view block, std::string_view group, Table<bool>& table) const
+{
+    return loadTable(block, group, table);
+}
+
+bool TableFile::load(std::string_view block, std::string_view group, Table<int>& table) const
+{
+    return loadTable(block, group, table);
+}
+
+bool TableFile::load(std::string_view block, std::string_view group, Table<float>& table) const
+{
+    return loadTable(block, group, table);
+}
+
+bool TableFile::load(std::string_view block, std::string_view group, Table<std::string>& table) const
+{
+    return loadTable(block, group, table);
+}
 
 } // namespace zelm

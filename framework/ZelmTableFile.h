@@ -29,8 +29,10 @@ public:
     /// Of a plain file: loads the rows of a block's group into table, as ZelmHelperUtils::loadCfgDataToVar does. False
     /// if that is libconfig's to do, with rows perhaps loaded: there is no such group, or a value's conversion is its
     /// own.
-    template <class T>
-    bool load(std::string_view block, std::string_view group, Table<T>& table) const;
+    bool load(std::string_view block, std::string_view group, Table<bool>& table) const;
+    bool load(std::string_view block, std::string_view group, Table<int>& table) const;
+    bool load(std::string_view block, std::string_view group, Table<float>& table) const;
+    bool load(std::string_view block, std::string_view group, Table<std::string>& table) const;
 
 private:
     struct Group {
@@ -44,6 +46,8 @@ private:
     class Scanner;
 
     const Setting* findGroup(std::size_t begin, std::size_t end, std::string_view name) const;
+    template <class T>
+    bool loadTable(std::string_view block, std::string_view group, Table<T>& table) const;
     template <class T>
     bool loadRows(std::size_t begin, std::size_t end, std::string& key, Table<T>& table) const;
     template <class T>
