@@ -43,9 +43,11 @@ bool isDigit(char c)
 // true and false in any case are values everywhere.
 bool isTruth(std::string_view word)
 {
-    const auto same = [](char a, char lower) { return (a | 0x20) == lower; };
-    return std::ranges::equal(word, std::string_view("true"), same) ||
-           std::ranges::equal(word, std::string_view("false"), same);
+    const auto is = [&](std::string_view lower) {
+        return std::equal(word.begin(), word.end(), lower.begin(), lower.end(),
+                          [](char a, char b) { return (a | 0x20) == b; });
+    };
+    return is("true") || is("false");
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <cstdint>
 #include <limits>
 #include <string_view>
@@ -23,7 +22,7 @@ constexpr bool isUnset(int value)
 constexpr bool isUnset(float value)
 {
     // As the bits, of which the number has but these: compilers make one jump of it instead of two.
-    return std::bit_cast<std::uint32_t>(value) == std::bit_cast<std::uint32_t>(unsetFloat);
+    return __builtin_bit_cast(std::uint32_t, value) == __builtin_bit_cast(std::uint32_t, unsetFloat);
 }
 
 constexpr bool isUnset(std::string_view value)
