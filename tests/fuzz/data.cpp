@@ -1,12 +1,15 @@
-// A data file: the library loads it and runs the block that it names, and the tool checks its rows.
+// A data file: the library loads it and runs the block that it names, and the tool checks its rows. What is read as a
+// plain file must be what libconfig reads.
 
 #include "Fuzz.h"
 
 #include "BlockHeaders.h"
 #include "host/blocks/CheckRows.h"
+#include "tests/support/TableFileCheck.h"
 
 #include <libconfig.h++>
 
+#include <stdexcept>
 #include <vector>
 
 using namespace zelm;
@@ -58,8 +61,10 @@ void zelm::fuzz::run(const std::uint8_t* bytes, std::size_t size)
         if (text.find("ZelmOrvane" + target.name + "Data") == std::string::npos)
             continue;
         const host::Block& block = host::block(target.name);
-        scratch.write(block.dataFile(), text);
+        const std::string path = scratch.write(block.dataFile(), text);
         setenv("QTA_DATADIR", scratch.path().c_str(), 1);
+        if (const std::string difference = test::differenceFromLibconfig(path); !difference.empty())
+            throw std::logic_error(difference);
         if (target.load())
             runBlock(block);
         fuzz::orError([&] { host::checkRows(block, host::DataLines(block.dataFile()), nullptr); });
