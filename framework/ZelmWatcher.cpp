@@ -4,7 +4,8 @@ namespace zelm {
 
 namespace {
 
-thread_local Watching* newest = nullptr;
+// Every run asks for it: at a fixed place of the thread, not by a call.
+[[gnu::tls_model("initial-exec")]] thread_local Watching* newest = nullptr;
 
 } // namespace
 
