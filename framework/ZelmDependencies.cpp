@@ -31,15 +31,12 @@ void Dependencies::clear()
     m_lostOperands = false;
 }
 
-void Dependencies::readOther(CellRef cell)
+void Dependencies::takeReadsSoFar()
 {
-    if (!m_frame.readsOther()) {
-        m_frame.firstRead = static_cast<std::uint32_t>(m_reads.size());
-        const std::uint32_t first = m_operands[m_frame.node].first;
-        m_reads.insert(m_reads.end(), m_log.begin() + first, m_log.begin() + m_frame.next);
-        m_frame.next = m_frame.end;
-    }
-    m_reads.push_back(nodeOf(cell));
+    m_frame.firstRead = static_cast<std::uint32_t>(m_reads.size());
+    const std::uint32_t first = m_operands[m_frame.node].first;
+    m_reads.insert(m_reads.end(), m_log.begin() + first, m_log.begin() + m_frame.next);
+    m_frame.next = m_frame.end;
 }
 
 // Cells that change what they read do so seldom: what the log held of them before stays there, unused.
@@ -102,6 +99,33 @@ void Dependencies::findDependents(const std::vector<Node>& changed, const std::v
         addReaders(node);
     for (std::size_t i = 0; i < found.size(); ++i)
         addReaders(found[i]);
+}
+
+void Dependencies::findUnread(const std::vector<bool>& isRoot, const std::vector<bool>& fixed, std::vector<Node>& found)
+{
+    ++m_search;
+    found.clear();
+    const auto reach = [&](Node node) {
+        if (m_foundIn[node] == m_search)
+            return;
+        m_foundIn[node] = m_search;
+        if (!fixed[node])
+            found.push_back(node); // its operands are to be reached
+    };
+    for (std::size_t node = 0; node < size(); ++node) {
+        if (isRoot[node])
+            reach(static_cast<Node>(node));
+    }
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        const Operands operands = m_operands[found[i]];
+        for (std::uint32_t read = operands.first; read < operands.first + operands.size; ++read)
+            reach(m_log[read]);
+    }
+    found.clear();
+    for (std::size_t node = 0; node < size(); ++node) {
+        if (m_foundIn[node] != m_search && !fixed[node])
+            found.push_back(static_cast<Node>(node));
+    }
 }
 
 bool Dependencies::takeLostOperands()

@@ -55,6 +55,10 @@ public:
     /// cell was given from outside and ends the way.
     void findDependents(const std::vector<Node>& changed, const std::vector<bool>& fixed, std::vector<Node>& found);
 
+    /// Finds the cells that no root was computed from, directly or through others. A fixed cell ends the way, and is
+    /// none of them.
+    void findUnread(const std::vector<bool>& isRoot, const std::vector<bool>& fixed, std::vector<Node>& found);
+
     /// Another number whenever a cell has read anything else than the time before: what findDependents found may
     /// differ.
     unsigned version() const
@@ -89,7 +93,12 @@ public:
         ++m_frame.next;
         return true;
     }
-    void readOther(CellRef cell);
+    void readOther(CellRef cell)
+    {
+        if (!m_frame.readsOther()) [[unlikely]]
+            takeReadsSoFar();
+        m_reads.push_back(nodeOf(cell));
+    }
     /// The cell's formula starts; the one that waits for it is kept by the caller until it ends.
     Frame enter(CellRef cell)
     {
@@ -112,6 +121,7 @@ private:
         std::uint32_t size;
     };
 
+    void takeReadsSoFar();
     void note();
     void indexReaders();
 

@@ -61,10 +61,14 @@ void RecalculationOfCells::recalculate()
     if (isOutOfDate())
         return calculateAll();
     forgetDependents();
-    const bool lost = m_pending ? run([this] { pullOutputs(); }) : run([this] { pull(m_dependentRoots); });
+    run([this] {
+        if (m_pending)
+            pullOutputs();
+        else
+            pull(m_dependentRoots);
+    });
     m_pending = false;
-    if (lost)
-        calculateAll();
+    unsetUnread();
 }
 
 void RecalculationOfCells::recalculate(std::span<const CellRef> wanted)
@@ -82,11 +86,12 @@ void RecalculationOfCells::recalculate(std::span<const CellRef> wanted)
     } else {
         m_pending = true;
         forgetDependents();
-        if (!run(pullWanted))
+        run(pullWanted);
+        if (!m_mayBeUnread)
             return;
-        calculateAll();
+        unsetUnread();
     }
-    run(pullWanted); // calculate may have left some out
+    run(pullWanted); // no output may ask for some
 }
 
 bool RecalculationOfCells::isOutOfDate() const
@@ -153,8 +158,7 @@ void RecalculationOfCells::assign(CellRef cell, const Cells<Value>& cells, const
     const bool given = !isUnset(value);
     if (m_given[node] == given && (!given || same(slot, value)))
         return;
-    // What its default was computed from may now be read by nobody.
-    m_all = m_all || (given && !m_given[node] && m_dependencies.hasOperands(node));
+    m_mayBeUnread = m_mayBeUnread || (given && !m_given[node] && m_dependencies.hasOperands(node));
     if (m_given[node] != given)
         m_dependentsOf.clear();
     m_given[node] = given;
@@ -206,11 +210,12 @@ void RecalculationOfCells::calculateAll()
         m_dependencies.takeRoots(m_isRoot);
     });
     m_pending = false;
+    m_mayBeUnread = false;
 }
 
-// Whether a cell has lost operands. An exception leaves cells behind that no run from the beginning would.
+// An exception leaves cells behind that no run from the beginning would.
 template <class Pull>
-bool RecalculationOfCells::run(Pull pullCells)
+void RecalculationOfCells::run(Pull pullCells)
 {
     m_all = true;
     m_dependencies.begin();
@@ -219,7 +224,21 @@ bool RecalculationOfCells::run(Pull pullCells)
         pullCells();
     }
     m_all = false;
-    return m_dependencies.takeLostOperands();
+    m_mayBeUnread = m_dependencies.takeLostOperands() || m_mayBeUnread;
+}
+
+// Cells that no output leads to any more: a run from the beginning wouldn't have computed them.
+void RecalculationOfCells::unsetUnread()
+{
+    if (!m_mayBeUnread)
+        return;
+    m_mayBeUnread = false;
+    m_dependencies.findUnread(m_isRoot, m_given, m_unread);
+    for (const Node node : m_unread) {
+        const CellRef cell = m_dependencies.cellOf(node);
+        if (!isUnsetAt(cell))
+            unset(cell);
+    }
 }
 
 } // namespace zelm

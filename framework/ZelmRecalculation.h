@@ -62,7 +62,8 @@ private:
     void findDependents();
     void calculateAll();
     template <class Pull>
-    bool run(Pull pullCells);
+    void run(Pull pullCells);
+    void unsetUnread();
 
     Cells<int> m_ints;
     Cells<float> m_floats;
@@ -78,8 +79,10 @@ private:
     std::vector<bool> m_isRoot;       // what calculate pulls itself
     std::vector<CellRef> m_dependentRoots;
     std::vector<CellRef> m_unsetWanted;
+    std::vector<Node> m_unread;
     unsigned m_loads = 0;
-    bool m_pending = false; // some roots were left unset
+    bool m_pending = false;     // some roots were left unset
+    bool m_mayBeUnread = false; // a cell that is set: what read it reads less, or was given
     bool m_all = true;
 };
 
