@@ -71,6 +71,7 @@ struct ZelmBufferSheet : zelm::Sheet<Model> {
     using zelm::Sheet<Model>::Sheet;
     using zelm::Sheet<Model>::self;
     using zelm::Sheet<Model>::value;
+    using zelm::Sheet<Model>::valueInLoop;
     using typename zelm::Sheet<Model>::FloatCell;
     using typename zelm::Sheet<Model>::Key;
 
@@ -137,7 +138,7 @@ struct ZelmBufferSheet : zelm::Sheet<Model> {
     {
         float found = 0.0f;
         for (const auto& standard : standards) {
-            const float current = value(standard.cellOf(metric));
+            const float current = valueInLoop(standard.cellOf(metric));
             if (standard.name.hash() == name.hash() && standard.name == name.text())
                 found = current;
         }
