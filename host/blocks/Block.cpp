@@ -82,6 +82,23 @@ public:
         guarded([this] { calculateAll(); });
     }
 
+    void calculateBy(Instance& other, std::span<const ZelmCellInfo* const> inputs) override
+    {
+        auto& source = static_cast<UntypedInstance&>(other);
+        for (const ZelmCellInfo* input : inputs) {
+            const int at = input->ordinal;
+            if (input->type == Type::integer)
+                source.assign(source.m_cells.ints, &RecalculationOfCells::setInt, at, m_cells.ints[at]);
+            else if (input->type == Type::real)
+                source.assign(source.m_cells.floats, &RecalculationOfCells::setFloat, at, m_cells.floats[at]);
+            else
+                source.assign(source.m_cells.strings, &RecalculationOfCells::setString, at, m_cells.strings[at]);
+        }
+        source.recalculate();
+        m_recalculation.reset();
+        takeCells(source);
+    }
+
     void recalculate() override
     {
         guarded([this] { recalculation().recalculate(); });
@@ -112,6 +129,7 @@ protected:
 private:
     virtual void calculateAll() = 0;
     virtual void pullOne(CellRef cell) = 0;
+    virtual void takeCells(const UntypedInstance& other) = 0; // of the same kind
     virtual std::unique_ptr<RecalculationOfCells> makeRecalculation() = 0;
 
     RecalculationOfCells& recalculation()
@@ -177,6 +195,11 @@ private:
     void pullOne(CellRef cell) override
     {
         Model::getGlobal().pull({&cell, 1}, m_params, Data::getGlobal());
+    }
+
+    void takeCells(const UntypedInstance& other) override
+    {
+        m_params = static_cast<const InstanceOf&>(other).m_params;
     }
 
     std::unique_ptr<RecalculationOfCells> makeRecalculation() override

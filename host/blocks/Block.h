@@ -40,6 +40,9 @@ public:
     /// The value of a float cell, if it is set.
     std::optional<float> real(const ZelmCellInfo& cell) const;
     virtual void calculate() = 0;
+    /// calculate, by way of another instance of the kind, which takes over the inputs and recalculates: little to do if
+    /// it held nearly the same ones before. What the formulas do is seen by watchers only as far as they do it again.
+    virtual void calculateBy(Instance& other, std::span<const ZelmCellInfo* const> inputs) = 0;
     /// calculate, but only of what depends on the inputs that were set since the last call. The first call finds out
     /// what depends on what, which costs more than calculate.
     virtual void recalculate() = 0;

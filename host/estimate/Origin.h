@@ -5,7 +5,7 @@
 namespace zelm::host {
 
 /// Where the value of an input came from.
-enum class Origin { design, rails, device, carried, byDefault };
+enum class Origin : unsigned char { design, rails, device, carried, byDefault };
 
 std::string_view originWord(Origin origin);
 

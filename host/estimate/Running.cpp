@@ -1,5 +1,6 @@
 #include "host/estimate/Running.h"
 
+#include "host/base/Error.h"
 #include "host/blocks/Rails.h"
 #include "host/blocks/RollUp.h"
 #include "host/blocks/Uses.h"
@@ -7,9 +8,32 @@
 #include "framework/ZelmUnset.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <unordered_map>
 #include <utility>
 
 namespace zelm::host {
+
+namespace {
+
+// Groups of one kind differ in few inputs, and of a kind with many cells most are then the same in all of them: they
+// are calculated one from the other, whichever designs they belong to. One that isn't loaded anew notices what is.
+struct Precedent {
+    std::unique_ptr<Instance> instance;
+    std::optional<unsigned> refusedAt; // the loading of data from which groups have to tell more than their values
+};
+
+// Of smaller kinds, finding out what to calculate costs as much as calculating.
+constexpr std::size_t kManyCells = 256;
+
+Precedent& precedentOf(const Block& block)
+{
+    thread_local std::unordered_map<const Block*, Precedent> precedents;
+    return precedents[&block];
+}
+
+} // namespace
 
 Running::Running(const Block& ofBlock, const Group& group, const std::string& asName)
     : name(asName), block(&ofBlock), count(group.count), place(group.place), in(group.in),
@@ -89,9 +113,30 @@ std::string_view Running::bankRail() const
 void Running::calculate()
 {
     block->load();
+    if (block->cells.size() >= kManyCells && calculatesByPrecedent())
+        return;
     const LookUpMisses misses;
     instance->calculate();
     missingRows = block->missingRows(misses);
+}
+
+// False if the group's own formulas have to tell which rows are missing, or what fails: they look at all of its rows.
+bool Running::calculatesByPrecedent()
+{
+    Precedent& precedent = precedentOf(*block);
+    if (precedent.refusedAt == block->loads())
+        return false;
+    if (!precedent.instance)
+        precedent.instance = block->create();
+    const LookUpMisses misses;
+    try {
+        instance->calculateBy(*precedent.instance, block->inputs);
+        if (misses.misses().empty())
+            return true;
+    } catch (const DataError&) { // said again, and better, by the group's own
+    }
+    precedent = {nullptr, block->loads()};
+    return false;
 }
 
 bool Running::readsTheSameOf(const Running& other) const

@@ -66,6 +66,7 @@ struct Running {
     bool readsTheSameOf(const Running& other) const;
 
 private:
+    bool calculatesByPrecedent();
     std::size_t placeOf(const ZelmCellInfo& cell) const
     {
         return static_cast<std::size_t>(&cell - block->cells.data());
