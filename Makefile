@@ -6,7 +6,7 @@ PRESET ?= release
 TIDY ?=
 BUILD := build/$(PRESET)
 
-.PHONY: demo rtl-demo live python test build bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
+.PHONY: demo rtl-demo live python test build benchmarks bench docs format format-check tidy analyze build/tidy asan asan-tool tsan fuzz fuzz-short coverage clean
 
 demo: $(BUILD)/build.ninja
 	cmake --build --preset $(PRESET) --target zelm
@@ -74,7 +74,10 @@ fuzz fuzz-short:
 	cmake --build --preset fuzz
 	printf '%s\n' design data calc vary netlist import text | xargs -P 2 -n 1 tools/fuzz $(FUZZ_SECONDS)
 
-bench: build
+benchmarks: $(BUILD)/build.ninja
+	cmake --build --preset $(PRESET) --target benchmarks
+
+bench: benchmarks
 	for program in $(BUILD)/bench/*_bench; do $$program || exit 1; done
 
 docs: build
