@@ -26,6 +26,7 @@ void Dependencies::clear()
 {
     std::fill(m_operands.begin(), m_operands.end(), Operands{0, 0});
     m_log.clear();
+    m_unused = 0;
     begin();
     ++m_version;
     m_lostOperands = false;
@@ -39,7 +40,8 @@ void Dependencies::takeReadsSoFar()
     m_frame.next = m_frame.end;
 }
 
-// Cells that change what they read do so seldom: what the log held of them before stays there, unused.
+// Cells that change what they read do so seldom: what the log held of them before stays there, unused, as long as the
+// run lasts.
 void Dependencies::note()
 {
     const Frame frame = m_frame;
@@ -50,6 +52,7 @@ void Dependencies::note()
         const auto read = m_log.begin() + frame.next;
         m_lostOperands = m_lostOperands || std::any_of(read, before + operands.size,
                                                        [&](Node old) { return std::find(before, read, old) == read; });
+        m_unused += operands.size - (frame.next - operands.first);
         operands.size = frame.next - operands.first;
         return;
     }
@@ -57,9 +60,23 @@ void Dependencies::note()
     m_lostOperands = m_lostOperands || std::any_of(before, before + operands.size, [&](Node old) {
                          return std::find(firstRead, m_reads.end(), old) == m_reads.end();
                      });
+    m_unused += operands.size;
     operands = {static_cast<std::uint32_t>(m_log.size()), static_cast<std::uint32_t>(m_reads.size()) - frame.firstRead};
     m_log.insert(m_log.end(), firstRead, m_reads.end());
     m_reads.resize(frame.firstRead);
+}
+
+void Dependencies::dropUnused()
+{
+    std::vector<Node> log;
+    log.reserve(m_log.size() - m_unused);
+    for (Operands& operands : m_operands) {
+        const auto first = m_log.begin() + operands.first;
+        operands.first = static_cast<std::uint32_t>(log.size());
+        log.insert(log.end(), first, first + operands.size);
+    }
+    m_log = std::move(log);
+    m_unused = 0;
 }
 
 void Dependencies::indexReaders()

@@ -35,6 +35,8 @@ public:
     {
         m_frame = {0, 0, 0, 0}; // who asks from outside
         m_reads.clear();
+        if (m_unused > m_log.size() / 2)
+            dropUnused();
     }
 
     /// Marks the cells that this run has asked for from outside, and no others.
@@ -123,11 +125,13 @@ private:
 
     void takeReadsSoFar();
     void note();
+    void dropUnused();
     void indexReaders();
 
     int m_first[3];
     std::vector<Operands> m_operands; // of each node: a part of the log, in the order of reading
     std::vector<Node> m_log;
+    std::size_t m_unused = 0; // of the log
     std::vector<Node> m_reads;
     Frame m_frame{};
 

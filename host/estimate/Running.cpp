@@ -18,7 +18,7 @@ namespace zelm::host {
 namespace {
 
 // Groups of one kind differ in few inputs, and of a kind with many cells most are then the same in all of them: they
-// are calculated one from the other, whichever designs they belong to. One that isn't loaded anew notices what is.
+// are calculated one from the other, whichever designs they belong to. Data that are loaded anew are noticed.
 struct Precedent {
     std::unique_ptr<Instance> instance;
     std::optional<unsigned> refusedAt; // the loading of data from which groups have to tell more than their values

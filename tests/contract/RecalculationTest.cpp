@@ -2,6 +2,9 @@
 #include "contract/Vectors.h"
 #include "support/DataDirectory.h"
 
+#include <malloc.h>
+
+#include <array>
 #include <random>
 
 namespace zelm::test::recalculationTest {
@@ -62,13 +65,7 @@ public:
         recalculation->recalculate();
         std::string log;
         for (int i = 0; i < edits; ++i) {
-            const std::size_t index = m_random() % m_inputs.size();
-            const ZelmCellInfo& cell = *m_inputs[index];
-            const std::vector<CellValue>& values = m_values[index];
-            if (values.empty() || m_random() % 8 == 0)
-                unset(m_block, *inputs, cell);
-            else
-                assign(m_block, *inputs, std::string(cell.name), values[m_random() % values.size()]);
+            const ZelmCellInfo& cell = edit(*inputs);
             log += " " + std::string(cell.name);
             recalculation->set(cell, *inputs);
             if (m_random() % 4 == 0)
@@ -92,7 +89,35 @@ public:
         return {};
     }
 
+    // The bytes that are in use after so many, and after ten times as many.
+    std::array<std::size_t, 2> memoryAfter(int edits)
+    {
+        const auto inputs = m_block.makeParams();
+        const auto edited = m_block.makeParams();
+        const auto recalculation = m_block.recalculation(*edited);
+        const auto recalculate = [&](int times) {
+            for (int i = 0; i < times; ++i) {
+                recalculation->set(edit(*inputs), *inputs);
+                recalculation->recalculate();
+            }
+            return mallinfo2().uordblks;
+        };
+        return {recalculate(edits), recalculate(edits * 9)};
+    }
+
 private:
+    const ZelmCellInfo& edit(ZelmParams& inputs)
+    {
+        const std::size_t index = m_random() % m_inputs.size();
+        const ZelmCellInfo& cell = *m_inputs[index];
+        const std::vector<CellValue>& values = m_values[index];
+        if (values.empty() || m_random() % 8 == 0)
+            unset(m_block, inputs, cell);
+        else
+            assign(m_block, inputs, std::string(cell.name), values[m_random() % values.size()]);
+        return cell;
+    }
+
     const Block& m_block;
     std::mt19937 m_random;
     std::vector<const ZelmCellInfo*> m_inputs;
@@ -116,6 +141,19 @@ TEST_P(Recalculates, ToWhatAFreshBlockHolds)
         const int edits = editsPerBlock / static_cast<int>(sets.size());
         EXPECT_EQ(RandomEdits(block, set, seed++).run(edits), "") << set.directory;
     }
+}
+
+// Formulas that read other cells than the time before don't fill the memory, however often they do.
+TEST_P(Recalculates, InBoundedMemory)
+{
+    if (block.cells().empty() || block.cells()[0].kind != ZelmCellInfo::Kind::userInput)
+        GTEST_SKIP() << "no inputs";
+    const std::vector<VectorSet> sets = readVectors(GetParam().name);
+    ASSERT_FALSE(sets.empty());
+    const DataDirVariable variable(sets.front().directory);
+    block.reload();
+    const auto [few, many] = RandomEdits(block, sets.front(), 1).memoryAfter(1000);
+    EXPECT_LT(many, few + 10'000);
 }
 
 TEST_P(Recalculates, AnewWhenTheDataIsLoadedAgain)
