@@ -92,6 +92,26 @@ TEST_F(DependenciesTest, AnotherBranchBringsItsOperandsAndLosesTheOthers)
     EXPECT_TRUE(dependencies.takeLostOperands());
 }
 
+TEST_F(DependenciesTest, WhatNoRootLeadsToIsUnread)
+{
+    const auto unread = [&] {
+        std::vector<bool> isRoot(9, false);
+        isRoot[dependencies.nodeOf(result)] = true;
+        std::vector<Dependencies::Node> found;
+        dependencies.findUnread(isRoot, fixed, found);
+        return found;
+    };
+    const Dependencies::Frame outside = dependencies.enter(result);
+    compute(b, {a});
+    dependencies.leave(outside);
+    // Nodes: ints 0 to 3, floats 4 to 6, texts 7 and 8. The result is 5, and leads to b, 6, and a, 1.
+    EXPECT_THAT(unread(), UnorderedElementsAre(0, 2, 3, 4, 7, 8));
+    fixed[dependencies.nodeOf(b)] = true; // given: a isn't read for it
+    EXPECT_THAT(unread(), UnorderedElementsAre(0, 1, 2, 3, 4, 7, 8));
+    fixed[dependencies.nodeOf(c)] = true; // given, and none of those to forget
+    EXPECT_THAT(unread(), UnorderedElementsAre(0, 1, 2, 3, 4, 7));
+}
+
 } // namespace
 
 } // namespace zelm::test::dependenciesTest

@@ -1,4 +1,6 @@
 #include "framework/ZelmOrvaneGauge.h"
+#include "framework/ZelmRecalculation.h"
+#include "framework/ZelmUnset.h"
 
 #include "support/BlockFixture.h"
 
@@ -40,6 +42,41 @@ TEST_F(GaugeTest, ASetInputWinsOverItsDerivedDefault)
     model.calculate(params);
     EXPECT_THAT(params[Params::TOTAL], IsBits(21.0f));            // 2 x 3 + 3 x 5
     EXPECT_THAT(params[Params::LEVEL], IsBits(zelm::unsetFloat)); // read by the default alone
+}
+
+// As on a fresh block, where nothing would have asked for them.
+TEST_F(GaugeTest, RecalculatingUnsetsWhatIsReadNoMore)
+{
+    zelm::Recalculation<Model> recalculation(model, params, data);
+    recalculation.recalculate();
+    EXPECT_THAT(params[Params::LEVEL], IsBits(1.5f));
+    EXPECT_EQ(params[Params::GRADE], "a grade longer than any small string");
+    recalculation.set(Params::SPAN, 0.25f); // a default that is needed no more, and a branch that asks for no grade
+    recalculation.recalculate();
+    EXPECT_THAT(params[Params::TOTAL], IsBits(5.25f)); // 2 x 0.25 x 3 + 3 x 0.25 x 5
+    EXPECT_EQ(params[Params::VERDICT], "LOW");
+    EXPECT_THAT(params[Params::LEVEL], IsBits(zelm::unsetFloat));
+    EXPECT_EQ(params[Params::GRADE], zelm::unsetString);
+    recalculation.set(Params::SPAN, zelm::unsetFloat); // and back
+    recalculation.recalculate();
+    EXPECT_THAT(params[Params::LEVEL], IsBits(1.5f));
+    EXPECT_THAT(params[Params::TOTAL], IsBits(63.0f));
+    EXPECT_EQ(params[Params::GRADE], "a grade longer than any small string");
+    EXPECT_EQ(params[Params::VERDICT], "HIGH");
+}
+
+// A cell that somebody wants stays set though no output asks for it any more.
+TEST_F(GaugeTest, RecalculatingKeepsWhatIsWanted)
+{
+    zelm::Recalculation<Model> recalculation(model, params, data);
+    recalculation.recalculate();
+    recalculation.set(Params::SPAN, 0.25f);
+    const zelm::CellRef wanted[] = {{ZelmCellInfo::Type::text, Params::VERDICT},
+                                    {ZelmCellInfo::Type::text, Params::GRADE}};
+    recalculation.recalculate(wanted);
+    EXPECT_EQ(params[Params::VERDICT], "LOW");
+    EXPECT_EQ(params[Params::GRADE], "a grade longer than any small string");
+    EXPECT_THAT(params[Params::LEVEL], IsBits(zelm::unsetFloat));
 }
 
 TEST_F(GaugeTest, AMissFallsBackOrFlowsOn)

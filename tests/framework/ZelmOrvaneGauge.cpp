@@ -90,11 +90,14 @@ struct ZelmOrvaneGaugeModel::Sheet : zelm::Sheet<ZelmOrvaneGaugeModel> {
         return IFERROR(findGrades(Kind()), "NONE");
     }
 
+    // Unlike the formulas of real blocks it pulls an operand in one branch only.
     std::string_view computeVerdict() const
     {
         const float total = Total();
+        if (total <= 10.0f)
+            return "LOW";
         const Key& grade = Grade();
-        return total > 10.0f && grade != "NONE" ? "HIGH" : "LOW";
+        return grade != "NONE" ? "HIGH" : "LOW";
     }
 };
 
