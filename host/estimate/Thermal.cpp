@@ -73,22 +73,24 @@ std::optional<double> warmUp(const Excess& excess, double ambient)
     return std::nullopt;
 }
 
-// The same for any curve, slowly: looks everywhere, and within the steps next to where the excess is least.
+// The same for any curve, slowly: looks everywhere, and within the steps next to where the excess is least. The steps
+// end at the same temperatures whatever the ambient, where a curve that remembers itself is known from other points.
 std::optional<double> search(const Excess& excess, double ambient)
 {
     constexpr double step = 2.5;
-    constexpr int bits = 30;
+    constexpr int bits = 16; // of where the excess is least; there it is flat
     double coolest = ambient;
     double least = excess(ambient);
-    const int steps = static_cast<int>(std::ceil((kHottestTried - ambient) / step));
-    for (int i = 0; i < steps; ++i) {
-        const double low = ambient + i * step;
-        const double here = excess(low + step);
+    double high = ambient;
+    while (high < kHottestTried) {
+        const double low = high;
+        high = step * (std::floor(low / step) + 1.0);
+        const double here = excess(high);
         if (here <= 0.0)
-            return root(excess, low, low + step);
+            return root(excess, low, high);
         if (here < least) {
             least = here;
-            coolest = low + step;
+            coolest = high;
         }
     }
     const auto [junction, lowest] =
@@ -126,7 +128,7 @@ OperatingPoint findOperatingPoint(const PowerCurve& power, double ambient, doubl
         return point;
     }
     // No equilibrium: name the temperature at which the loop gain reached 1, where the last hope ended.
-    double gainOne = ambient;
+    double gainOne = std::ceil(ambient);
     while (gainOne < kHottestTried && thetaJA * slope(power, gainOne) < 1.0)
         gainOne += 1.0;
     point.junction = kHottestTried;

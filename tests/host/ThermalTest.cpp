@@ -3,6 +3,8 @@
 #include "host/estimate/Thermal.h"
 
 #include <cmath>
+#include <cstddef>
+#include <set>
 
 namespace zelm::test::thermalTest {
 
@@ -153,6 +155,25 @@ TEST(Thermal, AFewEvaluationsSuffice)
     };
     findOperatingPoint(counted, 25.0, 1.0);
     EXPECT_LE(evaluations, 12); // each one is a whole static power model
+}
+
+TEST(Thermal, RunawaysAtOtherAmbientsLookAtTheSameTemperatures)
+{
+    // Proving that nothing settles takes some hundred evaluations; a curve that remembers them does it once.
+    std::set<double> asked;
+    const auto newlyAsked = [&](double ambient) {
+        const std::size_t before = asked.size();
+        const PowerCurve noted = [&](double t) {
+            asked.insert(t);
+            return kExponential(t);
+        };
+        EXPECT_FALSE(findOperatingPoint(noted, ambient, 4.0).converged) << ambient;
+        return asked.size() - before;
+    };
+    EXPECT_GT(newlyAsked(61.3), 50U);
+    // Ambient itself, and the steps of a device that warms up.
+    EXPECT_LE(newlyAsked(61.9), 10U);
+    EXPECT_LE(newlyAsked(62.0), 10U);
 }
 
 TEST(Thermal, HighestAmbientAgreesWithBisection)
