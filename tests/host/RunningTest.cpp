@@ -80,6 +80,36 @@ Group outputPin()
     return group;
 }
 
+// Selv's data with a text replaced, loaded in place of the shipped ones for as long as this lives.
+class ChangedData {
+public:
+    ChangedData(const std::string& before, const std::string& after)
+    {
+        const std::string directory = m_scratch.copyData();
+        const std::string file = Scratch::dataFile(directory, "Selv");
+        const std::string shipped = Scratch::read(file);
+        const std::string changed = std::regex_replace(shipped, std::regex(before), after);
+        EXPECT_NE(changed, shipped) << before;
+        std::ofstream(file) << changed;
+        load(directory);
+    }
+    ~ChangedData()
+    {
+        load(shippedDataDirectory());
+    }
+    ChangedData(const ChangedData&) = delete;
+    ChangedData& operator=(const ChangedData&) = delete;
+
+private:
+    static void load(const std::string& directory)
+    {
+        const DataDirVariable variable(directory);
+        EXPECT_TRUE(ZelmOrvaneSelvData::getMutableGlobal().reset()) << directory;
+    }
+
+    Scratch m_scratch;
+};
+
 TEST(Running, AGroupHoldsWhatItWouldAlone)
 {
     std::mt19937 random(7);
@@ -99,23 +129,11 @@ TEST(Running, AGroupHoldsWhatItWouldAlone)
 TEST(Running, EveryGroupTellsOfARowThatIsMissing)
 {
     const std::string before = bits(calculated(outputPin()).get("VCCO_POWER"));
-    const Scratch scratch;
-    const std::string other = scratch.copyData();
-    const std::string file = Scratch::dataFile(other, "Selv");
-    const std::string text = Scratch::read(file);
-    const std::string without = std::regex_replace(text, std::regex("MIPI_LP_DATARATE"), "MIPI_LP_RATE");
-    ASSERT_NE(without, text);
-    std::ofstream(file) << without;
     {
-        const DataDirVariable variable(other);
-        ASSERT_TRUE(ZelmOrvaneSelvData::getMutableGlobal().reset());
-    }
-    const MissingRow missing{"MIPI_DATA", "MIPI_LP_DATARATE"};
-    for (int i = 0; i < 3; ++i)
-        EXPECT_THAT(calculated(outputPin()).missingRows, ElementsAre(missing)) << i;
-    {
-        const DataDirVariable variable(shippedDataDirectory());
-        ASSERT_TRUE(ZelmOrvaneSelvData::getMutableGlobal().reset());
+        const ChangedData without("MIPI_LP_DATARATE", "MIPI_LP_RATE");
+        const MissingRow missing{"MIPI_DATA", "MIPI_LP_DATARATE"};
+        for (int i = 0; i < 3; ++i)
+            EXPECT_THAT(calculated(outputPin()).missingRows, ElementsAre(missing)) << i;
     }
     for (int i = 0; i < 3; ++i) {
         const Running running = calculated(outputPin());
@@ -128,23 +146,13 @@ TEST(Running, EveryGroupTellsOfARowThatIsMissing)
 TEST(Running, GroupsGoByTheDataThatAreLoaded)
 {
     const std::string before = bits(calculated(outputPin()).get("VCCO_POWER"));
-    const Scratch scratch;
-    const std::string other = scratch.copyData();
-    const std::string file = Scratch::dataFile(other, "Selv");
-    const std::string text = Scratch::read(file);
-    const std::string grown = std::regex_replace(text, std::regex("VCCO_AC = 0\\."), "VCCO_AC = 1.");
-    ASSERT_NE(grown, text);
-    std::ofstream(file) << grown;
     {
-        const DataDirVariable variable(other);
-        ASSERT_TRUE(ZelmOrvaneSelvData::getMutableGlobal().reset());
+        const ChangedData grown("VCCO_AC = 0\\.", "VCCO_AC = 1.");
+        const Running running = calculated(outputPin());
+        EXPECT_NE(bits(running.get("VCCO_POWER")), before);
+        EXPECT_EQ(bits(running.get("VCCO_POWER")),
+                  bits(calculatedAlone(outputPin())->get(block("Selv").cell("VCCO_POWER"))));
     }
-    const Running running = calculated(outputPin());
-    EXPECT_NE(bits(running.get("VCCO_POWER")), before);
-    EXPECT_EQ(bits(running.get("VCCO_POWER")),
-              bits(calculatedAlone(outputPin())->get(block("Selv").cell("VCCO_POWER"))));
-    const DataDirVariable variable(shippedDataDirectory());
-    ASSERT_TRUE(ZelmOrvaneSelvData::getMutableGlobal().reset());
     EXPECT_EQ(bits(calculated(outputPin()).get("VCCO_POWER")), before);
 }
 
